@@ -1,0 +1,41 @@
+# What every target of this project is compiled with, as the interface target quavin_compiler_settings.
+
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
+  set(CMAKE_BUILD_TYPE Release)
+endif()
+find_program(QUAVIN_CCACHE ccache)
+if(QUAVIN_CCACHE AND QUAVIN_TOP_LEVEL AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+  set(CMAKE_CXX_COMPILER_LAUNCHER "${QUAVIN_CCACHE}")
+endif()
+
+add_library(quavin_compiler_settings INTERFACE)
+target_compile_features(quavin_compiler_settings INTERFACE cxx_std_17)
+if(MSVC)
+  target_compile_options(quavin_compiler_settings INTERFACE /W4 /permissive- /utf-8)
+  if(QUAVIN_WARNINGS_AS_ERRORS)
+    target_compile_options(quavin_compiler_settings INTERFACE /WX)
+  endif()
+else()
+  target_compile_options(quavin_compiler_settings INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wshadow)
+  if(QUAVIN_WARNINGS_AS_ERRORS)
+    target_compile_options(quavin_compiler_settings INTERFACE -Werror)
+  endif()
+endif()
+if(QUAVIN_SANITIZE)
+  # Undefined behaviour ends the program too, so that a test that meets it fails.
+  set(sanitizers -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_compile_options(quavin_compiler_settings INTERFACE ${sanitizers} -O1)
+  target_link_options(quavin_compiler_settings INTERFACE ${sanitizers})
+endif()
+
+# quavin_private_target(<target>): the settings of every object, library and program of this project.
+function(quavin_private_target target)
+  target_link_libraries(${target} PRIVATE quavin_compiler_settings)
+  set_target_properties(
+    ${target}
+    PROPERTIES CXX_EXTENSIONS OFF
+               CXX_VISIBILITY_PRESET hidden
+               VISIBILITY_INLINES_HIDDEN ON
+               POSITION_INDEPENDENT_CODE ON)
+endfunction()

@@ -1,0 +1,26 @@
+# Finds the OpenVINO runtime: the one that the user names (OpenVINO_DIR, OpenVINO_ROOT, also from the
+# environment), or else the pinned one in the cache, which scripts/fetch_openvino.py fills once.
+
+set(QUAVIN_OPENVINO_FROM_CACHE FALSE)
+if(NOT OpenVINO_DIR
+   AND NOT OpenVINO_ROOT
+   AND NOT DEFINED ENV{OpenVINO_DIR}
+   AND NOT DEFINED ENV{OpenVINO_ROOT})
+  find_package(Python3 REQUIRED COMPONENTS Interpreter)
+  execute_process(
+    COMMAND "${Python3_EXECUTABLE}" "${PROJECT_SOURCE_DIR}/scripts/fetch_openvino.py"
+    OUTPUT_VARIABLE quavin_openvino_package
+    OUTPUT_STRIP_TRAILING_WHITESPACE
+    RESULT_VARIABLE quavin_fetch_result)
+  if(NOT quavin_fetch_result EQUAL 0)
+    message(FATAL_ERROR "The OpenVINO runtime is not in the cache and could not be fetched. "
+                        "Name an installed one with -DOpenVINO_DIR=<folder of OpenVINOConfig.cmake>.")
+  endif()
+  set(QUAVIN_OPENVINO_FROM_CACHE TRUE)
+  set(OpenVINO_DIR "${quavin_openvino_package}")
+endif()
+find_package(OpenVINO REQUIRED COMPONENTS Runtime)
+if(QUAVIN_OPENVINO_FROM_CACHE)
+  # Not kept, so that a later -DOpenVINO_DIR or a new pin is heeded.
+  unset(OpenVINO_DIR CACHE)
+endif()
