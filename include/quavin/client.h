@@ -1,0 +1,165 @@
+#pragma once
+
+/// @file
+/// The entry point: switching the library on and off, loading and unloading models.
+
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "quavin/device.h"
+#include "quavin/export.h"
+#include "quavin/logging.h"
+#include "quavin/metadata.h"
+#include "quavin/model.h"
+#include "quavin/registry.h"
+#include "quavin/status.h"
+#include "quavin/text.h"
+
+namespace VelmoraQuavin {
+
+/// What QuavinClient::init takes. A value type that shares its log processor.
+class QUAVIN_API QuavinConfig {
+public:
+    /// No log processor: records go to standard output.
+    QuavinConfig();
+
+    /// Does nothing. There is no configuration to load, so the answer is #FAILURE without a text;
+    /// it is no reason to stop.
+    QuavinStatus load();
+    /// The log processor, shared; may be null.
+    std::shared_ptr<ILogProcessor> GetLogger() const { return logger_; }
+    /// Replaces the log processor; null goes back to standard output.
+    void SetLogger(const std::shared_ptr<ILogProcessor>& logger) { logger_ = logger; }
+
+private:
+    std::shared_ptr<ILogProcessor> logger_;
+};
+
+/// The library, as a host sees it: one object for the process.
+///
+/// init() and terminate() are called on one thread, before and after all other use. Nothing but the
+/// making of the one object is locked: loads run on one thread at a time.
+///
+/// @code
+/// QuavinClient::init(QuavinConfig());
+/// std::shared_ptr<QuavinModel> model;
+/// QuavinStatus status =
+///     QuavinClient::instance().getModel("digits", model, 0, QuavinModelType::Openvino);
+/// // ... allocateInputs, predict ...
+/// QuavinClient::terminate();
+/// @endcode
+class QUAVIN_API QuavinClient {
+public:
+    QuavinClient(const QuavinClient&) = delete;
+    QuavinClient& operator=(const QuavinClient&) = delete;
+
+    /// Switches the library on and installs the configuration's log processor.
+    /// @return #SUCCESS, or #FAILURE without a text where it is on already; nothing changes then.
+    static QuavinStatus init(const QuavinConfig& config);
+    /// Whether the library is on.
+    static bool isInitialized();
+    /// Switches the library off and lets the log processor go. Models stay registered.
+    static void terminate();
+    /// The one object; lives until the process ends.
+    /// @throws Exception "Trying to use quavin client before the sdk was initialized!" where the
+    ///         library is off.
+    static QuavinClient& instance();
+    /// Always QuavinModelType::Openvino. Needs no init().
+    static QuavinModelType getEngineType();
+    /// Always empty: no engine reports its devices. Needs no init().
+    static std::map<QuavinModelType, std::vector<Device>> getDevices();
+
+    /// Loads the model package in a directory.
+    ///
+    /// @param path the package's directory, UTF-8, without a separator at its end: "manifest.json"
+    ///        is joined to it as it stands.
+    /// @param model receives the loaded model; emptied where loading fails. Untouched where the
+    ///        library is off or the path is empty.
+    /// @param option 0; has no effect.
+    /// @param type Openvino, or Undefined for no preference; anything else is refused.
+    /// @return #SUCCESS; #NOT_INITIALIZED; #INVALID_MODEL_PATH for an empty path or fewer than two
+    ///         file components; #MODEL_METADATA_ERROR for a manifest that is missing, malformed,
+    ///         or lacks a target, inputs, outputs or components; #INVALID_OPERATION for a first
+    ///         input of variable shape; #FILE_ERROR where a component cannot be read, decrypted or
+    ///         parsed; #FAILURE or #ML_FRAMEWORK_ERROR where the engine fails. Throws nothing.
+    QuavinStatus getModel(const String& path, std::shared_ptr<QuavinModel>& model, int option,
+                          QuavinModelType type);
+    /// The same, and registers the model: it appears in queryRuntimeStatus() and is held by the
+    /// client, also where its loading fails afterwards.
+    /// @param path the package's directory.
+    /// @param model receives the loaded model.
+    /// @param device its engine type is what `type` is above; nothing else of it is read.
+    /// @param option 0; has no effect.
+    /// @return as above.
+    QuavinStatus getModel(const String& path, std::shared_ptr<QuavinModel>& model, Device device,
+                          int option);
+    /// The first form for a UTF-16 path.
+    /// @throws std::range_error "bad conversion" where `path` is not valid UTF-16.
+    QuavinStatus getModel(const std::u16string& path, std::shared_ptr<QuavinModel>& model,
+                          int option, QuavinModelType type);
+    /// The second form for a UTF-16 path.
+    /// @throws std::range_error "bad conversion" where `path` is not valid UTF-16.
+    QuavinStatus getModel(const std::u16string& path, std::shared_ptr<QuavinModel>& model,
+                          Device device, int option);
+    /// Loads and registers a model from metadata that has been read already, and whose secured
+    /// components have got their keys.
+    /// @param metadata shared with the model; null gives #INVALID_ARGUMENTS.
+    /// @param model receives the loaded model; emptied where loading fails, untouched where no
+    ///        target fits.
+    /// @param device as above.
+    /// @return as above.
+    QuavinStatus getModel(std::shared_ptr<ModelMetadata> metadata,
+                          std::shared_ptr<QuavinModel>& model, Device device);
+    /// The same without registering the model.
+    QuavinStatus getModel(std::shared_ptr<ModelMetadata> metadata,
+                          std::shared_ptr<QuavinModel>& model, QuavinModelType type);
+
+    /// Has a model release its network and metadata. The host's pointer and the registry keep it.
+    /// @return what the model answers; #MODEL_NOT_LOADED for a null pointer, and also where the
+    ///         library is off.
+    QuavinStatus unloadModel(std::shared_ptr<QuavinModel>& model);
+
+    /// A snapshot of the registered models; empty while the library is off.
+    RuntimeStatus queryRuntimeStatus() const;
+    /// The registry, where a host removes models that it loaded through a Device
+    /// (ModelManager::unloadModel). Valid as long as the client.
+    ModelManager& getModelManager() { return modelManager_; }
+
+private:
+    QuavinClient();
+    ~QuavinClient();
+
+    enum class Registration { kNone, kRegistered };
+
+    QuavinStatus loadPackage(const String& path, std::shared_ptr<QuavinModel>& model,
+                             const Device& device, Registration registration);
+    QuavinStatus loadMetadata(const std::shared_ptr<ModelMetadata>& metadata,
+                              std::shared_ptr<QuavinModel>& model, const Device& device,
+                              Registration registration);
+    QuavinStatus createAndLoad(const std::shared_ptr<ModelMetadata>& metadata,
+                               std::shared_ptr<QuavinModel>& model, const Device& device,
+                               Registration registration);
+    std::shared_ptr<QuavinModel> createModel(const ModelMetadata& metadata,
+                                             const Device& device) const;
+
+    static bool initialized_;
+    static QuavinConfig config_;
+
+    ModelManager modelManager_;
+};
+
+/// Switches the library on for a scope.
+class QUAVIN_API QuavinClientInitTerm {
+public:
+    /// Calls QuavinClient::init.
+    /// @throws Exception "Quavin client failed to initialize" where that fails.
+    explicit QuavinClientInitTerm(const QuavinConfig& config);
+    QuavinClientInitTerm(const QuavinClientInitTerm&) = delete;
+    QuavinClientInitTerm& operator=(const QuavinClientInitTerm&) = delete;
+    /// Calls QuavinClient::terminate.
+    ~QuavinClientInitTerm();
+};
+
+}  // namespace VelmoraQuavin

@@ -1,0 +1,89 @@
+#pragma once
+
+/// @file
+/// Paths and whole-file operations.
+
+#include <fstream>
+#include <memory>
+
+#include "quavin/export.h"
+#include "quavin/text.h"
+
+namespace VelmoraQuavin {
+
+/// A path: one text, kept exactly as it was given, UTF-8.
+///
+/// The separator is a backslash on every system, so that joined paths and messages are the same
+/// everywhere; on POSIX systems it becomes "/" at the last moment before a system call. A "/" in a
+/// path works there too, but parent_path() does not see it: build paths with append().
+///
+/// A value type.
+class QUAVIN_API Filepath {
+public:
+    /// One backslash.
+    static const String Separator;
+
+    /// The empty path.
+    Filepath();
+    /// Stores a copy of `path`.
+    Filepath(const String& path);
+
+    /// The text, ended by a zero byte; valid until the path changes.
+    const unsigned char* c_str() const { return path_.c_str(); }
+    /// Adds the separator and `other`, whatever either ends or begins with.
+    Filepath& append(const Filepath& other);
+    /// The text before the last separator; the path itself where there is none.
+    Filepath parent_path() const;
+
+private:
+    String path_;
+};
+
+/// Operations on files and directories.
+///
+/// Stateless; calls may run on several threads at once. Operations that open or query a file read
+/// the path up to its first zero byte and throw `std::range_error` ("bad conversion") where that is
+/// not valid UTF-8. A directory where a file is expected counts as a file that cannot be opened.
+class QUAVIN_API FileUtils {
+public:
+    /// Creates one directory; parents are not created, and an existing one is no error.
+    /// @throws FileException "Path incorrect : " and the path, where a parent is missing. Every
+    ///         other failure is ignored.
+    static void createDir(const Filepath& path);
+    /// Does nothing: the library never removes directories.
+    static void deleteDir(const Filepath& path);
+    /// Removes a file.
+    /// @throws FileException "Could not delete file : " and the path, where that fails.
+    static void deleteFile(const Filepath& path);
+    /// Whether a file or directory is there. False only where the parent directory exists and the
+    /// entry does not; every other failure to look (a missing parent, no permission, the empty
+    /// path) answers true.
+    static bool pathExists(const Filepath& path);
+    /// The size of a file in bytes.
+    /// @throws FileException "File error!" where it cannot be opened.
+    static uint64 getFileSize(const Filepath& path);
+    /// Reads a whole file.
+    /// @param path the file.
+    /// @param size receives the number of bytes; unchanged where the file cannot be opened.
+    /// @return the bytes, owned by the caller; null where the file cannot be opened. A file that
+    ///         shrinks while it is read is filled up with zero bytes.
+    static std::unique_ptr<char[]> readBinaryFileToBuffer(const Filepath& path, uint64& size);
+    /// Reads a whole file into memory of the caller's.
+    /// @param path the file.
+    /// @param size receives the number of bytes; unchanged where the file cannot be opened.
+    /// @param buffer as many bytes as the file has, as getFileSize() tells; the rest of a file that
+    ///        shrinks while it is read is filled up with zero bytes.
+    /// @throws FileException "File error!" where the file cannot be opened.
+    static void readBinaryFileToAllocated(const Filepath& path, uint64& size, char* buffer);
+    /// Opens a file for binary writing and empties it; others may read and write it meanwhile.
+    /// @return the stream, also where opening failed: check it.
+    static std::ofstream openFileToWriteBinaryData(const Filepath& path);
+    /// Writes `length` bytes as the whole content of a file.
+    /// @return always true, also where opening or writing failed.
+    static bool writeBinaryDataToFile(const void* data, uint64 length, const Filepath& path);
+    /// Writes `text` up to its first zero byte, in text mode, as the whole content of a file.
+    /// @return always true, also where opening or writing failed.
+    static bool writeStringToFile(const String& text, const Filepath& path);
+};
+
+}  // namespace VelmoraQuavin

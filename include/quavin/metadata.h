@@ -1,0 +1,159 @@
+#pragma once
+
+/// @file
+/// What a model package's manifest says.
+
+#include <cstdint>
+#include <unordered_map>
+#include <vector>
+
+#include "quavin/encryption.h"
+#include "quavin/export.h"
+#include "quavin/feature.h"
+#include "quavin/files.h"
+#include "quavin/status.h"
+#include "quavin/text.h"
+
+namespace VelmoraQuavin {
+
+/// Inference engines, as bits.
+enum class QuavinModelType : std::uint64_t {
+    Undefined = 0,        ///< No preference.
+    CoreML = 1,           ///< "CoreML" in a manifest.
+    WinML = 2,            ///< "WinML" in a manifest.
+    Openvino = 4,         ///< "Openvino" in a manifest: the engine of this build.
+    Tensorflow = 8,       ///< Never read from a manifest.
+    TensorflowLite = 16,  ///< "TensorflowLite" in a manifest.
+    MockML = 32,          ///< "MockML" in a manifest.
+};
+
+/// The bits of both.
+constexpr QuavinModelType operator|(QuavinModelType left, QuavinModelType right) noexcept {
+    return static_cast<QuavinModelType>(static_cast<std::uint64_t>(left) |
+                                        static_cast<std::uint64_t>(right));
+}
+/// The bits that both have.
+constexpr QuavinModelType operator&(QuavinModelType left, QuavinModelType right) noexcept {
+    return static_cast<QuavinModelType>(static_cast<std::uint64_t>(left) &
+                                        static_cast<std::uint64_t>(right));
+}
+
+/// The display name of an engine.
+/// @throws std::out_of_range "invalid unordered_map<K, T> key" for QuavinModelType::Tensorflow, a
+///         combination of bits or any other number without a name.
+QUAVIN_API String ModelTypeToName(QuavinModelType type);
+
+/// The keys of engines in a manifest's "targets".
+struct QUAVIN_API EngineKey {
+    static const String WinML;           ///< "WinML".
+    static const String CoreML;          ///< "CoreML".
+    static const String Tensorflow;      ///< "Tensorflow", which the reader never looks for.
+    static const String Openvino;        ///< "Openvino".
+    static const String TensorflowLite;  ///< "TensorflowLite".
+    static const String MockML;          ///< "MockML".
+};
+
+/// The kinds of component: what a component's "name" may be.
+struct QUAVIN_API ComponentKind {
+    static const String File;          ///< "file": a plain file.
+    static const String MemoryStream;  ///< "memory_stream": a buffer in memory.
+    static const String SecuredFile;   ///< "secured_file": an encrypted file.
+    static const String SecuredTar;    ///< "secured_tar": an encrypted archive.
+};
+
+/// One file or buffer of a model.
+struct QUAVIN_API ModelComponent {
+    String name;            ///< The kind; see ComponentKind.
+    String path;            ///< Relative to the package.
+    Encryption encryption;  ///< The key of a secured component.
+
+    /// Copies the sixteen bytes of the key; it is never part of the manifest.
+    /// @throws InvalidArgumentsException for a null pointer.
+    void setCryptoKey(const unsigned char* key);
+};
+
+/// A model as one engine sees it.
+struct ModelTarget {
+    std::vector<ModelComponent> components;       ///< In the manifest's order.
+    std::vector<String> inputNames;               ///< The name of each of #inputs.
+    std::vector<String> outputNames;              ///< The name of each of #outputs.
+    std::vector<ModelFeatureDescriptor> inputs;   ///< In the manifest's order.
+    std::vector<ModelFeatureDescriptor> outputs;  ///< In the manifest's order.
+};
+
+/// What a manifest says: the identity of a model, and a target for each engine it is prepared for.
+///
+/// A value type; copies hold the components' keys too. Filled by one thread before the model that
+/// holds it is shared.
+///
+/// @code
+/// Filepath manifest(directory);
+/// manifest.append(Filepath("manifest.json"));
+/// auto metadata = std::make_shared<ModelMetadata>();
+/// if (metadata->load(manifest).ok()) {
+///     ModelTarget& target = metadata->getTargets().at(QuavinModelType::Openvino);
+///     target.components[0].setCryptoKey(key);
+/// }
+/// @endcode
+class QUAVIN_API ModelMetadata {
+public:
+    /// The targets by engine.
+    using Targets = std::unordered_map<QuavinModelType, ModelTarget>;
+
+    /// Empty texts, version 0, no targets.
+    ModelMetadata();
+    /// Everything as given.
+    ModelMetadata(const String& id, const String& sdkVersion, const String& description,
+                  const String& name, int version, const String& author, const Filepath& rootDir,
+                  const Targets& targets, const String& scripts);
+
+    /// Reads a manifest into this object.
+    ///
+    /// What the manifest does not say, or says with another JSON type, keeps its value.
+    ///
+    /// @param path of the manifest itself. The text before its last backslash becomes the root
+    ///        directory: join with Filepath::append(), not with "/".
+    /// @return #MODEL_METADATA_ERROR where the file cannot be read or is no JSON object ("Failed to
+    ///         open metadata file at " and the path) or has no "targets" ("No target found in root
+    ///         of manifest file"); what was read before stays. Throws nothing.
+    QuavinStatus load(const Filepath& path);
+
+    String getId() const { return id_; }                    ///< A copy of "id".
+    String getName() const { return name_; }                ///< A copy of "name".
+    String getAuthor() const { return author_; }            ///< A copy of "author".
+    String getDescription() const { return description_; }  ///< A copy of "description".
+    String getSdkVersion() const { return sdkVersion_; }    ///< A copy of "sdkVersion".
+    String getScripts() const { return scripts_; }          ///< A copy of the text of setScripts().
+    int getVersion() const { return version_; }             ///< "version".
+    Filepath getRootDir() const { return rootDir_; }        ///< A copy of the manifest's directory.
+    Targets& getTargets() { return targets_; }              ///< The targets, to read and to change.
+    /// The targets.
+    const Targets& getTargets() const { return targets_; }
+
+    void setId(const String& id) { id_ = id; }                  ///< Replaces "id".
+    void setName(const String& name) { name_ = name; }          ///< Replaces "name".
+    void setAuthor(const String& author) { author_ = author; }  ///< Replaces "author".
+    /// Replaces "description".
+    void setDescription(const String& description) { description_ = description; }
+    /// Replaces "sdkVersion".
+    void setSdkVersion(const String& sdkVersion) { sdkVersion_ = sdkVersion; }
+    void setScripts(const String& scripts) { scripts_ = scripts; }    ///< Replaces the scripts.
+    void setVersion(int version) { version_ = version; }              ///< Replaces "version".
+    void setRootDir(const Filepath& rootDir) { rootDir_ = rootDir; }  ///< Replaces the directory.
+    void setTargets(const Targets& targets) { targets_ = targets; }   ///< Replaces all targets.
+
+private:
+    void readManifest(const Filepath& path);
+
+    String id_;
+    String sdkVersion_;
+    String description_;
+    String name_;
+    std::int32_t version_ = 0;
+    String author_;
+    Filepath rootDir_;
+    Targets targets_;
+    String scripts_;
+};
+
+}  // namespace VelmoraQuavin

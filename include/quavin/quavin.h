@@ -1,0 +1,19 @@
+#pragma once
+
+/// @file
+/// Includes the whole interface.
+
+#include "quavin/client.h"
+#include "quavin/device.h"
+#include "quavin/encryption.h"
+#include "quavin/export.h"
+#include "quavin/feature.h"
+#include "quavin/files.h"
+#include "quavin/logging.h"
+#include "quavin/metadata.h"
+#include "quavin/model.h"
+#include "quavin/registry.h"
+#include "quavin/status.h"
+#include "quavin/tensor.h"
+#include "quavin/text.h"
+#include "quavin/version.h"

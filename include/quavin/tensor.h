@@ -1,0 +1,238 @@
+#pragma once
+
+/// @file
+/// Shapes, element types and tensors.
+
+#include <cstddef>
+#include <cstdint>
+#include <initializer_list>
+#include <memory>
+#include <vector>
+
+#include "quavin/export.h"
+#include "quavin/status.h"
+#include "quavin/text.h"
+
+namespace VelmoraQuavin {
+
+namespace internal {
+struct DescriptorAccess;
+}
+
+/// The dimensions of a tensor, outermost first; image-like tensors are ordered batch, channels,
+/// height, width.
+///
+/// A dimension of -1 is not known until run time. Nothing is checked: any value is stored as given.
+/// A value type; several threads may read one object at once.
+struct QUAVIN_API TensorShape {
+    /// No dimensions.
+    TensorShape();
+    /// One dimension of the given extent.
+    explicit TensorShape(int64 d0);
+    /// Two dimensions.
+    TensorShape(int64 d0, int64 d1);
+    /// Three dimensions.
+    TensorShape(int64 d0, int64 d1, int64 d2);
+    /// Four dimensions.
+    TensorShape(int64 d0, int64 d1, int64 d2, int64 d3);
+    /// Five dimensions.
+    TensorShape(int64 d0, int64 d1, int64 d2, int64 d3, int64 d4);
+    /// The listed dimensions.
+    TensorShape(std::initializer_list<int64> dimensions);
+    /// The listed dimensions.
+    TensorShape(const std::vector<int64>& dimensions);
+
+    /// The number of dimensions.
+    uint64 dimension() const { return dimensions_.size(); }
+    /// The product of all dimensions, 1 for an empty shape. A dimension of -1 counts as -1: ask
+    /// TensorDescriptor::variableShape() first where an element count is wanted.
+    int64 size() const;
+    /// Always true: a placeholder, not a check.
+    bool valid() const { return true; }
+    /// The dimension at `index`.
+    /// @throws RangeException where `index` is not less than dimension().
+    int64& operator[](uint64 index);
+    /// The dimension at `index`.
+    /// @throws RangeException where `index` is not less than dimension().
+    const int64& operator[](uint64 index) const;
+    /// A copy of the dimensions.
+    std::vector<int64> shapeVector() const { return dimensions_; }
+
+    /// The last three dimensions; missing leading ones are 1.
+    std::vector<int64> getCHW() const;
+    /// The last four dimensions; missing leading ones are 1.
+    std::vector<int64> getNCHW() const;
+    /// getNCHW() in the order batch, height, width, channels.
+    std::vector<int64> getNHWC() const;
+
+    /// Whether both have the same dimensions.
+    bool compare(const TensorShape& other) const { return dimensions_ == other.dimensions_; }
+    /// Whether both have the same dimensions.
+    bool operator==(const TensorShape& other) const { return compare(other); }
+    /// Whether `other` *begins with* the dimensions of this shape: unlike the const form, a longer
+    /// `other` equals, and an empty shape on the left equals anything.
+    /// @throws RangeException where `other` is shorter and all its dimensions are the same.
+    bool operator==(const TensorShape& other);
+    /// The opposite of the non-const operator==.
+    /// @throws RangeException where that does.
+    bool operator!=(const TensorShape& other);
+
+private:
+    std::vector<int64> rightAligned(std::size_t places) const;
+
+    std::vector<int64> dimensions_;
+};
+
+/// The type of a tensor's elements. The numbers are part of the interface.
+enum class DataType : std::int32_t {
+    UNDEFINED = 0,  ///< No type; elements of no bytes.
+    BOOL = 1,       ///< "bool", 1 byte.
+    INT8 = 2,       ///< "int8", 1 byte.
+    UINT8 = 3,      ///< "uint8", 1 byte.
+    INT16 = 4,      ///< "int16", 2 bytes.
+    UINT16 = 5,     ///< "uint16", 2 bytes.
+    INT32 = 6,      ///< "int32", 4 bytes.
+    UINT32 = 7,     ///< "uint32", 4 bytes.
+    INT64 = 8,      ///< "int64", 8 bytes.
+    UINT64 = 9,     ///< "uint64", 8 bytes.
+    FLOAT16 = 10,   ///< "float16", 2 bytes.
+    FLOAT = 11,     ///< "float", 4 bytes.
+    DOUBLE = 12,    ///< "double", 8 bytes.
+};
+
+/// What a model declares of one tensor: its shape and element type.
+///
+/// A value type.
+class QUAVIN_API TensorDescriptor {
+public:
+    /// No name, an empty shape, DataType::UNDEFINED.
+    TensorDescriptor();
+    /// No name.
+    TensorDescriptor(const TensorShape& shape, DataType tensorType);
+    /// @param name the tensor's name.
+    /// @param shape the dimensions; -1 for those not known until run time.
+    /// @param variableShape stored and not used: variableShape() looks at the shape.
+    /// @param tensorType the element type.
+    TensorDescriptor(String name, const TensorShape& shape, bool variableShape,
+                     DataType tensorType);
+
+    /// A copy of the name.
+    String name() const { return name_; }
+    /// Whether any dimension is -1.
+    bool variableShape() const;
+    /// A copy of the shape.
+    /// @throws InvalidOperationException where variableShape() is true.
+    TensorShape shape() const;
+    /// The element type.
+    DataType tensorType() const { return tensorType_; }
+
+private:
+    friend struct internal::DescriptorAccess;
+
+    String name_;
+    TensorShape shape_;
+    bool variableShape_ = false;
+    DataType tensorType_ = DataType::UNDEFINED;
+};
+
+/// A typed, shaped, dense block of bytes: what a model takes and gives.
+///
+/// Held by `std::shared_ptr`; make one with `std::make_shared` of Tensor or BufferWrappedTensor.
+/// Where the bytes live and who owns them is the concrete class's matter. One thread at a time;
+/// while a prediction runs, the engine is that thread.
+class QUAVIN_API ITensor : public std::enable_shared_from_this<ITensor> {
+public:
+    ITensor(const ITensor&) = delete;
+    ITensor& operator=(const ITensor&) = delete;
+    virtual ~ITensor();
+    /// A copy of the shape, in elements.
+    virtual TensorShape shape() const;
+    /// The element type.
+    virtual DataType dataType() const;
+    /// The size of one element times the product of the dimensions: that of one element for an
+    /// empty shape, 0 for an undefined type, negative where a dimension is -1.
+    virtual int64 bytes() const;
+    /// Gives the tensor another shape: one of the same number of bytes where it has memory (which
+    /// is kept as it is), any where it has none (and then gets it, zero-filled).
+    /// @return #TENSOR_SIZE_MISMATCH or #ALLOCATION_FAILED, with the tensor unchanged, or #SUCCESS.
+    /// @throws std::bad_alloc where memory runs out or the number of bytes is negative or too
+    /// large.
+    virtual QuavinStatus resize(const TensorShape& newShape);
+    /// The first byte, or null where there is no memory; valid while the tensor lives.
+    virtual const unsigned char* buffer() const = 0;
+    /// The first byte, or null where there is no memory; valid while the tensor lives.
+    virtual unsigned char* buffer() = 0;
+    /// The distance between neighbours in each dimension, in elements.
+    virtual TensorShape stride() const;
+    /// Gives the tensor new memory of exactly `byteCount` bytes. Called by resize(); not for hosts.
+    /// @return whether the tensor has memory afterwards; false where it cannot or will not
+    /// allocate.
+    virtual bool allocate(std::size_t byteCount) = 0;
+
+    /// The strides of a dense tensor whose last dimension is the fastest, in elements.
+    static TensorShape getStrideFromShape(const TensorShape& shape);
+
+protected:
+    /// An empty shape.
+    explicit ITensor(DataType dataType);
+    /// Takes over the shape.
+    ITensor(DataType dataType, TensorShape shape);
+
+private:
+    DataType dataType_;
+    TensorShape shape_;
+};
+
+/// A tensor that owns its memory, aligned to 64 bytes.
+class QUAVIN_API Tensor : public ITensor {
+public:
+    /// An empty shape and no memory; resize() gives both.
+    explicit Tensor(DataType dataType);
+    /// Memory for `shape`, zero-filled.
+    /// @throws std::bad_alloc where memory runs out or the number of bytes is negative or too
+    /// large.
+    Tensor(DataType dataType, TensorShape shape);
+    ~Tensor() override;
+
+    const unsigned char* buffer() const override { return buffer_.get(); }
+    unsigned char* buffer() override { return buffer_.get(); }
+    bool allocate(std::size_t byteCount) override;
+
+private:
+    struct AlignedDelete {
+        QUAVIN_API void operator()(unsigned char* bytes) const noexcept;
+    };
+
+    std::unique_ptr<unsigned char[], AlignedDelete> buffer_;
+};
+
+/// A tensor over memory of the host's, which it neither owns nor frees.
+///
+/// The memory must stay alive and in place while the tensor lives.
+class QUAVIN_API BufferWrappedTensor : public ITensor {
+public:
+    /// An empty shape and no memory.
+    explicit BufferWrappedTensor(DataType dataType);
+    /// @param dataType the element type.
+    /// @param shape the dimensions.
+    /// @param buffer the memory; null makes a tensor without memory, of any shape.
+    /// @param bufferSize bytes at `buffer`. More than the shape needs is refused; less is taken,
+    /// and
+    ///        the host vouches for it.
+    /// @throws InvalidArgumentsException where there is memory but the shape is empty, or the
+    /// memory
+    ///         is larger than the shape needs.
+    BufferWrappedTensor(DataType dataType, TensorShape shape, unsigned char* buffer,
+                        std::size_t bufferSize);
+    ~BufferWrappedTensor() override;
+
+    const unsigned char* buffer() const override { return buffer_; }
+    unsigned char* buffer() override { return buffer_; }
+    /// Always false: the memory is the host's.
+    bool allocate(std::size_t byteCount) override;
+
+private:
+    unsigned char* buffer_ = nullptr;
+};
+
+}  // namespace VelmoraQuavin

@@ -1,0 +1,117 @@
+#include <utility>
+
+#include "client/client_texts.h"
+#include "core/text_tools.h"
+#include "engine/openvino/make_openvino_model.h"
+#include "quavin/client.h"
+
+namespace VelmoraQuavin {
+namespace {
+
+Device deviceOfType(QuavinModelType type) {
+    Device device;
+    device.engineType = type;
+    return device;
+}
+
+bool isForThisEngine(const Device& device) {
+    return device.engineType == QuavinModelType::Undefined ||
+           device.engineType == QuavinModelType::Openvino;
+}
+
+QuavinStatus notInitialized() {
+    return {NOT_INITIALIZED, internal::kNotInitialized};
+}
+
+}  // namespace
+
+QuavinStatus QuavinClient::getModel(const String& path, std::shared_ptr<QuavinModel>& model,
+                                    int /*option*/, QuavinModelType type) {
+    return loadPackage(path, model, deviceOfType(type), Registration::kNone);
+}
+
+QuavinStatus QuavinClient::getModel(const String& path, std::shared_ptr<QuavinModel>& model,
+                                    Device device, int /*option*/) {
+    return loadPackage(path, model, device, Registration::kRegistered);
+}
+
+QuavinStatus QuavinClient::getModel(const std::u16string& path, std::shared_ptr<QuavinModel>& model,
+                                    int option, QuavinModelType type) {
+    return getModel(String(internal::utf16ToUtf8(path)), model, option, type);
+}
+
+QuavinStatus QuavinClient::getModel(const std::u16string& path, std::shared_ptr<QuavinModel>& model,
+                                    Device device, int option) {
+    return getModel(String(internal::utf16ToUtf8(path)), model, std::move(device), option);
+}
+
+QuavinStatus QuavinClient::getModel(std::shared_ptr<ModelMetadata> metadata,
+                                    std::shared_ptr<QuavinModel>& model, Device device) {
+    return loadMetadata(metadata, model, device, Registration::kRegistered);
+}
+
+QuavinStatus QuavinClient::getModel(std::shared_ptr<ModelMetadata> metadata,
+                                    std::shared_ptr<QuavinModel>& model, QuavinModelType type) {
+    return loadMetadata(metadata, model, deviceOfType(type), Registration::kNone);
+}
+
+QuavinStatus QuavinClient::loadPackage(const String& path, std::shared_ptr<QuavinModel>& model,
+                                       const Device& device, Registration registration) {
+    if (!initialized_) {
+        return notInitialized();
+    }
+    if (path.empty()) {
+        return {INVALID_MODEL_PATH, "modelpath specified is empty"};
+    }
+    try {
+        model.reset();
+        auto metadata = std::make_shared<ModelMetadata>();
+        const QuavinStatus status =
+            metadata->load(Filepath(path).append(Filepath("manifest.json")));
+        return status.ok() ? createAndLoad(metadata, model, device, registration) : status;
+    } catch (...) {
+        return getStatusFromCurrentException();
+    }
+}
+
+QuavinStatus QuavinClient::loadMetadata(const std::shared_ptr<ModelMetadata>& metadata,
+                                        std::shared_ptr<QuavinModel>& model, const Device& device,
+                                        Registration registration) {
+    if (!initialized_) {
+        return notInitialized();
+    }
+    try {
+        if (metadata == nullptr) {
+            throw InvalidArgumentsException("There is no metadata to load a model from");
+        }
+        return createAndLoad(metadata, model, device, registration);
+    } catch (...) {
+        return getStatusFromCurrentException();
+    }
+}
+
+QuavinStatus QuavinClient::createAndLoad(const std::shared_ptr<ModelMetadata>& metadata,
+                                         std::shared_ptr<QuavinModel>& model, const Device& device,
+                                         Registration registration) {
+    model = createModel(*metadata, device);
+    if (registration == Registration::kRegistered) {
+        modelManager_.registerModel(model);
+    }
+    // A registered model stays so when its loading fails: the host sees it in the runtime status.
+    QuavinStatus status = model->load(metadata);
+    if (!status.ok()) {
+        model.reset();
+    }
+    return status;
+}
+
+std::shared_ptr<QuavinModel> QuavinClient::createModel(const ModelMetadata& metadata,
+                                                       const Device& device) const {
+    const bool hasTarget = metadata.getTargets().count(QuavinModelType::Openvino) != 0;
+    if (!initialized_ || !hasTarget || !isForThisEngine(device)) {
+        throw ModelMetaDataException("None of the target applicable for the platform found");
+    }
+    return internal::makeOpenVinoModel(metadata.getName(), device);
+}
+
+}  // namespace VelmoraQuavin

@@ -1,0 +1,56 @@
+#include <algorithm>
+#include <limits>
+#include <utility>
+
+#include "quavin/registry.h"
+
+namespace VelmoraQuavin {
+namespace {
+
+constexpr unsigned long long kNoLimit = std::numeric_limits<unsigned long long>::max();
+
+}  // namespace
+
+ModelManager::ModelManager() = default;
+
+// Emptying the account slots ends the cycles between models and their accounts.
+ModelManager::~ModelManager() {
+    for (const std::shared_ptr<QuavinModel>& model : models_) {
+        model->runtimeStatus_.reset();
+    }
+}
+
+QuavinStatus ModelManager::registerModel(const std::shared_ptr<QuavinModel>& model) {
+    if (model == nullptr) {
+        return {INVALID_ARGUMENTS, "There is no model to register"};
+    }
+    auto account = std::make_shared<ModelRuntimeStatus>(kNoLimit, model);
+    models_.push_back(model);
+    model->runtimeStatus_ = std::move(account);
+    return {SUCCESS, ""};
+}
+
+QuavinStatus ModelManager::unloadModel(const std::shared_ptr<QuavinModel>& model) {
+    if (model == nullptr) {
+        return {INVALID_ARGUMENTS, "There is no model to unload"};
+    }
+    // A copy, since the caller's pointer may be one of those that are removed.
+    const std::shared_ptr<QuavinModel> unloaded = model;
+    QuavinStatus status = unloaded->unloadImpl();
+    if (!status.ok()) {
+        return status;
+    }
+    const auto kept = std::remove(models_.begin(), models_.end(), unloaded);
+    if (kept == models_.end()) {
+        return {MODEL_NOT_LOADED, "Could not remove model from references"};
+    }
+    models_.erase(kept, models_.end());
+    unloaded->runtimeStatus_.reset();
+    return status;
+}
+
+RuntimeStatus ModelManager::getRuntimeStatus() const {
+    return RuntimeStatus(models_);
+}
+
+}  // namespace VelmoraQuavin

@@ -1,0 +1,7 @@
+#include "quavin/logging.h"
+
+namespace VelmoraQuavin {
+
+ILogProcessor::~ILogProcessor() = default;
+
+}  // namespace VelmoraQuavin

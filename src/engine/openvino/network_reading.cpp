@@ -1,0 +1,103 @@
+#include "engine/openvino/network_reading.h"
+
+#include <cstdint>
+#include <cstring>
+#include <limits>
+#include <memory>
+#include <new>
+#include <optional>
+
+#include "core/secure_wipe.h"
+#include "engine/openvino/secret_allocator.h"
+#include "package/sized_file.h"
+#include "quavin/encryption.h"
+#include "quavin/status.h"
+
+namespace VelmoraQuavin::internal {
+namespace {
+
+using InferenceEngine::Precision;
+using InferenceEngine::ResponseDesc;
+using InferenceEngine::StatusCode;
+
+constexpr uint64 kVectorSize = 16;
+
+void requireOk(StatusCode status, const ResponseDesc& response) {
+    if (status != InferenceEngine::OK) {
+        InferenceEngine::details::extract_exception(status, response.msg);
+    }
+}
+
+SizedFile openComponent(const NetworkComponentEntry& component) {
+    SizedFile file = SizedFile::open(Filepath(component.resolvedPath));
+    if (component.isSecured() && file.size() > std::numeric_limits<unsigned int>::max()) {
+        throw FileException("Secured file of 4 GiB or more : " + component.resolvedPath);
+    }
+    return file;
+}
+
+// Returns the size of the plaintext, which stands at the beginning of the buffer.
+uint64 decryptInPlace(const NetworkComponentEntry& component, char* buffer, uint64 size) {
+    auto* bytes = reinterpret_cast<unsigned char*>(buffer);
+    if (!QuavinEncryption()
+             .AES_decrypt(bytes, static_cast<unsigned int>(size), bytes,
+                          component.encryption.getKey())
+             .ok()) {
+        throw FileException("Could not decrypt file : " + component.resolvedPath);
+    }
+    std::memset(buffer + size - kVectorSize, 0, kVectorSize);
+    return size - kVectorSize;
+}
+
+void readTopology(InferenceEngine::ICNNNetReader& reader, const NetworkComponentEntry& component) {
+    SizedFile file = openComponent(component);
+    uint64 size = file.size();
+    const std::unique_ptr<char[]> buffer(new char[size]);
+    file.read(buffer.get());
+
+    std::optional<WipeOnExit> wipe;
+    if (component.isSecured()) {
+        wipe.emplace(buffer.get(), size);
+        size = decryptInPlace(component, buffer.get(), size);
+    }
+    ResponseDesc response;
+    requireOk(reader.ReadNetwork(buffer.get(), size, &response), response);
+}
+
+InferenceEngine::TBlob<std::uint8_t>::Ptr makeWeightsBlob(uint64 size, bool secured) {
+    const InferenceEngine::TensorDesc description(Precision::U8, {size}, InferenceEngine::ANY);
+    auto blob = secured ? InferenceEngine::make_shared_blob<std::uint8_t>(description,
+                                                                          makeSecretAllocator())
+                        : InferenceEngine::make_shared_blob<std::uint8_t>(description);
+    blob->allocate();
+    if (size != 0 && blob->buffer().as<void*>() == nullptr) {
+        throw std::bad_alloc();
+    }
+    return blob;
+}
+
+// The blob has the size of the file; what decryption takes off stays behind the weights as zeros.
+void readWeights(InferenceEngine::ICNNNetReader& reader, const NetworkComponentEntry& component) {
+    SizedFile file = openComponent(component);
+    const auto blob = makeWeightsBlob(file.size(), component.isSecured());
+    {
+        const auto memory = blob->buffer();
+        char* const buffer = memory.as<char*>();
+        file.read(buffer);
+        if (component.isSecured()) {
+            decryptInPlace(component, buffer, file.size());
+        }
+    }
+    ResponseDesc response;
+    requireOk(reader.SetWeights(blob, &response), response);
+}
+
+}  // namespace
+
+void readNetworkFiles(InferenceEngine::ICNNNetReader& reader, const NetworkComponentEntry& topology,
+                      const NetworkComponentEntry& weights) {
+    readTopology(reader, topology);
+    readWeights(reader, weights);
+}
+
+}  // namespace VelmoraQuavin::internal

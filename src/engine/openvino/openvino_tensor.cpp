@@ -1,0 +1,42 @@
+#include "engine/openvino/openvino_tensor.h"
+
+#include <utility>
+#include <vector>
+
+#include "engine/openvino/precision.h"
+
+namespace VelmoraQuavin {
+namespace {
+
+TensorShape shapeOf(const InferenceEngine::TensorDesc& description) {
+    const InferenceEngine::SizeVector& dimensions = description.getDims();
+    return std::vector<int64>(dimensions.begin(), dimensions.end());
+}
+
+}  // namespace
+
+OpenVinoTensor::OpenVinoTensor(InferenceEngine::Blob::Ptr blob)
+    : ITensor(internal::toDataType(blob->getTensorDesc().getPrecision()),
+              shapeOf(blob->getTensorDesc())),
+      blob_(std::move(blob)) {}
+
+OpenVinoTensor::~OpenVinoTensor() = default;
+
+QuavinStatus OpenVinoTensor::resize(const TensorShape& /*newShape*/) {
+    return {FAILURE, "Tensor resizing not allowed"};
+}
+
+// The address stays good after the lock is given back: the blob owns its memory, and is held.
+const unsigned char* OpenVinoTensor::buffer() const {
+    return std::as_const(*blob_).cbuffer().as<const unsigned char*>();
+}
+
+unsigned char* OpenVinoTensor::buffer() {
+    return blob_->buffer().as<unsigned char*>();
+}
+
+bool OpenVinoTensor::allocate(std::size_t /*byteCount*/) {
+    return false;
+}
+
+}  // namespace VelmoraQuavin

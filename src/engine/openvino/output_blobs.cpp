@@ -1,0 +1,68 @@
+#include "engine/openvino/output_blobs.h"
+
+#include <cstdint>
+#include <stdexcept>
+
+#include "engine/openvino/openvino_tensor.h"
+#include "feature/descriptor_access.h"
+
+namespace VelmoraQuavin::internal {
+namespace {
+
+using InferenceEngine::Blob;
+using InferenceEngine::Precision;
+using InferenceEngine::TensorDesc;
+
+template <typename Element>
+Blob::Ptr allocateBlob(const TensorDesc& description, const std::shared_ptr<OutputPool>& pool) {
+    auto blob = InferenceEngine::make_shared_blob<Element>(
+        description, std::static_pointer_cast<InferenceEngine::IAllocator>(pool));
+    blob->allocate();
+    return blob;
+}
+
+Blob::Ptr allocateBlob(const TensorDesc& description, const std::shared_ptr<OutputPool>& pool) {
+    switch (description.getPrecision()) {
+        case Precision::FP32:
+            return allocateBlob<float>(description, pool);
+        case Precision::I8:
+            return allocateBlob<std::int8_t>(description, pool);
+        case Precision::I16:
+            return allocateBlob<std::int16_t>(description, pool);
+        case Precision::I32:
+            return allocateBlob<std::int32_t>(description, pool);
+        default:
+            throw InvalidTypeException(
+                "Openvino only supports float, int8, int16, int32 output datatypes");
+    }
+}
+
+}  // namespace
+
+InferenceEngine::BlobMap makeOutputBlobs(const InferenceEngine::OutputsDataMap& outputsInfo,
+                                         const OutputPools& pools) {
+    InferenceEngine::BlobMap blobs;
+    for (const auto& [name, data] : outputsInfo) {
+        if (data == nullptr) {
+            throw std::logic_error("output data pointer is not valid");
+        }
+        // Set as it is, which declares it to the engine.
+        data->setPrecision(data->getPrecision());
+        const TensorDesc description(data->getPrecision(), data->getDims(), InferenceEngine::ANY);
+        blobs.emplace_hint(blobs.end(), name, allocateBlob(description, pools.at(name)));
+    }
+    return blobs;
+}
+
+void appendOutputFeatures(const std::vector<ModelFeatureDescriptor>& descriptors,
+                          const InferenceEngine::BlobMap& blobs,
+                          std::vector<std::shared_ptr<QuavinFeature>>& features) {
+    features.reserve(features.size() + descriptors.size());
+    for (const ModelFeatureDescriptor& descriptor : descriptors) {
+        const Blob::Ptr& blob = blobs.at(DescriptorAccess::name(descriptor).str());
+        features.push_back(std::make_shared<QuavinFeatureTensor>(
+            descriptor, std::make_shared<OpenVinoTensor>(blob)));
+    }
+}
+
+}  // namespace VelmoraQuavin::internal

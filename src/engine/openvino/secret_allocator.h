@@ -1,0 +1,12 @@
+#pragma once
+
+#include <inference_engine.hpp>
+#include <memory>
+
+namespace VelmoraQuavin::internal {
+
+/// Memory for decrypted weights: overwritten before it is freed, when the last holder of the blob
+/// lets it go.
+std::shared_ptr<InferenceEngine::IAllocator> makeSecretAllocator();
+
+}  // namespace VelmoraQuavin::internal

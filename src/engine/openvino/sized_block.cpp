@@ -1,0 +1,40 @@
+#include "engine/openvino/sized_block.h"
+
+#include <cstring>
+#include <limits>
+#include <new>
+
+namespace VelmoraQuavin::internal {
+namespace {
+
+// The size stands before the block, in as many bytes as keep the block itself aligned.
+constexpr std::size_t kHeaderSize = 64;
+constexpr std::align_val_t kAlignment{64};
+
+}  // namespace
+
+void* allocateSizedBlock(std::size_t size) noexcept {
+    if (size > std::numeric_limits<std::size_t>::max() - kHeaderSize) {
+        return nullptr;
+    }
+    void* const memory = ::operator new(kHeaderSize + size, kAlignment, std::nothrow);
+    if (memory == nullptr) {
+        return nullptr;
+    }
+    std::memcpy(memory, &size, sizeof size);
+    return static_cast<unsigned char*>(memory) + kHeaderSize;
+}
+
+std::size_t sizeOfBlock(const void* block) noexcept {
+    std::size_t size = 0;
+    std::memcpy(&size, static_cast<const unsigned char*>(block) - kHeaderSize, sizeof size);
+    return size;
+}
+
+void freeSizedBlock(void* block) noexcept {
+    if (block != nullptr) {
+        ::operator delete(static_cast<unsigned char*>(block) - kHeaderSize, kAlignment);
+    }
+}
+
+}  // namespace VelmoraQuavin::internal

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <cstddef>
+
+namespace VelmoraQuavin::internal {
+
+/// A block of memory, aligned to 64 bytes and not initialised, that knows its size.
+/// @return the first byte; null where memory runs out.
+void* allocateSizedBlock(std::size_t size) noexcept;
+/// The size that a block was asked for with.
+std::size_t sizeOfBlock(const void* block) noexcept;
+/// Frees a block; null is ignored.
+void freeSizedBlock(void* block) noexcept;
+
+}  // namespace VelmoraQuavin::internal

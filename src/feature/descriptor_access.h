@@ -1,0 +1,19 @@
+#pragma once
+
+#include "quavin/feature.h"
+
+namespace VelmoraQuavin::internal {
+
+/// Reads the fields of descriptors that have no accessor, or only one that copies.
+struct DescriptorAccess {
+    static const String& name(const ModelFeatureDescriptor& descriptor) { return descriptor.name_; }
+    static const ImageDescriptor& image(const ModelFeatureDescriptor& descriptor) {
+        return descriptor.imageDescriptor_;
+    }
+    /// The shape, also where it is variable.
+    static const TensorShape& shape(const TensorDescriptor& descriptor) {
+        return descriptor.shape_;
+    }
+};
+
+}  // namespace VelmoraQuavin::internal

@@ -1,0 +1,7 @@
+#include "quavin/device.h"
+
+namespace VelmoraQuavin {
+
+DeviceManager::~DeviceManager() = default;
+
+}  // namespace VelmoraQuavin

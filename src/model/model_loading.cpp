@@ -1,0 +1,63 @@
+#include <utility>
+
+#include "quavin/model.h"
+
+namespace VelmoraQuavin {
+
+QuavinStatus QuavinModel::load(std::shared_ptr<ModelMetadata> metadata) {
+    if (metadata == nullptr) {
+        return {INVALID_ARGUMENTS, "There is no metadata to load a model from"};
+    }
+    metadata_ = std::move(metadata);
+    return runLoadingSequence();
+}
+
+QuavinStatus QuavinModel::load(const Filepath& manifest) {
+    if (metadata_ == nullptr) {
+        return {INVALID_ARGUMENTS, "There is no metadata to read a manifest into"};
+    }
+    QuavinStatus status = metadata_->load(manifest);
+    return status.ok() ? runLoadingSequence() : status;
+}
+
+void QuavinModel::releaseMetadata() {
+    metadata_.reset();
+    loaded_ = false;
+}
+
+// Looks at the first input alone: an engine learns the rest from the network itself.
+QuavinStatus QuavinModel::validateTarget() const {
+    const ModelTarget* target = findTarget();
+    if (target == nullptr || target->inputs.empty()) {
+        return {MODEL_METADATA_ERROR, "There must be at least one defined input name"};
+    }
+    if (target->outputs.empty()) {
+        return {MODEL_METADATA_ERROR, "There must be at least one defined output name"};
+    }
+    if (target->inputs.front().tensorDescriptor().shape().size() < 1) {
+        return {MODEL_METADATA_ERROR, "The input shape has to be defined"};
+    }
+    return {SUCCESS, ""};
+}
+
+QuavinStatus QuavinModel::runLoadingSequence() {
+    QuavinStatus status = validateTarget();
+    if (!status.ok()) {
+        return status;
+    }
+    status = prepareImpl();
+    if (!status.ok()) {
+        return status;
+    }
+    // A copy: the hook may release the metadata that the target lives in.
+    const std::vector<ModelComponent> components = getTargetMetadata().components;
+    if (components.empty()) {
+        return {MODEL_METADATA_ERROR, "No model component found"};
+    }
+    loaded_ = false;  // and it stays so where the hook throws
+    status = loadImpl(components);
+    loaded_ = status.ok();
+    return status;
+}
+
+}  // namespace VelmoraQuavin

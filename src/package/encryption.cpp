@@ -1,0 +1,68 @@
+#include "quavin/encryption.h"
+
+#include <cstring>
+#include <functional>
+
+#include "core/secure_wipe.h"
+#include "platform/aes.h"
+
+namespace VelmoraQuavin {
+namespace {
+
+using internal::platform::kAesBlockSize;
+using internal::platform::kAesKeySize;
+
+bool overlap(const unsigned char* left, std::size_t leftSize, const unsigned char* right,
+             std::size_t rightSize) {
+    const std::less<> before;
+    return before(left, right + rightSize) && before(right, left + leftSize);
+}
+
+bool areUsable(const unsigned char* input, std::size_t length, const unsigned char* output,
+               const unsigned char* key) {
+    if (input == nullptr || key == nullptr || length < kAesBlockSize ||
+        length % kAesBlockSize != 0) {
+        return false;
+    }
+    const std::size_t plaintextSize = length - kAesBlockSize;
+    if (plaintextSize == 0 || output == input) {
+        return true;
+    }
+    return output != nullptr && !overlap(input, length, output, plaintextSize);
+}
+
+}  // namespace
+
+Encryption::Encryption() : key_{}, paddingType_(PaddingType::NONE) {}
+
+Encryption::Encryption(std::array<unsigned char, 16>&& key, PaddingType padding)
+    : key_(key), paddingType_(padding) {
+    internal::secureWipe(key.data(), key.size());
+}
+
+Encryption::~Encryption() {
+    internal::secureWipe(key_.data(), key_.size());
+}
+
+void Encryption::setKey(const unsigned char* key) {
+    if (key == nullptr) {
+        throw InvalidArgumentsException("A crypto key must not be null");
+    }
+    std::memmove(key_.data(), key, kAesKeySize);
+}
+
+QuavinEncryption::~QuavinEncryption() = default;
+
+QuavinStatus QuavinEncryption::AES_decrypt(const unsigned char* input, unsigned int length,
+                                           unsigned char*& output, const unsigned char* key) {
+    if (!areUsable(input, length, output, key)) {
+        return {FAILURE, ""};
+    }
+    if (length > kAesBlockSize &&
+        !internal::platform::decryptAes128Cbc(input, length, output, key)) {
+        return {FAILURE, ""};
+    }
+    return {SUCCESS, ""};
+}
+
+}  // namespace VelmoraQuavin

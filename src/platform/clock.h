@@ -1,0 +1,10 @@
+#pragma once
+
+#include <cstdint>
+
+namespace VelmoraQuavin::internal::platform {
+
+/// A monotonic clock in ticks of 100 nanoseconds. Its start has no meaning.
+std::int64_t monotonicTicks();
+
+}  // namespace VelmoraQuavin::internal::platform

@@ -1,0 +1,54 @@
+#include "platform/file_system.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <string>
+
+#include "platform/posix/native_path.h"
+
+namespace VelmoraQuavin::internal::platform {
+namespace {
+
+constexpr mode_t kDirectoryMode = 0777;  // before the process's umask
+
+// The directory that would hold the entry. Archives name directories with a separator at the end,
+// which does not count.
+std::string parentOf(const std::string& path) {
+    const std::size_t nameEnd = path.find_last_not_of('/');
+    if (nameEnd == std::string::npos) {
+        return path;
+    }
+    const std::size_t separator = path.rfind('/', nameEnd);
+    if (separator == std::string::npos) {
+        return ".";
+    }
+    return separator == 0 ? "/" : path.substr(0, separator);
+}
+
+}  // namespace
+
+DirectoryCreation createDirectory(const String& path) {
+    if (::mkdir(nativePath(path).c_str(), kDirectoryMode) == 0) {
+        return DirectoryCreation::kCreated;
+    }
+    return errno == ENOENT || errno == ENOTDIR ? DirectoryCreation::kParentMissing
+                                               : DirectoryCreation::kOtherFailure;
+}
+
+bool removeFile(const String& path) {
+    return ::unlink(nativePath(path).c_str()) == 0;
+}
+
+bool isMissing(const String& path) {
+    const std::string native = nativeUtf8Path(path);
+    // The link itself, not what it points to, is what exists.
+    struct stat attributes {};
+    if (::lstat(native.c_str(), &attributes) == 0 || errno != ENOENT) {
+        return false;
+    }
+    return isDirectory(parentOf(native));
+}
+
+}  // namespace VelmoraQuavin::internal::platform
