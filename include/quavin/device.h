@@ -51,7 +51,7 @@ public:
     OpenVinoDeviceManager();
     ~OpenVinoDeviceManager() override;
     std::vector<Device> getDevices() const override { return devices_; }
-    /// Adds the device where the list is empty; always #SUCCESS.
+    /// Adds the device where the list is empty; always SUCCESS.
     QuavinStatus refresh() override;
 
 private:

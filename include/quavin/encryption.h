@@ -67,8 +67,8 @@ public:
     ///        which decrypts in place; other overlaps are refused. May be null where `length`
     ///        is 16.
     /// @param key sixteen bytes.
-    /// @return #SUCCESS, or #FAILURE with an empty text and nothing written where an argument is
-    ///         unusable. Where the cryptography itself fails (#FAILURE), what was written is wiped.
+    /// @return SUCCESS, or FAILURE with an empty text and nothing written where an argument is
+    ///         unusable. Where the cryptography itself fails (FAILURE), what was written is wiped.
     virtual QuavinStatus AES_decrypt(const unsigned char* input, unsigned int length,
                                      unsigned char*& output, const unsigned char* key);
 };

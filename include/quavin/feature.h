@@ -32,7 +32,7 @@ enum class QuavinPixelType : std::int32_t {
     BGRA = 4,  ///< Blue, green, red, alpha.
 };
 
-/// The size and channel order of an image.
+/// The size and channel order of an image. A value type.
 struct ImageDescriptor {
     std::int32_t height = 0;  ///< Pixels.
     std::int32_t width = 0;   ///< Pixels.

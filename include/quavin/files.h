@@ -52,7 +52,7 @@ public:
     static void createDir(const Filepath& path);
     /// Does nothing: the library never removes directories.
     static void deleteDir(const Filepath& path);
-    /// Removes a file.
+    /// Removes a file, never a directory.
     /// @throws FileException "Could not delete file : " and the path, where that fails.
     static void deleteFile(const Filepath& path);
     /// Whether a file or directory is there. False only where the parent directory exists and the

@@ -61,7 +61,7 @@ struct QUAVIN_API ComponentKind {
     static const String SecuredTar;    ///< "secured_tar": an encrypted archive.
 };
 
-/// One file or buffer of a model.
+/// One file or buffer of a model. A value type; a copy holds the key too.
 struct QUAVIN_API ModelComponent {
     String name;            ///< The kind; see ComponentKind.
     String path;            ///< Relative to the package.
@@ -72,7 +72,7 @@ struct QUAVIN_API ModelComponent {
     void setCryptoKey(const unsigned char* key);
 };
 
-/// A model as one engine sees it.
+/// A model as one engine sees it. A value type.
 struct ModelTarget {
     std::vector<ModelComponent> components;       ///< In the manifest's order.
     std::vector<String> inputNames;               ///< The name of each of #inputs.
@@ -109,13 +109,16 @@ public:
 
     /// Reads a manifest into this object.
     ///
-    /// What the manifest does not say, or says with another JSON type, keeps its value.
+    /// What the manifest does not say, or says with another JSON type, keeps its value. A target of
+    /// an engine that it names replaces the one that was there; targets of other engines stay.
     ///
     /// @param path of the manifest itself. The text before its last backslash becomes the root
     ///        directory: join with Filepath::append(), not with "/".
-    /// @return #MODEL_METADATA_ERROR where the file cannot be read or is no JSON object ("Failed to
-    ///         open metadata file at " and the path) or has no "targets" ("No target found in root
-    ///         of manifest file"); what was read before stays. Throws nothing.
+    /// @return SUCCESS, also where "targets" names no engine; MODEL_METADATA_ERROR where the file
+    ///         cannot be read or is no JSON object ("Failed to open metadata file at " and the
+    ///         path) or has no "targets" ("No target found in root of manifest file"); FAILURE for
+    ///         a path that is not UTF-8 ("bad conversion"), and where memory runs out. What was
+    ///         read before a failure stays. Throws nothing.
     QuavinStatus load(const Filepath& path);
 
     String getId() const { return id_; }                    ///< A copy of "id".

@@ -64,9 +64,9 @@ public:
     ///        pointers are skipped.
     /// @param outputs receives the output features behind what it holds already.
     /// @param option 0.
-    /// @return #SUCCESS; #MODEL_NOT_LOADED where the model is not loaded or was unloaded;
-    ///         #EMPTY_INPUT_DESCRIPTOR where a network input has no feature; #MODEL_METADATA_ERROR
-    ///         where the target names an output that the network does not have; #FAILURE where the
+    /// @return SUCCESS; MODEL_NOT_LOADED where the model is not loaded or was unloaded;
+    ///         EMPTY_INPUT_DESCRIPTOR where a network input has no feature; MODEL_METADATA_ERROR
+    ///         where the target names an output that the network does not have; FAILURE where the
     ///         network has no outputs.
     /// @throws InvalidOperationException where an input's descriptor has a variable shape.
     /// @throws InvalidTensorDataTypeException where an input is declared as bool or double.
@@ -74,7 +74,10 @@ public:
     ///         float, int8, int16 nor int32.
     /// @throws InvalidArgumentsException where an input has no tensor, no memory, or fewer bytes
     ///         than the network reads.
-    /// @throws MLFrameworkException where an input is strided, or the engine fails.
+    /// @throws MLFrameworkException where an input is strided or of another element type than the
+    ///         network was loaded with, or the engine fails.
+    /// @throws std::exception where memory runs out, or the engine has a failure of its own before
+    ///         it infers.
     virtual QuavinStatus predict(const std::vector<std::shared_ptr<QuavinFeature>>& inputs,
                                  std::vector<std::shared_ptr<QuavinFeature>>& outputs,
                                  int option = 0) const;
@@ -89,7 +92,7 @@ protected:
                                      int option) const = 0;
     /// Loads the engine's network from the components of the target. May throw.
     virtual QuavinStatus loadImpl(const std::vector<ModelComponent>& components) = 0;
-    /// Prepares the engine before components are loaded; #SUCCESS here.
+    /// Prepares the engine before components are loaded; SUCCESS here.
     virtual QuavinStatus prepareImpl();
     /// Releases what loading took, the metadata too.
     virtual QuavinStatus unloadImpl() = 0;
@@ -98,27 +101,31 @@ public:
     /// Adds one feature for every declared input to the end of `features`: zeros, false, an empty
     /// text, or a zero-filled tensor. A tensor of variable shape gets no memory: give it its shape
     /// with ITensor::resize, and pass predict() a feature of your own that declares that shape.
-    /// @return #MODEL_NOT_LOADED where the model has no metadata, #INVALID_TYPE for an image or a
-    ///         kind that is not set (what was added before stays). Throws nothing.
+    /// @return SUCCESS; MODEL_NOT_LOADED where the model has no metadata; INVALID_TYPE for an image
+    ///         or a kind that is not set; FAILURE where memory runs out. What was added before a
+    ///         failure stays. Throws nothing.
     QuavinStatus allocateInputs(std::vector<std::shared_ptr<QuavinFeature>>& features);
     /// A copy of the target of the model's engine, keys included; empty where there is none.
     ModelTarget getTargetMetadata() const;
-    /// The metadata, shared; null before loading and after unloading.
+    /// The metadata, shared; null before loading and after unloading. A load that failed leaves the
+    /// metadata that it was given.
     std::shared_ptr<ModelMetadata> getMetadata() const { return metadata_; }
     /// The engine.
     QuavinModelType getModelType() const { return modelType_; }
     /// The model's memory account, shared; null while the model is not registered.
     std::shared_ptr<ModelRuntimeStatus> getRuntimeStatus() const { return runtimeStatus_; }
 
-    /// Keeps the metadata and loads its target. QuavinClient::getModel does so for hosts.
-    /// @return #INVALID_ARGUMENTS for a null pointer; #MODEL_METADATA_ERROR where the target has no
+    /// Keeps the metadata, also where loading fails, and loads its target. QuavinClient::getModel
+    /// does so for hosts. A model that is loaded already keeps the network that it has read: unload
+    /// it first to have the files read again.
+    /// @return INVALID_ARGUMENTS for a null pointer; MODEL_METADATA_ERROR where the target has no
     ///         inputs, no outputs, no components, or a first input without elements; or what the
     ///         engine answers.
     /// @throws InvalidOperationException where the first input has a variable shape.
     /// @throws Exception or std::exception as the engine does.
     QuavinStatus load(std::shared_ptr<ModelMetadata> metadata);
     /// Has the metadata of an earlier load() read a manifest again, and loads its target.
-    /// @return #INVALID_ARGUMENTS where there is no metadata; what ModelMetadata::load answers
+    /// @return INVALID_ARGUMENTS where there is no metadata; what ModelMetadata::load answers
     ///         where that fails; or as the other load().
     /// @throws Exception or std::exception as the other load() does.
     QuavinStatus load(const Filepath& manifest);

@@ -32,17 +32,18 @@ public:
     std::shared_ptr<QuavinModel> getModel() const { return model_; }
 
     /// Stores a value below the limit.
-    /// @return #MEMORY_LIMIT_EXCEEDED with "Current Memory consumption = " and the value where it
-    ///         is below the limit and has been stored; #SUCCESS where it is not, and nothing is
+    /// @return MEMORY_LIMIT_EXCEEDED with "Current Memory consumption = " and the value where it
+    ///         is below the limit and has been stored; SUCCESS where it is not, and nothing is
     ///         stored. Hosts rely on this sense of the answer.
     QuavinStatus setCurrentMemoryConsumption(unsigned long long value);
-    /// setCurrentMemoryConsumption() of the sum; wraps at 64 bits.
+    /// setCurrentMemoryConsumption() of the sum, which wraps at 64 bits; the same answers.
     QuavinStatus addCurrentMemoryConsumption(unsigned long long amount);
-    /// setCurrentMemoryConsumption() of the difference; wraps below 0.
+    /// setCurrentMemoryConsumption() of the difference, which wraps below 0; the same answers.
     QuavinStatus removeCurrentMemoryConsumption(unsigned long long amount);
 
 protected:
-    /// Replaces the limit.
+    /// Replaces the limit; what is accounted already is not compared with it.
+    /// @return SUCCESS.
     QuavinStatus setMaxAllowedMemoryConsumption(unsigned long long value);
 
 private:
@@ -92,11 +93,12 @@ public:
     ~ModelManager();
 
     /// Opens a new account without a limit and adds the model, which is shared, to the end.
-    /// @return #SUCCESS, or #INVALID_ARGUMENTS for a null pointer.
+    /// @return SUCCESS, or INVALID_ARGUMENTS for a null pointer.
     QuavinStatus registerModel(const std::shared_ptr<QuavinModel>& model);
     /// Has the model release what it loaded, removes every entry of it and closes its account.
-    /// @return #INVALID_ARGUMENTS for a null pointer; what the model answers where it cannot unload
-    ///         (it stays registered then); #MODEL_NOT_LOADED where it was not registered.
+    /// @return SUCCESS; INVALID_ARGUMENTS for a null pointer; what the model answers where it
+    ///         cannot unload (it stays registered then); MODEL_NOT_LOADED where it was not
+    ///         registered, though it has released what it loaded all the same.
     QuavinStatus unloadModel(const std::shared_ptr<QuavinModel>& model);
     /// A snapshot.
     RuntimeStatus getRuntimeStatus() const;

@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <exception>
+#include <memory>
 
 #include "quavin/export.h"
 #include "quavin/text.h"
@@ -15,11 +16,11 @@
 namespace VelmoraQuavin {
 
 /// What came of an operation. The numbers are part of the interface and never change; success is 1,
-/// and no operation produces 0, 10 or 20.
+/// and 0, 10 and 20 are not used. docs/errors.md tells who answers with each, and what to do.
 enum STATUS_CODE : std::uint32_t {
     SUCCESS = 1,             ///< It succeeded: the only code for which QuavinStatus::ok() is true.
     FAILURE = 2,             ///< Any failure without a code of its own.
-    FILE_ERROR = 3,          ///< A file could not be opened, read or deleted.
+    FILE_ERROR = 3,          ///< A file could not be opened, deleted, decrypted or understood.
     INVALID_MODEL_PATH = 4,  ///< No model path, or a target with fewer than two file components.
     INVALID_WEIGHTS_PATH = 5,      ///< The weights component has no path.
     INVALID_OPERATION = 6,         ///< The operation does not fit the object's state.
@@ -52,7 +53,7 @@ enum STATUS_CODE : std::uint32_t {
 /// @endcode
 class QUAVIN_API QuavinStatus {
 public:
-    /// Code #FAILURE, no text.
+    /// Code FAILURE, no text.
     QuavinStatus();
     /// Stores both.
     QuavinStatus(STATUS_CODE statusCode, const String& text);
@@ -65,7 +66,7 @@ public:
     String getDescription() const { return description; }
     /// Replaces the text and leaves the code.
     void setDescription(String newDescription);
-    /// Whether the code is #SUCCESS.
+    /// Whether the code is SUCCESS.
     bool ok() const { return code == SUCCESS; }
 
     STATUS_CODE code;    ///< The code.
@@ -79,7 +80,7 @@ public:
 /// being handled into a status.
 class QUAVIN_API Exception : public std::exception {
 public:
-    /// Code #FAILURE.
+    /// Code FAILURE.
     explicit Exception(const String& message);
     /// Stores both.
     Exception(const String& message, const STATUS_CODE& code);
@@ -93,11 +94,12 @@ public:
     STATUS_CODE getStatusCode() const { return statusCode_; }
 
 private:
-    String message_;
+    // Shared, so that copying an exception does not throw.
+    std::shared_ptr<const String> message_;
     STATUS_CODE statusCode_;
 };
 
-/// A file could not be opened, read or deleted: code #FILE_ERROR.
+/// A file could not be opened, deleted, decrypted or understood: code FILE_ERROR.
 class QUAVIN_API FileException : public Exception {
 public:
     explicit FileException(const String& message);             ///< Stores the message.
@@ -106,7 +108,7 @@ public:
     ~FileException() override;
 };
 
-/// The operation does not fit the object's state: code #INVALID_OPERATION.
+/// The operation does not fit the object's state: code INVALID_OPERATION.
 class QUAVIN_API InvalidOperationException : public Exception {
 public:
     explicit InvalidOperationException(const String& message);  ///< Stores the message.
@@ -117,7 +119,7 @@ public:
     ~InvalidOperationException() override;
 };
 
-/// An argument has no usable value: code #INVALID_ARGUMENTS.
+/// An argument has no usable value: code INVALID_ARGUMENTS.
 class QUAVIN_API InvalidArgumentsException : public Exception {
 public:
     explicit InvalidArgumentsException(const String& message);  ///< Stores the message.
@@ -128,7 +130,7 @@ public:
     ~InvalidArgumentsException() override;
 };
 
-/// A feature or blob is of another type than the one asked for: code #INVALID_TYPE.
+/// A feature or blob is of another type than the one asked for: code INVALID_TYPE.
 class QUAVIN_API InvalidTypeException : public Exception {
 public:
     explicit InvalidTypeException(const String& message);         ///< Stores the message.
@@ -138,7 +140,7 @@ public:
     ~InvalidTypeException() override;
 };
 
-/// The engine does not take the element type: code #INVALID_TENSOR_DATA_TYPE.
+/// The engine does not take the element type: code INVALID_TENSOR_DATA_TYPE.
 class QUAVIN_API InvalidTensorDataTypeException : public Exception {
 public:
     explicit InvalidTensorDataTypeException(const String& message);  ///< Stores the message.
@@ -149,7 +151,7 @@ public:
     ~InvalidTensorDataTypeException() override;
 };
 
-/// The manifest is missing, malformed or lacks what is needed: code #MODEL_METADATA_ERROR.
+/// The manifest is missing, malformed or lacks what is needed: code MODEL_METADATA_ERROR.
 class QUAVIN_API ModelMetaDataException : public Exception {
 public:
     explicit ModelMetaDataException(const String& message);           ///< Stores the message.
@@ -159,7 +161,7 @@ public:
     ~ModelMetaDataException() override;
 };
 
-/// The inference engine failed: code #ML_FRAMEWORK_ERROR.
+/// The inference engine failed: code ML_FRAMEWORK_ERROR.
 class QUAVIN_API MLFrameworkException : public Exception {
 public:
     explicit MLFrameworkException(const String& message);         ///< Stores the message.
@@ -169,7 +171,7 @@ public:
     ~MLFrameworkException() override;
 };
 
-/// An index is past the end: code #OUT_OF_RANGE.
+/// An index is past the end: code OUT_OF_RANGE.
 class QUAVIN_API RangeException : public Exception {
 public:
     explicit RangeException(const String& message);              ///< Stores the message.
@@ -180,8 +182,8 @@ public:
 
 /// Turns the exception being handled into a status.
 ///
-/// An Exception gives its own code and message; any other standard exception gives #FAILURE and its
-/// text ("Unknown exception" where it has none); everything else gives #FAILURE and "unknown error
+/// An Exception gives its own code and message; any other standard exception gives FAILURE and its
+/// text ("Unknown exception" where it has none); everything else gives FAILURE and "unknown error
 /// occured". Texts end at their first zero byte.
 ///
 /// To be called from inside a catch handler only: with no exception being handled the process ends.

@@ -23,7 +23,8 @@ struct DescriptorAccess;
 /// height, width.
 ///
 /// A dimension of -1 is not known until run time. Nothing is checked: any value is stored as given.
-/// A value type; several threads may read one object at once.
+/// A value type; several threads may read one object at once. Its forms of equality do not agree
+/// with each other: use compare().
 struct QUAVIN_API TensorShape {
     /// No dimensions.
     TensorShape();
@@ -41,6 +42,8 @@ struct QUAVIN_API TensorShape {
     TensorShape(std::initializer_list<int64> dimensions);
     /// The listed dimensions.
     TensorShape(const std::vector<int64>& dimensions);
+    /// The listed dimensions, taken over.
+    TensorShape(std::vector<int64>&& dimensions) noexcept;
 
     /// The number of dimensions.
     uint64 dimension() const { return dimensions_.size(); }
@@ -65,9 +68,9 @@ struct QUAVIN_API TensorShape {
     /// getNCHW() in the order batch, height, width, channels.
     std::vector<int64> getNHWC() const;
 
-    /// Whether both have the same dimensions.
+    /// Whether both have the same dimensions: the equality to use.
     bool compare(const TensorShape& other) const { return dimensions_ == other.dimensions_; }
-    /// Whether both have the same dimensions.
+    /// The same as compare(); chosen where the left side is constant.
     bool operator==(const TensorShape& other) const { return compare(other); }
     /// Whether `other` *begins with* the dimensions of this shape: unlike the const form, a longer
     /// `other` equals, and an empty shape on the left equals anything.
@@ -139,7 +142,8 @@ private:
 ///
 /// Held by `std::shared_ptr`; make one with `std::make_shared` of Tensor or BufferWrappedTensor.
 /// Where the bytes live and who owns them is the concrete class's matter. One thread at a time;
-/// while a prediction runs, the engine is that thread.
+/// while a prediction runs, the engine is that thread. The last pointer to a tensor may be dropped
+/// on any thread.
 class QUAVIN_API ITensor : public std::enable_shared_from_this<ITensor> {
 public:
     ITensor(const ITensor&) = delete;
@@ -154,9 +158,11 @@ public:
     virtual int64 bytes() const;
     /// Gives the tensor another shape: one of the same number of bytes where it has memory (which
     /// is kept as it is), any where it has none (and then gets it, zero-filled).
-    /// @return #TENSOR_SIZE_MISMATCH or #ALLOCATION_FAILED, with the tensor unchanged, or #SUCCESS.
+    /// @return SUCCESS; or, with the tensor unchanged, TENSOR_SIZE_MISMATCH, ALLOCATION_FAILED
+    ///         where the tensor cannot get memory of its own, FAILURE ("Tensor resizing not
+    ///         allowed") for an output of a prediction.
     /// @throws std::bad_alloc where memory runs out or the number of bytes is negative or too
-    /// large.
+    ///         large.
     virtual QuavinStatus resize(const TensorShape& newShape);
     /// The first byte, or null where there is no memory; valid while the tensor lives.
     virtual const unsigned char* buffer() const = 0;
@@ -190,7 +196,7 @@ public:
     explicit Tensor(DataType dataType);
     /// Memory for `shape`, zero-filled.
     /// @throws std::bad_alloc where memory runs out or the number of bytes is negative or too
-    /// large.
+    ///         large.
     Tensor(DataType dataType, TensorShape shape);
     ~Tensor() override;
 
@@ -217,11 +223,9 @@ public:
     /// @param shape the dimensions.
     /// @param buffer the memory; null makes a tensor without memory, of any shape.
     /// @param bufferSize bytes at `buffer`. More than the shape needs is refused; less is taken,
-    /// and
-    ///        the host vouches for it.
+    ///        and the host vouches for it.
     /// @throws InvalidArgumentsException where there is memory but the shape is empty, or the
-    /// memory
-    ///         is larger than the shape needs.
+    ///         memory is larger than the shape needs.
     BufferWrappedTensor(DataType dataType, TensorShape shape, unsigned char* buffer,
                         std::size_t bufferSize);
     ~BufferWrappedTensor() override;

@@ -55,6 +55,14 @@ QuavinStatus QuavinClient::getModel(std::shared_ptr<ModelMetadata> metadata,
     return loadMetadata(metadata, model, deviceOfType(type), Registration::kNone);
 }
 
+// Answers that no model is loaded also where the library is off.
+QuavinStatus QuavinClient::unloadModel(std::shared_ptr<QuavinModel>& model) {
+    if (initialized_ && model != nullptr) {
+        return model->unloadImpl();
+    }
+    return {MODEL_NOT_LOADED, "There is no model loaded"};
+}
+
 QuavinStatus QuavinClient::loadPackage(const String& path, std::shared_ptr<QuavinModel>& model,
                                        const Device& device, Registration registration) {
     if (!initialized_) {

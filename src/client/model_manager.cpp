@@ -34,18 +34,16 @@ QuavinStatus ModelManager::unloadModel(const std::shared_ptr<QuavinModel>& model
     if (model == nullptr) {
         return {INVALID_ARGUMENTS, "There is no model to unload"};
     }
-    // A copy, since the caller's pointer may be one of those that are removed.
-    const std::shared_ptr<QuavinModel> unloaded = model;
-    QuavinStatus status = unloaded->unloadImpl();
+    QuavinStatus status = model->unloadImpl();
     if (!status.ok()) {
         return status;
     }
-    const auto kept = std::remove(models_.begin(), models_.end(), unloaded);
+    const auto kept = std::remove(models_.begin(), models_.end(), model);
     if (kept == models_.end()) {
         return {MODEL_NOT_LOADED, "Could not remove model from references"};
     }
     models_.erase(kept, models_.end());
-    unloaded->runtimeStatus_.reset();
+    model->runtimeStatus_.reset();
     return status;
 }
 

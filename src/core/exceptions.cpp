@@ -5,12 +5,12 @@ namespace VelmoraQuavin {
 Exception::Exception(const String& message) : Exception(message, FAILURE) {}
 
 Exception::Exception(const String& message, const STATUS_CODE& code)
-    : message_(message), statusCode_(code) {}
+    : message_(std::make_shared<const String>(message)), statusCode_(code) {}
 
 Exception::~Exception() = default;
 
 const char* Exception::what() const noexcept {
-    return reinterpret_cast<const char*>(message_.c_str());
+    return reinterpret_cast<const char*>(message_->c_str());
 }
 
 FileException::FileException(const String& message) : Exception(message, FILE_ERROR) {}

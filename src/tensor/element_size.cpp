@@ -46,7 +46,8 @@ std::optional<int64> exactByteCount(DataType type, const TensorShape& shape) noe
     if (!fits) {
         return std::nullopt;
     }
-    return negative ? -static_cast<int64>(count) : static_cast<int64>(count);
+    const auto bytes = static_cast<int64>(count);
+    return negative ? -bytes : bytes;
 }
 
 std::size_t byteCountToAllocate(DataType type, const TensorShape& shape) noexcept {

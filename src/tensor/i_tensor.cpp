@@ -44,12 +44,11 @@ TensorShape ITensor::stride() const {
 }
 
 TensorShape ITensor::getStrideFromShape(const TensorShape& shape) {
-    std::vector<int64> strides = shape.shapeVector();
+    std::vector<int64> strides(shape.dimension());
     uint64 product = 1;
-    for (auto extent = strides.rbegin(); extent != strides.rend(); ++extent) {
-        const uint64 next = product * static_cast<uint64>(*extent);
-        *extent = static_cast<int64>(product);
-        product = next;
+    for (uint64 index = shape.dimension(); index-- > 0;) {
+        strides[index] = static_cast<int64>(product);
+        product *= static_cast<uint64>(shape[index]);  // unsigned, since it may wrap
     }
     return strides;
 }

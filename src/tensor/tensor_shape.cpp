@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cstddef>
+#include <utility>
 
 #include "quavin/tensor.h"
 
@@ -30,6 +31,9 @@ TensorShape::TensorShape(int64 d0, int64 d1, int64 d2, int64 d3, int64 d4)
 TensorShape::TensorShape(std::initializer_list<int64> dimensions) : dimensions_(dimensions) {}
 
 TensorShape::TensorShape(const std::vector<int64>& dimensions) : dimensions_(dimensions) {}
+
+TensorShape::TensorShape(std::vector<int64>&& dimensions) noexcept
+    : dimensions_(std::move(dimensions)) {}
 
 int64 TensorShape::size() const {
     // Unsigned, since a product that overflows wraps.

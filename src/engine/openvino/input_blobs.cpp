@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <typeinfo>
 
 #include "engine/openvino/precision.h"
 #include "feature/descriptor_access.h"
@@ -25,15 +26,23 @@ QuavinFeature* findFeature(const std::vector<std::shared_ptr<QuavinFeature>>& fe
     return nullptr;
 }
 
-void requireDense(const ITensor& tensor) {
-    if (!tensor.stride().compare(ITensor::getStrideFromShape(tensor.shape()))) {
-        throw MLFrameworkException("OpenVino: Invalid use of strided tensor");
-    }
+// The library's own tensors are dense by their making, which saves asking those for their strides.
+bool isDense(const ITensor& tensor) {
+    const std::type_info& type = typeid(tensor);
+    return type == typeid(Tensor) || type == typeid(BufferWrappedTensor) ||
+           tensor.stride().compare(ITensor::getStrideFromShape(tensor.shape()));
 }
 
 bool isInputPrecision(const Precision& precision) {
-    return precision == Precision::FP32 || precision == Precision::I8 ||
-           precision == Precision::I16 || precision == Precision::I32;
+    switch (precision) {
+        case Precision::FP32:
+        case Precision::I8:
+        case Precision::I16:
+        case Precision::I32:
+            return true;
+        default:
+            return false;
+    }
 }
 
 // The engine reads the network's dimensions from whatever memory the tensor has.
@@ -76,8 +85,8 @@ Blob::Ptr makeInputBlob(const std::string& name, InferenceEngine::InputInfo& inf
     info.setPrecision(toPrecision(declared.tensorType()));
 
     const std::shared_ptr<ITensor> tensor = feature.asTensor();
-    if (tensor != nullptr) {
-        requireDense(*tensor);
+    if (tensor != nullptr && !isDense(*tensor)) {
+        throw MLFrameworkException("OpenVino: Invalid use of strided tensor");
     }
     const TensorDesc& description = info.getTensorDesc();
     if (!isInputPrecision(description.getPrecision())) {
@@ -92,13 +101,14 @@ Blob::Ptr makeInputBlob(const std::string& name, InferenceEngine::InputInfo& inf
 
 QuavinStatus makeInputBlobs(const InferenceEngine::InputsDataMap& inputsInfo,
                             const std::vector<std::shared_ptr<QuavinFeature>>& features,
-                            InferenceEngine::BlobMap& blobs) {
+                            NamedBlobs& blobs) {
+    blobs.reserve(inputsInfo.size());
     for (const auto& [name, info] : inputsInfo) {
         QuavinFeature* const feature = findFeature(features, name);
         if (feature == nullptr) {
             return {EMPTY_INPUT_DESCRIPTOR, "Empty Input Feature Descriptor"};
         }
-        blobs[name] = makeInputBlob(name, *info, *feature);
+        blobs.push_back({&name, makeInputBlob(name, *info, *feature)});
     }
     return {SUCCESS, ""};
 }

@@ -4,6 +4,7 @@
 #include <memory>
 #include <vector>
 
+#include "engine/openvino/named_blob.h"
 #include "quavin/feature.h"
 #include "quavin/status.h"
 
@@ -11,12 +12,12 @@ namespace VelmoraQuavin::internal {
 
 /// Makes a blob for every input of a network over the memory of the feature of the same name,
 /// without copying. The features' element types are set on the network's inputs.
-/// @param blobs receives the blobs by input name.
-/// @return #EMPTY_INPUT_DESCRIPTOR where an input has no feature.
+/// @param blobs receives the blobs in the order of the inputs; their names are those of the map.
+/// @return EMPTY_INPUT_DESCRIPTOR where an input has no feature.
 /// @throws Exception of several classes where a feature cannot be read in place; see
 ///         QuavinModel::predict.
 QuavinStatus makeInputBlobs(const InferenceEngine::InputsDataMap& inputsInfo,
                             const std::vector<std::shared_ptr<QuavinFeature>>& features,
-                            InferenceEngine::BlobMap& blobs);
+                            NamedBlobs& blobs);
 
 }  // namespace VelmoraQuavin::internal

@@ -22,7 +22,7 @@ std::vector<NetworkComponentEntry> collectNetworkComponents(
     const std::vector<ModelComponent>& components, const Filepath& rootDir);
 
 /// Whether the first two entries can be read as topology and weights.
-/// @return #INVALID_MODEL_PATH or #INVALID_WEIGHTS_PATH where not.
+/// @return INVALID_MODEL_PATH or INVALID_WEIGHTS_PATH where not.
 QuavinStatus checkNetworkComponents(const std::vector<NetworkComponentEntry>& entries);
 
 }  // namespace VelmoraQuavin::internal

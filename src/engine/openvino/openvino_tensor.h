@@ -13,7 +13,7 @@ public:
     explicit OpenVinoTensor(InferenceEngine::Blob::Ptr blob);
     ~OpenVinoTensor() override;
 
-    /// Always refused, with #FAILURE.
+    /// Always refused, with FAILURE.
     QuavinStatus resize(const TensorShape& newShape) override;
     const unsigned char* buffer() const override;
     unsigned char* buffer() override;

@@ -39,9 +39,10 @@ Blob::Ptr allocateBlob(const TensorDesc& description, const std::shared_ptr<Outp
 
 }  // namespace
 
-InferenceEngine::BlobMap makeOutputBlobs(const InferenceEngine::OutputsDataMap& outputsInfo,
-                                         const OutputPools& pools) {
-    InferenceEngine::BlobMap blobs;
+NamedBlobs makeOutputBlobs(const InferenceEngine::OutputsDataMap& outputsInfo,
+                           const OutputPools& pools) {
+    NamedBlobs blobs;
+    blobs.reserve(outputsInfo.size());
     for (const auto& [name, data] : outputsInfo) {
         if (data == nullptr) {
             throw std::logic_error("output data pointer is not valid");
@@ -49,19 +50,28 @@ InferenceEngine::BlobMap makeOutputBlobs(const InferenceEngine::OutputsDataMap& 
         // Set as it is, which declares it to the engine.
         data->setPrecision(data->getPrecision());
         const TensorDesc description(data->getPrecision(), data->getDims(), InferenceEngine::ANY);
-        blobs.emplace_hint(blobs.end(), name, allocateBlob(description, pools.at(name)));
+        blobs.push_back({&name, allocateBlob(description, pools.at(name))});
     }
     return blobs;
 }
 
+Blob::Ptr findBlob(const NamedBlobs& blobs, std::string_view name) {
+    for (const NamedBlob& candidate : blobs) {
+        if (*candidate.name == name) {
+            return candidate.blob;
+        }
+    }
+    return nullptr;
+}
+
 void appendOutputFeatures(const std::vector<ModelFeatureDescriptor>& descriptors,
-                          const InferenceEngine::BlobMap& blobs,
+                          const NamedBlobs& blobs,
                           std::vector<std::shared_ptr<QuavinFeature>>& features) {
     features.reserve(features.size() + descriptors.size());
     for (const ModelFeatureDescriptor& descriptor : descriptors) {
-        const Blob::Ptr& blob = blobs.at(DescriptorAccess::name(descriptor).str());
         features.push_back(std::make_shared<QuavinFeatureTensor>(
-            descriptor, std::make_shared<OpenVinoTensor>(blob)));
+            descriptor, std::make_shared<OpenVinoTensor>(
+                            findBlob(blobs, DescriptorAccess::name(descriptor).view()))));
     }
 }
 

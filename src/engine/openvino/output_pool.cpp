@@ -1,6 +1,6 @@
 #include "engine/openvino/output_pool.h"
 
-#include "engine/openvino/sized_block.h"
+#include "core/sized_block.h"
 
 namespace VelmoraQuavin::internal {
 namespace {

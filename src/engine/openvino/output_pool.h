@@ -30,7 +30,7 @@ public:
 
 private:
     OutputPool();
-    ~OutputPool();
+    ~OutputPool() override;
 
     std::mutex mutex_;
     std::vector<void*> freeBlocks_;

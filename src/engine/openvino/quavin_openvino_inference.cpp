@@ -7,7 +7,7 @@
 namespace VelmoraQuavin {
 namespace {
 
-using InferenceEngine::BlobMap;
+using internal::NamedBlobs;
 
 const std::vector<ModelFeatureDescriptor>& declaredOutputs(const ModelTarget* target) {
     static const std::vector<ModelFeatureDescriptor> none;
@@ -16,19 +16,19 @@ const std::vector<ModelFeatureDescriptor>& declaredOutputs(const ModelTarget* ta
 
 // A network without outputs is told of after the inference, in words of its own.
 QuavinStatus checkOutputNames(const std::vector<ModelFeatureDescriptor>& declared,
-                              const BlobMap& blobs) {
+                              const NamedBlobs& blobs) {
     for (const ModelFeatureDescriptor& descriptor : declared) {
         const String& name = internal::DescriptorAccess::name(descriptor);
-        if (!blobs.empty() && blobs.count(name.str()) == 0) {
+        if (!blobs.empty() && internal::findBlob(blobs, name.view()) == nullptr) {
             return {MODEL_METADATA_ERROR, "The network has no output \"" + name + "\""};
         }
     }
     return {SUCCESS, ""};
 }
 
-void setBlobs(InferenceEngine::InferRequest& request, const BlobMap& blobs) {
-    for (const auto& [name, blob] : blobs) {
-        request.SetBlob(name, blob);
+void setBlobs(InferenceEngine::InferRequest& request, const NamedBlobs& blobs) {
+    for (const internal::NamedBlob& named : blobs) {
+        request.SetBlob(*named.name, named.blob);
     }
 }
 
@@ -41,12 +41,14 @@ QuavinStatus QuavinOpenVino::predictImpl(const std::vector<std::shared_ptr<Quavi
         return {MODEL_NOT_LOADED, "There is no model loaded"};
     }
     const InferenceEngine::CNNNetwork network(reader_);
-    BlobMap inputBlobs;
-    QuavinStatus status = internal::makeInputBlobs(network.getInputsInfo(), inputs, inputBlobs);
+    const InferenceEngine::InputsDataMap inputsInfo = network.getInputsInfo();
+    NamedBlobs inputBlobs;
+    QuavinStatus status = internal::makeInputBlobs(inputsInfo, inputs, inputBlobs);
     if (!status.ok()) {
         return status;
     }
-    const BlobMap outputBlobs = internal::makeOutputBlobs(network.getOutputsInfo(), pools_);
+    const InferenceEngine::OutputsDataMap outputsInfo = network.getOutputsInfo();
+    const NamedBlobs outputBlobs = internal::makeOutputBlobs(outputsInfo, pools_);
     const std::vector<ModelFeatureDescriptor>& declared = declaredOutputs(findTarget());
     status = checkOutputNames(declared, outputBlobs);
     if (!status.ok()) {

@@ -1,7 +1,7 @@
 #include "engine/openvino/secret_allocator.h"
 
 #include "core/secure_wipe.h"
-#include "engine/openvino/sized_block.h"
+#include "core/sized_block.h"
 
 namespace VelmoraQuavin::internal {
 namespace {
@@ -12,7 +12,10 @@ public:
         return handle;
     }
     void unlock(void* /*handle*/) noexcept override {}
-    void* alloc(std::size_t size) noexcept override { return allocateSizedBlock(size); }
+    void* alloc(std::size_t size) noexcept override {
+        // The time that decrypting takes is won back when the memory is filled.
+        return allocateSizedBlock(size, BlockPages::kLarge);
+    }
     bool free(void* handle) noexcept override {
         secureWipe(handle, sizeOfBlock(handle));
         freeSizedBlock(handle);

@@ -1,8 +1,10 @@
-#include "engine/openvino/sized_block.h"
+#include "core/sized_block.h"
 
 #include <cstring>
 #include <limits>
 #include <new>
+
+#include "platform/large_pages.h"
 
 namespace VelmoraQuavin::internal {
 namespace {
@@ -13,13 +15,16 @@ constexpr std::align_val_t kAlignment{64};
 
 }  // namespace
 
-void* allocateSizedBlock(std::size_t size) noexcept {
+void* allocateSizedBlock(std::size_t size, BlockPages pages) noexcept {
     if (size > std::numeric_limits<std::size_t>::max() - kHeaderSize) {
         return nullptr;
     }
     void* const memory = ::operator new(kHeaderSize + size, kAlignment, std::nothrow);
     if (memory == nullptr) {
         return nullptr;
+    }
+    if (pages == BlockPages::kLarge) {
+        platform::preferLargePages(memory, kHeaderSize + size);
     }
     std::memcpy(memory, &size, sizeof size);
     return static_cast<unsigned char*>(memory) + kHeaderSize;

@@ -1,0 +1,109 @@
+// Compares loading a package with the same loading written by hand on the runtime's C interface.
+//
+//     quavin_load_benchmark PLAIN SECURED KEYHEX [ROUNDS]      times, in turns
+//     quavin_load_benchmark --peak raw|plain|secured FOLDER [KEYHEX]
+//
+// The folders hold the same model as models/make_mobilenet.py writes it, plain and encrypted. The
+// second form loads once and prints the process's peak memory, which takes a process for each.
+
+#include <quavin/quavin.h>
+#include <sys/resource.h>
+
+#include <cstdlib>
+#include <exception>
+#include <iostream>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "raw_network.h"
+#include "rounds.h"
+
+using namespace VelmoraQuavin;
+
+namespace {
+
+std::shared_ptr<QuavinModel> load(const std::string& folder, const std::string& keyHex) {
+    auto metadata = std::make_shared<ModelMetadata>();
+    QuavinStatus status = metadata->load(Filepath(folder).append(Filepath("manifest.json")));
+    if (status.ok() && !keyHex.empty()) {
+        unsigned char key[16];
+        for (std::size_t index = 0; index < sizeof key; ++index) {
+            key[index] = static_cast<unsigned char>(
+                std::strtoul(keyHex.substr(2 * index, 2).c_str(), nullptr, 16));
+        }
+        for (ModelComponent& component :
+             metadata->getTargets().at(QuavinModelType::Openvino).components) {
+            component.setCryptoKey(key);
+        }
+    }
+    std::shared_ptr<QuavinModel> model;
+    if (status.ok()) {
+        status = QuavinClient::instance().getModel(metadata, model, QuavinModelType::Openvino);
+    }
+    if (!status.ok()) {
+        throw Exception(status.getDescription(), status.getCode());
+    }
+    return model;
+}
+
+// The result is destroyed after the clock has stopped.
+template <typename Load>
+benchmark::Contestant contestant(const std::string& name, Load loadOnce) {
+    return {name, [loadOnce] {
+                decltype(loadOnce()) result;
+                return benchmark::timeOf([&] { result = loadOnce(); });
+            }};
+}
+
+void compareTimes(const std::string& plain, const std::string& secured, const std::string& keyHex,
+                  int rounds) {
+    const auto byHand = [plain] { return std::make_unique<benchmark::RawNetwork>(plain); };
+    const auto loadPlain = [plain] { return load(plain, ""); };
+    const auto loadSecured = [secured, keyHex] { return load(secured, keyHex); };
+    benchmark::compare("getModel " + plain,
+                       {contestant("by hand", byHand), contestant("by hand again (noise)", byHand),
+                        contestant("getModel", loadPlain)},
+                       rounds);
+    benchmark::compare(
+        "getModel " + secured,
+        {contestant("plain", loadPlain), contestant("plain again (noise)", loadPlain),
+         contestant("secured", loadSecured)},
+        rounds);
+}
+
+void printPeak(const std::string& side, const std::string& folder, const std::string& keyHex) {
+    std::unique_ptr<benchmark::RawNetwork> raw;
+    std::shared_ptr<QuavinModel> model;
+    if (side == "raw") {
+        raw = std::make_unique<benchmark::RawNetwork>(folder);
+    } else {
+        model = load(folder, keyHex);
+    }
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    std::cout << "peak resident memory, " << side << ": " << usage.ru_maxrss / 1024 << " MiB\n";
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    const bool peak = argc > 3 && std::string(argv[1]) == "--peak";
+    if (argc < 4) {
+        std::cerr << "usage: quavin_load_benchmark PLAIN SECURED KEYHEX [ROUNDS]\n"
+                     "       quavin_load_benchmark --peak raw|plain|secured FOLDER [KEYHEX]\n";
+        return 2;
+    }
+    try {
+        const QuavinClientInitTerm library{QuavinConfig()};
+        if (peak) {
+            printPeak(argv[2], argv[3], argc > 4 ? argv[4] : "");
+        } else {
+            compareTimes(argv[1], argv[2], argv[3], argc > 4 ? std::stoi(argv[4]) : 21);
+        }
+        return 0;
+    } catch (const std::exception& exception) {
+        std::cerr << "failed: " << exception.what() << '\n';
+        return 1;
+    }
+}

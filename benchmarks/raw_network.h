@@ -1,0 +1,54 @@
+#pragma once
+
+#include <openvino/c/openvino.h>
+
+#include <cstddef>
+#include <deque>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace benchmark {
+
+template <auto release>
+struct Release {
+    template <typename Handle>
+    void operator()(Handle* handle) const noexcept {
+        release(handle);
+    }
+};
+template <typename Handle, auto release>
+using Owned = std::unique_ptr<Handle, Release<release>>;
+using Tensor = Owned<ov_tensor_t, ov_tensor_free>;
+
+/// What a host would write by hand on the runtime's C interface: reads model.xml and model.bin of a
+/// folder, compiles the network for the CPU and predicts, with host memory for the inputs and new
+/// output tensors for each call.
+class RawNetwork {
+public:
+    explicit RawNetwork(const std::string& folder);
+
+    /// Runs the network once on inputs of zeros.
+    /// @param kept how many outputs of the latest calls stay alive.
+    void predict(std::size_t kept);
+
+private:
+    struct Port {
+        ov_element_type_e type;
+        std::vector<int64_t> dimensions;
+        std::vector<unsigned char> memory;  // of inputs only
+    };
+    using PortAt = ov_status_e(const ov_model_t*, std::size_t, ov_output_const_port_t**);
+
+    static Port describe(const ov_model_t* model, PortAt* portAt, std::size_t index);
+
+    Tensor weights_;
+    Owned<ov_core_t, ov_core_free> core_;
+    Owned<ov_compiled_model_t, ov_compiled_model_free> compiled_;
+    Owned<ov_infer_request_t, ov_infer_request_free> request_;
+    std::vector<Port> inputs_;
+    std::vector<Port> outputs_;
+    std::deque<Tensor> kept_;
+};
+
+}  // namespace benchmark

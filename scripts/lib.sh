@@ -1,0 +1,49 @@
+# Shared by the scripts of this folder; sourced, not run.
+
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+# Debian's Python first: another one on the PATH may lack pip.
+export PATH="/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin:$PATH"
+
+say() { printf '\n== %s\n' "$*"; }
+fail() {
+    printf '%s: %s\n' "$(basename "$0")" "$*" >&2
+    exit 1
+}
+
+# What each part of the work needs, as Debian packages.
+packages_build="cmake g++ libssl-dev libutfcpp-dev ninja-build python3 python3-pip rapidjson-dev"
+packages_test="doxygen libgmock-dev libgtest-dev openssl"
+packages_check="clang-format-14 clang-tidy-14"
+packages_bench="openssl python3-numpy"
+
+# install_packages PACKAGE...: installs what is missing, as root or through sudo.
+install_packages() {
+    local missing=() package
+    for package in "$@"; do
+        if [ "$(dpkg-query --show --showformat='${db:Status-Status}' "$package" 2>/dev/null)" != installed ]; then
+            missing+=("$package")
+        fi
+    done
+    [ ${#missing[@]} -eq 0 ] && return
+    say "Installing ${missing[*]}"
+    command -v apt-get >/dev/null || fail "this is no Debian system; install by hand: ${missing[*]}"
+    local as_root=()
+    if [ "$(id -u)" -ne 0 ]; then
+        command -v sudo >/dev/null || fail "needs root or sudo to install: ${missing[*]}"
+        as_root=(sudo)
+    fi
+    "${as_root[@]}" apt-get update -qq || fail "apt-get update failed"
+    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+        apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null ||
+        fail "could not install: ${missing[*]}"
+}
+
+# configure_and_build PRESET [TARGET...]
+configure_and_build() {
+    local preset=$1
+    shift
+    say "Configuring $preset"
+    (cd "$root" && cmake --preset "$preset" --log-level=WARNING)
+    say "Building $preset"
+    cmake --build "$root/build/$preset" -j "$(nproc)" ${1:+--target "$@"} -- --quiet
+}
