@@ -1,0 +1,23 @@
+// The 2019-2020 Inference Engine object interface, as far as this library uses it. Behind it stands
+// the C interface of the maintained OpenVINO runtime; no header of that runtime is included from
+// here.
+//
+// Names and signatures are those of the genuine interface, so that code written against this header
+// also compiles against an installation of that era.
+#pragma once
+
+#include "ie/allocator.hpp"
+#include "ie/blob.hpp"
+#include "ie/common.hpp"
+#include "ie/core.hpp"
+#include "ie/data.hpp"
+#include "ie/exception.hpp"
+#include "ie/executable_network.hpp"
+#include "ie/infer_request.hpp"
+#include "ie/locked_memory.hpp"
+#include "ie/network.hpp"
+#include "ie/network_reader.hpp"
+#include "ie/precision.hpp"
+#include "ie/release.hpp"
+#include "ie/tensor_desc.hpp"
+#include "ie/typed_blob.hpp"

@@ -1,0 +1,33 @@
+#include "compile.hpp"
+
+#include <array>
+#include <cstddef>
+
+#include "failure.hpp"
+
+namespace InferenceEngine::runtime {
+
+Handle<ov_compiled_model_t> compile(const ov_core_t& core, const ov_model_t& model,
+                                    const std::string& device,
+                                    const std::map<std::string, std::string>& config) {
+    // Settings go as variable arguments, whose number is fixed here; the runtime reads only those
+    // that it is told about. Its call that takes an array is missing from releases before 2026.4.
+    std::array<const char*, 16> texts{};
+    if (config.size() * 2 > texts.size()) {
+        throw Failure(PARAMETER_MISMATCH, "More than " + std::to_string(texts.size() / 2) +
+                                              " configuration values for " + device);
+    }
+    std::size_t count = 0;
+    for (const auto& [key, value] : config) {
+        texts.at(count++) = key.c_str();
+        texts.at(count++) = value.c_str();
+    }
+    ov_compiled_model_t* compiled = nullptr;
+    check(ov_core_compile_model(&core, &model, device.c_str(), count, &compiled, texts[0], texts[1],
+                                texts[2], texts[3], texts[4], texts[5], texts[6], texts[7],
+                                texts[8], texts[9], texts[10], texts[11], texts[12], texts[13],
+                                texts[14], texts[15]));
+    return Handle<ov_compiled_model_t>(compiled);
+}
+
+}  // namespace InferenceEngine::runtime

@@ -1,0 +1,51 @@
+#include "ie/core.hpp"
+
+#include "failure.hpp"
+#include "ie/exception.hpp"
+#include "runtime_core.hpp"
+#include "runtime_network.hpp"
+
+namespace InferenceEngine {
+namespace {
+
+/** Runs an operation whose failures leave the adapter as exceptions of the interface. */
+template <class Operation>
+auto translated(Operation&& operation) {
+    try {
+        return operation();
+    } catch (const runtime::Failure& failure) {
+        std::string text = failure.what();
+        details::extract_exception(failure.status(), text.data());
+    }
+}
+
+}  // namespace
+
+class Core::Impl {
+public:
+    explicit Impl(const std::string& configFile)
+        : core_(configFile.empty() ? runtime::sharedCore()
+                                   : runtime::coreFromFile(configFile.c_str())) {}
+
+    ExecutableNetwork load(ICNNNetwork& network, const std::string& device,
+                           const std::map<std::string, std::string>& config) {
+        auto* const read = dynamic_cast<runtime::RuntimeNetwork*>(&network);
+        if (read == nullptr) {
+            throw runtime::Failure(NOT_IMPLEMENTED, "The network was not read by this runtime");
+        }
+        return ExecutableNetwork(read->load(*core_, device, config));
+    }
+
+private:
+    std::shared_ptr<ov_core_t> core_;
+};
+
+Core::Core(const std::string& configFile)
+    : impl_(translated([&] { return std::make_shared<Impl>(configFile); })) {}
+
+ExecutableNetwork Core::LoadNetwork(CNNNetwork network, const std::string& device,
+                                    const std::map<std::string, std::string>& config) {
+    return translated([&] { return impl_->load(network, device, config); });
+}
+
+}  // namespace InferenceEngine

@@ -1,0 +1,85 @@
+#include "failure.hpp"
+
+#include <algorithm>
+#include <cstring>
+#include <sstream>
+
+#include "handles.hpp"
+
+namespace InferenceEngine::runtime {
+namespace {
+
+/** The codes that the runtime shares with the interface; its others have no counterpart. */
+StatusCode statusOf(ov_status_e status) {
+    return status <= ::GENERAL_ERROR && status >= ::NETWORK_NOT_READ
+               ? static_cast<StatusCode>(status)
+               : StatusCode::GENERAL_ERROR;
+}
+
+bool startsWith(const std::string& text, const char* start) {
+    return text.rfind(start, 0) == 0;
+}
+
+/** Lines such as "Exception from src/core.cpp:105:" and "Check '...' failed at src/core.cpp:105:".
+ */
+bool isSourcePosition(const std::string& line) {
+    return startsWith(line, "Exception from ") ||
+           (startsWith(line, "Check '") && line.find(" failed at ") != std::string::npos);
+}
+
+void respond(ResponseDesc* response, const char* text) noexcept {
+    if (response == nullptr) {
+        return;
+    }
+    const std::size_t length = std::min(std::strlen(text), sizeof(response->msg) - 1);
+    std::memcpy(response->msg, text, length);
+    response->msg[length] = '\0';
+}
+
+}  // namespace
+
+void check(ov_status_e status) {
+    if (status == ::OK) {
+        return;
+    }
+    // For a refused parameter the runtime leaves the text of some earlier failure.
+    std::string text;
+    if (status != ::INVALID_C_PARAM) {
+        text = usefulText(takeText(ov_get_last_err_msg()));
+    }
+    if (text.empty()) {
+        text = std::string("OpenVINO: ") + ov_get_error_info(status);
+    }
+    throw Failure(statusOf(status), text);
+}
+
+std::string usefulText(const std::string& runtimeText) {
+    std::istringstream lines(runtimeText);
+    std::string useful;
+    for (std::string line; std::getline(lines, line);) {
+        line.erase(0, line.find_first_not_of(" \t\r"));
+        line.erase(line.find_last_not_of(" \t\r") + 1);
+        if (line.empty() || isSourcePosition(line)) {
+            continue;
+        }
+        useful += (useful.empty() ? "" : " ") + line;
+    }
+    return useful;
+}
+
+StatusCode answerCurrentException(ResponseDesc* response) noexcept {
+    try {
+        throw;
+    } catch (const Failure& failure) {
+        respond(response, failure.what());
+        return failure.status();
+    } catch (const std::exception& exception) {
+        respond(response, exception.what());
+        return StatusCode::GENERAL_ERROR;
+    } catch (...) {
+        respond(response, "Unknown exception");
+        return StatusCode::UNEXPECTED;
+    }
+}
+
+}  // namespace InferenceEngine::runtime

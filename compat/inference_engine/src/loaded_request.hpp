@@ -1,0 +1,47 @@
+// A request of the runtime.
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+#include <vector>
+
+#include "bound_port.hpp"
+#include "handles.hpp"
+#include "ie/infer_request.hpp"
+
+namespace InferenceEngine::runtime {
+
+/**
+ * Binds blobs by their memory. A blob is held from SetBlob to the end of the next Infer and no
+ * longer, so that its memory goes back to where it came from as soon as the caller drops it; every
+ * port needs its blob again in every round. Shares the weights, which the runtime may go on
+ * reading.
+ */
+class LoadedRequest final : public IInferRequest {
+public:
+    /** @param ports sorted by name, an input before the output of the same name */
+    LoadedRequest(Handle<ov_infer_request_t> request, std::vector<BoundPort> ports,
+                  Blob::Ptr weights);
+    ~LoadedRequest() override = default;
+
+    void Release() noexcept override { delete this; }
+    StatusCode SetBlob(const char* name, const Blob::Ptr& blob,
+                       ResponseDesc* response) noexcept override;
+    StatusCode Infer(ResponseDesc* response) noexcept override;
+
+    /** How often the runtime was told about a blob. */
+    std::size_t bindings() const noexcept { return bindings_; }
+
+private:
+    BoundPort& find(std::string_view name);
+    void requireBlobs() const;
+    void forgetBlobs() noexcept;
+
+    // The request reads from the weights, so it goes first.
+    Blob::Ptr weights_;
+    Handle<ov_infer_request_t> request_;
+    std::vector<BoundPort> ports_;
+    std::size_t bindings_ = 0;
+};
+
+}  // namespace InferenceEngine::runtime

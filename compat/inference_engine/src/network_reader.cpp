@@ -1,0 +1,113 @@
+#include "ie/network_reader.hpp"
+
+#include <memory>
+#include <new>
+#include <string_view>
+#include <utility>
+
+#include "failure.hpp"
+#include "handles.hpp"
+#include "runtime_core.hpp"
+#include "runtime_network.hpp"
+#include "topology.hpp"
+#include "wiped_text.hpp"
+
+namespace InferenceEngine {
+namespace runtime {
+namespace {
+
+/** The runtime knows other formats too, which nobody may pass as the text of a network. */
+bool looksLikeText(std::string_view text) {
+    constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+    if (text.substr(0, kByteOrderMark.size()) == kByteOrderMark) {
+        text.remove_prefix(kByteOrderMark.size());
+    }
+    const auto first = text.find_first_not_of(" \t\r\n");
+    return first != std::string_view::npos && text[first] == '<';
+}
+
+/** A tensor over the weights; none where there are no bytes. */
+Handle<ov_tensor_t> tensorOver(const TBlob<std::uint8_t>::Ptr& weights) {
+    if (weights->byteSize() == 0) {
+        return nullptr;
+    }
+    void* const memory = weights->buffer().as<void*>();
+    if (memory == nullptr) {
+        throw Failure(NOT_ALLOCATED, "The weights blob has no memory");
+    }
+    auto bytes = static_cast<std::int64_t>(weights->byteSize());
+    ov_tensor_t* tensor = nullptr;
+    check(ov_tensor_create_from_host_ptr(::U8, ov_shape_t{1, &bytes}, memory, &tensor));
+    return Handle<ov_tensor_t>(tensor);
+}
+
+/**
+ * The runtime reads text and weights in one call, so the text is kept until the weights come. It
+ * may be a secret: the copy is wiped when it was read, or with the reader if it never is.
+ */
+class NetworkReader final : public ICNNNetReader {
+public:
+    ~NetworkReader() override = default;
+    void Release() noexcept override { delete this; }
+
+    StatusCode ReadNetwork(const void* model, std::size_t size,
+                           ResponseDesc* response) noexcept override {
+        return answer(response, [&] {
+            if (network_) {
+                throw Failure(NETWORK_NOT_READ, "This reader has read a network already");
+            }
+            const auto* const text = static_cast<const char*>(model);
+            if (text == nullptr || !looksLikeText({text, size})) {
+                throw Failure(GENERAL_ERROR, "The network is not an XML text");
+            }
+            text_.assign(text, size);
+        });
+    }
+
+    StatusCode SetWeights(const TBlob<std::uint8_t>::Ptr& weights,
+                          ResponseDesc* response) noexcept override {
+        const StatusCode status = answer(response, [&] { read(weights); });
+        text_.clear();
+        return status;
+    }
+
+    ICNNNetwork* getNetwork(ResponseDesc* response) noexcept override {
+        if (!network_) {
+            answer(response, [] { throw Failure(NETWORK_NOT_READ, "No network has been read"); });
+        }
+        return network_.get();
+    }
+
+private:
+    void read(const TBlob<std::uint8_t>::Ptr& weights) {
+        if (text_.empty()) {
+            throw Failure(NETWORK_NOT_READ, "The weights come before the network's text");
+        }
+        if (!weights) {
+            throw Failure(NOT_ALLOCATED, "The weights blob is empty");
+        }
+        core_ = sharedCore();
+        const Handle<ov_tensor_t> tensor = tensorOver(weights);
+        ov_model_t* read = nullptr;
+        check(ov_core_read_model_from_memory_buffer(core_.get(), text_.data(), text_.size(),
+                                                    tensor.get(), &read));
+        Handle<ov_model_t> model(read);
+        const Topology topology = readTopology({text_.data(), text_.size()});
+        network_ =
+            details::shared_from_irelease(new RuntimeNetwork(std::move(model), weights, topology));
+    }
+
+    // Kept for the load that follows, which then finds the runtime started.
+    std::shared_ptr<ov_core_t> core_;
+    WipedText text_;
+    std::shared_ptr<RuntimeNetwork> network_;
+};
+
+}  // namespace
+}  // namespace runtime
+
+ICNNNetReader* CreateCNNNetReader() noexcept {
+    return new (std::nothrow) runtime::NetworkReader;
+}
+
+}  // namespace InferenceEngine

@@ -1,0 +1,28 @@
+#include "passed_inputs.hpp"
+
+#include <algorithm>
+
+#include "conversion.hpp"
+
+namespace InferenceEngine::runtime {
+
+void separatePassedInputs(Handle<ov_model_t>& model, const std::vector<Port>& ports) {
+    std::vector<PortType> detours;
+    std::vector<PortType> returns;
+    for (const Port& port : ports) {
+        const bool passed =
+            port.direction == Direction::Output &&
+            std::any_of(ports.begin(), ports.end(), [&](const Port& other) {
+                return other.direction == Direction::Input && other.tensor == port.tensor;
+            });
+        // Other types are converted on their way anyhow.
+        if (passed && (port.type == ::F32 || port.type == ::I32)) {
+            detours.push_back({port.direction, port.index, port.type == ::F32 ? ::F64 : ::I64});
+            returns.push_back({port.direction, port.index, port.type});
+        }
+    }
+    convertPorts(model, detours);
+    convertPorts(model, returns);
+}
+
+}  // namespace InferenceEngine::runtime

@@ -1,0 +1,134 @@
+#include "ports.hpp"
+
+#include <algorithm>
+#include <cstdint>
+#include <set>
+#include <unordered_map>
+
+#include "failure.hpp"
+
+namespace InferenceEngine::runtime {
+namespace {
+
+// Of the widest type; nothing larger can be in memory, and counting their bytes can't overflow.
+constexpr std::size_t kMostElements = PTRDIFF_MAX / sizeof(std::int64_t);
+
+using PortHandle = Handle<ov_output_const_port_t>;
+
+/** Calls on the inputs of a model and on its outputs differ only in their names. */
+struct Calls {
+    ov_status_e (*count)(const ov_model_t*, std::size_t*);
+    ov_status_e (*byIndex)(const ov_model_t*, std::size_t, ov_output_const_port_t**);
+    ov_status_e (*byName)(const ov_model_t*, const char*, ov_output_const_port_t**);
+};
+
+Calls callsFor(Direction direction) {
+    if (direction == Direction::Input) {
+        return {&ov_model_inputs_size, &ov_model_const_input_by_index,
+                &ov_model_const_input_by_name};
+    }
+    return {&ov_model_outputs_size, &ov_model_const_output_by_index,
+            &ov_model_const_output_by_name};
+}
+
+/** The names given by layers, by the name that the runtime would rather use. */
+std::unordered_map<std::string, std::string> layerNames(const ov_model_t& model, const Calls& calls,
+                                                        const std::vector<std::string>& names) {
+    std::unordered_map<std::string, std::string> byAnyName;
+    for (const std::string& name : names) {
+        ov_output_const_port_t* found = nullptr;
+        if (calls.byName(&model, name.c_str(), &found) == ::OK) {
+            const PortHandle port(found);
+            byAnyName.emplace(anyName(*port), name);
+        }
+    }
+    return byAnyName;
+}
+
+std::string describe(const Port& port) {
+    return std::string(nameOf(port.direction)) + " \"" + port.name + "\"";
+}
+
+/** The runtime's own test takes a port without dimensions for a dynamic one, so it is not asked. */
+bool isDynamic(const ov_partial_shape_t& shape) {
+    const auto varies = [](const ov_dimension_t& dimension) {
+        return dimension.min != dimension.max;
+    };
+    return varies(shape.rank) || std::any_of(shape.dims, shape.dims + shape.rank.max, varies);
+}
+
+SizeVector readDims(const ov_output_const_port_t& handle, const Port& port) {
+    PartialShape owner;
+    check(ov_port_get_partial_shape(&handle, owner.out()));
+    const ov_partial_shape_t& shape = owner.get();
+    if (isDynamic(shape)) {
+        throw Failure(NOT_IMPLEMENTED, describe(port) + " has dynamic dimensions " +
+                                           takeText(ov_partial_shape_to_string(shape)) +
+                                           ", which this interface does not know");
+    }
+    SizeVector dims;
+    std::size_t elements = 1;
+    for (std::int64_t i = 0; i < shape.rank.max; ++i) {
+        const auto dim = static_cast<std::size_t>(shape.dims[i].max);
+        if (dim != 0 && elements > kMostElements / dim) {
+            throw Failure(OUT_OF_BOUNDS, describe(port) + " has too many elements");
+        }
+        elements *= dim;
+        dims.push_back(dim);
+    }
+    return dims;
+}
+
+void readPorts(const ov_model_t& model, Direction direction, const std::vector<std::string>& names,
+               const std::vector<std::string>& hidden, std::vector<Port>& ports) {
+    const Calls calls = callsFor(direction);
+    const auto byAnyName = layerNames(model, calls, names);
+    std::set<std::string> seen(hidden.begin(), hidden.end());
+    std::size_t count = 0;
+    check(calls.count(&model, &count));
+    for (std::size_t index = 0; index < count; ++index) {
+        ov_output_const_port_t* found = nullptr;
+        check(calls.byIndex(&model, index, &found));
+        const PortHandle handle(found);
+        Port port;
+        port.tensor = anyName(*handle);
+        port.name = port.tensor;
+        port.direction = direction;
+        port.index = index;
+        if (port.tensor.empty()) {
+            throw Failure(NOT_IMPLEMENTED,
+                          std::string(nameOf(direction)) + " " + std::to_string(index) +
+                              " of the network has no name: its port needs a tensor name");
+        }
+        // An output of this name may be there already: several Results can show the same port.
+        if (!seen.insert(port.tensor).second) {
+            continue;
+        }
+        if (const auto layer = byAnyName.find(port.tensor); layer != byAnyName.end()) {
+            port.name = layer->second;
+        }
+        check(ov_port_get_element_type(handle.get(), &port.type));
+        if (shownPrecision(port.type, direction) == Precision::UNSPECIFIED) {
+            throw Failure(NOT_IMPLEMENTED, describe(port) + " has an element type that this " +
+                                               "interface has no precision for");
+        }
+        port.dims = readDims(*handle, port);
+        ports.push_back(std::move(port));
+    }
+}
+
+}  // namespace
+
+std::string anyName(const ov_output_const_port_t& port) {
+    char* name = nullptr;
+    return ov_port_get_any_name(&port, &name) == ::OK ? takeText(name) : std::string();
+}
+
+std::vector<Port> readPorts(const ov_model_t& model, const Topology& topology) {
+    std::vector<Port> ports;
+    readPorts(model, Direction::Input, topology.inputs, topology.unusedInputs, ports);
+    readPorts(model, Direction::Output, topology.outputs, {}, ports);
+    return ports;
+}
+
+}  // namespace InferenceEngine::runtime

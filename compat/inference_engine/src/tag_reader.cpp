@@ -1,0 +1,178 @@
+#include "tag_reader.hpp"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <utility>
+
+namespace InferenceEngine::runtime {
+namespace {
+
+bool isBlank(char c) {
+    return c == ' ' || c == '\t' || c == '\r' || c == '\n';
+}
+
+bool startsWith(std::string_view text, std::string_view start) {
+    return text.substr(0, start.size()) == start;
+}
+
+std::string_view trimmed(std::string_view text) {
+    while (!text.empty() && isBlank(text.front())) {
+        text.remove_prefix(1);
+    }
+    while (!text.empty() && isBlank(text.back())) {
+        text.remove_suffix(1);
+    }
+    return text;
+}
+
+/** Where a tag ends: at the first ">" outside quotes. */
+std::size_t findTagEnd(std::string_view text) {
+    char quote = '\0';
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const char c = text[i];
+        if (quote != '\0') {
+            quote = c == quote ? '\0' : quote;
+        } else if (c == '"' || c == '\'') {
+            quote = c;
+        } else if (c == '>') {
+            return i;
+        }
+    }
+    return std::string_view::npos;
+}
+
+void appendUtf8(std::string& text, unsigned long code) {
+    const auto tail = [](unsigned long bits) { return static_cast<char>(0x80 | (bits & 0x3F)); };
+    if (code < 0x80) {
+        text += static_cast<char>(code);
+    } else if (code < 0x800) {
+        text += {static_cast<char>(0xC0 | (code >> 6)), tail(code)};
+    } else if (code < 0x10000) {
+        text += {static_cast<char>(0xE0 | (code >> 12)), tail(code >> 6), tail(code)};
+    } else {
+        text +=
+            {static_cast<char>(0xF0 | (code >> 18)), tail(code >> 12), tail(code >> 6), tail(code)};
+    }
+}
+
+/** Appends what the reference between "&" and ";" stands for; false if nobody knows. */
+bool appendReference(std::string& text, std::string_view reference) {
+    static constexpr std::array<std::pair<std::string_view, char>, 5> kNamed{
+        {{"amp", '&'}, {"lt", '<'}, {"gt", '>'}, {"quot", '"'}, {"apos", '\''}}};
+    for (const auto& [name, character] : kNamed) {
+        if (reference == name) {
+            text += character;
+            return true;
+        }
+    }
+    if (!startsWith(reference, "#")) {
+        return false;
+    }
+    const bool hexadecimal = startsWith(reference, "#x");
+    const std::string_view digits = reference.substr(hexadecimal ? 2 : 1);
+    unsigned long code = 0;
+    const auto [end, error] =
+        std::from_chars(digits.data(), digits.data() + digits.size(), code, hexadecimal ? 16 : 10);
+    if (error != std::errc() || end != digits.data() + digits.size() || code > 0x10FFFF) {
+        return false;
+    }
+    appendUtf8(text, code);
+    return true;
+}
+
+}  // namespace
+
+std::string_view Tag::attribute(std::string_view wanted) const {
+    std::string_view rest = attributes;
+    while (true) {
+        const auto equals = rest.find('=');
+        if (equals == std::string_view::npos) {
+            return {};
+        }
+        const std::string_view found = trimmed(rest.substr(0, equals));
+        const auto open = rest.find_first_of("\"'", equals);
+        if (open == std::string_view::npos) {
+            return {};
+        }
+        const auto close = rest.find(rest[open], open + 1);
+        if (close == std::string_view::npos) {
+            return {};
+        }
+        if (found == wanted) {
+            return rest.substr(open + 1, close - open - 1);
+        }
+        rest.remove_prefix(close + 1);
+    }
+}
+
+bool TagReader::skipPast(std::string_view end) {
+    const auto found = rest_.find(end);
+    if (found == std::string_view::npos) {
+        return false;
+    }
+    rest_.remove_prefix(found + end.size());
+    return true;
+}
+
+std::optional<Tag> TagReader::next() {
+    while (skipPast("<")) {
+        if (startsWith(rest_, "!--")) {
+            rest_.remove_prefix(3);
+            if (!skipPast("-->")) {
+                break;
+            }
+            continue;
+        }
+        if (startsWith(rest_, "![CDATA[")) {
+            if (!skipPast("]]>")) {
+                break;
+            }
+            continue;
+        }
+        const auto end = findTagEnd(rest_);
+        if (end == std::string_view::npos) {
+            break;
+        }
+        std::string_view inside = rest_.substr(0, end);
+        rest_.remove_prefix(end + 1);
+        if (startsWith(inside, "?") || startsWith(inside, "!")) {
+            continue;
+        }
+        Tag tag;
+        if (startsWith(inside, "/")) {
+            tag.kind = Tag::Kind::Close;
+            inside.remove_prefix(1);
+        } else if (!inside.empty() && inside.back() == '/') {
+            tag.kind = Tag::Kind::Empty;
+            inside.remove_suffix(1);
+        }
+        const auto nameEnd = static_cast<std::size_t>(
+            std::find_if(inside.begin(), inside.end(), isBlank) - inside.begin());
+        tag.name = inside.substr(0, nameEnd);
+        tag.attributes = inside.substr(nameEnd);
+        return tag;
+    }
+    rest_ = {};
+    return std::nullopt;
+}
+
+std::string decodeReferences(std::string_view value) {
+    std::string decoded;
+    decoded.reserve(value.size());
+    while (!value.empty()) {
+        const auto ampersand = std::min(value.find('&'), value.size());
+        decoded += value.substr(0, ampersand);
+        value.remove_prefix(ampersand);
+        const auto end = value.find(';');
+        if (end != std::string_view::npos && appendReference(decoded, value.substr(1, end - 1))) {
+            value.remove_prefix(end + 1);
+        } else if (!value.empty()) {
+            decoded += '&';
+            value.remove_prefix(1);
+        }
+    }
+    return decoded;
+}
+
+}  // namespace InferenceEngine::runtime

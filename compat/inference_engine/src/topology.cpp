@@ -1,0 +1,186 @@
+#include "topology.hpp"
+
+#include <algorithm>
+#include <charconv>
+#include <cstddef>
+#include <unordered_map>
+
+#include "tag_reader.hpp"
+
+namespace InferenceEngine::runtime {
+namespace {
+
+constexpr int kLastVersionNamedByLayers = 10;
+
+struct Layer {
+    std::string_view name;
+    std::string_view type;
+    // Its output ports: where they begin in Graph::ports, and how many there are.
+    std::size_t firstPort = 0;
+    std::size_t portCount = 0;
+    // The layers that feed it, by index, where it is known.
+    std::vector<std::size_t> sources;
+    bool reachesOutput = false;
+};
+
+struct OutputPort {
+    std::string_view id;
+    std::string_view names;
+};
+
+struct Edge {
+    std::string_view fromLayer, fromPort, toLayer;
+};
+
+struct Graph {
+    int version = 0;
+    std::vector<Layer> layers;
+    std::vector<OutputPort> ports;
+    std::vector<Edge> edges;
+    std::unordered_map<std::string_view, std::size_t> layerById;
+
+    const std::size_t* find(std::string_view layerId) const {
+        const auto found = layerById.find(layerId);
+        return found == layerById.end() ? nullptr : &found->second;
+    }
+};
+
+/** Takes the network's own layers and edges; those of bodies inside layers lie deeper. */
+Graph readGraph(std::string_view text) {
+    Graph graph;
+    std::vector<std::string_view> path;
+    TagReader reader(text);
+    while (const auto tag = reader.next()) {
+        if (tag->kind == Tag::Kind::Close) {
+            if (path.empty()) {
+                break;
+            }
+            path.pop_back();
+            continue;
+        }
+        const std::size_t depth = path.size();
+        if (depth == 0 && tag->name == "net") {
+            const std::string_view version = tag->attribute("version");
+            std::from_chars(version.data(), version.data() + version.size(), graph.version);
+        } else if (depth == 2 && tag->name == "layer" && path[1] == "layers") {
+            graph.layerById.emplace(tag->attribute("id"), graph.layers.size());
+            Layer& layer = graph.layers.emplace_back();
+            layer.name = tag->attribute("name");
+            layer.type = tag->attribute("type");
+            layer.firstPort = graph.ports.size();
+        } else if (depth == 4 && tag->name == "port" && path[3] == "output" && path[2] == "layer" &&
+                   path[1] == "layers") {
+            graph.ports.push_back({tag->attribute("id"), tag->attribute("names")});
+            ++graph.layers.back().portCount;
+        } else if (depth == 2 && tag->name == "edge" && path[1] == "edges") {
+            graph.edges.push_back({tag->attribute("from-layer"), tag->attribute("from-port"),
+                                   tag->attribute("to-layer")});
+        }
+        if (tag->kind == Tag::Kind::Open) {
+            path.push_back(tag->name);
+        }
+    }
+    return graph;
+}
+
+/** Marks the layers from which a Result, or a state that is written, can be reached. */
+void markReachingOutput(Graph& graph) {
+    for (const Edge& edge : graph.edges) {
+        const std::size_t* const from = graph.find(edge.fromLayer);
+        const std::size_t* const to = graph.find(edge.toLayer);
+        if (from != nullptr && to != nullptr) {
+            graph.layers[*to].sources.push_back(*from);
+        }
+    }
+    std::vector<std::size_t> open;
+    const auto mark = [&](std::size_t index) {
+        if (!graph.layers[index].reachesOutput) {
+            graph.layers[index].reachesOutput = true;
+            open.push_back(index);
+        }
+    };
+    for (std::size_t i = 0; i < graph.layers.size(); ++i) {
+        if (graph.layers[i].type == "Result" || graph.layers[i].type == "Assign") {
+            mark(i);
+        }
+    }
+    while (!open.empty()) {
+        const std::size_t index = open.back();
+        open.pop_back();
+        for (const std::size_t source : graph.layers[index].sources) {
+            mark(source);
+        }
+    }
+}
+
+std::string outputName(const Graph& graph, const Layer& layer, std::string_view portId) {
+    std::string name = decodeReferences(layer.name);
+    for (std::size_t i = 0; layer.portCount > 1 && i < layer.portCount; ++i) {
+        if (graph.ports[layer.firstPort + i].id == portId) {
+            return name + "." + std::to_string(i);
+        }
+    }
+    return name;
+}
+
+/** The names of a port are separated by commas; a backslash takes a comma into a name. */
+void appendNames(std::vector<std::string>& names, std::string_view list) {
+    std::string name;
+    const std::string decoded = decodeReferences(list);
+    for (std::size_t i = 0; i < decoded.size(); ++i) {
+        if (decoded[i] == ',') {
+            names.push_back(std::move(name));
+            name.clear();
+        } else {
+            i += decoded[i] == '\\' && i + 1 < decoded.size() && decoded[i + 1] == ',' ? 1 : 0;
+            name += decoded[i];
+        }
+    }
+    if (!name.empty()) {
+        names.push_back(std::move(name));
+    }
+}
+
+std::vector<std::string> tensorNames(const Graph& graph, const Layer& layer) {
+    std::vector<std::string> names;
+    for (std::size_t i = 0; i < layer.portCount; ++i) {
+        appendNames(names, graph.ports[layer.firstPort + i].names);
+    }
+    return names;
+}
+
+}  // namespace
+
+Topology readTopology(std::string_view text) {
+    Graph graph = readGraph(text);
+    markReachingOutput(graph);
+    const bool namedByLayers = graph.version <= kLastVersionNamedByLayers;
+
+    Topology topology;
+    for (const Layer& layer : graph.layers) {
+        if (layer.type != "Parameter") {
+            continue;
+        }
+        std::vector<std::string> names = tensorNames(graph, layer);
+        if (namedByLayers) {
+            names.push_back(decodeReferences(layer.name));
+        }
+        if (layer.reachesOutput && namedByLayers) {
+            topology.inputs.push_back(names.back());
+        }
+        if (!layer.reachesOutput) {
+            topology.unusedInputs.insert(topology.unusedInputs.end(), names.begin(), names.end());
+        }
+    }
+    for (const Edge& edge : graph.edges) {
+        const std::size_t* const from = graph.find(edge.fromLayer);
+        const std::size_t* const to = graph.find(edge.toLayer);
+        if (namedByLayers && from != nullptr && to != nullptr &&
+            graph.layers[*to].type == "Result") {
+            topology.outputs.push_back(outputName(graph, graph.layers[*from], edge.fromPort));
+        }
+    }
+    return topology;
+}
+
+}  // namespace InferenceEngine::runtime

@@ -1,0 +1,74 @@
+#include "failure.hpp"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <string>
+
+namespace InferenceEngine::runtime {
+namespace {
+
+TEST(UsefulTextTest, LeavesOutSourcePositions) {
+    EXPECT_EQ(usefulText("Exception from src/a.cpp:105:\n"
+                         "Check 'x == y' failed at src/b.cpp:219:\n"
+                         "Error parsing start element tag at offset 368\n\n\n"),
+              "Error parsing start element tag at offset 368");
+}
+
+TEST(UsefulTextTest, KeepsEveryOtherLine) {
+    EXPECT_EQ(usefulText("Exception from src/a.cpp:105:\n  first\r\nExceptional: second\n"),
+              "first Exceptional: second");
+    EXPECT_EQ(usefulText(""), "");
+}
+
+TEST(AnswerTest, LeavesTheResponseAloneOnSuccess) {
+    ResponseDesc response;
+    std::strcpy(response.msg, "before");
+    EXPECT_EQ(answer(&response, [] {}), StatusCode::OK);
+    EXPECT_STREQ(response.msg, "before");
+}
+
+TEST(AnswerTest, GivesTheStatusAndTextOfAFailure) {
+    ResponseDesc response;
+    EXPECT_EQ(answer(&response, [] { throw Failure(StatusCode::NOT_FOUND, "gone"); }),
+              StatusCode::NOT_FOUND);
+    EXPECT_STREQ(response.msg, "gone");
+}
+
+TEST(AnswerTest, GivesAStatusForAnyException) {
+    ResponseDesc response;
+    EXPECT_EQ(answer(&response, [] { throw std::bad_alloc(); }), StatusCode::GENERAL_ERROR);
+    EXPECT_STREQ(response.msg, std::bad_alloc().what());
+    EXPECT_EQ(answer(&response, [] { throw 7; }), StatusCode::UNEXPECTED);
+}
+
+TEST(AnswerTest, WorksWithoutAResponse) {
+    EXPECT_EQ(answer(nullptr, [] { throw Failure(StatusCode::NOT_FOUND, "gone"); }),
+              StatusCode::NOT_FOUND);
+}
+
+TEST(AnswerTest, CutsATextThatIsTooLong) {
+    ResponseDesc response;
+    answer(&response, [] { throw Failure(StatusCode::NOT_FOUND, std::string(5000, 'x')); });
+    EXPECT_EQ(std::string(response.msg), std::string(4095, 'x'));
+}
+
+TEST(CheckTest, SuccessPasses) {
+    EXPECT_NO_THROW(check(::OK));
+}
+
+TEST(CheckTest, ARefusedParameterDoesNotBringTheTextOfAnEarlierFailure) {
+    ov_core_t* core = nullptr;
+    EXPECT_THROW(check(ov_core_create_with_config("/no/such/file.xml", &core)), Failure);
+    try {
+        check(ov_core_create(nullptr));
+        ADD_FAILURE() << "nothing was thrown";
+    } catch (const Failure& failure) {
+        EXPECT_EQ(failure.status(), StatusCode::GENERAL_ERROR);
+        EXPECT_EQ(std::string(failure.what()).find("file.xml"), std::string::npos);
+        EXPECT_STRNE(failure.what(), "");
+    }
+}
+
+}  // namespace
+}  // namespace InferenceEngine::runtime

@@ -1,0 +1,166 @@
+// Loading a network, once and again.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "ir_text.hpp"
+#include "network_under_test.hpp"
+
+namespace InferenceEngine {
+namespace {
+
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Not;
+using testing::ThrowsMessage;
+using General = details::InferenceEngineException;
+
+template <class T>
+Blob::Ptr four(const Precision& precision, const std::vector<T>& elements) {
+    return blobOf<T>(precision, {1, 4}, elements);
+}
+
+/** What the doubling network gives. */
+std::vector<float> doubled(InferRequest& request, const Blob::Ptr& input) {
+    const Blob::Ptr output = floats({1, 4});
+    request.SetBlob("x", input);
+    request.SetBlob("y", output);
+    request.Infer();
+    return elementsOf<float>(output);
+}
+
+TEST(LoadingTest, AnUnknownDeviceIsNamed) {
+    const CNNNetwork network(readNetwork(doublingNetwork()));
+    EXPECT_THAT([&] { Core().LoadNetwork(network, "TOASTER"); },
+                ThrowsMessage<General>(AllOf(HasSubstr("TOASTER"), Not(HasSubstr("src/")))));
+}
+
+TEST(LoadingTest, TheConfigurationIsPassedOn) {
+    const CNNNetwork network(readNetwork(doublingNetwork()));
+    EXPECT_NO_THROW(Core().LoadNetwork(network, "CPU", {{"PERFORMANCE_HINT", "LATENCY"}}));
+    EXPECT_THAT(
+        [&] {
+            Core().LoadNetwork(network, "CPU", {{"NO_SUCH_SETTING", "1"}});
+        },
+        ThrowsMessage<General>(HasSubstr("NO_SUCH_SETTING")));
+    EXPECT_THAT(
+        [&] {
+            Core().LoadNetwork(network, "CPU", {{"PERFORMANCE_HINT", "SIDEWAYS"}});
+        },
+        ThrowsMessage<General>(HasSubstr("SIDEWAYS")));
+}
+
+TEST(LoadingTest, TooManyConfigurationValuesAreRefused) {
+    std::map<std::string, std::string> config;
+    for (int i = 0; i < 9; ++i) {
+        config["KEY_" + std::to_string(i)] = "1";
+    }
+    const CNNNetwork network(readNetwork(doublingNetwork()));
+    EXPECT_THROW(Core().LoadNetwork(network, "CPU", config), ParameterMismatch);
+}
+
+TEST(LoadingTest, AMissingConfigurationFileThrows) {
+    EXPECT_THROW(Core("/no/such/plugins.xml"), General);
+}
+
+TEST(LoadingTest, ANetworkOfAnotherMakeIsRefused) {
+    class OtherNetwork final : public ICNNNetwork {
+    public:
+        void Release() noexcept override {}
+        void getInputsInfo(InputsDataMap& /*inputs*/) const noexcept override {}
+        void getOutputsInfo(OutputsDataMap& /*outputs*/) const noexcept override {}
+    };
+    const CNNNetwork network{std::shared_ptr<ICNNNetwork>(std::make_shared<OtherNetwork>())};
+    EXPECT_THROW(Core().LoadNetwork(network, "CPU"), NotImplemented);
+}
+
+TEST(LoadingTest, ARequestOutlivesEverythingItWasMadeFrom) {
+    InferRequest::Ptr request;
+    {
+        Core core;
+        const auto reader = readNetwork(doublingNetwork());
+        ExecutableNetwork loaded = core.LoadNetwork(CNNNetwork(reader), "CPU");
+        request = loaded.CreateInferRequestPtr();
+    }
+    EXPECT_THAT(doubled(*request, floats({1, 4}, {1, 2, 3, 4})), ElementsAre(2, 4, 6, 8));
+}
+
+TEST(LoadingTest, RequestsOfOneNetworkAreIndependent) {
+    ExecutableNetwork loaded =
+        Core().LoadNetwork(CNNNetwork(readNetwork(doublingNetwork())), "CPU");
+    const auto first = loaded.CreateInferRequestPtr();
+    const auto second = loaded.CreateInferRequestPtr();
+    const Blob::Ptr output = floats({1, 4});
+    first->SetBlob("x", floats({1, 4}, {1, 2, 3, 4}));
+    first->SetBlob("y", output);
+    EXPECT_THAT(doubled(*second, floats({1, 4}, {10, 20, 30, 40})), ElementsAre(20, 40, 60, 80));
+    first->Infer();
+    EXPECT_THAT(elementsOf<float>(output), ElementsAre(2, 4, 6, 8));
+}
+
+TEST(LoadingTest, APrecisionSetAfterwardsCountsOnlyForTheNextLoad) {
+    const CNNNetwork network(readNetwork(doublingNetwork()));
+    const auto first = load(network);
+    network.getInputsInfo().at("x")->setPrecision(Precision::I8);
+    const Blob::Ptr bytes = four<std::int8_t>(Precision::I8, {1, -2, 3, -4});
+    EXPECT_THROW(first->SetBlob("x", bytes), ParameterMismatch);
+    EXPECT_THAT(doubled(*first, floats({1, 4}, {1, 2, 3, 4})), ElementsAre(2, 4, 6, 8));
+
+    const auto second = load(network);
+    EXPECT_THROW(second->SetBlob("x", floats({1, 4})), ParameterMismatch);
+    EXPECT_THAT(doubled(*second, bytes), ElementsAre(2, -4, 6, -8));
+    EXPECT_THAT(doubled(*first, floats({1, 4}, {0.5F, 2, 3, 4})), ElementsAre(1, 4, 6, 8));
+}
+
+TEST(LoadingTest, OutputsTakeAChangedPrecisionToo) {
+    const CNNNetwork network(readNetwork(doublingNetwork()));
+    load(network);
+    network.getOutputsInfo().at("y")->setPrecision(Precision::I32);
+    const auto request = load(network);
+    const Blob::Ptr output = four<std::int32_t>(Precision::I32, {});
+    request->SetBlob("x", floats({1, 4}, {1, -2, 3, -4}));
+    request->SetBlob("y", output);
+    request->Infer();
+    EXPECT_THAT(elementsOf<std::int32_t>(output), ElementsAre(2, -4, 6, -8));
+}
+
+TEST(LoadingTest, APrecisionMayNarrowFromLoadToLoad) {
+    const CNNNetwork network(readNetwork(doublingNetwork()));
+    network.getInputsInfo().at("x")->setPrecision(Precision::I32);
+    load(network);
+    network.getInputsInfo().at("x")->setPrecision(Precision::I16);
+    load(network);
+    network.getInputsInfo().at("x")->setPrecision(Precision::I8);
+    const auto request = load(network);
+    EXPECT_THAT(doubled(*request, four<std::int8_t>(Precision::I8, {127, -128, 3, 0})),
+                ElementsAre(254, -256, 6, 0));
+}
+
+TEST(LoadingTest, APrecisionThatAnEarlierLoadLostIsRefused) {
+    const CNNNetwork network(readNetwork(doublingNetwork()));
+    network.getInputsInfo().at("x")->setPrecision(Precision::I8);
+    load(network);
+    network.getInputsInfo().at("x")->setPrecision(Precision::FP32);
+    EXPECT_THAT([&] { load(network); },
+                ThrowsMessage<NotImplemented>(
+                    AllOf(HasSubstr("Input \"x\""), HasSubstr("read the network again"))));
+    // The precision it has can still be loaded.
+    network.getInputsInfo().at("x")->setPrecision(Precision::I8);
+    EXPECT_THAT(doubled(*load(network), four<std::int8_t>(Precision::I8, {1, -2, 3, -4})),
+                ElementsAre(2, -4, 6, -8));
+}
+
+TEST(LoadingTest, APrecisionThatCanNotBeLoadedIsRefusedNamingTheInput) {
+    const CNNNetwork network(readNetwork(doublingNetwork()));
+    for (const auto precision : {Precision::UNSPECIFIED, Precision::BIN, Precision::I64}) {
+        network.getInputsInfo().at("x")->setPrecision(precision);
+        EXPECT_THAT([&] { load(network); },
+                    ThrowsMessage<NotImplemented>(
+                        AllOf(HasSubstr("Input \"x\""), HasSubstr(Precision(precision).name()))));
+    }
+    network.getInputsInfo().at("x")->setPrecision(Precision::FP32);
+    EXPECT_NO_THROW(load(network));
+}
+
+}  // namespace
+}  // namespace InferenceEngine

@@ -1,0 +1,72 @@
+// Reading, loading and running networks in tests.
+#pragma once
+
+#include <cstdint>
+#include <cstring>
+#include <inference_engine.hpp>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace InferenceEngine {
+
+/** A blob with these elements, allocated by itself. */
+template <class T>
+Blob::Ptr blobOf(const Precision& precision, const SizeVector& dims,
+                 const std::vector<T>& elements) {
+    auto blob = make_shared_blob<T>(TensorDesc(precision, dims, ANY));
+    blob->allocate();
+    if (!elements.empty()) {
+        std::memcpy(blob->buffer().template as<T*>(), elements.data(), elements.size() * sizeof(T));
+    }
+    return blob;
+}
+
+inline Blob::Ptr floats(const SizeVector& dims, const std::vector<float>& elements = {}) {
+    return blobOf(Precision::FP32, dims, elements);
+}
+
+template <class T>
+std::vector<T> elementsOf(const Blob::Ptr& blob) {
+    const auto memory = blob->cbuffer();
+    const auto* const first = memory.as<const T*>();
+    return std::vector<T>(first, first + blob->size());
+}
+
+/** A weights blob with the bytes of these elements. */
+template <class T>
+TBlob<std::uint8_t>::Ptr weightsOf(const std::vector<T>& elements) {
+    const std::size_t bytes = elements.size() * sizeof(T);
+    auto blob = make_shared_blob<std::uint8_t>(TensorDesc(Precision::U8, {bytes}, ANY));
+    blob->allocate();
+    if (bytes != 0) {
+        std::memcpy(blob->buffer().as<void*>(), elements.data(), bytes);
+    }
+    return blob;
+}
+
+inline TBlob<std::uint8_t>::Ptr noWeights() {
+    return weightsOf<std::uint8_t>({});
+}
+
+std::shared_ptr<ICNNNetReader> makeReader();
+
+/** What reading gave: OK, or the failure and its text. */
+struct ReadingResult {
+    StatusCode status;
+    std::string text;
+};
+ReadingResult tryReading(ICNNNetReader& reader, const std::string& network,
+                         const TBlob<std::uint8_t>::Ptr& weights = noWeights());
+
+/** A reader that has read the network; throws if it can't. */
+std::shared_ptr<ICNNNetReader> readNetwork(const std::string& network,
+                                           const TBlob<std::uint8_t>::Ptr& weights = noWeights());
+
+/** A request on the network, loaded on the CPU. */
+InferRequest::Ptr load(CNNNetwork network);
+
+std::vector<std::string> inputNames(const CNNNetwork& network);
+std::vector<std::string> outputNames(const CNNNetwork& network);
+
+}  // namespace InferenceEngine

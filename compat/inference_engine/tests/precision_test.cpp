@@ -1,0 +1,86 @@
+#include <gtest/gtest.h>
+
+#include <inference_engine.hpp>
+#include <string>
+
+namespace InferenceEngine {
+namespace {
+
+TEST(PrecisionTest, ConvertsFromAndToTheEnumeration) {
+    const Precision precision = Precision::I16;
+    const Precision::ePrecision value = precision;
+    EXPECT_EQ(value, Precision::I16);
+    EXPECT_EQ(precision.getPrecVal(), 30);
+    EXPECT_EQ(Precision(Precision::FP32).getPrecVal(), 10);
+    EXPECT_EQ(Precision(Precision::I8).getPrecVal(), 50);
+    EXPECT_EQ(Precision(Precision::I32).getPrecVal(), 70);
+}
+
+TEST(PrecisionTest, ComparesByValue) {
+    const Precision precision(Precision::U8);
+    EXPECT_TRUE(precision == Precision::U8);
+    EXPECT_TRUE(precision == Precision(Precision::U8));
+    EXPECT_TRUE(precision != Precision::I8);
+    EXPECT_TRUE(precision != Precision(Precision::I8));
+    EXPECT_FALSE(precision == Precision::BOOL);
+}
+
+TEST(PrecisionTest, IsUnspecifiedByDefault) {
+    EXPECT_EQ(Precision().getPrecVal(), 255);
+}
+
+TEST(PrecisionTest, SizeIsThatOfOneElement) {
+    EXPECT_EQ(Precision(Precision::FP32).size(), 4U);
+    EXPECT_EQ(Precision(Precision::FP16).size(), 2U);
+    EXPECT_EQ(Precision(Precision::Q78).size(), 2U);
+    EXPECT_EQ(Precision(Precision::I16).size(), 2U);
+    EXPECT_EQ(Precision(Precision::U16).size(), 2U);
+    EXPECT_EQ(Precision(Precision::U8).size(), 1U);
+    EXPECT_EQ(Precision(Precision::BOOL).size(), 1U);
+    EXPECT_EQ(Precision(Precision::I8).size(), 1U);
+    EXPECT_EQ(Precision(Precision::BIN).size(), 1U);
+    EXPECT_EQ(Precision(Precision::I32).size(), 4U);
+    EXPECT_EQ(Precision(Precision::I64).size(), 8U);
+}
+
+TEST(PrecisionTest, SizeThrowsForAPrecisionWithoutOne) {
+    EXPECT_THROW(Precision(Precision::UNSPECIFIED).size(), details::InferenceEngineException);
+    EXPECT_THROW(Precision(Precision::MIXED).size(), details::InferenceEngineException);
+    EXPECT_THROW(Precision(Precision::CUSTOM).size(), details::InferenceEngineException);
+}
+
+TEST(PrecisionTest, NameIsThatOfTheEnumeration) {
+    EXPECT_STREQ(Precision(Precision::FP32).name(), "FP32");
+    EXPECT_STREQ(Precision(Precision::BOOL).name(), "BOOL");
+    EXPECT_STREQ(Precision(Precision::UNSPECIFIED).name(), "UNSPECIFIED");
+}
+
+template <Precision::ePrecision P>
+bool storesItsOwnType() {
+    return Precision(P).hasStorageType<typename PrecisionTrait<P>::value_type>();
+}
+
+TEST(PrecisionTest, StoresTheTypeOfItsTrait) {
+    EXPECT_TRUE(storesItsOwnType<Precision::FP32>());
+    EXPECT_TRUE(storesItsOwnType<Precision::FP16>());
+    EXPECT_TRUE(storesItsOwnType<Precision::Q78>());
+    EXPECT_TRUE(storesItsOwnType<Precision::I16>());
+    EXPECT_TRUE(storesItsOwnType<Precision::U16>());
+    EXPECT_TRUE(storesItsOwnType<Precision::U8>());
+    EXPECT_TRUE(storesItsOwnType<Precision::BOOL>());
+    EXPECT_TRUE(storesItsOwnType<Precision::I8>());
+    EXPECT_TRUE(storesItsOwnType<Precision::BIN>());
+    EXPECT_TRUE(storesItsOwnType<Precision::I32>());
+    EXPECT_TRUE(storesItsOwnType<Precision::I64>());
+}
+
+TEST(PrecisionTest, StoresNoTypeOfAnotherKind) {
+    EXPECT_FALSE(Precision(Precision::FP32).hasStorageType<std::int32_t>());
+    EXPECT_FALSE(Precision(Precision::I32).hasStorageType<float>());
+    EXPECT_FALSE(Precision(Precision::I8).hasStorageType<std::uint8_t>());
+    EXPECT_FALSE(Precision(Precision::I16).hasStorageType<std::uint16_t>());
+    EXPECT_FALSE(Precision(Precision::UNSPECIFIED).hasStorageType<float>());
+}
+
+}  // namespace
+}  // namespace InferenceEngine

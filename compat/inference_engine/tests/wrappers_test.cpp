@@ -1,0 +1,185 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <inference_engine.hpp>
+#include <memory>
+#include <string>
+
+namespace InferenceEngine {
+namespace {
+
+using testing::IsEmpty;
+using testing::StrEq;
+using testing::ThrowsMessage;
+using General = details::InferenceEngineException;
+
+class FakeNetwork final : public ICNNNetwork {
+public:
+    void Release() noexcept override {}
+    void getInputsInfo(InputsDataMap& inputs) const noexcept override {
+        inputs["in"] = std::make_shared<InputInfo>();
+    }
+    void getOutputsInfo(OutputsDataMap& outputs) const noexcept override {
+        outputs["out"] = nullptr;
+    }
+};
+
+class FakeReader final : public ICNNNetReader {
+public:
+    explicit FakeReader(ICNNNetwork* network) : network_(network) {}
+    void Release() noexcept override {}
+    StatusCode ReadNetwork(const void* /*model*/, std::size_t /*size*/,
+                           ResponseDesc* /*response*/) noexcept override {
+        return OK;
+    }
+    StatusCode SetWeights(const TBlob<std::uint8_t>::Ptr& /*weights*/,
+                          ResponseDesc* /*response*/) noexcept override {
+        return OK;
+    }
+    ICNNNetwork* getNetwork(ResponseDesc* /*response*/) noexcept override { return network_; }
+
+private:
+    ICNNNetwork* network_;
+};
+
+/** Answers what it is told to answer. */
+class FakeRequest final : public IInferRequest {
+public:
+    void Release() noexcept override {}
+    StatusCode SetBlob(const char* name, const Blob::Ptr& /*blob*/,
+                       ResponseDesc* response) noexcept override {
+        lastName = name;
+        return respond(response);
+    }
+    StatusCode Infer(ResponseDesc* response) noexcept override { return respond(response); }
+
+    StatusCode status = OK;
+    const char* text = nullptr;
+    std::string lastName;
+
+private:
+    StatusCode respond(ResponseDesc* response) const {
+        if (text != nullptr) {
+            std::strcpy(response->msg, text);
+        }
+        return status;
+    }
+};
+
+class FakeExecutableNetwork final : public IExecutableNetwork {
+public:
+    void Release() noexcept override {}
+    StatusCode CreateInferRequest(IInferRequest::Ptr& request,
+                                  ResponseDesc* response) noexcept override {
+        std::strcpy(response->msg, "no more requests");
+        request = given;
+        return status;
+    }
+
+    StatusCode status = OK;
+    IInferRequest::Ptr given;
+};
+
+TEST(CNNNetworkTest, OverANullNetworkThrows) {
+    const auto throwsNotInitialized =
+        ThrowsMessage<General>(StrEq("CNNNetwork was not initialized."));
+    EXPECT_THAT([] { CNNNetwork(std::shared_ptr<ICNNNetwork>()); }, throwsNotInitialized);
+    EXPECT_THAT([] { CNNNetwork(std::shared_ptr<ICNNNetReader>()); }, throwsNotInitialized);
+    EXPECT_THAT([] { CNNNetwork(std::make_shared<FakeReader>(nullptr)); }, throwsNotInitialized);
+}
+
+TEST(CNNNetworkTest, ShowsTheNetworkBehindIt) {
+    const auto behind = std::make_shared<FakeNetwork>();
+    CNNNetwork network{std::shared_ptr<ICNNNetwork>(behind)};
+    EXPECT_EQ(network.getInputsInfo().count("in"), 1U);
+    EXPECT_EQ(network.getOutputsInfo().count("out"), 1U);
+    EXPECT_EQ(&static_cast<ICNNNetwork&>(network), behind.get());
+}
+
+TEST(CNNNetworkTest, KeepsTheReaderItCameFrom) {
+    FakeNetwork behind;
+    std::shared_ptr<ICNNNetReader> reader = std::make_shared<FakeReader>(&behind);
+    const std::weak_ptr<ICNNNetReader> watched = reader;
+    {
+        const CNNNetwork network(reader);
+        reader.reset();
+        EXPECT_FALSE(watched.expired());
+        EXPECT_EQ(network.getOutputsInfo().size(), 1U);
+    }
+    EXPECT_TRUE(watched.expired());
+}
+
+TEST(InferRequestTest, IsFalseWhenItHoldsNone) {
+    InferRequest request;
+    EXPECT_FALSE(static_cast<bool>(request));
+    EXPECT_TRUE(!request);
+    EXPECT_THROW(request.Infer(), General);
+    EXPECT_THROW(request.SetBlob("in", nullptr), General);
+}
+
+TEST(InferRequestTest, ThrowsTheExceptionOfAFailingStatusWithTheText) {
+    const auto behind = std::make_shared<FakeRequest>();
+    InferRequest request(behind);
+    EXPECT_TRUE(static_cast<bool>(request));
+    EXPECT_FALSE(!request);
+
+    behind->status = NOT_FOUND;
+    behind->text = "no such port";
+    EXPECT_THAT([&] { request.SetBlob("in", nullptr); },
+                ThrowsMessage<NotFound>(StrEq("no such port")));
+    EXPECT_EQ(behind->lastName, "in");
+    behind->status = GENERAL_ERROR;
+    behind->text = "the device failed";
+    EXPECT_THAT([&] { request.Infer(); }, ThrowsMessage<General>(StrEq("the device failed")));
+}
+
+TEST(InferRequestTest, DoesNotCarryATextIntoTheNextFailure) {
+    const auto behind = std::make_shared<FakeRequest>();
+    InferRequest request(behind);
+    behind->status = UNEXPECTED;
+    behind->text = "first";
+    EXPECT_THROW(request.Infer(), Unexpected);
+    behind->text = nullptr;
+    EXPECT_THAT([&] { request.Infer(); }, ThrowsMessage<Unexpected>(IsEmpty()));
+}
+
+TEST(ExecutableNetworkTest, GivesARequestOverTheOneOfTheDevice) {
+    const auto behind = std::make_shared<FakeExecutableNetwork>();
+    behind->given = std::make_shared<FakeRequest>();
+    const InferRequest::Ptr request = ExecutableNetwork(behind).CreateInferRequestPtr();
+    ASSERT_NE(request, nullptr);
+    EXPECT_TRUE(static_cast<bool>(*request));
+}
+
+TEST(ExecutableNetworkTest, ThrowsWhenTheDeviceGivesNoRequest) {
+    const auto behind = std::make_shared<FakeExecutableNetwork>();
+    ExecutableNetwork network(behind);
+    EXPECT_THAT([&] { network.CreateInferRequestPtr(); },
+                ThrowsMessage<General>(StrEq("Internal error: pointer to infer request is null")));
+    behind->status = NETWORK_NOT_LOADED;
+    EXPECT_THAT([&] { network.CreateInferRequestPtr(); },
+                ThrowsMessage<NetworkNotLoaded>(StrEq("no more requests")));
+    EXPECT_THROW(ExecutableNetwork().CreateInferRequestPtr(), General);
+}
+
+TEST(ReleaseTest, TheLastHolderReleasesTheObject) {
+    static int released = 0;
+    class Counting final : public details::IRelease {
+    public:
+        void Release() noexcept override {
+            ++released;
+            delete this;
+        }
+    };
+    {
+        const auto first = details::shared_from_irelease(new Counting);
+        const auto second = first;
+        EXPECT_EQ(released, 0);
+    }
+    EXPECT_EQ(released, 1);
+    EXPECT_EQ(details::shared_from_irelease<Counting>(nullptr), nullptr);
+}
+
+}  // namespace
+}  // namespace InferenceEngine
