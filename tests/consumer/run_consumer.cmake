@@ -1,0 +1,45 @@
+# Configures, builds and runs one of the consumer projects, from nothing.
+
+set(work "${CONSUMER_WORK_DIR}/${CONSUMER}")
+file(REMOVE_RECURSE "${work}")
+file(MAKE_DIRECTORY "${work}")
+
+function(run)
+  list(JOIN ARGV " " command)
+  message(STATUS "${command}")
+  execute_process(COMMAND ${ARGV} RESULT_VARIABLE result)
+  if(NOT result EQUAL 0)
+    message(FATAL_ERROR "failed (${result}): ${command}")
+  endif()
+endfunction()
+
+set(flags "")
+if(SANITIZE)
+  set(flags "-fsanitize=address,undefined -fno-sanitize-recover=all")
+endif()
+set(options
+    -G "${GENERATOR}" "-DCMAKE_BUILD_TYPE=${BUILD_TYPE}" "-DCMAKE_CXX_COMPILER=${CXX_COMPILER}"
+    "-DCMAKE_CXX_COMPILER_LAUNCHER=${CXX_COMPILER_LAUNCHER}" "-DCMAKE_CXX_FLAGS=${flags}")
+
+if(CONSUMER STREQUAL "installed")
+  run("${CMAKE_COMMAND}" --install "${QUAVIN_BINARY_DIR}" --config "${BUILD_TYPE}" --prefix
+      "${work}/first")
+  # Moved, so that nothing can depend on the place that it was installed to.
+  file(RENAME "${work}/first" "${work}/prefix")
+  file(GLOB headers RELATIVE "${work}/prefix/include" "${work}/prefix/include/*")
+  if(NOT headers STREQUAL "quavin")
+    message(FATAL_ERROR "more than the public headers were installed: ${headers}")
+  endif()
+  list(APPEND options "-DCMAKE_PREFIX_PATH=${work}/prefix")
+else()
+  list(APPEND options "-DQUAVIN_SOURCE_DIR=${QUAVIN_SOURCE_DIR}")
+  if(OPENVINO_DIR)
+    list(APPEND options "-DOpenVINO_DIR=${OPENVINO_DIR}")
+  endif()
+endif()
+
+run("${CMAKE_COMMAND}" -S "${CONSUMER_SOURCE_DIR}/${CONSUMER}" -B "${work}/build" ${options})
+run("${CMAKE_COMMAND}" --build "${work}/build" --config "${BUILD_TYPE}" --parallel 2)
+find_program(consumer_program predict_twice PATHS "${work}/build" "${work}/build/${BUILD_TYPE}"
+             NO_DEFAULT_PATH REQUIRED)
+run("${consumer_program}" "${CONSUMER_SOURCE_DIR}/package")

@@ -1,0 +1,117 @@
+// A host that ends with models left behind, in the way that its argument says. It has to end with
+// status 0, whatever the order in which its statics and the library's go.
+
+#include <cstdlib>
+#include <functional>
+#include <iostream>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "quavin/quavin.h"
+#include "support/model_package.h"
+#include "support/small_networks.h"
+#include "support/tensor_values.h"
+
+namespace {
+
+using namespace VelmoraQuavin;
+using namespace VelmoraQuavin::testing;
+
+// Made before the library's own statics, and so gone after them.
+const TempDirectory directory;
+std::shared_ptr<QuavinModel> heldModel;
+Features heldInputs;
+Features heldOutputs;
+std::optional<RuntimeStatus> heldStatus;
+
+void require(bool condition, const char* what) {
+    if (!condition) {
+        std::cerr << "failed: " << what << '\n';
+        std::_Exit(1);
+    }
+}
+
+std::shared_ptr<QuavinModel> loadRegistered() {
+    std::shared_ptr<QuavinModel> model;
+    require(QuavinClient::instance().getModel(directory.text(), model, Device(), 0).ok(), "load");
+    return model;
+}
+
+void predict(const std::shared_ptr<QuavinModel>& model, Features& inputs, Features& outputs) {
+    require(model->allocateInputs(inputs).ok(), "allocateInputs");
+    require(model->predict(inputs, outputs).ok(), "predict");
+}
+
+void leaveRegistered() {
+    Features inputs;
+    Features outputs;
+    predict(loadRegistered(), inputs, outputs);
+}
+
+void leaveHeld() {
+    heldModel = loadRegistered();
+    predict(heldModel, heldInputs, heldOutputs);
+}
+
+void leaveUnregisteredHeld() {
+    const auto type = QuavinModelType::Openvino;
+    require(QuavinClient::instance().getModel(directory.text(), heldModel, 0, type).ok(), "load");
+    predict(heldModel, heldInputs, heldOutputs);
+}
+
+void leaveOutputs() {
+    predict(loadRegistered(), heldInputs, heldOutputs);
+}
+
+void leaveUnloaded() {
+    heldModel = loadRegistered();
+    require(QuavinClient::instance().unloadModel(heldModel).ok(), "unload");
+}
+
+void leaveFailed() {
+    directory.write("net.xml", "no network");
+    std::shared_ptr<QuavinModel> model;
+    require(!QuavinClient::instance().getModel(directory.text(), model, Device(), 0).ok(), "fail");
+}
+
+void leaveSnapshot() {
+    loadRegistered();
+    heldStatus = QuavinClient::instance().queryRuntimeStatus();
+    require(heldStatus->getLoadedModels().size() == 1, "snapshot");
+}
+
+void leaveSwitchedOff() {
+    leaveRegistered();
+    QuavinClient::terminate();
+}
+
+void leaveInTheMiddle() {
+    const auto model = loadRegistered();
+    Features inputs;
+    Features outputs;
+    predict(model, inputs, outputs);
+    std::exit(0);  // locals stay as they are; statics go
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    const std::map<std::string, std::function<void()>> ways = {
+        {"registered", leaveRegistered},
+        {"held", leaveHeld},
+        {"unregistered", leaveUnregisteredHeld},
+        {"outputs", leaveOutputs},
+        {"unloaded", leaveUnloaded},
+        {"failed", leaveFailed},
+        {"snapshot", leaveSnapshot},
+        {"switched_off", leaveSwitchedOff},
+        {"in_the_middle", leaveInTheMiddle},
+    };
+    require(argc == 2 && ways.count(argv[1]) == 1, "one way to leave");
+    writePackage(directory, affineNetwork());
+    require(QuavinClient::init(QuavinConfig()).ok(), "init");
+    ways.at(argv[1])();
+    return 0;
+}

@@ -1,0 +1,77 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace VelmoraQuavin::testing {
+
+/// Builds a small network from its inputs to its outputs, and gives it as the text and the weights
+/// of an IR of version 10.
+///
+/// Nothing is inferred: the caller states every shape. An input is known by the name of its layer,
+/// an output by the name of the layer that produces it.
+///
+/// @code
+/// IrNetwork net("twice");
+/// const auto x = net.input("x", {1, 2});
+/// net.output(net.layer("Multiply", "y", {x, net.constant<float>("two", {1, 1}, {2})}, {1, 2}));
+/// @endcode
+class IrNetwork {
+public:
+    using Shape = std::vector<std::int64_t>;
+
+    /// The single output of a layer, as later layers take it.
+    struct Port {
+        std::size_t layer;
+        std::size_t port;
+        std::string name;
+        Shape shape;
+        std::string type;  ///< "f32", "i32", ...
+    };
+
+    explicit IrNetwork(std::string name) : name_(std::move(name)) {}
+
+    /// An input of the network.
+    Port input(const std::string& name, const Shape& shape, const std::string& type = "f32");
+    /// Values in the weights.
+    template <typename Value>
+    Port constant(const std::string& name, const Shape& shape, const std::vector<Value>& values) {
+        return addConstant(
+            name, shape, typeOf(Value{}),
+            {reinterpret_cast<const char*>(values.data()), values.size() * sizeof(Value)});
+    }
+    /// An operation with one output, of the element type of its first input.
+    Port layer(const std::string& kind, const std::string& name, const std::vector<Port>& inputs,
+               const Shape& shape, const std::string& attributes = "");
+    /// The same values as another element type.
+    Port convert(const std::string& name, const Port& source, const std::string& type);
+    /// Makes a port an output of the network.
+    void output(const Port& port);
+
+    const std::vector<Port>& inputs() const { return inputs_; }
+    const std::vector<Port>& outputs() const { return outputs_; }
+    std::string topology() const;
+    const std::string& weights() const { return weights_; }
+
+private:
+    static std::string typeOf(float /*value*/) { return "f32"; }
+    static std::string typeOf(std::int32_t /*value*/) { return "i32"; }
+
+    Port addConstant(const std::string& name, const Shape& shape, const std::string& type,
+                     std::string_view bytes);
+    Port add(const std::string& kind, const std::string& name, const std::vector<Port>& inputs,
+             const Shape& shape, const std::string& type, const std::string& attributes);
+
+    std::string name_;
+    std::string layers_;
+    std::string edges_;
+    std::string weights_;
+    std::size_t layerCount_ = 0;
+    std::vector<Port> inputs_;
+    std::vector<Port> outputs_;
+};
+
+}  // namespace VelmoraQuavin::testing

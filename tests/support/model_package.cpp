@@ -1,0 +1,86 @@
+#include "support/model_package.h"
+
+#include <map>
+
+namespace VelmoraQuavin::testing {
+namespace {
+
+std::string listed(const std::vector<std::string>& elements) {
+    std::string text;
+    for (const std::string& element : elements) {
+        text += (text.empty() ? "\n        " : ",\n        ") + element;
+    }
+    return "[" + text + "]";
+}
+
+std::string within(const std::string& folder, const std::string& name) {
+    return folder.empty() ? name : folder + "/" + name;
+}
+
+std::string dataTypeOf(const std::string& type) {
+    static const std::map<std::string, std::string> names = {
+        {"f32", "float"}, {"i8", "int8"},   {"i16", "int16"},   {"i32", "int32"},
+        {"u8", "uint8"},  {"i64", "int64"}, {"boolean", "bool"}};
+    return names.at(type);
+}
+
+std::vector<std::string> features(const std::vector<IrNetwork::Port>& ports) {
+    std::vector<std::string> texts;
+    for (const IrNetwork::Port& port : ports) {
+        texts.push_back(tensorFeature(port.name, port.shape, dataTypeOf(port.type)));
+    }
+    return texts;
+}
+
+}  // namespace
+
+std::string PackageText::manifest() const {
+    std::vector<std::string> files;
+    for (const auto& [kind, path] : components) {
+        files.push_back(R"({"name": ")" + kind + R"(", "path": ")" + path + R"("})");
+    }
+    return "{\n  \"name\": \"" + name + "\",\n  \"version\": 1,\n  \"targets\": {\n    \"" +
+           engine + "\": {\n      \"components\": " + listed(files) +
+           ",\n      \"inputs\": " + listed(inputs) + ",\n      \"outputs\": " + listed(outputs) +
+           "\n    }\n  }\n}\n";
+}
+
+std::string tensorFeature(const std::string& name, const IrNetwork::Shape& shape,
+                          const std::string& dataType) {
+    std::string extents;
+    for (const std::int64_t extent : shape) {
+        extents += (extents.empty() ? "" : ", ") + std::to_string(extent);
+    }
+    return R"({"name": ")" + name + R"(", "featureType": "tensor", "tensor": {"shape": [)" +
+           extents + R"(], "dataType": ")" + dataType + R"("}})";
+}
+
+std::string scalarFeature(const std::string& name, const std::string& featureType) {
+    return R"({"name": ")" + name + R"(", "featureType": ")" + featureType + R"("})";
+}
+
+PackageText describe(const IrNetwork& network) {
+    PackageText text;
+    text.inputs = features(network.inputs());
+    text.outputs = features(network.outputs());
+    return text;
+}
+
+void writeNetwork(const TempDirectory& directory, const IrNetwork& network,
+                  const std::string& folder) {
+    directory.write(within(folder, "net.xml"), network.topology());
+    directory.write(within(folder, "net.bin"), network.weights());
+}
+
+void writeManifest(const TempDirectory& directory, const PackageText& text,
+                   const std::string& folder) {
+    directory.write(within(folder, "manifest.json"), text.manifest());
+}
+
+void writePackage(const TempDirectory& directory, const IrNetwork& network,
+                  const std::string& folder) {
+    writeNetwork(directory, network, folder);
+    writeManifest(directory, describe(network), folder);
+}
+
+}  // namespace VelmoraQuavin::testing

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "quavin/logging.h"
+
+namespace VelmoraQuavin::testing {
+
+/// Keeps every record that it is given.
+class RecordingLogProcessor : public ILogProcessor {
+public:
+    void process(const LogRecord& record) override { records_.push_back(record); }
+
+    const std::vector<LogRecord>& records() const { return records_; }
+    std::vector<std::string> messages() const {
+        std::vector<std::string> messages;
+        for (const LogRecord& record : records_) {
+            messages.push_back(record.message.str());
+        }
+        return messages;
+    }
+
+private:
+    std::vector<LogRecord> records_;
+};
+
+}  // namespace VelmoraQuavin::testing

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <filesystem>
+#include <fstream>
+#include <random>
+#include <sstream>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+namespace VelmoraQuavin::testing {
+
+/// A new empty directory, removed with all its content at the end.
+class TempDirectory {
+public:
+    TempDirectory() : path_(makeUnique()) {}
+    TempDirectory(const TempDirectory&) = delete;
+    TempDirectory& operator=(const TempDirectory&) = delete;
+    ~TempDirectory() {
+        std::error_code ignored;
+        std::filesystem::remove_all(path_, ignored);
+    }
+
+    const std::filesystem::path& path() const { return path_; }
+    /// The directory as the library's paths have it: UTF-8, without a separator at the end.
+    std::string text() const { return path_.u8string(); }
+    /// An entry of the directory, joined with the library's separator.
+    std::string entry(std::string_view name) const { return text() + "\\" + std::string(name); }
+
+    /// Writes a file; its name may hold "/".
+    void write(const std::string& name, std::string_view content) const {
+        const std::filesystem::path file = path_ / std::filesystem::u8path(name);
+        std::filesystem::create_directories(file.parent_path());
+        std::ofstream stream(file, std::ios::binary);
+        stream.write(content.data(), static_cast<std::streamsize>(content.size()));
+        if (!stream) {
+            throw std::runtime_error("cannot write " + file.string());
+        }
+    }
+    /// The content of a file.
+    std::string read(const std::string& name) const {
+        std::ifstream stream(path_ / std::filesystem::u8path(name), std::ios::binary);
+        std::ostringstream content;
+        content << stream.rdbuf();
+        return content.str();
+    }
+
+private:
+    static std::filesystem::path makeUnique() {
+        std::random_device random;
+        for (int attempt = 0; attempt < 100; ++attempt) {
+            const auto candidate = std::filesystem::temp_directory_path() /
+                                   ("quavin-test-" + std::to_string(random()));
+            if (std::filesystem::create_directory(candidate)) {
+                return candidate;
+            }
+        }
+        throw std::runtime_error("cannot make a temporary directory");
+    }
+
+    std::filesystem::path path_;
+};
+
+}  // namespace VelmoraQuavin::testing

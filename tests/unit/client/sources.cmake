@@ -1,0 +1,11 @@
+quavin_unit_test(
+  client
+  client_at_exit_test.cpp
+  client_logging_test.cpp
+  client_models_test.cpp
+  client_registry_test.cpp
+  model_manager_test.cpp
+  model_runtime_status_test.cpp
+  quavin_client_test.cpp
+  quavin_config_test.cpp
+  runtime_status_test.cpp)

@@ -1,0 +1,149 @@
+#include "allocation_watch.h"
+
+#include <malloc.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cstdlib>
+#include <new>
+
+namespace VelmoraQuavin::testing {
+namespace {
+
+constexpr std::size_t kWideAlignment = 64;
+
+std::atomic<int> alignedBlocks{0};
+std::atomic<FreeWatch*> activeWatch{nullptr};
+
+void* allocate(std::size_t size) noexcept {
+    return std::malloc(size);
+}
+
+void* allocate(std::size_t size, std::align_val_t alignment) noexcept {
+    const auto multiple = static_cast<std::size_t>(alignment);
+    void* const block = std::aligned_alloc(multiple, (size + multiple - 1) / multiple * multiple);
+    if (block != nullptr && multiple >= kWideAlignment) {
+        ++alignedBlocks;
+    }
+    return block;
+}
+
+void release(void* block) noexcept {
+    FreeWatch* const watch = activeWatch;
+    if (watch != nullptr && block != nullptr) {
+        watch->blockIsFreed(static_cast<unsigned char*>(block), malloc_usable_size(block));
+    }
+    std::free(block);
+}
+
+void release(void* block, std::align_val_t alignment) noexcept {
+    if (block != nullptr && static_cast<std::size_t>(alignment) >= kWideAlignment) {
+        --alignedBlocks;
+    }
+    release(block);
+}
+
+void* orThrow(void* block) {
+    if (block == nullptr) {
+        throw std::bad_alloc();
+    }
+    return block;
+}
+
+}  // namespace
+
+int alignedBlocksInUse() noexcept {
+    return alignedBlocks;
+}
+
+FreeWatch::FreeWatch() {
+    activeWatch = this;
+}
+
+FreeWatch::~FreeWatch() {
+    activeWatch = nullptr;
+}
+
+void FreeWatch::watch(const void* bytes, std::size_t count) {
+    bytes_ = static_cast<const unsigned char*>(bytes);
+    count_ = count;
+    freed_ = false;
+    zero_ = false;
+}
+
+void FreeWatch::blockIsFreed(const unsigned char* block, std::size_t size) noexcept {
+    const bool holdsBytes = bytes_ != nullptr && block <= bytes_ && bytes_ + count_ <= block + size;
+    if (holdsBytes && !freed_) {
+        freed_ = true;
+        zero_ = std::all_of(bytes_, bytes_ + count_, [](unsigned char byte) { return byte == 0; });
+    }
+}
+
+}  // namespace VelmoraQuavin::testing
+
+using VelmoraQuavin::testing::allocate;
+using VelmoraQuavin::testing::orThrow;
+using VelmoraQuavin::testing::release;
+
+// All forms, since an instrumented build has array forms that do not call the others.
+void* operator new(std::size_t size) {
+    return orThrow(allocate(size));
+}
+void* operator new[](std::size_t size) {
+    return orThrow(allocate(size));
+}
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    return allocate(size);
+}
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
+    return allocate(size);
+}
+void* operator new(std::size_t size, std::align_val_t alignment) {
+    return orThrow(allocate(size, alignment));
+}
+void* operator new[](std::size_t size, std::align_val_t alignment) {
+    return orThrow(allocate(size, alignment));
+}
+void* operator new(std::size_t size, std::align_val_t alignment, const std::nothrow_t&) noexcept {
+    return allocate(size, alignment);
+}
+void* operator new[](std::size_t size, std::align_val_t alignment, const std::nothrow_t&) noexcept {
+    return allocate(size, alignment);
+}
+
+void operator delete(void* block) noexcept {
+    release(block);
+}
+void operator delete[](void* block) noexcept {
+    release(block);
+}
+void operator delete(void* block, std::size_t) noexcept {
+    release(block);
+}
+void operator delete[](void* block, std::size_t) noexcept {
+    release(block);
+}
+void operator delete(void* block, const std::nothrow_t&) noexcept {
+    release(block);
+}
+void operator delete[](void* block, const std::nothrow_t&) noexcept {
+    release(block);
+}
+void operator delete(void* block, std::align_val_t alignment) noexcept {
+    release(block, alignment);
+}
+void operator delete[](void* block, std::align_val_t alignment) noexcept {
+    release(block, alignment);
+}
+void operator delete(void* block, std::size_t, std::align_val_t alignment) noexcept {
+    release(block, alignment);
+}
+void operator delete[](void* block, std::size_t, std::align_val_t alignment) noexcept {
+    release(block, alignment);
+}
+void operator delete(void* block, std::align_val_t alignment, const std::nothrow_t&) noexcept {
+    release(block, alignment);
+}
+void operator delete[](void* block, std::align_val_t alignment, const std::nothrow_t&) noexcept {
+    release(block, alignment);
+}

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstddef>
+
+namespace VelmoraQuavin::testing {
+
+/// Blocks of operator new with an alignment of 64 bytes or more that have not been freed yet. Only
+/// in programs that compile allocation_watch.cpp, which replaces the global operators.
+int alignedBlocksInUse() noexcept;
+
+/// Watches a run of bytes until the block that holds it is freed. One at a time.
+class FreeWatch {
+public:
+    FreeWatch();
+    FreeWatch(const FreeWatch&) = delete;
+    FreeWatch& operator=(const FreeWatch&) = delete;
+    ~FreeWatch();
+
+    void watch(const void* bytes, std::size_t count);
+    bool wasFreed() const { return freed_; }
+    /// Whether all bytes were zero just before they were freed.
+    bool wasZeroWhenFreed() const { return zero_; }
+
+    /// Called by the operators.
+    void blockIsFreed(const unsigned char* block, std::size_t size) noexcept;
+
+private:
+    const unsigned char* bytes_ = nullptr;
+    std::size_t count_ = 0;
+    bool freed_ = false;
+    bool zero_ = false;
+};
+
+}  // namespace VelmoraQuavin::testing

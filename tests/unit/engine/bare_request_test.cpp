@@ -1,0 +1,34 @@
+// Loading on an engine whose requests are wrappers with nothing inside, or no wrappers at all.
+
+#include "faulty_model_test.h"
+
+namespace VelmoraQuavin::testing {
+namespace {
+
+class BareRequest : public FaultyModelTest {
+protected:
+    void expectNotLoaded() {
+        EXPECT_THAT(load(), IsStatus(ML_FRAMEWORK_ERROR, "OpenVino unable to load model : "));
+        EXPECT_THAT(predict(), IsStatus(MODEL_NOT_LOADED, "There is no model loaded"));
+    }
+};
+
+TEST_F(BareRequest, AWrapperWithoutARequestAnswers13) {
+    engine_.hasRequest = true;
+    expectNotLoaded();
+}
+
+TEST_F(BareRequest, NoWrapperAnswers13) {
+    engine_.hasRequest = false;
+    expectNotLoaded();
+}
+
+TEST_F(BareRequest, TheNetworkStaysReadForTheNextLoad) {
+    expectNotLoaded();
+    expectNotLoaded();
+    EXPECT_EQ(engine_.readTexts.size(), 1U);
+    EXPECT_EQ(engine_.loadings.size(), 2U);
+}
+
+}  // namespace
+}  // namespace VelmoraQuavin::testing

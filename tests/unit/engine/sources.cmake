@@ -1,0 +1,33 @@
+quavin_unit_test(
+  engine
+  allocation_watch.cpp
+  network_component_test.cpp
+  openvino_tensor_test.cpp
+  output_pool_test.cpp
+  precision_test.cpp
+  secret_allocator_test.cpp)
+target_include_directories(quavin_engine_tests PRIVATE "${CMAKE_CURRENT_SOURCE_DIR}/engine")
+
+# The engine folder's sources on an engine that fails where a test wants it to. It needs the parts of
+# the interface that stand on no runtime, which an installed engine does not have apart.
+if(QUAVIN_ENGINE_IS_ADAPTER)
+  function(quavin_faulty_engine_test target)
+    list(TRANSFORM ARGN PREPEND "engine/")
+    add_executable(${target} ${ARGN} "${PROJECT_SOURCE_DIR}/tests/support/faulty_engine.cpp"
+                             $<TARGET_OBJECTS:quavin_objects> $<TARGET_OBJECTS:quavin_engine_objects>)
+    quavin_private_target(${target})
+    target_include_directories(${target} PRIVATE "${CMAKE_CURRENT_SOURCE_DIR}/engine")
+    target_link_libraries(${target} PRIVATE quavin_test_packages quavin_internal_headers
+                                            quavin_ie_interface)
+    gtest_discover_tests(${target} TEST_PREFIX "unit.engine." DISCOVERY_TIMEOUT 60)
+  endfunction()
+
+  quavin_faulty_engine_test(
+    quavin_faulty_engine_tests
+    allocation_watch.cpp
+    faulty_inference_test.cpp
+    faulty_loading_test.cpp
+    network_reading_test.cpp)
+  quavin_faulty_engine_test(quavin_bare_request_tests bare_request_test.cpp)
+  target_sources(quavin_bare_request_tests PRIVATE "${PROJECT_SOURCE_DIR}/tests/support/bare_request.cpp")
+endif()

@@ -1,0 +1,100 @@
+#pragma once
+
+#include <gtest/gtest.h>
+#include <openssl/evp.h>
+
+#include <cstddef>
+#include <fstream>
+#include <iterator>
+#include <memory>
+#include <random>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "quavin/encryption.h"
+
+namespace VelmoraQuavin::testing {
+
+using Bytes = std::vector<unsigned char>;
+
+/// Bytes without a pattern, the same in every run.
+inline Bytes randomBytes(std::size_t count, unsigned int seed) {
+    std::mt19937 random(seed);
+    Bytes bytes(count);
+    for (unsigned char& byte : bytes) {
+        byte = static_cast<unsigned char>(random() & 0xFFu);
+    }
+    return bytes;
+}
+
+/// A file of tests/data/aes.
+inline Bytes readVector(const std::string& name) {
+    std::ifstream stream(std::string(QUAVIN_TEST_DATA) + "/aes/" + name, std::ios::binary);
+    Bytes bytes{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+    if (!stream.is_open() || bytes.empty()) {
+        throw std::runtime_error("cannot read the vector " + name);
+    }
+    return bytes;
+}
+
+/// Runs one of OpenSSL's AES-128 modes over whole blocks, without padding.
+inline Bytes runOpenSsl(const EVP_CIPHER* mode, bool encrypt, const Bytes& key,
+                        const unsigned char* vector, const unsigned char* input,
+                        std::size_t count) {
+    const std::unique_ptr<EVP_CIPHER_CTX, decltype(&EVP_CIPHER_CTX_free)> context(
+        EVP_CIPHER_CTX_new(), EVP_CIPHER_CTX_free);
+    Bytes output(count);
+    int written = 0;
+    if (EVP_CipherInit_ex(context.get(), mode, nullptr, key.data(), vector, encrypt ? 1 : 0) != 1 ||
+        EVP_CIPHER_CTX_set_padding(context.get(), 0) != 1 ||
+        EVP_CipherUpdate(context.get(), output.data(), &written, input, static_cast<int>(count)) !=
+            1 ||
+        static_cast<std::size_t>(written) != count) {
+        throw std::runtime_error("OpenSSL failed");
+    }
+    return output;
+}
+
+/// A secured component of whole blocks: a vector, then the ciphertext that OpenSSL makes.
+inline Bytes secure(const Bytes& plaintext, const Bytes& key) {
+    Bytes component = randomBytes(16, 99);
+    const Bytes ciphertext = runOpenSsl(EVP_aes_128_cbc(), true, key, component.data(),
+                                        plaintext.data(), plaintext.size());
+    component.insert(component.end(), ciphertext.begin(), ciphertext.end());
+    return component;
+}
+
+/// Decrypts into other memory, and checks that not a byte beside the plaintext's is written.
+inline Bytes decryptApart(const Bytes& component, const Bytes& key) {
+    constexpr std::size_t kGuard = 32;
+    const std::size_t size = component.size() - 16;
+    Bytes arena(kGuard + size + kGuard, 0xA5);
+    unsigned char* output = arena.data() + kGuard;
+    const Bytes before = component;
+    const QuavinStatus status = QuavinEncryption().AES_decrypt(
+        component.data(), static_cast<unsigned int>(component.size()), output, key.data());
+    EXPECT_EQ(status.getCode(), SUCCESS);
+    EXPECT_TRUE(status.getDescription().empty());
+    EXPECT_EQ(component, before);
+    const auto begin = arena.begin() + kGuard;
+    const auto end = begin + static_cast<std::ptrdiff_t>(size);
+    EXPECT_EQ(Bytes(arena.begin(), begin), Bytes(kGuard, 0xA5));
+    EXPECT_EQ(Bytes(end, arena.end()), Bytes(kGuard, 0xA5));
+    return {begin, end};
+}
+
+/// Decrypts over the component itself, and checks that not a byte behind the plaintext is written.
+inline Bytes decryptInPlace(const Bytes& component, const Bytes& key) {
+    Bytes buffer = component;
+    unsigned char* output = buffer.data();
+    const QuavinStatus status = QuavinEncryption().AES_decrypt(
+        buffer.data(), static_cast<unsigned int>(buffer.size()), output, key.data());
+    EXPECT_EQ(status.getCode(), SUCCESS);
+    EXPECT_TRUE(status.getDescription().empty());
+    EXPECT_EQ(Bytes(buffer.end() - 16, buffer.end()), Bytes(component.end() - 16, component.end()));
+    buffer.resize(buffer.size() - 16);
+    return buffer;
+}
+
+}  // namespace VelmoraQuavin::testing

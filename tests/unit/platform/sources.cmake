@@ -1,0 +1,9 @@
+quavin_unit_test(
+  platform
+  aes_allocation_failure_test.cpp
+  aes_test.cpp
+  clock_test.cpp
+  file_streams_test.cpp
+  file_system_test.cpp
+  native_path_test.cpp
+  secure_memory_test.cpp)

@@ -1,0 +1,10 @@
+quavin_unit_test(
+  tensor
+  buffer_wrapped_tensor_test.cpp
+  element_size_test.cpp
+  i_tensor_test.cpp
+  tensor_descriptor_test.cpp
+  tensor_shape_equality_test.cpp
+  tensor_shape_layout_test.cpp
+  tensor_shape_test.cpp
+  tensor_test.cpp)

@@ -1,0 +1,91 @@
+// The three equalities of a shape do not agree with each other, and hosts rely on each.
+#include <gtest/gtest.h>
+
+#include "quavin/tensor.h"
+#include "support/status_matcher.h"
+
+namespace VelmoraQuavin {
+namespace {
+
+constexpr const char* kOutOfRange =
+    "Index was out-of-range when accessing TensorShape's dimensions";
+
+bool constEqual(const TensorShape& left, const TensorShape& right) {
+    return left == right;
+}
+// Copies, so that neither side is const.
+bool nonConstEqual(TensorShape left, TensorShape right) {
+    return left == right;
+}
+bool nonConstUnequal(TensorShape left, TensorShape right) {
+    return left != right;
+}
+
+TEST(TensorShapeEqualityTest, CompareAndConstEqualityAskForTheSameDimensions) {
+    const TensorShape shape(1, 2);
+    EXPECT_TRUE(shape.compare(TensorShape(1, 2)));
+    EXPECT_TRUE(constEqual(shape, TensorShape(1, 2)));
+    EXPECT_FALSE(shape.compare(TensorShape(2, 1)));
+    EXPECT_FALSE(constEqual(shape, TensorShape(2, 1)));
+    EXPECT_TRUE(TensorShape().compare(TensorShape()));
+    EXPECT_TRUE(constEqual(TensorShape(), TensorShape()));
+}
+
+TEST(TensorShapeEqualityTest, CompareAndConstEqualityTellLengthsApart) {
+    EXPECT_FALSE(TensorShape(1, 2).compare(TensorShape(1, 2, 3)));
+    EXPECT_FALSE(TensorShape(1, 2, 3).compare(TensorShape(1, 2)));
+    EXPECT_FALSE(constEqual(TensorShape(1, 2), TensorShape(1, 2, 3)));
+    EXPECT_FALSE(constEqual(TensorShape(1, 2, 3), TensorShape(1, 2)));
+    EXPECT_FALSE(constEqual(TensorShape(), TensorShape(1)));
+}
+
+TEST(TensorShapeEqualityTest, NonConstEqualityOfTheSameDimensionsIsTrue) {
+    EXPECT_TRUE(nonConstEqual(TensorShape(1, -1, 3), TensorShape(1, -1, 3)));
+    EXPECT_FALSE(nonConstUnequal(TensorShape(1, -1, 3), TensorShape(1, -1, 3)));
+}
+
+TEST(TensorShapeEqualityTest, NonConstEqualityOfOtherDimensionsIsFalse) {
+    EXPECT_FALSE(nonConstEqual(TensorShape(1, 2), TensorShape(1, 3)));
+    EXPECT_TRUE(nonConstUnequal(TensorShape(1, 2), TensorShape(1, 3)));
+}
+
+TEST(TensorShapeEqualityTest, NonConstEqualityOfALongerRightSideIsTrue) {
+    EXPECT_TRUE(nonConstEqual(TensorShape(1, 2), TensorShape(1, 2, 3)));
+    EXPECT_FALSE(nonConstUnequal(TensorShape(1, 2), TensorShape(1, 2, 3)));
+}
+
+TEST(TensorShapeEqualityTest, NonConstEqualityOfAnEmptyLeftSideIsTrueForEveryRightSide) {
+    EXPECT_TRUE(nonConstEqual(TensorShape(), TensorShape()));
+    EXPECT_TRUE(nonConstEqual(TensorShape(), TensorShape(7)));
+    EXPECT_TRUE(nonConstEqual(TensorShape(), TensorShape(1, -1, 0)));
+    EXPECT_FALSE(nonConstUnequal(TensorShape(), TensorShape(7)));
+}
+
+TEST(TensorShapeEqualityTest, NonConstEqualityOfAShorterRightSideThrows) {
+    testing::expectThrows<RangeException>(
+        [] { nonConstEqual(TensorShape(1, 2, 3), TensorShape(1, 2)); }, OUT_OF_RANGE, kOutOfRange);
+    testing::expectThrows<RangeException>([] { nonConstEqual(TensorShape(1), TensorShape()); },
+                                          OUT_OF_RANGE, kOutOfRange);
+}
+
+TEST(TensorShapeEqualityTest, NonConstInequalityOfAShorterRightSideThrows) {
+    testing::expectThrows<RangeException>(
+        [] { nonConstUnequal(TensorShape(1, 2, 3), TensorShape(1, 2)); }, OUT_OF_RANGE,
+        kOutOfRange);
+}
+
+TEST(TensorShapeEqualityTest, AnEarlierMismatchWithAShorterRightSideIsFalse) {
+    EXPECT_FALSE(nonConstEqual(TensorShape(1, 2, 3), TensorShape(1, 9)));
+    EXPECT_TRUE(nonConstUnequal(TensorShape(1, 2, 3), TensorShape(9)));
+}
+
+TEST(TensorShapeEqualityTest, TheLeftSideDecidesWhichFormIsMeant) {
+    TensorShape changeable(1, 2);
+    const TensorShape fixed(1, 2);
+    const TensorShape longer(1, 2, 3);
+    EXPECT_TRUE(changeable == longer);
+    EXPECT_FALSE(fixed == longer);
+}
+
+}  // namespace
+}  // namespace VelmoraQuavin
