@@ -12,7 +12,9 @@ endif()
 add_library(quavin_compiler_settings INTERFACE)
 target_compile_features(quavin_compiler_settings INTERFACE cxx_std_17)
 if(MSVC)
-  target_compile_options(quavin_compiler_settings INTERFACE /W4 /permissive- /utf-8)
+  target_compile_options(quavin_compiler_settings INTERFACE /W4 /permissive- /utf-8
+                         # Standard types in exported classes: library and host share one toolchain.
+                         /wd4251 /wd4275)
   if(QUAVIN_WARNINGS_AS_ERRORS)
     target_compile_options(quavin_compiler_settings INTERFACE /WX)
   endif()

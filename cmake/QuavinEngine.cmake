@@ -8,14 +8,29 @@ if(NOT QUAVIN_ENGINE MATCHES "^(auto|installed|adapter)$")
   message(FATAL_ERROR "QUAVIN_ENGINE is \"${QUAVIN_ENGINE}\"; it takes auto, installed or adapter")
 endif()
 
+# Later releases carry the same package without the network reader that the engine needs.
+function(quavin_check_installed_engine usable)
+  set(CMAKE_REQUIRED_LIBRARIES IE::inference_engine)
+  check_cxx_source_compiles(
+    "#include <inference_engine.hpp>
+     int main() { return InferenceEngine::CreateCNNNetReader() == nullptr; }"
+    QUAVIN_INSTALLED_ENGINE_HAS_READER)
+  set(${usable} "${QUAVIN_INSTALLED_ENGINE_HAS_READER}" PARENT_SCOPE)
+endfunction()
+
 set(QUAVIN_ENGINE_IS_ADAPTER TRUE)
-if(QUAVIN_ENGINE STREQUAL "installed")
-  find_package(InferenceEngine REQUIRED)
-  set(QUAVIN_ENGINE_IS_ADAPTER FALSE)
-elseif(QUAVIN_ENGINE STREQUAL "auto")
+if(NOT QUAVIN_ENGINE STREQUAL "adapter")
   find_package(InferenceEngine QUIET)
-  if(InferenceEngine_FOUND AND TARGET IE::inference_engine)
-    set(QUAVIN_ENGINE_IS_ADAPTER FALSE)
+  if(TARGET IE::inference_engine)
+    include(CheckCXXSourceCompiles)
+    quavin_check_installed_engine(quavin_installed_engine_usable)
+    if(quavin_installed_engine_usable)
+      set(QUAVIN_ENGINE_IS_ADAPTER FALSE)
+    endif()
+  endif()
+  if(QUAVIN_ENGINE STREQUAL "installed" AND QUAVIN_ENGINE_IS_ADAPTER)
+    message(FATAL_ERROR "No Inference Engine of 2019-2020 with a network reader was found: name its folder of "
+                        "InferenceEngineConfig.cmake with -DInferenceEngine_DIR=, or use QUAVIN_ENGINE=adapter")
   endif()
 endif()
 
@@ -27,6 +42,9 @@ if(QUAVIN_ENGINE_IS_ADAPTER)
 else()
   add_library(quavin_installed_engine INTERFACE)
   target_link_libraries(quavin_installed_engine INTERFACE IE::inference_engine)
+  # Releases of 2020 mark the network reader as going away.
+  target_compile_options(quavin_installed_engine
+                         INTERFACE $<IF:$<CXX_COMPILER_ID:MSVC>,/wd4996,-Wno-deprecated-declarations>)
   add_library(quavin::engine ALIAS quavin_installed_engine)
   message(STATUS "Engine: installed Inference Engine (${InferenceEngine_DIR})")
 endif()

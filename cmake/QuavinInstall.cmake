@@ -3,6 +3,30 @@
 
 include(CMakePackageConfigHelpers)
 
+# The C interface, the runtime, what reads networks, the CPU device and the threads under it; and the
+# licences that they come with.
+function(quavin_install_runtime)
+  get_filename_component(package "${OpenVINO_DIR}/../.." ABSOLUTE)
+  set(libs "${package}/openvino/libs")
+  file(GLOB files
+       "${libs}/libopenvino.so*"
+       "${libs}/libopenvino_c.so*"
+       "${libs}/libopenvino_ir_frontend.so*"
+       "${libs}/libopenvino_*_cpu_plugin.so*"
+       "${libs}/libtbb.so*"
+       "${libs}/libtbbmalloc.so*"
+       "${libs}/libtbbbind*.so*"
+       "${libs}/libhwloc.so*")
+  if(NOT files)
+    message(FATAL_ERROR "There are no runtime libraries in ${libs} to install")
+  endif()
+  install(FILES ${files} DESTINATION "${quavin_runtime_dir}")
+  file(GLOB licences "${package}/licenses/*")
+  install(FILES ${licences} DESTINATION "${CMAKE_INSTALL_DOCDIR}/openvino")
+  set_target_properties(quavin_on_device_sdk PROPERTIES INSTALL_RPATH "$ORIGIN;$ORIGIN/quavin"
+                                                        INSTALL_RPATH_USE_LINK_PATH OFF)
+endfunction()
+
 set(quavin_package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/quavin_on_device_sdk")
 set(quavin_runtime_dir "${CMAKE_INSTALL_LIBDIR}/quavin")
 
@@ -25,24 +49,10 @@ install(FILES "${PROJECT_BINARY_DIR}/quavin_on_device_sdk-config.cmake"
               "${PROJECT_BINARY_DIR}/quavin_on_device_sdk-config-version.cmake"
         DESTINATION "${quavin_package_dir}")
 
+set_target_properties(quavin_on_device_sdk PROPERTIES INSTALL_RPATH "$ORIGIN" INSTALL_RPATH_USE_LINK_PATH ON)
 if(QUAVIN_ENGINE_IS_ADAPTER AND QUAVIN_OPENVINO_FROM_CACHE)
   option(QUAVIN_INSTALL_RUNTIME "Install the OpenVINO runtime from the cache beside the library" ON)
-endif()
-if(QUAVIN_INSTALL_RUNTIME)
-  # The C interface, the runtime, what reads networks, the CPU device and the threads under it.
-  get_filename_component(quavin_openvino_libs "${OpenVINO_DIR}/../libs" ABSOLUTE)
-  file(GLOB quavin_runtime_files
-       "${quavin_openvino_libs}/libopenvino.so*"
-       "${quavin_openvino_libs}/libopenvino_c.so*"
-       "${quavin_openvino_libs}/libopenvino_ir_frontend.so*"
-       "${quavin_openvino_libs}/libopenvino_*_cpu_plugin.so*"
-       "${quavin_openvino_libs}/libtbb.so*"
-       "${quavin_openvino_libs}/libtbbmalloc.so*"
-       "${quavin_openvino_libs}/libtbbbind*.so*"
-       "${quavin_openvino_libs}/libhwloc.so*")
-  install(FILES ${quavin_runtime_files} DESTINATION "${quavin_runtime_dir}")
-  set_target_properties(quavin_on_device_sdk PROPERTIES INSTALL_RPATH "$ORIGIN;$ORIGIN/quavin")
-else()
-  set_target_properties(quavin_on_device_sdk PROPERTIES INSTALL_RPATH "$ORIGIN" INSTALL_RPATH_USE_LINK_PATH
-                                                                                   ON)
+  if(QUAVIN_INSTALL_RUNTIME)
+    quavin_install_runtime()
+  endif()
 endif()

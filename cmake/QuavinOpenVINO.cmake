@@ -1,11 +1,16 @@
 # Finds the OpenVINO runtime: the one that the user names (OpenVINO_DIR, OpenVINO_ROOT, also from the
-# environment), or else the pinned one in the cache, which scripts/fetch_openvino.py fills once.
+# environment, or CMAKE_PREFIX_PATH), or else the pinned one in the cache, which scripts/fetch_openvino.py fills once.
 
 set(QUAVIN_OPENVINO_FROM_CACHE FALSE)
+if(CMAKE_PREFIX_PATH)
+  find_package(OpenVINO QUIET COMPONENTS Runtime PATHS ${CMAKE_PREFIX_PATH} NO_DEFAULT_PATH)
+endif()
 if(NOT OpenVINO_DIR
    AND NOT OpenVINO_ROOT
    AND NOT DEFINED ENV{OpenVINO_DIR}
    AND NOT DEFINED ENV{OpenVINO_ROOT})
+  # Not the Python of an environment that happens to be active: it may lack pip.
+  set(Python3_FIND_VIRTUALENV STANDARD)
   find_package(Python3 REQUIRED COMPONENTS Interpreter)
   execute_process(
     COMMAND "${Python3_EXECUTABLE}" "${PROJECT_SOURCE_DIR}/scripts/fetch_openvino.py"

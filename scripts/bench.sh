@@ -17,7 +17,8 @@ key=00112233445566778899aabbccddeeff # of networks with random weights: no secre
 make_model() {
     local folder=$models/$1${2:+-secured}
     [ -f "$folder/manifest.json" ] ||
-        python3 "$root/benchmarks/models/make_mobilenet.py" --out "$folder" --kind "$@" >&2
+        python3 "$root/benchmarks/models/make_mobilenet.py" --out "$folder" --kind "$@" >&2 ||
+        return 1
     printf '%s\n' "$folder"
 }
 

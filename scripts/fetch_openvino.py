@@ -29,8 +29,11 @@ PLATFORM_TAGS = {
 }
 PYTHON_VERSION = "3.11"
 
-# What is unpacked: headers, libraries and the CMake package, without the Python bindings.
+# What is unpacked: headers, libraries and the CMake package, without the Python bindings; and the
+# licences, which go where the libraries go.
 WANTED_FOLDERS = ("openvino/include/", "openvino/libs/", "openvino/cmake/")
+LICENCE_PATTERN = re.compile(r"openvino-[^/]+\.dist-info/(?:.*/)?([^/]*licen[cs]e[^/]*|[^/]*third-party[^/]*)",
+                             re.IGNORECASE)
 
 
 def locked_version():
@@ -48,7 +51,7 @@ def host_system():
 def cache_root():
     named = os.environ.get("QUAVIN_CACHE_DIR")
     if named:
-        return pathlib.Path(named)
+        return pathlib.Path(named).resolve()
     if os.name == "nt" and os.environ.get("LOCALAPPDATA"):
         return pathlib.Path(os.environ["LOCALAPPDATA"]) / "quavin"
     base = os.environ.get("XDG_CACHE_HOME")
@@ -75,8 +78,12 @@ def download(system, folder):
 def unpack(wheel, folder):
     with zipfile.ZipFile(wheel) as archive:
         for member in archive.namelist():
+            licence = LICENCE_PATTERN.fullmatch(member)
             if member.startswith(WANTED_FOLDERS) and ".." not in member.split("/"):
                 archive.extract(member, folder)
+            elif licence and not member.endswith("/"):
+                (folder / "licenses").mkdir(parents=True, exist_ok=True)
+                (folder / "licenses" / licence[1]).write_bytes(archive.read(member))
 
 
 def fetch(system):
@@ -91,8 +98,9 @@ def fetch(system):
         unpack(download(system, work), work / "unpacked")
         if not (work / "unpacked" / "openvino" / "cmake" / "OpenVINOConfig.cmake").is_file():
             sys.exit("fetch_openvino: the wheel holds no CMake package")
-        shutil.rmtree(target, ignore_errors=True)
-        (work / "unpacked").rename(target)
+        if not (package / "OpenVINOConfig.cmake").is_file():  # else another run was faster
+            shutil.rmtree(target, ignore_errors=True)
+            (work / "unpacked").rename(target)
     finally:
         shutil.rmtree(work, ignore_errors=True)
     return package
@@ -102,7 +110,11 @@ def main():
     parser = argparse.ArgumentParser(description=__doc__.split("\n\n", maxsplit=1)[0])
     parser.add_argument("--system", default=host_system(), choices=sorted(PLATFORM_TAGS),
                         help="the system to fetch the runtime for (default: this one)")
-    print(fetch(parser.parse_args().system).as_posix())
+    system = parser.parse_args().system
+    if system not in PLATFORM_TAGS:
+        sys.exit(f"fetch_openvino: there is no pinned runtime for {system}; name an installed one with "
+                 "-DOpenVINO_DIR=<folder of OpenVINOConfig.cmake>")
+    print(fetch(system).as_posix())
 
 
 if __name__ == "__main__":

@@ -1,8 +1,9 @@
 # Shared by the scripts of this folder; sourced, not run.
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
-# Debian's Python first: another one on the PATH may lack pip.
-export PATH="/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin:$PATH"
+# Debian's own tools first: another Python on the PATH, or of an active environment, may lack pip.
+export PATH="/usr/sbin:/usr/bin:/sbin:/bin:$PATH"
+unset VIRTUAL_ENV CONDA_PREFIX
 
 say() { printf '\n== %s\n' "$*"; }
 fail() {
@@ -20,17 +21,18 @@ packages_bench="openssl python3-numpy"
 install_packages() {
     local missing=() package
     for package in "$@"; do
-        if [ "$(dpkg-query --show --showformat='${db:Status-Status}' "$package" 2>/dev/null)" != installed ]; then
-            missing+=("$package")
-        fi
+        dpkg-query --show --showformat='${db:Status-Status}\n' "$package" 2>/dev/null |
+            grep -qx installed || missing+=("$package")
     done
     [ ${#missing[@]} -eq 0 ] && return
     say "Installing ${missing[*]}"
     command -v apt-get >/dev/null || fail "this is no Debian system; install by hand: ${missing[*]}"
     local as_root=()
     if [ "$(id -u)" -ne 0 ]; then
-        command -v sudo >/dev/null || fail "needs root or sudo to install: ${missing[*]}"
-        as_root=(sudo)
+        # Without a question: a script that waits for a password looks like one that hangs.
+        sudo -n true 2>/dev/null ||
+            fail "needs root, or sudo without a password, to install: ${missing[*]}"
+        as_root=(sudo -n)
     fi
     "${as_root[@]}" apt-get update -qq || fail "apt-get update failed"
     "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
@@ -38,12 +40,17 @@ install_packages() {
         fail "could not install: ${missing[*]}"
 }
 
+# configure_only PRESET
+configure_only() {
+    say "Configuring $1"
+    (cd "$root" && cmake --preset "$1" --log-level=WARNING)
+}
+
 # configure_and_build PRESET [TARGET...]
 configure_and_build() {
     local preset=$1
     shift
-    say "Configuring $preset"
-    (cd "$root" && cmake --preset "$preset" --log-level=WARNING)
+    configure_only "$preset"
     say "Building $preset"
     cmake --build "$root/build/$preset" -j "$(nproc)" ${1:+--target "$@"} -- --quiet
 }

@@ -23,7 +23,7 @@ namespace VelmoraQuavin {
 class QUAVIN_API QuavinConfig {
 public:
     /// No log processor: records go to standard output.
-    QuavinConfig();
+    QuavinConfig() = default;
 
     /// Does nothing. There is no configuration to load, so the answer is FAILURE without a text;
     /// it is no reason to stop.

@@ -64,8 +64,8 @@ public:
     /// @param input vector and ciphertext.
     /// @param length bytes at `input`: a multiple of 16, and at least 16.
     /// @param output receives `length` - 16 bytes; allocated by the caller. May be `input` itself,
-    ///        which decrypts in place; other overlaps are refused. May be null where `length`
-    ///        is 16.
+    /// or
+    ///        overlap it in any other way. May be null where `length` is 16.
     /// @param key sixteen bytes.
     /// @return SUCCESS, or FAILURE with an empty text and nothing written where an argument is
     ///         unusable. Where the cryptography itself fails (FAILURE), what was written is wiped.

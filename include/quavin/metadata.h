@@ -110,7 +110,8 @@ public:
     /// Reads a manifest into this object.
     ///
     /// What the manifest does not say, or says with another JSON type, keeps its value. A target of
-    /// an engine that it names replaces the one that was there; targets of other engines stay.
+    /// an engine that it names replaces the one that was there, with the keys that were set on it;
+    /// targets of other engines stay.
     ///
     /// @param path of the manifest itself. The text before its last backslash becomes the root
     ///        directory: join with Filepath::append(), not with "/".

@@ -139,10 +139,13 @@ protected:
     /// Forgets the metadata and that the model is loaded, for unloadImpl().
     void releaseMetadata();
 
-private:
+    /// Validates the target, prepares the engine and loads the components. May throw.
     QuavinStatus runLoadingSequence();
+    /// Whether the target has inputs, outputs, and a first input with elements.
+    /// @throws InvalidOperationException where the first input has a variable shape.
     QuavinStatus validateTarget() const;
 
+private:
     String name_;
     QuavinModelType modelType_;
     std::shared_ptr<ModelMetadata> metadata_;

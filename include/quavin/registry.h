@@ -3,7 +3,6 @@
 /// @file
 /// The registry of loaded models and their memory accounts.
 
-#include <cstdint>
 #include <memory>
 #include <vector>
 

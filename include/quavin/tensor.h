@@ -79,6 +79,12 @@ struct QUAVIN_API TensorShape {
     /// The opposite of the non-const operator==.
     /// @throws RangeException where that does.
     bool operator!=(const TensorShape& other);
+    /// The const form for an `other` that is not const. It has C++20, which also tries the operands
+    /// the other way round, pick the form of the left side as C++17 does.
+    bool operator==(TensorShape& other) const { return compare(other); }
+    /// The non-const form for an `other` that is not const.
+    /// @throws RangeException where that does.
+    bool operator==(TensorShape& other) { return *this == static_cast<const TensorShape&>(other); }
 
 private:
     std::vector<int64> rightAligned(std::size_t places) const;

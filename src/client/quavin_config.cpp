@@ -2,8 +2,6 @@
 
 namespace VelmoraQuavin {
 
-QuavinConfig::QuavinConfig() = default;
-
 QuavinStatus QuavinConfig::load() {
     return {};
 }

@@ -1,4 +1,5 @@
 #include <iomanip>
+#include <locale>
 #include <sstream>
 
 #include "quavin/logging.h"
@@ -14,7 +15,9 @@ constexpr long long kTicksPerHour = 60 * kTicksPerMinute;
 }  // namespace
 
 LogRecord DebugLogFormat::format(const LogRecord& record, long long startTime) {
-    const long long elapsed = record.time - startTime;
+    // Unsigned, since the times are anybody's and the difference may wrap.
+    const auto elapsed = static_cast<long long>(static_cast<unsigned long long>(record.time) -
+                                                static_cast<unsigned long long>(startTime));
     const auto twoDigits = std::setw(2);
 
     std::ostringstream message;

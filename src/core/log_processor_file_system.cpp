@@ -16,7 +16,9 @@ std::fstream openAtEnd(const String& path) {
         std::fstream file =
             internal::platform::openFile(path, std::ios::in | std::ios::out | std::ios::ate);
         if (!file.is_open()) {
-            file = internal::platform::openFile(path, std::ios::out);
+            // Creates it; appending keeps a file that may be written but not read.
+            file =
+                internal::platform::openFile(path, std::ios::out | std::ios::app | std::ios::ate);
         }
         return file;
     } catch (const std::range_error&) {

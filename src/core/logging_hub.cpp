@@ -14,14 +14,6 @@ constexpr std::size_t kHistoryLimit = 16;
 constexpr std::uint64_t kImportantCategories = 0b11;
 constexpr std::uint32_t kImportantLevel = 3;
 
-// One for the process, so that its time stamps count from the first report that needed it.
-const std::shared_ptr<ILogProcessor>& defaultProcessor() {
-    static const std::shared_ptr<ILogProcessor> processor =
-        std::make_shared<LogProcessorFormatter<DebugLogFormat>>(
-            platform::monotonicTicks(), std::make_shared<LogProcessorOStream>(&std::cout));
-    return processor;
-}
-
 bool isImportant(const LogRecord& record) {
     return (record.category & kImportantCategories) != 0 || record.level >= kImportantLevel;
 }
@@ -82,6 +74,15 @@ void LoggingHub::handle(const LogRecord& record) {
     } catch (...) {
         // A processor that fails must not disturb what is being reported.
     }
+}
+
+// Its time stamps count from the first report that needed it.
+const std::shared_ptr<ILogProcessor>& LoggingHub::defaultProcessor() {
+    if (default_ == nullptr) {
+        default_ = std::make_shared<LogProcessorFormatter<DebugLogFormat>>(
+            platform::monotonicTicks(), std::make_shared<LogProcessorOStream>(&std::cout));
+    }
+    return default_;
 }
 
 void LoggingHub::remember(const LogRecord& record) {

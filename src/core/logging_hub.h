@@ -33,6 +33,7 @@ private:
     ~LoggingHub();
 
     void remember(const LogRecord& record);
+    const std::shared_ptr<ILogProcessor>& defaultProcessor();
 
     static bool everCreated_;
     static bool alive_;
@@ -40,6 +41,8 @@ private:
     int nesting_ = 0;
     std::deque<String> history_;
     std::shared_ptr<ILogProcessor> processor_;
+    // Made on first need, and held by the hub, so that it lasts as long.
+    std::shared_ptr<ILogProcessor> default_;
 };
 
 }  // namespace VelmoraQuavin::internal

@@ -25,11 +25,10 @@ std::string utf16ToUtf8(const std::u16string& text) {
     return converted;
 }
 
-std::string_view requireUtf8(std::string_view text) {
+void requireUtf8(std::string_view text) {
     if (!utf8::is_valid(text.begin(), text.end())) {
         throw std::range_error(kBadConversion);
     }
-    return text;
 }
 
 }  // namespace VelmoraQuavin::internal

@@ -14,8 +14,7 @@ inline std::string_view untilZeroByte(std::string_view text) noexcept {
 /// @throws std::range_error "bad conversion" for what is not UTF-16.
 std::string utf16ToUtf8(const std::u16string& text);
 
-/// Passes `text` on if it is UTF-8.
-/// @throws std::range_error "bad conversion" otherwise.
-std::string_view requireUtf8(std::string_view text);
+/// @throws std::range_error "bad conversion" where `text` is not UTF-8.
+void requireUtf8(std::string_view text);
 
 }  // namespace VelmoraQuavin::internal

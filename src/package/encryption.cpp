@@ -1,7 +1,6 @@
 #include "quavin/encryption.h"
 
 #include <cstring>
-#include <functional>
 
 #include "core/secure_wipe.h"
 #include "platform/aes.h"
@@ -12,23 +11,13 @@ namespace {
 using internal::platform::kAesBlockSize;
 using internal::platform::kAesKeySize;
 
-bool overlap(const unsigned char* left, std::size_t leftSize, const unsigned char* right,
-             std::size_t rightSize) {
-    const std::less<> before;
-    return before(left, right + rightSize) && before(right, left + leftSize);
-}
-
 bool areUsable(const unsigned char* input, std::size_t length, const unsigned char* output,
                const unsigned char* key) {
     if (input == nullptr || key == nullptr || length < kAesBlockSize ||
         length % kAesBlockSize != 0) {
         return false;
     }
-    const std::size_t plaintextSize = length - kAesBlockSize;
-    if (plaintextSize == 0 || output == input) {
-        return true;
-    }
-    return output != nullptr && !overlap(input, length, output, plaintextSize);
+    return output != nullptr || length == kAesBlockSize;
 }
 
 }  // namespace

@@ -52,8 +52,8 @@ constexpr std::array<Named<QuavinPixelType>, 5> kPixelTypes = {{
 
 // Stores the value that the member `key` names; leaves `target` where it names none.
 template <typename Value, std::size_t count>
-void readNamed(const rapidjson::Value& json, const char* key,
-               const std::array<Named<Value>, count>& names, Value& target) {
+void readNamed(const JsonValue& json, const char* key, const std::array<Named<Value>, count>& names,
+               Value& target) {
     String text;
     if (!readString(json, key, text)) {
         return;
@@ -67,14 +67,14 @@ void readNamed(const rapidjson::Value& json, const char* key,
 }
 
 // A list with anything but whole numbers in it is no shape at all.
-std::vector<int64> readShape(const rapidjson::Value& json) {
+std::vector<int64> readShape(const JsonValue& json) {
     std::vector<int64> dimensions;
-    const rapidjson::Value* shape = findArray(json, "shape");
+    const JsonValue* shape = findArray(json, "shape");
     if (shape == nullptr) {
         return dimensions;
     }
     dimensions.reserve(shape->Size());
-    for (const rapidjson::Value& extent : shape->GetArray()) {
+    for (const JsonValue& extent : shape->GetArray()) {
         if (!extent.IsInt64()) {
             return {};
         }
@@ -83,12 +83,12 @@ std::vector<int64> readShape(const rapidjson::Value& json) {
     return dimensions;
 }
 
-TensorDescriptor readTensorDescriptor(const rapidjson::Value& json, QuavinFeatureType type,
+TensorDescriptor readTensorDescriptor(const JsonValue& json, QuavinFeatureType type,
                                       const String& name) {
     TensorShape shape;
     auto dataType = DataType::UNDEFINED;
     const String blockKey = GetQuavinFeatureTypeName(type);
-    const rapidjson::Value* block = findObject(json, blockKey.str().c_str());
+    const JsonValue* block = findObject(json, blockKey.str().c_str());
     if (block != nullptr) {
         if (type == QuavinFeatureType::TENSOR) {
             shape = readShape(*block);
@@ -99,9 +99,9 @@ TensorDescriptor readTensorDescriptor(const rapidjson::Value& json, QuavinFeatur
     return {name, shape, unnamed.variableShape(), dataType};
 }
 
-ImageDescriptor readImageDescriptor(const rapidjson::Value& json) {
+ImageDescriptor readImageDescriptor(const JsonValue& json) {
     ImageDescriptor image;
-    const rapidjson::Value* block = findObject(json, "image");
+    const JsonValue* block = findObject(json, "image");
     if (block != nullptr) {
         readInt(*block, "height", image.height);
         readInt(*block, "width", image.width);
@@ -112,13 +112,13 @@ ImageDescriptor readImageDescriptor(const rapidjson::Value& json) {
 
 }  // namespace
 
-ModelFeatureDescriptor readFeatureDescriptor(const rapidjson::Value& json) {
+ModelFeatureDescriptor readFeatureDescriptor(const JsonValue& json) {
     const ModelFeatureDescriptor defaults;
     String name;
     String description;
     readString(json, "name", name);
     readString(json, "description", description);
-    const rapidjson::Value* requiredFlag = findMember(json, "required");
+    const JsonValue* requiredFlag = findMember(json, "required");
     const bool required = requiredFlag != nullptr && requiredFlag->IsBool()
                               ? requiredFlag->GetBool()
                               : defaults.required();

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <rapidjson/document.h>
+#include "package/json_access.h"
 
 #include "quavin/feature.h"
 
@@ -8,6 +8,6 @@ namespace VelmoraQuavin::internal {
 
 /// Reads one input or output of a manifest. Never fails: what is missing, unknown or of another
 /// JSON type keeps its default.
-ModelFeatureDescriptor readFeatureDescriptor(const rapidjson::Value& json);
+ModelFeatureDescriptor readFeatureDescriptor(const JsonValue& json);
 
 }  // namespace VelmoraQuavin::internal

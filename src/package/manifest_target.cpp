@@ -1,7 +1,5 @@
 #include "package/manifest_target.h"
 
-#include <array>
-#include <utility>
 #include <vector>
 
 #include "package/json_access.h"
@@ -10,24 +8,22 @@
 namespace VelmoraQuavin::internal {
 namespace {
 
-ModelComponent readComponent(const rapidjson::Value& json) {
+ModelComponent readComponent(const JsonValue& json) {
     ModelComponent component;
     readString(json, "name", component.name);
     readString(json, "path", component.path);
-    if (findMember(json, "encryption") != nullptr) {
-        // Only a mark: the key comes from the host.
-        component.encryption = Encryption(std::array<unsigned char, 16>{}, PaddingType::NONE);
-    }
+    // "encryption" is only a mark for people and tools: every component starts with a key of zeros,
+    // and the real one comes from the host.
     return component;
 }
 
-void readFeatures(const rapidjson::Value& json, const char* key,
+void readFeatures(const JsonValue& json, const char* key,
                   std::vector<ModelFeatureDescriptor>& features, std::vector<String>& names) {
-    const rapidjson::Value* list = findArray(json, key);
+    const JsonValue* list = findArray(json, key);
     if (list == nullptr) {
         return;
     }
-    for (const rapidjson::Value& element : list->GetArray()) {
+    for (const JsonValue& element : list->GetArray()) {
         features.push_back(readFeatureDescriptor(element));
         names.push_back(features.back().name());
     }
@@ -35,10 +31,10 @@ void readFeatures(const rapidjson::Value& json, const char* key,
 
 }  // namespace
 
-ModelTarget readTarget(const rapidjson::Value& json) {
+ModelTarget readTarget(const JsonValue& json) {
     ModelTarget target;
-    if (const rapidjson::Value* components = findArray(json, "components")) {
-        for (const rapidjson::Value& element : components->GetArray()) {
+    if (const JsonValue* components = findArray(json, "components")) {
+        for (const JsonValue& element : components->GetArray()) {
             target.components.push_back(readComponent(element));
         }
     }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <rapidjson/document.h>
+#include "package/json_access.h"
 
 #include "quavin/metadata.h"
 
@@ -8,6 +8,6 @@ namespace VelmoraQuavin::internal {
 
 /// Reads what a manifest says for one engine. Never fails: what is missing or of another JSON type
 /// counts as absent.
-ModelTarget readTarget(const rapidjson::Value& json);
+ModelTarget readTarget(const JsonValue& json);
 
 }  // namespace VelmoraQuavin::internal

@@ -1,18 +1,25 @@
-#include <rapidjson/document.h>
+#include <rapidjson/memorystream.h>
 
 #include <array>
 #include <memory>
+#include <optional>
 #include <string_view>
 #include <utility>
 
 #include "package/json_access.h"
 #include "package/manifest_target.h"
+#include "package/sized_file.h"
 #include "quavin/metadata.h"
 
 namespace VelmoraQuavin {
 namespace {
 
+// Editors put it there; the JSON library would also take a part of it.
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 constexpr std::string_view kLeadingBlanks = " \t\r\n";
+
+// Far more than any manifest has; a parsed document takes some thirty times its size in memory.
+constexpr uint64 kLargestManifest = uint64{16} << 20;
 
 // The engines in the order in which a manifest's targets are read. Tensorflow has a key but is
 // not read.
@@ -32,21 +39,28 @@ const std::array<ReadEngine, 5>& readEngines() {
 }
 
 // Whether the file is there and holds one JSON object.
-bool parseManifest(const Filepath& path, rapidjson::Document& document) {
-    uint64 size = 0;
-    const std::unique_ptr<char[]> bytes = FileUtils::readBinaryFileToBuffer(path, size);
-    if (bytes == nullptr) {
+bool parseManifest(const Filepath& path, internal::JsonDocument& document) {
+    std::optional<internal::SizedFile> file = internal::SizedFile::tryOpen(path);
+    if (!file.has_value() || file->size() > kLargestManifest) {
         return false;
     }
-    std::string_view text(bytes.get(), size);
+    const std::unique_ptr<char[]> bytes(new char[file->size()]);
+    file->read(bytes.get());
+    std::string_view text(bytes.get(), file->size());
+    if (text.substr(0, kByteOrderMark.size()) == kByteOrderMark) {
+        text.remove_prefix(kByteOrderMark.size());
+    }
     const std::size_t begin = text.find_first_not_of(kLeadingBlanks);
     if (begin == std::string_view::npos) {
         return false;
     }
     text.remove_prefix(begin);
+    rapidjson::MemoryStream stream(text.data(), text.size());
     // Iterative, so that nesting costs memory and not the thread's stack.
-    document.Parse<rapidjson::kParseIterativeFlag>(text.data(), text.size());
-    return !document.HasParseError() && document.IsObject();
+    document.ParseStream<rapidjson::kParseIterativeFlag, rapidjson::UTF8<>>(stream);
+    // The parser also stops at a zero byte.
+    const bool whole = stream.Tell() == text.size();
+    return !document.HasParseError() && whole && document.IsObject();
 }
 
 }  // namespace
@@ -76,7 +90,7 @@ QuavinStatus ModelMetadata::load(const Filepath& path) {
 }
 
 void ModelMetadata::readManifest(const Filepath& path) {
-    rapidjson::Document document;
+    internal::JsonDocument document;
     if (!parseManifest(path, document)) {
         throw ModelMetaDataException(String("Failed to open metadata file at ") + path.c_str());
     }
@@ -88,12 +102,13 @@ void ModelMetadata::readManifest(const Filepath& path) {
     internal::readString(document, "sdkVersion", sdkVersion_);
     internal::readInt(document, "version", version_);
 
-    const rapidjson::Value* targets = internal::findMember(document, "targets");
+    const internal::JsonValue* targets = internal::findMember(document, "targets");
     if (targets == nullptr) {
         throw ModelMetaDataException("No target found in root of manifest file");
     }
     for (const ReadEngine& engine : readEngines()) {
-        const rapidjson::Value* target = internal::findMember(*targets, engine.key.str().c_str());
+        const internal::JsonValue* target =
+            internal::findMember(*targets, engine.key.str().c_str());
         if (target != nullptr) {
             targets_.insert_or_assign(engine.type, internal::readTarget(*target));
         }

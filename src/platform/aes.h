@@ -10,7 +10,7 @@ constexpr std::size_t kAesKeySize = 16;
 /// Decrypts AES-128 in cipher-block chaining; padding is left where it is.
 /// @param input the initialisation vector, then the ciphertext.
 /// @param length bytes at `input`: a multiple of 16, at least 32.
-/// @param output receives `length` - 16 bytes; `input` itself, or apart from it.
+/// @param output receives `length` - 16 bytes; may overlap `input` in any way.
 /// @param key sixteen bytes.
 /// @return whether it went well; where not, `output` holds no plaintext.
 bool decryptAes128Cbc(const unsigned char* input, std::size_t length, unsigned char* output,

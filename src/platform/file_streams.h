@@ -7,12 +7,12 @@
 namespace VelmoraQuavin::internal::platform {
 
 /// Opens a file through the system's widest interface; others may read and write it meanwhile.
-/// A directory, and whatever else is no file with a size, counts as not opened when reading.
 /// @param path read up to its first zero byte.
 /// @return the stream, also where opening failed.
 /// @throws std::range_error "bad conversion" where the path is not UTF-8.
 std::fstream openFile(const String& path, std::ios::openmode mode);
-/// openFile() for reading alone: binary, at the end of the file.
+/// openFile() for reading alone: binary, at the end of the file. Directories, pipes, devices and
+/// whatever else is no plain file count as not opened.
 std::ifstream openFileAtEnd(const String& path);
 /// openFile() for writing alone: an emptied file.
 std::ofstream openFileForWriting(const String& path, std::ios::openmode mode);

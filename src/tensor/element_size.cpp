@@ -10,6 +10,8 @@ namespace {
 // Indexed by the number of the type.
 constexpr std::array<int64, 13> kElementSizes = {0, 1, 1, 1, 2, 2, 4, 4, 8, 8, 2, 4, 8};
 
+static_assert(sizeof(std::size_t) == sizeof(uint64), "byte counts are 64 bits wide");
+
 constexpr std::size_t kNotToBeHad = std::numeric_limits<std::size_t>::max();
 constexpr auto kMostBytes = static_cast<uint64>(std::numeric_limits<int64>::max());
 

@@ -22,7 +22,7 @@ using InferenceEngine::StatusCode;
 
 constexpr uint64 kVectorSize = 16;
 
-void requireOk(StatusCode status, const ResponseDesc& response) {
+void requireOk(StatusCode status, ResponseDesc& response) {
     if (status != InferenceEngine::OK) {
         InferenceEngine::details::extract_exception(status, response.msg);
     }

@@ -49,7 +49,10 @@ NamedBlobs makeOutputBlobs(const InferenceEngine::OutputsDataMap& outputsInfo,
         }
         // Set as it is, which declares it to the engine.
         data->setPrecision(data->getPrecision());
-        const TensorDesc description(data->getPrecision(), data->getDims(), InferenceEngine::ANY);
+        // A blob without dimensions holds one element only if it is called a scalar.
+        const InferenceEngine::Layout layout =
+            data->getDims().empty() ? InferenceEngine::SCALAR : InferenceEngine::ANY;
+        const TensorDesc description(data->getPrecision(), data->getDims(), layout);
         blobs.push_back({&name, allocateBlob(description, pools.at(name))});
     }
     return blobs;

@@ -1,10 +1,12 @@
 #include "platform/aes.h"
 
+#include <openssl/err.h>
 #include <openssl/evp.h>
 
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <functional>
 #include <memory>
 
 #include "platform/secure_memory.h"
@@ -19,7 +21,7 @@ using Context = std::unique_ptr<EVP_CIPHER_CTX, ContextDelete>;
 
 // The crypto library counts bytes in an int.
 constexpr std::size_t kLargestUpdate = std::size_t{1} << 30;
-// Small enough to stay in the first-level cache between decrypting and moving.
+// Small enough to stay in the first-level cache between decrypting and moving; whole blocks.
 constexpr std::size_t kMoveChunk = 8192;
 
 bool update(EVP_CIPHER_CTX* context, unsigned char* output, const unsigned char* input,
@@ -41,25 +43,80 @@ bool decryptApart(EVP_CIPHER_CTX* context, unsigned char* output, const unsigned
     return true;
 }
 
-// The plaintext begins one block before its ciphertext, an overlap that the crypto library refuses:
-// it is decrypted in place a chunk at a time, and each chunk moved down while it is in the cache.
-bool decryptInPlace(EVP_CIPHER_CTX* context, unsigned char* buffer, std::size_t count) noexcept {
-    for (std::size_t done = 0; done < count;) {
-        const std::size_t step = std::min(count - done, kMoveChunk);
-        unsigned char* const ciphertext = buffer + kAesBlockSize + done;
-        if (!update(context, ciphertext, ciphertext, step)) {
+// Decrypts a chunk where it cannot disturb the ciphertext, and moves it from there.
+class ChunkDecryptor {
+public:
+    explicit ChunkDecryptor(EVP_CIPHER_CTX* context) : context_(context) {}
+    ChunkDecryptor(const ChunkDecryptor&) = delete;
+    ChunkDecryptor& operator=(const ChunkDecryptor&) = delete;
+    ~ChunkDecryptor() { wipeMemory(scratch_.data(), scratch_.size()); }
+
+    bool decrypt(unsigned char* output, const unsigned char* ciphertext,
+                 std::size_t count) noexcept {
+        if (!update(context_, scratch_.data(), ciphertext, count)) {
             return false;
         }
-        std::memmove(buffer + done, ciphertext, step);
+        std::memcpy(output, scratch_.data(), count);
+        return true;
+    }
+
+private:
+    EVP_CIPHER_CTX* context_;
+    std::array<unsigned char, kMoveChunk> scratch_;
+};
+
+// For plaintext that begins at most where its ciphertext does: what is overwritten has been read.
+bool decryptForwards(EVP_CIPHER_CTX* context, unsigned char* output,
+                     const unsigned char* ciphertext, std::size_t count) noexcept {
+    ChunkDecryptor chunks(context);
+    for (std::size_t done = 0; done < count;) {
+        const std::size_t step = std::min(count - done, kMoveChunk);
+        if (!chunks.decrypt(output + done, ciphertext + done, step)) {
+            return false;
+        }
         done += step;
     }
     return true;
 }
 
+// For plaintext that begins inside its ciphertext: from the end, each chunk with the block before
+// it as its vector.
+bool decryptBackwards(EVP_CIPHER_CTX* context, unsigned char* output,
+                      const unsigned char* ciphertext, std::size_t count) noexcept {
+    ChunkDecryptor chunks(context);
+    for (std::size_t left = count; left > 0;) {
+        const std::size_t step = (left - 1) % kMoveChunk + 1;
+        left -= step;
+        const unsigned char* const vector = ciphertext + left - kAesBlockSize;
+        if (EVP_DecryptInit_ex(context, nullptr, nullptr, nullptr, vector) != 1 ||
+            !chunks.decrypt(output + left, ciphertext + left, step)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool overlap(const unsigned char* left, std::size_t leftSize, const unsigned char* right,
+             std::size_t rightSize) noexcept {
+    const std::less<> before;
+    return before(left, right + rightSize) && before(right, left + leftSize);
+}
+
+// Keeps what goes wrong here out of the host's own list of the crypto library's errors.
+class ErrorMark {
+public:
+    ErrorMark() { ERR_set_mark(); }
+    ErrorMark(const ErrorMark&) = delete;
+    ErrorMark& operator=(const ErrorMark&) = delete;
+    ~ErrorMark() { ERR_pop_to_mark(); }
+};
+
 }  // namespace
 
 bool decryptAes128Cbc(const unsigned char* input, std::size_t length, unsigned char* output,
                       const unsigned char* key) noexcept {
+    const ErrorMark mark;
+    const unsigned char* const ciphertext = input + kAesBlockSize;
     const std::size_t count = length - kAesBlockSize;
     const Context context(EVP_CIPHER_CTX_new());
     if (context == nullptr ||
@@ -67,20 +124,18 @@ bool decryptAes128Cbc(const unsigned char* input, std::size_t length, unsigned c
         EVP_CIPHER_CTX_set_padding(context.get(), 0) != 1) {
         return false;
     }
-    if (input == output) {
-        if (decryptInPlace(context.get(), output, count)) {
-            // The last block still holds what was moved out of it.
-            wipeMemory(output + count, kAesBlockSize);
-            return true;
-        }
-        wipeMemory(output, length);
-        return false;
+    bool decrypted = false;
+    if (!overlap(input, length, output, count)) {
+        decrypted = decryptApart(context.get(), output, ciphertext, count);
+    } else if (!std::less<>()(ciphertext, output)) {
+        decrypted = decryptForwards(context.get(), output, ciphertext, count);
+    } else {
+        decrypted = decryptBackwards(context.get(), output, ciphertext, count);
     }
-    if (decryptApart(context.get(), output, input + kAesBlockSize, count)) {
-        return true;
+    if (!decrypted) {
+        wipeMemory(output, count);
     }
-    wipeMemory(output, count);
-    return false;
+    return decrypted;
 }
 
 }  // namespace VelmoraQuavin::internal::platform

@@ -1,0 +1,13 @@
+# What every test program is compiled with, as the interface target quavin_test_settings.
+
+find_package(GTest REQUIRED)
+include(GoogleTest)
+
+add_library(quavin_test_settings INTERFACE)
+target_link_libraries(quavin_test_settings INTERFACE GTest::gmock GTest::gtest_main)
+# The framework's headers take longer to compile than most tests.
+target_precompile_headers(quavin_test_settings INTERFACE <gmock/gmock.h> <gtest/gtest.h>)
+if(NOT MSVC)
+  # What is tested is optimised; the tests themselves need not be.
+  target_compile_options(quavin_test_settings INTERFACE $<$<CONFIG:Release>:-O1>)
+endif()
