@@ -10,4 +10,7 @@ target_precompile_headers(quavin_test_settings INTERFACE <gmock/gmock.h> <gtest/
 if(NOT MSVC)
   # What is tested is optimised; the tests themselves need not be.
   target_compile_options(quavin_test_settings INTERFACE $<$<CONFIG:Release>:-O1>)
+  if(QUAVIN_SANITIZE)
+    target_compile_options(quavin_test_settings INTERFACE -O0 -g1)
+  endif()
 endif()

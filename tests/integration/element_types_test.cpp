@@ -147,6 +147,30 @@ TEST_F(ElementTypes, PredictionGoesOnAfterARefusedType) {
     EXPECT_THAT(valuesOf<float>(outputs_.at(0)), ElementsAre(2.F, 4.F));
 }
 
+// Precisions are set on the network while predicting, so the next load of the same network has
+// them.
+TEST_F(ElementTypes, LoadingAgainTakesTheTypeOfTheLastFeature) {
+    ASSERT_THAT(loadNetwork(halvingNetwork("f32")), IsOk());
+    giveX<std::int32_t>(DataType::INT32, {1, -3, 1000, 5});
+    EXPECT_THROW(predict(), MLFrameworkException);
+    ASSERT_THAT(model_->load(model_->getMetadata()), IsOk());
+    ASSERT_THAT(predict(), IsOk());
+    EXPECT_THAT(valuesOf<float>(outputs_.at(0)), ElementsAre(0.5F, -1.5F, 500.F, 2.5F));
+}
+
+TEST_F(ElementTypes, LoadingAgainAfterARefusedTypeTakesUnloadingFirst) {
+    ASSERT_THAT(loadNetwork(sumNetwork()), IsOk());
+    giveX<std::uint8_t>(DataType::UINT8, {1, 2, 3, 4, 5, 6, 7, 8});
+    EXPECT_THROW(predict(), InvalidTypeException);
+    const auto metadata = model_->getMetadata();
+    EXPECT_THROW(model_->load(metadata), std::exception);
+    ASSERT_THAT(QuavinClient::instance().unloadModel(model_), IsOk());
+    ASSERT_THAT(model_->load(metadata), IsOk());
+    giveX<float>(DataType::FLOAT, {1, 2});
+    ASSERT_THAT(predict(), IsOk());
+    EXPECT_THAT(valuesOf<float>(outputs_.at(0)), ElementsAre(2.F, 4.F));
+}
+
 TEST_F(ElementTypes, InputWithoutDimensionsIsOneElement) {
     ASSERT_THAT(loadNetwork(scalarNetwork()), IsOk());
     ASSERT_THAT(allocateInputs(), IsOk());
