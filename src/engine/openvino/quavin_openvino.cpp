@@ -30,7 +30,7 @@ QuavinStatus QuavinOpenVino::prepareImpl() {
 QuavinStatus QuavinOpenVino::loadImpl(const std::vector<ModelComponent>& components) {
     const std::vector<NetworkComponentEntry> entries =
         internal::collectNetworkComponents(components, getMetadata()->getRootDir());
-    const QuavinStatus status = internal::checkNetworkComponents(entries);
+    QuavinStatus status = internal::checkNetworkComponents(entries);
     if (!status.ok()) {
         return status;
     }

@@ -67,7 +67,8 @@ INSTANTIATE_TEST_SUITE_P(, ManifestBlock,
 TEST_F(ManifestBlock, CountsForNoFeatureWithoutAType) {
     const ModelFeatureDescriptor feature =
         loadInput(R"({"tensor": {"shape": [4], "dataType": "float"},
-                      "image": {"height": 3, "width": 4, "pixelType": "one"}})");
+                      "image": {"height": 3, "width": 4, "pixelType": "one"},
+                      "unknown": {"dataType": "float"}})");
     EXPECT_EQ(feature.tensorDescriptor().tensorType(), DataType::UNDEFINED);
     EXPECT_EQ(feature.tensorDescriptor().shape().dimension(), 0u);
     EXPECT_EQ(internal::DescriptorAccess::image(feature).height, 0);
