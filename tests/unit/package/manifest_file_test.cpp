@@ -92,6 +92,10 @@ TEST_F(ManifestFile, MayBeginWithNoOtherSpace) {
 
 TEST_F(ManifestFile, MayBeginWithAByteOrderMark) {
     EXPECT_THAT(load("\xEF\xBB\xBF{\"targets\": {}}"), IsOk());
+    EXPECT_THAT(load("\xEF\xBB\xBF \n{\"targets\": {}}"), IsOk());
+    expectUnreadable("\xEF\xBB\xBF");
+    expectUnreadable(" \xEF\xBB\xBF{\"targets\": {}}");
+    expectUnreadable("\xEF\xBB\xBF\xEF\xBB\xBF{\"targets\": {}}");
 }
 
 TEST_F(ManifestFile, FailsForAPieceOfAByteOrderMark) {
