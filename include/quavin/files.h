@@ -7,6 +7,7 @@
 #include <memory>
 
 #include "quavin/export.h"
+#include "quavin/status.h"
 #include "quavin/text.h"
 
 namespace VelmoraQuavin {
@@ -84,6 +85,56 @@ public:
     /// Writes `text` up to its first zero byte, in text mode, as the whole content of a file.
     /// @return always true, also where opening or writing failed.
     static bool writeStringToFile(const String& text, const Filepath& path);
+
+    /// Extracts a tar archive that the host has made or checked itself. For one from outside use
+    /// the form with a length: this one believes whatever the archive says.
+    ///
+    /// Takes plain ustar files ('0') and directories ('5') alone. Entries are written one by one,
+    /// and nothing is removed after a failure. Not created are directories whose full path holds
+    /// white space, and those whose parent is missing; a file that cannot be written is not
+    /// noticed. The end is a header that begins with a zero byte.
+    ///
+    /// @param data the archive, whole and with its end.
+    /// @param destination the directory to extract into, which must be there. On success it becomes
+    ///        the full path of the archive's first directory entry, or the empty path where there
+    ///        is none; unchanged otherwise.
+    /// @return SUCCESS; TAR_CHECKSUM_MISMATCH; TAR_UNSUPPORTED_ENTRY for any other type of entry;
+    ///         INVALID_ARGUMENTS for a null pointer; each without a text.
+    /// @throws FileException as createDir() does.
+    /// @throws std::range_error "bad conversion" for a path that is not UTF-8.
+    static QuavinStatus extractTarball(unsigned char* data, Filepath& destination);
+    /// Extracts a tar archive from outside. Nothing is read behind its length, and nothing is
+    /// written outside the destination.
+    ///
+    /// Takes files and directories as GNU tar, bsdtar and Python write them: ustar, and the long
+    /// names and sizes of GNU and pax. Missing directories are created. Names with "..", absolute
+    /// ones and those with a drive letter are refused, and so is everything that would pass through
+    /// a symbolic link on disk. The whole archive is checked before the first byte is written. A
+    /// file that is there already is replaced. Contents are written from `data` without a copy.
+    ///
+    /// @param data the archive; what follows its end is ignored.
+    /// @param length bytes at `data`.
+    /// @param destination as above.
+    /// @return SUCCESS; TAR_CHECKSUM_MISMATCH; TAR_UNSUPPORTED_ENTRY for links, devices and the
+    ///         like; INVALID_ARGUMENTS for a null pointer, an empty destination, an archive that is
+    ///         cut off or makes no sense, and for a name that is refused; FILE_ERROR where the
+    ///         destination is no directory, a file or link is in the way, or writing fails (entries
+    ///         written before stay); FAILURE for a destination that is not UTF-8, and where memory
+    ///         runs out. The text names the entry. Throws nothing.
+    static QuavinStatus extractTarball(const unsigned char* data, uint64 length,
+                                       Filepath& destination);
+    /// Decrypts a "secured_tar" in memory, extracts it as the form with a length does, and wipes
+    /// what was decrypted.
+    /// @param data an initialisation vector of 16 bytes and the AES-128-CBC ciphertext of the
+    ///        archive; padding behind the archive's end is ignored.
+    /// @param length bytes at `data`: a multiple of 16, at least 16 and less than 4 GiB.
+    /// @param key sixteen bytes.
+    /// @param destination as above.
+    /// @return as above; INVALID_ARGUMENTS for a null pointer or another length; FILE_ERROR where
+    ///         the cryptography fails. A wrong key gives bytes without meaning, and with them
+    ///         TAR_CHECKSUM_MISMATCH as a rule. Throws nothing.
+    static QuavinStatus extractSecuredTarball(const unsigned char* data, uint64 length,
+                                              const unsigned char* key, Filepath& destination);
 };
 
 }  // namespace VelmoraQuavin

@@ -12,6 +12,7 @@
 #include "quavin/logging.h"
 #include "quavin/metadata.h"
 #include "quavin/model.h"
+#include "quavin/network.h"
 #include "quavin/registry.h"
 #include "quavin/status.h"
 #include "quavin/tensor.h"

@@ -15,11 +15,15 @@ std::string joined(const IrNetwork::Shape& shape) {
 
 std::string portPrecision(const std::string& type) {
     if (type == "f32") return "FP32";
+    if (type == "f16") return "FP16";
+    if (type == "f64") return "FP64";
     if (type == "i8") return "I8";
     if (type == "i16") return "I16";
     if (type == "i32") return "I32";
     if (type == "i64") return "I64";
     if (type == "u8") return "U8";
+    if (type == "u16") return "U16";
+    if (type == "u32") return "U32";
     if (type == "boolean") return "BOOL";
     throw std::invalid_argument("no port precision for " + type);
 }

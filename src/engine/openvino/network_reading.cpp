@@ -77,9 +77,12 @@ InferenceEngine::TBlob<std::uint8_t>::Ptr makeWeightsBlob(uint64 size, bool secu
 }
 
 // The blob has the size of the file; what decryption takes off stays behind the weights as zeros.
-void readWeights(InferenceEngine::ICNNNetReader& reader, const NetworkComponentEntry& component) {
+InferenceEngine::TBlob<std::uint8_t>::Ptr readWeightsBlob(const NetworkComponentEntry& component) {
+    if (component.resolvedPath.empty()) {
+        return makeWeightsBlob(0, false);
+    }
     SizedFile file = openComponent(component);
-    const auto blob = makeWeightsBlob(file.size(), component.isSecured());
+    auto blob = makeWeightsBlob(file.size(), component.isSecured());
     {
         const auto memory = blob->buffer();
         char* const buffer = memory.as<char*>();
@@ -88,8 +91,7 @@ void readWeights(InferenceEngine::ICNNNetReader& reader, const NetworkComponentE
             decryptInPlace(component, buffer, file.size());
         }
     }
-    ResponseDesc response;
-    requireOk(reader.SetWeights(blob, &response), response);
+    return blob;
 }
 
 }  // namespace
@@ -97,7 +99,26 @@ void readWeights(InferenceEngine::ICNNNetReader& reader, const NetworkComponentE
 void readNetworkFiles(InferenceEngine::ICNNNetReader& reader, const NetworkComponentEntry& topology,
                       const NetworkComponentEntry& weights) {
     readTopology(reader, topology);
-    readWeights(reader, weights);
+    ResponseDesc response;
+    requireOk(reader.SetWeights(readWeightsBlob(weights), &response), response);
+}
+
+void readNetwork(std::shared_ptr<InferenceEngine::ICNNNetReader>& reader,
+                 const NetworkComponentEntry& topology, const NetworkComponentEntry& weights) {
+    try {
+        if (reader == nullptr) {
+            reader = InferenceEngine::details::shared_from_irelease(
+                InferenceEngine::CreateCNNNetReader());
+        }
+        if (reader == nullptr) {
+            throw MLFrameworkException("The engine has no network reader to give");
+        }
+        readNetworkFiles(*reader, topology, weights);
+    } catch (const std::exception& exception) {
+        throw FileException(exception.what());
+    } catch (...) {
+        throw Exception("Unknown/internal exception happened.");
+    }
 }
 
 }  // namespace VelmoraQuavin::internal

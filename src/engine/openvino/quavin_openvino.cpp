@@ -35,7 +35,7 @@ QuavinStatus QuavinOpenVino::loadImpl(const std::vector<ModelComponent>& compone
         return status;
     }
     if (!networkRead_) {
-        readNetwork(entries[0], entries[1]);
+        internal::readNetwork(reader_, entries[0], entries[1]);
         networkRead_ = true;
     }
     const InferenceEngine::CNNNetwork network(reader_);
@@ -45,24 +45,6 @@ QuavinStatus QuavinOpenVino::loadImpl(const std::vector<ModelComponent>& compone
     }
     openPools(network.getOutputsInfo());
     return {SUCCESS, ""};
-}
-
-void QuavinOpenVino::readNetwork(const NetworkComponentEntry& topology,
-                                 const NetworkComponentEntry& weights) {
-    try {
-        if (reader_ == nullptr) {
-            reader_ = InferenceEngine::details::shared_from_irelease(
-                InferenceEngine::CreateCNNNetReader());
-        }
-        if (reader_ == nullptr) {
-            throw MLFrameworkException("The engine has no network reader to give");
-        }
-        internal::readNetworkFiles(*reader_, topology, weights);
-    } catch (const std::exception& exception) {
-        throw FileException(exception.what());
-    } catch (...) {
-        throw Exception("Unknown/internal exception happened.");
-    }
 }
 
 QuavinStatus QuavinOpenVino::unloadImpl() {

@@ -34,8 +34,6 @@ protected:
     QuavinStatus unloadImpl() override;
 
 private:
-    void readNetwork(const internal::NetworkComponentEntry& topology,
-                     const internal::NetworkComponentEntry& weights);
     void openPools(const InferenceEngine::OutputsDataMap& outputsInfo);
     void closePools() noexcept;
 

@@ -1,23 +1,17 @@
 #include "platform/aes.h"
 
-#include <openssl/err.h>
 #include <openssl/evp.h>
 
 #include <algorithm>
 #include <array>
 #include <cstring>
 #include <functional>
-#include <memory>
 
+#include "platform/posix/openssl_context.h"
 #include "platform/secure_memory.h"
 
 namespace VelmoraQuavin::internal::platform {
 namespace {
-
-struct ContextDelete {
-    void operator()(EVP_CIPHER_CTX* context) const noexcept { EVP_CIPHER_CTX_free(context); }
-};
-using Context = std::unique_ptr<EVP_CIPHER_CTX, ContextDelete>;
 
 // The crypto library counts bytes in an int.
 constexpr std::size_t kLargestUpdate = std::size_t{1} << 30;
@@ -102,23 +96,14 @@ bool overlap(const unsigned char* left, std::size_t leftSize, const unsigned cha
     return before(left, right + rightSize) && before(right, left + leftSize);
 }
 
-// Keeps what goes wrong here out of the host's own list of the crypto library's errors.
-class ErrorMark {
-public:
-    ErrorMark() { ERR_set_mark(); }
-    ErrorMark(const ErrorMark&) = delete;
-    ErrorMark& operator=(const ErrorMark&) = delete;
-    ~ErrorMark() { ERR_pop_to_mark(); }
-};
-
 }  // namespace
 
 bool decryptAes128Cbc(const unsigned char* input, std::size_t length, unsigned char* output,
                       const unsigned char* key) noexcept {
-    const ErrorMark mark;
+    const CryptoErrorMark mark;
     const unsigned char* const ciphertext = input + kAesBlockSize;
     const std::size_t count = length - kAesBlockSize;
-    const Context context(EVP_CIPHER_CTX_new());
+    const CipherContext context(EVP_CIPHER_CTX_new());
     if (context == nullptr ||
         EVP_DecryptInit_ex(context.get(), EVP_aes_128_cbc(), nullptr, key, input) != 1 ||
         EVP_CIPHER_CTX_set_padding(context.get(), 0) != 1) {

@@ -25,6 +25,7 @@ if(QUAVIN_ENGINE_IS_ADAPTER)
   quavin_faulty_engine_test(
     quavin_faulty_engine_tests
     allocation_watch.cpp
+    faulty_describing_test.cpp
     faulty_inference_test.cpp
     faulty_loading_test.cpp
     network_reading_test.cpp)

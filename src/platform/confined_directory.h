@@ -1,0 +1,46 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "quavin/text.h"
+
+namespace VelmoraQuavin::internal::platform {
+
+/// Writes below one directory and nowhere else: paths are walked name by name from there, and no
+/// link is followed on the way, also not one that somebody puts there meanwhile.
+///
+/// Operations return why they failed, for people; an empty text where they went well. One thread at
+/// a time.
+class ConfinedDirectory {
+public:
+    /// Names from the directory down, UTF-8. None of them is empty, "." or "..", or holds a
+    /// separator.
+    using Names = std::vector<std::string>;
+
+    /// Opens the directory, which may itself be reached through links; nothing where it is none.
+    /// @throws std::range_error "bad conversion" where the path is not UTF-8.
+    static std::optional<ConfinedDirectory> open(const String& path);
+    ConfinedDirectory(ConfinedDirectory&& other) noexcept;
+    ConfinedDirectory& operator=(ConfinedDirectory&& other) noexcept;
+    ~ConfinedDirectory();
+
+    /// Makes a directory and what is missing above it.
+    std::string createDirectories(const Names& names);
+    /// Writes a file and makes what directories are missing above it. A file that is there already
+    /// is replaced, and one that cannot be written whole is removed.
+    /// @param names at least one.
+    std::string writeFile(const Names& names, const void* content, std::uint64_t size);
+
+private:
+    class Implementation;
+
+    explicit ConfinedDirectory(std::unique_ptr<Implementation> implementation);
+
+    std::unique_ptr<Implementation> implementation_;
+};
+
+}  // namespace VelmoraQuavin::internal::platform

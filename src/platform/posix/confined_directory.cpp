@@ -1,0 +1,150 @@
+#include "platform/confined_directory.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <utility>
+
+#include "platform/posix/file_descriptor.h"
+#include "platform/posix/native_path.h"
+#include "platform/posix/whole_write.h"
+
+namespace VelmoraQuavin::internal::platform {
+namespace {
+
+// Before the process's umask.
+constexpr mode_t kDirectoryMode = 0777;
+constexpr mode_t kFileMode = 0666;
+
+// Directories are only passed through, which needs no right to list them.
+#if defined(O_PATH)
+constexpr int kPassThrough = O_PATH | O_DIRECTORY | O_CLOEXEC;
+#else
+constexpr int kPassThrough = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
+#endif
+
+// Why an entry that is there cannot be used.
+std::string obstacle(int directory, const std::string& name, const char* otherwise, int error) {
+    struct stat attributes {};
+    if (::fstatat(directory, name.c_str(), &attributes, AT_SYMLINK_NOFOLLOW) != 0) {
+        return problemText(otherwise, error);
+    }
+    const auto isA = [&attributes](mode_t kind) { return (attributes.st_mode & S_IFMT) == kind; };
+    if (isA(S_IFLNK)) {
+        return "a symbolic link is in its way";
+    }
+    if (isA(S_IFREG)) {
+        return error == ENOTDIR ? "a file is where a directory is needed"
+                                : problemText(otherwise, error);
+    }
+    if (isA(S_IFDIR)) {
+        return error == EEXIST ? "a directory is where the file is needed"
+                               : problemText(otherwise, error);
+    }
+    return "something that is no plain file is in its way";
+}
+
+bool isPlainFile(int directory, const std::string& name) {
+    struct stat attributes {};
+    return ::fstatat(directory, name.c_str(), &attributes, AT_SYMLINK_NOFOLLOW) == 0 &&
+           S_ISREG(attributes.st_mode);
+}
+
+}  // namespace
+
+class ConfinedDirectory::Implementation {
+public:
+    explicit Implementation(FileDescriptor root) : root_(std::move(root)) {}
+
+    // Makes a directory the current one, and makes it where it is missing. Entries of an archive
+    // come directory by directory, so that most calls find it current already.
+    std::string enter(const Names& names) {
+        if (names == currentNames_) {
+            return "";
+        }
+        current_ = FileDescriptor();
+        currentNames_.clear();
+        FileDescriptor reached;
+        for (const std::string& name : names) {
+            const int from = reached ? reached.get() : root_.get();
+            FileDescriptor next = openOrCreate(from, name);
+            if (!next) {
+                return obstacle(from, name, "a directory cannot be made or opened", errno);
+            }
+            reached = std::move(next);
+        }
+        current_ = std::move(reached);
+        currentNames_ = names;
+        return "";
+    }
+
+    std::string write(const std::string& name, const void* content, std::uint64_t size) {
+        const int directory = current_ ? current_.get() : root_.get();
+        FileDescriptor file = create(directory, name);
+        // Replaced and not written into: a hard link to it elsewhere keeps its content.
+        if (!file && errno == EEXIST && isPlainFile(directory, name) &&
+            ::unlinkat(directory, name.c_str(), 0) == 0) {
+            file = create(directory, name);
+        }
+        if (!file) {
+            return obstacle(directory, name, "the file cannot be made", errno);
+        }
+        if (!writeWhole(file.get(), content, size) || !file.close()) {
+            const int error = errno;
+            ::unlinkat(directory, name.c_str(), 0);
+            return problemText("the file cannot be written", error);
+        }
+        return "";
+    }
+
+private:
+    static FileDescriptor openOrCreate(int directory, const std::string& name) {
+        const auto open = [&] {
+            return FileDescriptor(::openat(directory, name.c_str(), kPassThrough | O_NOFOLLOW));
+        };
+        FileDescriptor opened = open();
+        if (!opened && errno == ENOENT) {
+            if (::mkdirat(directory, name.c_str(), kDirectoryMode) == 0 || errno == EEXIST) {
+                opened = open();
+            }
+        }
+        return opened;
+    }
+
+    static FileDescriptor create(int directory, const std::string& name) {
+        constexpr int kFlags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
+        return FileDescriptor(::openat(directory, name.c_str(), kFlags, kFileMode));
+    }
+
+    FileDescriptor root_;
+    FileDescriptor current_;  // none: the root
+    Names currentNames_;
+};
+
+ConfinedDirectory::ConfinedDirectory(std::unique_ptr<Implementation> implementation)
+    : implementation_(std::move(implementation)) {}
+ConfinedDirectory::ConfinedDirectory(ConfinedDirectory&& other) noexcept = default;
+ConfinedDirectory& ConfinedDirectory::operator=(ConfinedDirectory&& other) noexcept = default;
+ConfinedDirectory::~ConfinedDirectory() = default;
+
+std::optional<ConfinedDirectory> ConfinedDirectory::open(const String& path) {
+    FileDescriptor root(::open(nativeUtf8Path(path).c_str(), kPassThrough));
+    if (!root) {
+        return std::nullopt;
+    }
+    return ConfinedDirectory(std::make_unique<Implementation>(std::move(root)));
+}
+
+std::string ConfinedDirectory::createDirectories(const Names& names) {
+    return implementation_->enter(names);
+}
+
+std::string ConfinedDirectory::writeFile(const Names& names, const void* content,
+                                         std::uint64_t size) {
+    const std::string problem = implementation_->enter({names.begin(), names.end() - 1});
+    return problem.empty() ? implementation_->write(names.back(), content, size) : problem;
+}
+
+}  // namespace VelmoraQuavin::internal::platform

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <openssl/err.h>
+#include <openssl/evp.h>
+
+#include <memory>
+
+namespace VelmoraQuavin::internal::platform {
+
+struct CipherContextDelete {
+    void operator()(EVP_CIPHER_CTX* context) const noexcept { EVP_CIPHER_CTX_free(context); }
+};
+using CipherContext = std::unique_ptr<EVP_CIPHER_CTX, CipherContextDelete>;
+
+/// Keeps what goes wrong in its scope out of the host's own list of the crypto library's errors.
+class CryptoErrorMark {
+public:
+    CryptoErrorMark() { ERR_set_mark(); }
+    CryptoErrorMark(const CryptoErrorMark&) = delete;
+    CryptoErrorMark& operator=(const CryptoErrorMark&) = delete;
+    ~CryptoErrorMark() { ERR_pop_to_mark(); }
+};
+
+}  // namespace VelmoraQuavin::internal::platform
