@@ -12,7 +12,7 @@ fail() {
 }
 
 # What each part of the work needs, as Debian packages.
-packages_build="cmake g++ libssl-dev libutfcpp-dev ninja-build python3 python3-pip rapidjson-dev"
+packages_build="cmake g++ libcli11-dev libssl-dev libutfcpp-dev ninja-build python3 python3-pip rapidjson-dev"
 packages_test="doxygen libgmock-dev libgtest-dev openssl"
 packages_check="clang-format-14 clang-tidy-14"
 packages_bench="openssl python3-numpy"

@@ -1,0 +1,108 @@
+#include "platform/private_file.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <array>
+#include <filesystem>
+#include <string>
+
+#include "support/temp_directory.h"
+
+namespace VelmoraQuavin::internal::platform {
+namespace {
+
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+namespace fs = std::filesystem;
+
+class PrivateFile : public ::testing::Test {
+protected:
+    std::string read(const std::string& name, OpenToOthers others = OpenToOthers::kRefused) {
+        return readPrivateFile(directory_.entry(name), others, buffer_.data(), buffer_.size(),
+                               size_);
+    }
+    std::string write(const std::string& name, const std::string& content) {
+        return writePrivateFile(directory_.entry(name),
+                                reinterpret_cast<const unsigned char*>(content.data()),
+                                content.size());
+    }
+    void writeWithMode(const std::string& name, const std::string& content, fs::perms mode) {
+        directory_.write(name, content);
+        fs::permissions(directory_.path() / name, mode);
+    }
+    std::string got() const { return {reinterpret_cast<const char*>(buffer_.data()), size_}; }
+
+    testing::TempDirectory directory_;
+    std::array<unsigned char, 8> buffer_{};
+    std::size_t size_ = 0;
+};
+
+constexpr fs::perms kOwner = fs::perms::owner_read | fs::perms::owner_write;
+
+TEST_F(PrivateFile, IsReadWhereOnlyItsOwnerMay) {
+    writeWithMode("key", "secret", kOwner);
+    EXPECT_THAT(read("key"), IsEmpty());
+    EXPECT_EQ(got(), "secret");
+}
+
+TEST_F(PrivateFile, IsRefusedWhereItsGroupOrOthersMayReadIt) {
+    for (const fs::perms more : {fs::perms::group_read, fs::perms::others_read}) {
+        writeWithMode("key", "secret", kOwner | more);
+        EXPECT_EQ(read("key"), "can be read by others");
+        EXPECT_EQ(size_, 0U);
+        EXPECT_THAT(read("key", OpenToOthers::kAllowed), IsEmpty());
+        EXPECT_EQ(got(), "secret");
+        size_ = 0;
+    }
+}
+
+TEST_F(PrivateFile, OfMoreThanTheCapacityGivesThatMuch) {
+    writeWithMode("key", "0123456789", kOwner);
+    EXPECT_THAT(read("key"), IsEmpty());
+    EXPECT_EQ(got(), "01234567");
+}
+
+TEST_F(PrivateFile, ThatIsEmptyGivesNoBytes) {
+    writeWithMode("key", "", kOwner);
+    size_ = 5;
+    EXPECT_THAT(read("key"), IsEmpty());
+    EXPECT_EQ(size_, 0U);
+}
+
+TEST_F(PrivateFile, ThatIsMissingOrNoPlainFileIsRefused) {
+    EXPECT_THAT(read("missing"), HasSubstr("cannot be opened: No such file"));
+    fs::create_directory(directory_.path() / "folder");
+    EXPECT_EQ(read("folder"), "is no plain file");
+    // Without a writer: reading it would wait for ever.
+    ASSERT_EQ(::mkfifo((directory_.path() / "pipe").c_str(), 0600), 0);
+    EXPECT_EQ(read("pipe"), "is no plain file");
+}
+
+TEST_F(PrivateFile, IsWrittenForItsOwnerAlone) {
+    const mode_t before = ::umask(0);
+    EXPECT_THAT(write("key", "secret"), IsEmpty());
+    ::umask(before);
+    EXPECT_EQ(directory_.read("key"), "secret");
+    EXPECT_EQ(fs::status(directory_.path() / "key").permissions(), kOwner);
+}
+
+TEST_F(PrivateFile, ReplacesNothing) {
+    directory_.write("key", "old");
+    EXPECT_THAT(write("key", "new"), HasSubstr("cannot be made: File exists"));
+    EXPECT_EQ(directory_.read("key"), "old");
+}
+
+TEST_F(PrivateFile, IsNotWrittenThroughALink) {
+    fs::create_symlink("elsewhere", directory_.path() / "key");
+    EXPECT_THAT(write("key", "new"), HasSubstr("cannot be made"));
+    EXPECT_FALSE(fs::exists(directory_.path() / "elsewhere"));
+}
+
+TEST_F(PrivateFile, InAMissingDirectoryIsRefused) {
+    EXPECT_THAT(write("no\\key", "new"), HasSubstr("cannot be made: No such file or directory"));
+}
+
+}  // namespace
+}  // namespace VelmoraQuavin::internal::platform

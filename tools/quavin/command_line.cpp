@@ -1,0 +1,40 @@
+#include "command_line.h"
+
+#include "quavin/version.h"
+
+namespace quavin_tool {
+
+void addQuietOption(CLI::App& command, OutputOptions& options) {
+    command.add_flag("-q,--quiet", options.quiet, "Print results and errors alone");
+}
+
+void addOutputOptions(CLI::App& command, OutputOptions& options) {
+    addQuietOption(command, options);
+    command.add_flag("--json", options.json, "Print the result as one JSON object");
+}
+
+void defineCommandLine(CLI::App& app) {
+    app.name("quavin");
+    app.description("Makes, checks and runs packages of machine-learning models.");
+    app.footer("\"quavin COMMAND --help\" tells the options of a command.");
+    app.set_help_flag("-h,--help", "Print this help and leave");
+    app.set_version_flag("--version", std::string("quavin ") + VelmoraQuavin::getVersion(),
+                         "Print the version and leave");
+    app.require_subcommand(1);
+    app.get_formatter()->label("SUBCOMMAND", "COMMAND");
+    app.get_formatter()->label("REQUIRED", "(required)");
+    addPackCommand(app);
+    addInspectCommand(app);
+    addVerifyCommand(app);
+    addRunCommand(app);
+    addBenchCommand(app);
+    addUnpackCommand(app);
+    addEncryptCommand(app);
+    addDecryptCommand(app);
+    addKeygenCommand(app);
+    for (CLI::App* const command : app.get_subcommands(nullptr)) {
+        command->group("Commands");
+    }
+}
+
+}  // namespace quavin_tool

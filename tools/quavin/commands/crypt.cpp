@@ -1,0 +1,90 @@
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "command_line.h"
+#include "files.h"
+#include "key.h"
+#include "secured_bytes.h"
+
+namespace quavin_tool {
+namespace {
+
+struct Options {
+    std::string input;
+    std::string result;
+    KeyOptions key;
+    bool keepPadding = false;
+    OutputOptions output;
+};
+
+void requireKey(const KeyOptions& key) {
+    if (!key.given()) {
+        throw CLI::RequiredError("--key-file or --key-env");
+    }
+}
+
+void encryptFile(const Options& options) {
+    requireKey(options.key);
+    requireAbsent(options.result);
+    const Key key(options.key);
+    const Bytes plain = readFile(options.input);
+    const Bytes secured = encrypt(plain.text(), key);
+    writeFile(options.result, secured.text());
+    say("Encrypted " + options.input + " (" + readableSize(plain.size()) + ") as " +
+            options.result + " (" + readableSize(secured.size()) + ")",
+        options.output);
+}
+
+void decryptFile(const Options& options) {
+    requireKey(options.key);
+    requireAbsent(options.result);
+    const Key key(options.key);
+    Bytes plain = decrypt(readFile(options.input), key, options.input);
+    if (!options.keepPadding) {
+        const std::optional<std::uint64_t> padding = paddingOf(plain.text());
+        if (!padding.has_value()) {
+            throw VelmoraQuavin::FileException(
+                options.input +
+                " does not end in PKCS#7 padding: the key is wrong, the file is damaged, or it was "
+                "made without padding (then give --keep-padding)");
+        }
+        plain.truncate(plain.size() - *padding);
+    }
+    writeOwnFile(options.result, plain.text());
+    say("Decrypted " + options.input + " as " + options.result + " (" + readableSize(plain.size()) +
+            ")",
+        options.output);
+}
+
+// The options that both have.
+CLI::App* addCommand(CLI::App& app, const char* name, const char* description,
+                     const std::shared_ptr<Options>& options) {
+    CLI::App* const command = app.add_subcommand(name, description);
+    command->add_option("INPUT", options->input, "The file to read")->type_name("FILE")->required();
+    command->add_option("OUTPUT", options->result, "The new file to write")
+        ->type_name("FILE")
+        ->required();
+    addKeyOptions(*command, options->key);
+    addQuietOption(*command, options->output);
+    return command;
+}
+
+}  // namespace
+
+void addEncryptCommand(CLI::App& app) {
+    auto options = std::make_shared<Options>();
+    addCommand(app, "encrypt", "Encrypts a file as packages hold secured files.", options)
+        ->callback([options] { encryptFile(*options); });
+}
+
+void addDecryptCommand(CLI::App& app) {
+    auto options = std::make_shared<Options>();
+    CLI::App* const command =
+        addCommand(app, "decrypt", "Decrypts a secured file, for its owner alone.", options);
+    command->add_flag("--keep-padding", options->keepPadding,
+                      "Keep what fills the last block, as loading does");
+    command->callback([options] { decryptFile(*options); });
+}
+
+}  // namespace quavin_tool

@@ -1,0 +1,257 @@
+#include <algorithm>
+#include <filesystem>
+#include <iostream>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <system_error>
+#include <vector>
+
+#include "command_line.h"
+#include "files.h"
+#include "package.h"
+#include "package/tar_reader.h"
+#include "printing.h"
+#include "temporary_directory.h"
+
+namespace quavin_tool {
+namespace {
+
+namespace fs = std::filesystem;
+using VelmoraQuavin::ModelComponent;
+using VelmoraQuavin::ModelFeatureDescriptor;
+using VelmoraQuavin::ModelTarget;
+using VelmoraQuavin::QuavinModelType;
+using VelmoraQuavin::internal::TarEntry;
+using VelmoraQuavin::internal::TarReader;
+
+struct Options {
+    std::string package;
+    OutputOptions output;
+};
+
+/// A manifest, and how large the files are that it names; by their paths in the package.
+struct Inspected {
+    Metadata metadata;
+    std::map<std::string, std::uint64_t> sizes;
+};
+
+using Targets = std::map<QuavinModelType, const ModelTarget*>;
+
+// By engine, so that the order is always the same.
+Targets sortedTargets(const VelmoraQuavin::ModelMetadata& metadata) {
+    Targets targets;
+    for (const auto& [type, target] : metadata.getTargets()) {
+        targets.emplace(type, &target);
+    }
+    return targets;
+}
+
+// As the manifest has it, which is not the engine's display name.
+std::string keyOf(QuavinModelType type) {
+    using VelmoraQuavin::EngineKey;
+    switch (type) {
+        case QuavinModelType::CoreML:
+            return EngineKey::CoreML.str();
+        case QuavinModelType::WinML:
+            return EngineKey::WinML.str();
+        case QuavinModelType::Openvino:
+            return EngineKey::Openvino.str();
+        case QuavinModelType::TensorflowLite:
+            return EngineKey::TensorflowLite.str();
+        default:
+            return EngineKey::MockML.str();
+    }
+}
+
+Inspected inspectDirectory(const std::string& package) {
+    Inspected inspected{readManifest(package), {}};
+    for (const auto& [type, target] : inspected.metadata->getTargets()) {
+        for (const ModelComponent& component : target.components) {
+            std::error_code missing;
+            const std::string path = component.path.str();
+            const std::uint64_t size = fs::file_size(fs::u8path(join(package, path)), missing);
+            if (!missing) {
+                inspected.sizes[path] = size;
+            }
+        }
+    }
+    return inspected;
+}
+
+// "./" is how archives of "." begin their names.
+std::string cleanName(const std::string& name) {
+    return name.substr(0, 2) == "./" ? name.substr(2) : name;
+}
+
+// The part of a name before "manifest.json", where that stands at most one directory deep.
+std::optional<std::string> rootOfManifest(const std::string& name) {
+    constexpr std::string_view kManifest = "manifest.json";
+    if (name == kManifest) {
+        return "";
+    }
+    const std::size_t separator = name.find('/');
+    if (separator == std::string::npos || name.substr(separator + 1) != kManifest) {
+        return std::nullopt;
+    }
+    return name.substr(0, separator + 1);
+}
+
+// Nothing tells an encrypted archive from any other bytes.
+[[noreturn]] void explainChecksum(const std::string& path) {
+    throw VelmoraQuavin::Exception(
+        path +
+            " is no tar archive; an encrypted one shows nothing before it is unpacked with its key",
+        VelmoraQuavin::TAR_CHECKSUM_MISMATCH);
+}
+
+Inspected inspectArchive(const std::string& path) {
+    const Bytes archive = readFile(path);
+    using VelmoraQuavin::internal::kTarBlockSize;
+    if (archive.size() < kTarBlockSize ||
+        !VelmoraQuavin::internal::TarHeader(archive.data()).checksumMatches()) {
+        explainChecksum(path);
+    }
+    const TemporaryDirectory temporary;
+    std::map<std::string, std::uint64_t> sizes;
+    std::optional<std::string> root;
+    TarReader reader(archive.data(), archive.size());
+    for (TarEntry entry; reader.next(entry);) {
+        if (entry.kind != TarEntry::Kind::kFile) {
+            continue;
+        }
+        const std::string name = cleanName(entry.name);
+        sizes[name] = entry.size;
+        const std::optional<std::string> candidate = rootOfManifest(name);
+        if (candidate.has_value() && !root.has_value()) {
+            root = candidate;
+            writeFile(join(temporary.path(), "manifest.json"),
+                      {reinterpret_cast<const char*>(entry.content), entry.size});
+        }
+    }
+    if (!root.has_value()) {
+        throw VelmoraQuavin::ModelMetaDataException(path + " holds no manifest.json");
+    }
+    Inspected inspected{readManifest(temporary.path()), {}};
+    for (const auto& [name, size] : sizes) {
+        if (name.substr(0, root->size()) == *root) {
+            inspected.sizes[name.substr(root->size())] = size;
+        }
+    }
+    return inspected;
+}
+
+std::string kindOf(const ModelFeatureDescriptor& feature) {
+    const std::string kind = VelmoraQuavin::GetQuavinFeatureTypeName(feature.type()).str();
+    return feature.type() == VelmoraQuavin::QuavinFeatureType::TENSOR
+               ? typeName(feature.tensorDescriptor().tensorType())
+               : kind;
+}
+
+std::string tableOf(const ModelTarget& target, const Inspected& inspected) {
+    std::vector<std::vector<std::string>> files{{"FILE", "KIND", "SIZE"}};
+    for (const ModelComponent& component : target.components) {
+        const auto size = inspected.sizes.find(component.path.str());
+        files.push_back({printable(component.path), printable(component.name),
+                         size == inspected.sizes.end() ? "missing" : readableSize(size->second)});
+    }
+    std::string text = table(files);
+    for (const auto& [title, features] :
+         {std::pair{"INPUT", &target.inputs}, std::pair{"OUTPUT", &target.outputs}}) {
+        std::vector<std::vector<std::string>> rows{{title, "TYPE", "SHAPE", "DESCRIPTION"}};
+        for (const ModelFeatureDescriptor& feature : *features) {
+            rows.push_back({printable(feature.name()), kindOf(feature),
+                            shapeText(feature.tensorDescriptor()),
+                            printable(feature.description())});
+        }
+        text += "\n" + table(rows);
+    }
+    return text;
+}
+
+void print(const Inspected& inspected) {
+    const VelmoraQuavin::ModelMetadata& metadata = *inspected.metadata;
+    std::string engines;
+    for (const auto& [type, target] : sortedTargets(metadata)) {
+        engines += (engines.empty() ? "" : ", ") + keyOf(type);
+    }
+    std::cout << table({{"name", printable(metadata.getName())},
+                        {"id", printable(metadata.getId())},
+                        {"version", std::to_string(metadata.getVersion())},
+                        {"author", printable(metadata.getAuthor())},
+                        {"description", printable(metadata.getDescription())},
+                        {"SDK version", printable(metadata.getSdkVersion())},
+                        {"targets", engines.empty() ? "none" : engines}});
+    for (const auto& [type, target] : sortedTargets(metadata)) {
+        std::cout << "\nTarget " << keyOf(type) << "\n\n" << tableOf(*target, inspected);
+    }
+}
+
+void writeTarget(JsonOutput& json, const ModelTarget& target, const Inspected& inspected) {
+    json.beginArray("components");
+    for (const ModelComponent& component : target.components) {
+        json.beginObject();
+        json.member("path", component.path);
+        json.member("kind", component.name);
+        const auto size = inspected.sizes.find(component.path.str());
+        json.member("present", size != inspected.sizes.end());
+        if (size != inspected.sizes.end()) {
+            json.member("bytes", size->second);
+        }
+        json.endObject();
+    }
+    json.endArray();
+    for (const auto& [name, features] :
+         {std::pair{"inputs", &target.inputs}, std::pair{"outputs", &target.outputs}}) {
+        json.beginArray(name);
+        for (const ModelFeatureDescriptor& feature : *features) {
+            json.port(feature);
+        }
+        json.endArray();
+    }
+}
+
+void printJson(const Inspected& inspected) {
+    const VelmoraQuavin::ModelMetadata& metadata = *inspected.metadata;
+    JsonOutput json;
+    json.beginObject();
+    json.member("name", metadata.getName());
+    json.member("id", metadata.getId());
+    json.member("version", metadata.getVersion());
+    json.member("author", metadata.getAuthor());
+    json.member("description", metadata.getDescription());
+    json.member("sdkVersion", metadata.getSdkVersion());
+    json.beginObject("targets");
+    for (const auto& [type, target] : sortedTargets(metadata)) {
+        json.beginObject(keyOf(type).c_str());
+        writeTarget(json, *target, inspected);
+        json.endObject();
+    }
+    json.endObject();
+    json.endObject();
+    std::cout << json.text() << '\n';
+}
+
+void inspect(const Options& options) {
+    std::error_code ignored;
+    const bool directory = fs::is_directory(fs::u8path(options.package), ignored);
+    const Inspected inspected =
+        directory ? inspectDirectory(options.package) : inspectArchive(options.package);
+    options.output.json ? printJson(inspected) : print(inspected);
+}
+
+}  // namespace
+
+void addInspectCommand(CLI::App& app) {
+    auto options = std::make_shared<Options>();
+    CLI::App* const command =
+        app.add_subcommand("inspect", "Shows what a package or an archive holds. Needs no key.");
+    command->add_option("PACKAGE", options->package, "The package's directory, or its archive")
+        ->type_name("DIR|FILE.tar")
+        ->required();
+    addOutputOptions(*command, options->output);
+    command->callback([options] { inspect(*options); });
+}
+
+}  // namespace quavin_tool

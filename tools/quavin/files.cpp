@@ -1,0 +1,136 @@
+#include "files.h"
+
+#include <array>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <system_error>
+#include <utility>
+
+#include "core/secure_wipe.h"
+#include "platform/private_file.h"
+
+namespace quavin_tool {
+
+namespace fs = std::filesystem;
+using VelmoraQuavin::FileException;
+using VelmoraQuavin::Filepath;
+using VelmoraQuavin::FileUtils;
+
+void require(const VelmoraQuavin::QuavinStatus& status) {
+    if (!status.ok()) {
+        throw VelmoraQuavin::Exception(status.getDescription(), status.getCode());
+    }
+}
+
+Bytes::Bytes(std::uint64_t size) : data_(new char[size]), size_(size) {}
+Bytes::Bytes(std::unique_ptr<char[]> data, std::uint64_t size)
+    : data_(std::move(data)), size_(size) {}
+Bytes::Bytes(Bytes&& other) noexcept
+    : data_(std::move(other.data_)), size_(std::exchange(other.size_, 0)) {}
+Bytes& Bytes::operator=(Bytes&& other) noexcept {
+    if (this != &other) {
+        wipe();
+        data_ = std::move(other.data_);
+        size_ = std::exchange(other.size_, 0);
+    }
+    return *this;
+}
+Bytes::~Bytes() {
+    wipe();
+}
+
+void Bytes::wipe() {
+    if (data_ != nullptr) {
+        VelmoraQuavin::internal::secureWipe(data_.get(), size_);
+    }
+}
+
+void Bytes::truncate(std::uint64_t size) {
+    VelmoraQuavin::internal::secureWipe(data_.get() + size, size_ - size);
+    size_ = size;
+}
+
+Bytes readFile(const std::string& path) {
+    std::uint64_t size = 0;
+    std::unique_ptr<char[]> data = FileUtils::readBinaryFileToBuffer(Filepath(path), size);
+    if (data == nullptr) {
+        throw FileException(path + " cannot be opened, or is no plain file");
+    }
+    return {std::move(data), size};
+}
+
+void writeFile(const std::string& path, std::string_view content) {
+    std::ofstream file = FileUtils::openFileToWriteBinaryData(Filepath(path));
+    file.write(content.data(), static_cast<std::streamsize>(content.size()));
+    file.close();
+    if (!file) {
+        throw FileException(path + " cannot be written");
+    }
+}
+
+void writeOwnFile(const std::string& path, std::string_view content) {
+    const std::string problem = VelmoraQuavin::internal::platform::writePrivateFile(
+        path, reinterpret_cast<const unsigned char*>(content.data()), content.size());
+    if (!problem.empty()) {
+        throw FileException(path + " " + problem);
+    }
+}
+
+void requireAbsent(const std::string& path) {
+    std::error_code ignored;
+    if (fs::exists(fs::symlink_status(fs::u8path(path), ignored))) {
+        throw VelmoraQuavin::InvalidArgumentsException(
+            path + " is there already; remove it, or choose another name");
+    }
+}
+
+void makeDirectories(const std::string& path) {
+    std::error_code error;
+    fs::create_directories(fs::u8path(path), error);
+    if (!fs::is_directory(fs::u8path(path))) {
+        throw FileException("The directory " + path + " cannot be made: " + error.message());
+    }
+}
+
+std::string shellPath(const Filepath& path) {
+    std::string text = VelmoraQuavin::String(path.c_str()).str();
+    for (char& character : text) {
+        if (character == '\\') {
+            character = static_cast<char>(fs::path::preferred_separator);
+        }
+    }
+    while (text.size() > 1 && (text.back() == '/' || text.back() == '\\')) {
+        text.pop_back();
+    }
+    return text;
+}
+
+std::string join(const std::string& directory, const std::string& name) {
+    return (fs::u8path(directory) / fs::u8path(name)).u8string();
+}
+
+std::string fileName(const std::string& path) {
+    const fs::path file = fs::u8path(path);
+    // With a separator at its end the last part is empty.
+    return (file.has_filename() ? file : file.parent_path()).filename().u8string();
+}
+
+std::string readableSize(std::uint64_t bytes) {
+    if (bytes < 1024) {
+        return std::to_string(bytes) + (bytes == 1 ? " byte" : " bytes");
+    }
+    constexpr std::array<const char*, 4> kUnits{"KiB", "MiB", "GiB", "TiB"};
+    double value = static_cast<double>(bytes) / 1024;
+    std::size_t unit = 0;
+    while (value >= 1024 && unit + 1 < kUnits.size()) {
+        value /= 1024;
+        ++unit;
+    }
+    std::array<char, 32> text{};
+    static_cast<void>(std::snprintf(text.data(), text.size(), "%.1f %s", value, kUnits.at(unit)));
+    return text.data();
+}
+
+}  // namespace quavin_tool

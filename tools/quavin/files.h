@@ -1,0 +1,62 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "quavin/files.h"
+#include "quavin/status.h"
+
+namespace quavin_tool {
+
+/// Throws what a status says, where it is no success.
+void require(const VelmoraQuavin::QuavinStatus& status);
+
+/// The bytes of a file, wiped when they go: they may be decrypted, or about to be encrypted.
+class Bytes {
+public:
+    Bytes() = default;
+    explicit Bytes(std::uint64_t size);
+    Bytes(std::unique_ptr<char[]> data, std::uint64_t size);
+    Bytes(Bytes&& other) noexcept;
+    Bytes& operator=(Bytes&& other) noexcept;
+    ~Bytes();
+
+    std::uint64_t size() const { return size_; }
+    unsigned char* data() { return reinterpret_cast<unsigned char*>(data_.get()); }
+    const unsigned char* data() const { return reinterpret_cast<unsigned char*>(data_.get()); }
+    std::string_view text() const { return {data_.get(), size_}; }
+    /// Makes it shorter.
+    void truncate(std::uint64_t size);
+
+private:
+    void wipe();
+
+    std::unique_ptr<char[]> data_;
+    std::uint64_t size_ = 0;
+};
+
+/// Reads a whole file.
+/// @throws FileException naming it.
+Bytes readFile(const std::string& path);
+/// Writes a whole file, replacing what is there.
+/// @throws FileException naming it.
+void writeFile(const std::string& path, std::string_view content);
+/// The same for a file that its owner alone may read; nothing may be there yet.
+void writeOwnFile(const std::string& path, std::string_view content);
+/// @throws InvalidArgumentsException where something is there.
+void requireAbsent(const std::string& path);
+/// Makes a directory and what is missing above it.
+void makeDirectories(const std::string& path);
+
+/// A path of the library as this system's shell takes it.
+std::string shellPath(const VelmoraQuavin::Filepath& path);
+/// Joins a directory and a name as this system's shell does.
+std::string join(const std::string& directory, const std::string& name);
+/// What stands behind the last separator.
+std::string fileName(const std::string& path);
+/// "12 bytes", "3.4 MiB".
+std::string readableSize(std::uint64_t bytes);
+
+}  // namespace quavin_tool

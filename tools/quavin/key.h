@@ -1,0 +1,44 @@
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <array>
+#include <cstddef>
+#include <string>
+
+namespace quavin_tool {
+
+constexpr std::size_t kKeySize = 16;
+
+/// Where a command gets its key from; never from its own arguments, which other users can see.
+struct KeyOptions {
+    std::string file;
+    std::string variable;
+    bool allowOpenFile = false;
+
+    bool given() const { return !file.empty() || !variable.empty(); }
+};
+
+void addKeyOptions(CLI::App& command, KeyOptions& options);
+
+/// A key of sixteen bytes, wiped when it goes.
+class Key {
+public:
+    /// @throws FileException, InvalidArgumentsException where there is no key of sixteen raw bytes
+    ///         or 32 hexadecimal digits.
+    explicit Key(const KeyOptions& options);
+    /// A random one.
+    Key();
+    Key(const Key&) = delete;
+    Key& operator=(const Key&) = delete;
+    ~Key();
+
+    const unsigned char* bytes() const { return bytes_.data(); }
+
+private:
+    // 16 raw bytes, or 32 hexadecimal digits with or without a line end.
+    bool parse(const unsigned char* text, std::size_t size);
+
+    std::array<unsigned char, kKeySize> bytes_{};
+};
+
+}  // namespace quavin_tool

@@ -1,0 +1,161 @@
+#include "printing.h"
+
+#include <utf8.h>
+
+#include <algorithm>
+#include <cmath>
+#include <iterator>
+#include <string_view>
+
+namespace quavin_tool {
+
+using VelmoraQuavin::DataType;
+using VelmoraQuavin::TensorDescriptor;
+using VelmoraQuavin::TensorShape;
+
+std::string printable(const VelmoraQuavin::String& original) {
+    const std::string_view text = original.view();
+    std::string valid;
+    utf8::replace_invalid(text.begin(), text.end(), std::back_inserter(valid), U'?');
+    std::replace_if(
+        valid.begin(), valid.end(),
+        [](char character) {
+            const auto byte = static_cast<unsigned char>(character);
+            return byte < 0x20 || byte == 0x7F;
+        },
+        '?');
+    return valid;
+}
+
+std::string table(const std::vector<std::vector<std::string>>& rows) {
+    const auto width = [](const std::string& cell) {
+        return static_cast<std::size_t>(utf8::distance(cell.begin(), cell.end()));
+    };
+    std::vector<std::size_t> widths;
+    for (const auto& row : rows) {
+        widths.resize(std::max(widths.size(), row.size()));
+        for (std::size_t column = 0; column < row.size(); ++column) {
+            widths[column] = std::max(widths[column], width(row[column]));
+        }
+    }
+    std::string text;
+    for (const auto& row : rows) {
+        std::string line;
+        for (std::size_t column = 0; column < row.size(); ++column) {
+            line += "  " + row[column];
+            line.append(widths[column] - width(row[column]), ' ');
+        }
+        line.erase(line.find_last_not_of(' ') + 1);
+        text += line + '\n';
+    }
+    return text;
+}
+
+std::string typeName(DataType type) {
+    switch (type) {
+        case DataType::BOOL:
+            return "bool";
+        case DataType::INT8:
+            return "int8";
+        case DataType::UINT8:
+            return "uint8";
+        case DataType::INT16:
+            return "int16";
+        case DataType::UINT16:
+            return "uint16";
+        case DataType::INT32:
+            return "int32";
+        case DataType::UINT32:
+            return "uint32";
+        case DataType::INT64:
+            return "int64";
+        case DataType::UINT64:
+            return "uint64";
+        case DataType::FLOAT16:
+            return "float16";
+        case DataType::FLOAT:
+            return "float";
+        case DataType::DOUBLE:
+            return "double";
+        default:
+            return "none";
+    }
+}
+
+std::string shapeText(const TensorShape& shape) {
+    std::string text;
+    for (const VelmoraQuavin::int64 extent : shape.shapeVector()) {
+        text += (text.empty() ? "" : ", ") + std::to_string(extent);
+    }
+    return "[" + text + "]";
+}
+
+std::string shapeText(const TensorDescriptor& descriptor) {
+    return descriptor.variableShape() ? "variable" : shapeText(descriptor.shape());
+}
+
+void JsonOutput::member(const char* name, const VelmoraQuavin::String& value) {
+    const std::string text = printable(value);
+    writer_.Key(name);
+    writer_.String(text.data(), static_cast<rapidjson::SizeType>(text.size()));
+}
+
+void JsonOutput::member(const char* name, bool value) {
+    writer_.Key(name);
+    writer_.Bool(value);
+}
+
+void JsonOutput::member(const char* name, int value) {
+    writer_.Key(name);
+    writer_.Int(value);
+}
+
+void JsonOutput::member(const char* name, std::uint64_t value) {
+    writer_.Key(name);
+    writer_.Uint64(value);
+}
+
+void JsonOutput::member(const char* name, double value) {
+    writer_.Key(name);
+    // JSON has no other numbers.
+    if (std::isfinite(value)) {
+        writer_.Double(value);
+    } else {
+        writer_.Null();
+    }
+}
+
+void JsonOutput::shape(const char* name, const TensorShape* value) {
+    writer_.Key(name);
+    if (value == nullptr) {
+        writer_.Null();
+        return;
+    }
+    writer_.SetFormatOptions(rapidjson::kFormatSingleLineArray);
+    writer_.StartArray();
+    for (const VelmoraQuavin::int64 extent : value->shapeVector()) {
+        writer_.Int64(extent);
+    }
+    writer_.EndArray();
+    writer_.SetFormatOptions(rapidjson::kFormatDefault);
+}
+
+void JsonOutput::port(const VelmoraQuavin::ModelFeatureDescriptor& feature) {
+    const TensorDescriptor& tensor = feature.tensorDescriptor();
+    beginObject();
+    member("name", feature.name());
+    member("dataType", typeName(tensor.tensorType()));
+    if (tensor.variableShape()) {
+        shape("shape", nullptr);
+    } else {
+        const TensorShape known = tensor.shape();
+        shape("shape", &known);
+    }
+    endObject();
+}
+
+std::string JsonOutput::text() const {
+    return {buffer_.GetString(), buffer_.GetSize()};
+}
+
+}  // namespace quavin_tool
