@@ -7,7 +7,8 @@ set -euo pipefail
 
 # shellcheck disable=SC2086  # lists of words
 install_packages $packages_build $packages_test $packages_bench
-configure_and_build release quavin_predict_benchmark quavin_load_benchmark quavin_aes_benchmark
+configure_and_build release quavin_predict_benchmark quavin_load_benchmark quavin_aes_benchmark \
+    quavin_tar_benchmark
 
 models=$root/build/benchmark-models
 programs=$root/build/release/benchmarks
@@ -43,3 +44,6 @@ say "Loading"
 
 say "Decrypting"
 "$programs/quavin_aes_benchmark" 41
+
+say "Extracting"
+"$programs/quavin_tar_benchmark" /dev/shm 41

@@ -10,7 +10,9 @@ namespace {
 // What Linux takes as one path; more would only build towers of directories.
 constexpr std::size_t kLongestName = 4096;
 
-constexpr std::string_view kSeparators = "/\\";
+bool isSeparator(char character) {
+    return character == '/' || character == '\\';
+}
 
 bool isLetter(char character) {
     return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z');
@@ -22,13 +24,16 @@ bool beginsWithDrive(std::string_view name) {
 
 std::vector<std::string> split(std::string_view name) {
     std::vector<std::string> parts;
-    while (!name.empty()) {
-        const std::size_t end = std::min(name.find_first_of(kSeparators), name.size());
-        const std::string_view part = name.substr(0, end);
+    parts.reserve(static_cast<std::size_t>(std::count_if(name.begin(), name.end(), isSeparator)) +
+                  1);
+    const char* const end = name.data() + name.size();
+    for (const char* begin = name.data(); begin != end;) {
+        const char* const separator = std::find_if(begin, end, isSeparator);
+        const std::string_view part(begin, static_cast<std::size_t>(separator - begin));
         if (!part.empty() && part != ".") {
             parts.emplace_back(part);
         }
-        name.remove_prefix(std::min(end + 1, name.size()));
+        begin = separator == end ? end : separator + 1;
     }
     return parts;
 }
@@ -43,7 +48,7 @@ std::string refusalOf(std::string_view name, const std::vector<std::string>& par
     if (!utf8::is_valid(name.begin(), name.end())) {
         return "its name is not UTF-8";
     }
-    if (kSeparators.find(name.front()) != std::string_view::npos) {
+    if (isSeparator(name.front())) {
         return "its name is absolute";
     }
     if (!parts.empty() && beginsWithDrive(parts.front())) {

@@ -1,8 +1,5 @@
 #include "package/tar_header.h"
 
-#include <array>
-#include <cstdio>
-
 #include "core/text_tools.h"
 
 namespace VelmoraQuavin::internal {
@@ -59,10 +56,14 @@ bool TarHeader::checksumMatches() const {
     for (const char byte : field(kChecksum.offset, kChecksum.size)) {
         sum += static_cast<unsigned int>(' ') - static_cast<unsigned char>(byte);
     }
-    std::array<char, 16> digits{};
-    static_cast<void>(std::snprintf(digits.data(), digits.size(), "%06o ", sum));
-    return field(kChecksum.offset, kChecksumDigits) ==
-           std::string_view(digits.data(), kChecksumDigits);
+    // Six octal digits always hold it. Compared from the last one on.
+    const std::string_view digits = field(kChecksum.offset, kChecksumDigits);
+    for (std::size_t i = kChecksumDigits; i > 0; --i, sum /= 8) {
+        if (digits[i - 1] != static_cast<char>('0' + sum % 8)) {
+            return false;
+        }
+    }
+    return true;
 }
 
 std::string joinTarName(std::string_view prefix, std::string_view name) {

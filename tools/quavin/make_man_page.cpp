@@ -57,7 +57,8 @@ void writeCommand(std::ostream& page, const CLI::App& command) {
 }
 
 void writePage(std::ostream& page, const CLI::App& app) {
-    page << ".TH QUAVIN 1 \"\" \"quavin " << VelmoraQuavin::getVersion() << "\" \"User Commands\"\n"
+    page << R"(.TH QUAVIN 1 "" "quavin )" << VelmoraQuavin::getVersion() << R"(" "User Commands")"
+         << "\n"
          << ".SH NAME\nquavin \\- packages of machine\\-learning models\n"
          << ".SH SYNOPSIS\n.B quavin\n.I COMMAND\n[\\fIOPTION\\fR ...]\n"
          << ".SH DESCRIPTION\n"

@@ -158,7 +158,7 @@ const ElementType& elementType(const std::string& path, std::string_view code) {
 
 // Bytes of the elements; nothing where they do not fit a number.
 std::optional<std::uint64_t> byteCount(const std::vector<int64>& shape, int64 elementSize) {
-    std::uint64_t bytes = static_cast<std::uint64_t>(elementSize);
+    auto bytes = static_cast<std::uint64_t>(elementSize);
     for (const int64 extent : shape) {
         const auto factor = static_cast<std::uint64_t>(extent);
         if (factor != 0 && bytes > std::numeric_limits<std::uint64_t>::max() / factor) {

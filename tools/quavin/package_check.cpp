@@ -75,7 +75,7 @@ private:
             } else {
                 warning("component \"" + component.path.str() + "\"",
                         "Its kind \"" + component.name.str() + "\" is not read",
-                        "Name it \"file\" or \"secured_file\" if the network needs it.");
+                        R"(Name it "file" or "secured_file" if the network needs it.)");
             }
         }
         if (files.size() < 2) {
@@ -227,7 +227,7 @@ private:
             error(where,
                   "Its dataType is " + typeName(says.tensorType()) + " and the network's is " +
                       typeName(is.tensorType()),
-                  "Declare \"dataType\": \"" + typeName(is.tensorType()) + "\".");
+                  R"(Declare "dataType": ")" + typeName(is.tensorType()) + "\".");
         }
         if (says.variableShape()) {
             warning(where, "Its shape is variable and the network's is " + shapeText(is),

@@ -13,10 +13,10 @@ using VelmoraQuavin::DataType;
 using VelmoraQuavin::TensorDescriptor;
 using VelmoraQuavin::TensorShape;
 
-std::string printable(const VelmoraQuavin::String& original) {
-    const std::string_view text = original.view();
+std::string printable(const VelmoraQuavin::String& text) {
+    const std::string_view bytes = text.view();
     std::string valid;
-    utf8::replace_invalid(text.begin(), text.end(), std::back_inserter(valid), U'?');
+    utf8::replace_invalid(bytes.begin(), bytes.end(), std::back_inserter(valid), U'?');
     std::replace_if(
         valid.begin(), valid.end(),
         [](char character) {

@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <utility>
 
@@ -60,23 +61,23 @@ public:
 
     // Makes a directory the current one, and makes it where it is missing. Entries of an archive
     // come directory by directory, so that most calls find it current already.
-    std::string enter(const Names& names) {
-        if (names == currentNames_) {
+    std::string enter(Names::const_iterator begin, Names::const_iterator end) {
+        if (std::equal(begin, end, currentNames_.begin(), currentNames_.end())) {
             return "";
         }
         current_ = FileDescriptor();
         currentNames_.clear();
         FileDescriptor reached;
-        for (const std::string& name : names) {
+        for (auto name = begin; name != end; ++name) {
             const int from = reached ? reached.get() : root_.get();
-            FileDescriptor next = openOrCreate(from, name);
+            FileDescriptor next = openOrCreate(from, *name);
             if (!next) {
-                return obstacle(from, name, "a directory cannot be made or opened", errno);
+                return obstacle(from, *name, "a directory cannot be made or opened", errno);
             }
             reached = std::move(next);
         }
         current_ = std::move(reached);
-        currentNames_ = names;
+        currentNames_.assign(begin, end);
         return "";
     }
 
@@ -138,12 +139,12 @@ std::optional<ConfinedDirectory> ConfinedDirectory::open(const String& path) {
 }
 
 std::string ConfinedDirectory::createDirectories(const Names& names) {
-    return implementation_->enter(names);
+    return implementation_->enter(names.begin(), names.end());
 }
 
 std::string ConfinedDirectory::writeFile(const Names& names, const void* content,
                                          std::uint64_t size) {
-    const std::string problem = implementation_->enter({names.begin(), names.end() - 1});
+    const std::string problem = implementation_->enter(names.begin(), names.end() - 1);
     return problem.empty() ? implementation_->write(names.back(), content, size) : problem;
 }
 

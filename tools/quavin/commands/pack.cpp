@@ -185,7 +185,7 @@ void tryPackage(const std::string& directory, const Key* key) {
 }
 
 std::string rootName(const Options& options) {
-    const std::string root = options.root.empty() ? stemOf(options.result) : options.root;
+    std::string root = options.root.empty() ? stemOf(options.result) : options.root;
     if (root.empty() || root.find_first_of(" \t\n\v\f\r/\\") != std::string::npos || root == "." ||
         root == "..") {
         throw InvalidArgumentsException(

@@ -103,8 +103,9 @@ Features readInputs(VelmoraQuavin::QuavinModel& model, const Options& options) {
             continue;  // for hosts: the engine takes tensors alone
         }
         if (file == files.end()) {
-            throw InvalidArgumentsException("The input \"" + name +
-                                            "\" has no file: give --input " + name + "=FILE");
+            std::string problem = "The input \"" + name;
+            problem.append("\" has no file: give --input ").append(name).append("=FILE");
+            throw InvalidArgumentsException(problem);
         }
         if (options.raw) {
             fillRaw(file->second, *input);
