@@ -13,9 +13,10 @@ fail() {
 
 # What each part of the work needs, as Debian packages.
 packages_build="cmake g++ libcli11-dev libssl-dev libutfcpp-dev ninja-build python3 python3-pip rapidjson-dev"
-packages_test="doxygen libgmock-dev libgtest-dev openssl"
+packages_test="doxygen libarchive-tools libgmock-dev libgtest-dev mandoc openssl python3-jsonschema \
+    python3-numpy"
 packages_check="clang-format-14 clang-tidy-14"
-packages_bench="openssl python3-numpy"
+packages_bench="libarchive-tools openssl python3-numpy"
 
 # install_packages PACKAGE...: installs what is missing, as root or through sudo.
 install_packages() {

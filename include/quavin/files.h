@@ -132,7 +132,7 @@ public:
     /// @param destination as above.
     /// @return as above; INVALID_ARGUMENTS for a null pointer or another length; FILE_ERROR where
     ///         the cryptography fails. A wrong key gives bytes without meaning, and with them
-    ///         TAR_CHECKSUM_MISMATCH as a rule. Throws nothing.
+    ///         TAR_CHECKSUM_MISMATCH. Throws nothing.
     static QuavinStatus extractSecuredTarball(const unsigned char* data, uint64 length,
                                               const unsigned char* key, Filepath& destination);
 };

@@ -23,10 +23,9 @@ namespace VelmoraQuavin {
 /// @param weights its constants, a plain file; the empty path for a network without constants.
 /// @param inputs receives the inputs, in place of what it held; unchanged after a failure.
 /// @param outputs receives the outputs in the same way.
-/// @return SUCCESS; FILE_ERROR where a file cannot be read or is no network that can be loaded
-/// (with
-///         dynamic shapes, for one); FAILURE for what the engine does not explain, and where memory
-///         runs out. Throws nothing.
+/// @return SUCCESS; FILE_ERROR where a file cannot be read, or is no network that can be loaded,
+///         one with dynamic shapes for example; FAILURE for what the engine does not explain, and
+///         where memory runs out. Throws nothing.
 QUAVIN_API QuavinStatus describeNetwork(const Filepath& topology, const Filepath& weights,
                                         std::vector<ModelFeatureDescriptor>& inputs,
                                         std::vector<ModelFeatureDescriptor>& outputs);

@@ -78,9 +78,18 @@ void writeOwnFile(const std::string& path, std::string_view content) {
     }
 }
 
-void requireAbsent(const std::string& path) {
+bool isThere(const std::string& path) {
     std::error_code ignored;
-    if (fs::exists(fs::symlink_status(fs::u8path(path), ignored))) {
+    return fs::exists(fs::symlink_status(fs::u8path(path), ignored));
+}
+
+void removeIfEmpty(const std::string& directory) {
+    std::error_code ignored;
+    fs::remove(fs::u8path(directory), ignored);
+}
+
+void requireAbsent(const std::string& path) {
+    if (isThere(path)) {
         throw VelmoraQuavin::InvalidArgumentsException(
             path + " is there already; remove it, or choose another name");
     }
@@ -105,6 +114,10 @@ std::string shellPath(const Filepath& path) {
         text.pop_back();
     }
     return text;
+}
+
+std::string componentPath(const std::string& package, const VelmoraQuavin::String& path) {
+    return shellPath(Filepath(package).append(Filepath(path)));
 }
 
 std::string join(const std::string& directory, const std::string& name) {

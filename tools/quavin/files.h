@@ -47,11 +47,17 @@ void writeFile(const std::string& path, std::string_view content);
 void writeOwnFile(const std::string& path, std::string_view content);
 /// @throws InvalidArgumentsException where something is there.
 void requireAbsent(const std::string& path);
+/// Whether something is there, be it a link that leads nowhere.
+bool isThere(const std::string& path);
+/// Removes a directory that nothing is in; leaves any other.
+void removeIfEmpty(const std::string& directory);
 /// Makes a directory and what is missing above it.
 void makeDirectories(const std::string& path);
 
 /// A path of the library as this system's shell takes it.
 std::string shellPath(const VelmoraQuavin::Filepath& path);
+/// The file of a package's component, as this system's shell takes it.
+std::string componentPath(const std::string& package, const VelmoraQuavin::String& path);
 /// Joins a directory and a name as this system's shell does.
 std::string join(const std::string& directory, const std::string& name);
 /// What stands behind the last separator.

@@ -1,6 +1,7 @@
 #include <CLI/CLI.hpp>
 #include <exception>
 #include <iostream>
+#include <string>
 
 #include "command_line.h"
 #include "printing.h"
@@ -24,7 +25,9 @@ int run(CLI::App& app, int argc, char** argv) {
     } catch (const CLI::Success& request) {
         return app.exit(request);  // help, or the version
     } catch (const CLI::ParseError& error) {
-        std::cerr << "quavin: " << quavin_tool::printable(error.what())
+        // The parser's own word for it is "subcommand".
+        const std::string text = argc < 2 ? "A COMMAND is required" : error.what();
+        std::cerr << "quavin: " << quavin_tool::printable(text)
                   << "\nRun with --help for more information.\n";
         return kUsage;
     }

@@ -1,11 +1,14 @@
 #include "package.h"
 
 #include <algorithm>
+#include <filesystem>
+#include <system_error>
 
 #include "files.h"
 
 namespace quavin_tool {
 
+namespace fs = std::filesystem;
 using VelmoraQuavin::ComponentKind;
 using VelmoraQuavin::DataType;
 using VelmoraQuavin::Filepath;
@@ -14,7 +17,20 @@ using VelmoraQuavin::ModelTarget;
 using VelmoraQuavin::QuavinModel;
 using VelmoraQuavin::QuavinModelType;
 
+std::string packageProblem(const std::string& package) {
+    std::error_code ignored;
+    if (fs::is_directory(fs::u8path(package), ignored)) {
+        return "";
+    }
+    return isThere(package) ? package + " is no directory; unpack an archive first: quavin unpack"
+                            : "There is no directory " + package;
+}
+
 Metadata readManifest(const std::string& package) {
+    const std::string problem = packageProblem(package);
+    if (!problem.empty()) {
+        throw VelmoraQuavin::InvalidArgumentsException(problem);
+    }
     auto metadata = std::make_shared<VelmoraQuavin::ModelMetadata>();
     require(metadata->load(Filepath(package).append(Filepath("manifest.json"))));
     return metadata;

@@ -13,7 +13,11 @@ using Metadata = std::shared_ptr<VelmoraQuavin::ModelMetadata>;
 using Features = std::vector<std::shared_ptr<VelmoraQuavin::QuavinFeature>>;
 using Descriptors = std::vector<VelmoraQuavin::ModelFeatureDescriptor>;
 
+/// Why a path cannot be a package's directory; empty where it can.
+std::string packageProblem(const std::string& package);
+
 /// Reads the manifest in a package's directory.
+/// @throws InvalidArgumentsException where there is no such directory.
 Metadata readManifest(const std::string& package);
 
 /// The part of a manifest that this engine uses.

@@ -32,6 +32,11 @@ public:
     Checker(std::string package, const Key* key) : package_(std::move(package)), key_(key) {}
 
     Findings run() {
+        const std::string problem = packageProblem(package_);
+        if (!problem.empty()) {
+            error("package", problem, "Name the directory that holds manifest.json.");
+            return findings_;
+        }
         metadata_ = std::make_shared<VelmoraQuavin::ModelMetadata>();
         const QuavinStatus read = metadata_->load(
             VelmoraQuavin::Filepath(package_).append(VelmoraQuavin::Filepath("manifest.json")));
@@ -101,7 +106,7 @@ private:
             warning(where, "Its path leads out of the package", "Keep its file in the package.");
         }
         std::error_code ignored;
-        const fs::path file = fs::u8path(join(package_, component.path.str()));
+        const fs::path file = fs::u8path(componentPath(package_, component.path));
         if (!fs::is_regular_file(file, ignored)) {
             error(where, fs::exists(file, ignored) ? "It is no plain file" : "The file is missing",
                   "Put it there, or correct the manifest's path.");

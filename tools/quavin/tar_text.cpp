@@ -1,9 +1,9 @@
 #include "tar_text.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstdio>
-#include <utility>
 
 #include "package/tar_header.h"
 #include "quavin/status.h"
@@ -13,6 +13,7 @@ namespace {
 
 using VelmoraQuavin::InvalidArgumentsException;
 using VelmoraQuavin::internal::kTarBlockSize;
+using VelmoraQuavin::internal::tarBlocksOf;
 using VelmoraQuavin::internal::TarType;
 
 // One byte less than the field, which then ends in a zero byte.
@@ -42,9 +43,7 @@ void writeOctal(std::string& header, Field field, std::uint64_t value) {
     header.replace(field.offset, static_cast<std::size_t>(count), digits.data());
 }
 
-}  // namespace
-
-void TarText::addHeader(const std::string& name, char type, unsigned int mode, std::uint64_t size) {
+std::string makeHeader(const std::string& name, char type, unsigned int mode, std::uint64_t size) {
     if (name.size() > kLongestName) {
         throw InvalidArgumentsException("The name " + name +
                                         " is too long for an archive: 99 bytes are its limit");
@@ -70,22 +69,33 @@ void TarText::addHeader(const std::string& name, char type, unsigned int mode, s
     }
     writeOctal(header, kChecksum, sum);
     header[kChecksum.offset + 6] = '\0';
-    bytes_ += header;
+    return header;
 }
 
+}  // namespace
+
 void TarText::addDirectory(const std::string& name) {
-    addHeader(name, TarType::kDirectory, 0755, 0);
+    entries_.push_back({makeHeader(name, TarType::kDirectory, 0755, 0), {}});
 }
 
 void TarText::addFile(const std::string& name, std::string_view content) {
-    addHeader(name, TarType::kFile, 0644, content.size());
-    bytes_ += content;
-    bytes_.resize((bytes_.size() + kTarBlockSize - 1) / kTarBlockSize * kTarBlockSize, '\0');
+    entries_.push_back({makeHeader(name, TarType::kFile, 0644, content.size()), content});
 }
 
-std::string TarText::finish() && {
-    bytes_.append(2 * kTarBlockSize, '\0');
-    return std::move(bytes_);
+Bytes TarText::finish() const {
+    std::uint64_t blocks = 2;  // the end
+    for (const Entry& entry : entries_) {
+        blocks += 1 + tarBlocksOf(entry.content.size());
+    }
+    Bytes archive(blocks * kTarBlockSize);
+    unsigned char* next = archive.data();
+    std::fill_n(next, archive.size(), static_cast<unsigned char>(0));
+    for (const Entry& entry : entries_) {
+        next = std::copy(entry.header.begin(), entry.header.end(), next);
+        std::copy(entry.content.begin(), entry.content.end(), next);
+        next += tarBlocksOf(entry.content.size()) * kTarBlockSize;
+    }
+    return archive;
 }
 
 }  // namespace quavin_tool

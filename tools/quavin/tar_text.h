@@ -3,6 +3,9 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
+
+#include "files.h"
 
 namespace quavin_tool {
 
@@ -13,14 +16,19 @@ class TarText {
 public:
     /// @param name ended by "/".
     void addDirectory(const std::string& name);
+    /// @param name with the directories that it is in.
+    /// @param content stays where it is until finish().
     void addFile(const std::string& name, std::string_view content);
     /// The archive with its end.
-    std::string finish() &&;
+    Bytes finish() const;
 
 private:
-    void addHeader(const std::string& name, char type, unsigned int mode, std::uint64_t size);
+    struct Entry {
+        std::string header;
+        std::string_view content;
+    };
 
-    std::string bytes_;
+    std::vector<Entry> entries_;
 };
 
 }  // namespace quavin_tool

@@ -71,7 +71,8 @@ Inspected inspectDirectory(const std::string& package) {
         for (const ModelComponent& component : target.components) {
             std::error_code missing;
             const std::string path = component.path.str();
-            const std::uint64_t size = fs::file_size(fs::u8path(join(package, path)), missing);
+            const std::uint64_t size =
+                fs::file_size(fs::u8path(componentPath(package, component.path)), missing);
             if (!missing) {
                 inspected.sizes[path] = size;
             }

@@ -77,7 +77,7 @@ void checkOptions(const Options& options) {
         throw CLI::ValidationError("--encrypt", "needs --key-file or --key-env");
     }
     if (!encrypts && options.key.given()) {
-        throw CLI::ValidationError("A key", "is given, but nothing to --encrypt");
+        throw CLI::ValidationError("--key-file", "is given, but nothing to --encrypt");
     }
     if (encryptsArchive(options) && !makesArchive(options)) {
         throw CLI::ValidationError("--encrypt archive", "needs an --output that ends in .tar");
@@ -118,12 +118,14 @@ void describe(const Options& options, const std::string& weights, Package& packa
         Filepath(options.network), Filepath(weights), package.inputs, package.outputs);
     if (!status.ok()) {
         const std::string text = status.getDescription().str();
-        const bool dynamic = text.find("dynamic dimensions") != std::string::npos;
-        throw VelmoraQuavin::Exception(
-            options.network + " cannot be packed: " + text +
-                (dynamic ? "; export it with fixed dimensions"
-                         : "; what can be packed is OpenVINO IR of version 10 or 11"),
-            status.getCode());
+        std::string advice = "; what can be packed is OpenVINO IR of version 10 or 11";
+        if (text.find("dynamic dimensions") != std::string::npos) {
+            advice = "; export it with fixed dimensions";
+        } else if (weights.empty()) {
+            advice = "; there is no .bin file beside it: name its weights if it has any";
+        }
+        throw VelmoraQuavin::Exception(options.network + " cannot be packed: " + text + advice,
+                                       status.getCode());
     }
     if (package.inputs.empty() || package.outputs.empty()) {
         throw InvalidArgumentsException(options.network +
@@ -204,11 +206,11 @@ void writeArchive(const Options& options, const Package& package, const Key* key
     for (const PackageFile& file : package.files) {
         tar.addFile(root + file.name, file.content.text());
     }
-    const std::string archive = std::move(tar).finish();
+    const Bytes archive = tar.finish();
     if (encryptsArchive(options)) {
-        writeFile(path, encrypt(archive, *key).text());
+        writeFile(path, encrypt(archive.text(), *key).text());
     } else {
-        writeFile(path, archive);
+        writeFile(path, archive.text());
     }
 }
 
@@ -303,8 +305,9 @@ void addPackCommand(CLI::App& app) {
     const auto addText = [command](const char* name, std::string& value, const char* description) {
         command->add_option(name, value, description)->type_name("TEXT");
     };
-    addText("--id", options->identity.id, "The model's id; by default the network's file name");
-    addText("--name", options->identity.name, "The model's name; by default the same");
+    addText("--id", options->identity.id,
+            "The model's id; by default the file's name without its ending");
+    addText("--name", options->identity.name, "The model's name; by default as the id");
     addText("--author", options->identity.author, "The model's author");
     addText("--description", options->identity.description, "What the model does");
     addText("--sdk-version", options->identity.sdkVersion, "A mark for hosts");

@@ -12,6 +12,7 @@ namespace {
 
 using VelmoraQuavin::Filepath;
 using VelmoraQuavin::FileUtils;
+using VelmoraQuavin::QuavinStatus;
 
 struct Options {
     std::string archive;
@@ -20,18 +21,36 @@ struct Options {
     OutputOptions output;
 };
 
+QuavinStatus extract(const Options& options, const Bytes& archive, Filepath& destination) {
+    if (!options.key.given()) {
+        return FileUtils::extractTarball(archive.data(), archive.size(), destination);
+    }
+    const Key key(options.key);
+    return FileUtils::extractSecuredTarball(archive.data(), archive.size(), key.bytes(),
+                                            destination);
+}
+
+// What is encrypted, or was decrypted with another key, is noticed by its checksums.
+QuavinStatus withAdvice(QuavinStatus status, const Options& options) {
+    if (status.getCode() == VelmoraQuavin::TAR_CHECKSUM_MISMATCH) {
+        status.setDescription(status.getDescription() +
+                              (options.key.given()
+                                   ? "; the key may be wrong"
+                                   : "; an encrypted archive needs --key-file or --key-env"));
+    }
+    return status;
+}
+
 void unpack(const Options& options) {
     const Bytes archive = readFile(options.archive);
+    const bool wasThere = isThere(options.directory);
+    makeDirectories(options.directory);
     Filepath destination(options.directory);
-    if (options.key.given()) {
-        const Key key(options.key);
-        makeDirectories(options.directory);
-        require(FileUtils::extractSecuredTarball(archive.data(), archive.size(), key.bytes(),
-                                                 destination));
-    } else {
-        makeDirectories(options.directory);
-        require(FileUtils::extractTarball(archive.data(), archive.size(), destination));
+    const QuavinStatus status = extract(options, archive, destination);
+    if (!status.ok() && !wasThere) {
+        removeIfEmpty(options.directory);
     }
+    require(withAdvice(status, options));
     // Without a directory entry nothing has become the root.
     const bool hasRoot = *destination.c_str() != 0;
     const std::string root = hasRoot ? shellPath(destination) : options.directory;
