@@ -1,12 +1,10 @@
-// Compares the extraction of tar archives with plain writes and with other programs. Needs `tar`
-// and `bsdtar`, and a directory on a memory-backed file system.
+// Compares the extraction of archives with plain writes and with other programs.
 //
-//     quavin_tar_benchmark DIRECTORY [ROUNDS]
+//     quavin_tar_benchmark [ROUNDS [FOLDER]]
+//     quavin_tar_benchmark --extract|--extract-mapped ARCHIVE DIRECTORY
 //
-// Programs that are measured; they only extract:
-//
-//     quavin_tar_benchmark --extract-mapped FILE DIR
-//     quavin_tar_benchmark --extract-read FILE DIR
+// Works in memory: in FOLDER, which must be on a tmpfs, or one that it finds. The second form is
+// the small program that the first one starts and measures. Needs GNU tar and bsdtar.
 
 #include <fcntl.h>
 #include <quavin/quavin.h>
@@ -15,14 +13,15 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <memory>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
+#include "memory_folder.h"
 #include "rounds.h"
 
 using namespace VelmoraQuavin;
@@ -31,10 +30,14 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr int kLargeFiles = 4;
-constexpr std::size_t kLargeFile = std::size_t{64} << 20;
+constexpr std::size_t kLargeSize = std::size_t{64} << 20;
 constexpr int kDirectories = 100;
-constexpr int kFilesEach = 50;
-constexpr std::size_t kSmallFile = 4096;
+constexpr int kFilesInEach = 50;
+constexpr std::size_t kSmallSize = 4096;
+// A tree, its archive and what is extracted are there at once.
+constexpr std::uint64_t kRoom = 4 * kLargeFiles * std::uint64_t{kLargeSize};
+
+using Command = std::vector<std::string>;
 
 void require(bool fine, const std::string& what) {
     if (!fine) {
@@ -42,32 +45,40 @@ void require(bool fine, const std::string& what) {
     }
 }
 
-void extract(const unsigned char* data, uint64 size, const std::string& directory) {
+struct Archive {
+    explicit Archive(const std::string& path)
+        : content(FileUtils::readBinaryFileToBuffer(Filepath(path), size)) {
+        require(content != nullptr, "cannot read " + path);
+    }
+    const unsigned char* bytes() const {
+        return reinterpret_cast<const unsigned char*>(content.get());
+    }
+
+    uint64 size = 0;
+    std::unique_ptr<char[]> content;
+};
+
+void extract(const unsigned char* bytes, uint64 size, const std::string& directory) {
     Filepath destination(directory);
-    const QuavinStatus status = FileUtils::extractTarball(data, size, destination);
+    const QuavinStatus status = FileUtils::extractTarball(bytes, size, destination);
     require(status.ok(), status.getDescription().str());
 }
 
-// The file's own memory: nothing is copied before it is written.
-int extractMapped(const std::string& archive, const std::string& directory) {
-    const int file = ::open(archive.c_str(), O_RDONLY | O_CLOEXEC);
-    require(file >= 0, "cannot open " + archive);
+void extract(const Archive& archive, const std::string& directory) {
+    extract(archive.bytes(), archive.size, directory);
+}
+
+// From the file's own memory: nothing is copied before it is written.
+void extractMapped(const std::string& path, const std::string& directory) {
+    const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    require(file >= 0, "cannot open " + path);
     const auto size = static_cast<std::size_t>(::lseek(file, 0, SEEK_END));
-    void* const data = ::mmap(nullptr, size, PROT_READ, MAP_PRIVATE | MAP_POPULATE, file, 0);
-    require(data != MAP_FAILED, "cannot map " + archive);
-    extract(static_cast<const unsigned char*>(data), size, directory);
-    return 0;
+    void* const memory = ::mmap(nullptr, size, PROT_READ, MAP_PRIVATE | MAP_POPULATE, file, 0);
+    require(memory != MAP_FAILED, "cannot map " + path);
+    extract(static_cast<const unsigned char*>(memory), size, directory);
 }
 
-int extractRead(const std::string& archive, const std::string& directory) {
-    uint64 size = 0;
-    const auto data = FileUtils::readBinaryFileToBuffer(Filepath(archive), size);
-    require(data != nullptr, "cannot read " + archive);
-    extract(reinterpret_cast<const unsigned char*>(data.get()), size, directory);
-    return 0;
-}
-
-void run(std::vector<std::string> command) {
+void run(Command command) {
     std::vector<char*> arguments;
     arguments.reserve(command.size() + 1);
     for (std::string& argument : command) {
@@ -81,118 +92,127 @@ void run(std::vector<std::string> command) {
     require(waitpid(process, &status, 0) == process && status == 0, command[0] + " failed");
 }
 
-// A new empty directory for every measurement; the old one goes outside of the measured time.
+// A fresh one for every measurement; the old one goes outside of the measured time.
 std::string emptied(const fs::path& directory) {
     fs::remove_all(directory);
     fs::create_directory(directory);
     return directory.string();
 }
 
-void writePlainly(const unsigned char* data, const std::string& directory) {
-    for (int i = 0; i < kLargeFiles; ++i) {
-        const std::string name = directory + "/large" + std::to_string(i);
-        const int file = ::open(name.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
-        require(file >= 0, "cannot make " + name);
-        std::size_t done = 0;
-        while (done < kLargeFile) {
-            const ssize_t count = ::write(file, data + done, kLargeFile - done);
-            require(count > 0, "cannot write " + name);
-            done += static_cast<std::size_t>(count);
+// No two files alike, so that a comparison sees a mix-up.
+void makeTree(const fs::path& root, int directories, int filesInEach, std::size_t size) {
+    for (int directory = 0; directory < directories; ++directory) {
+        const fs::path folder = root / "package" / std::to_string(directory);
+        fs::create_directories(folder);
+        for (int file = 0; file < filesInEach; ++file) {
+            std::string content(size, static_cast<char>('A' + file));
+            content.replace(0, 3, std::to_string(100 + directory));
+            std::ofstream(folder / std::to_string(file), std::ios::binary) << content;
         }
+    }
+}
+
+std::string makeArchive(const fs::path& place, const fs::path& tree) {
+    const std::string archive = place / "archive.tar";
+    run({"tar", "--format=ustar", "--sort=name", "-cf", archive, "-C", tree, "package"});
+    return archive;
+}
+
+void writePlainly(const Archive& archive, const std::string& directory) {
+    // Behind the headers of two directories and of the first file.
+    const unsigned char* next = archive.bytes() + 3 * std::size_t{512};
+    for (int index = 0; index < kLargeFiles; ++index, next += kLargeSize + 512) {
+        const std::string name = directory + "/" + std::to_string(index);
+        const int file = ::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+        require(file >= 0, "cannot make " + name);
+        require(::write(file, next, kLargeSize) == static_cast<ssize_t>(kLargeSize),
+                "cannot write " + name);
         require(::close(file) == 0, "cannot close " + name);
     }
 }
 
 void compareLargeFiles(const fs::path& place, int rounds) {
-    const fs::path source = emptied(place / "source");
-    const std::string content(kLargeFile, 'x');
-    for (int i = 0; i < kLargeFiles; ++i) {
-        std::ofstream(source / ("large" + std::to_string(i))) << content;
-    }
-    const std::string archive = place / "large.tar";
-    run({"tar", "--format=ustar", "-cf", archive, "-C", source, "."});
-    fs::remove_all(source);
-    uint64 size = 0;
-    const auto data = FileUtils::readBinaryFileToBuffer(Filepath(archive), size);
-    require(data != nullptr, "cannot read " + archive);
-    const auto* const bytes = reinterpret_cast<const unsigned char*>(data.get());
-    fs::remove(archive);
+    const fs::path tree = place / "large";
+    const fs::path target = place / "target";
+    makeTree(tree, 1, kLargeFiles, kLargeSize);
+    const std::string path = makeArchive(place, tree);
+    const Archive archive(path);
+    fs::remove(path);
+    extract(archive, emptied(target));
+    run({"diff", "-r", tree, target});
+    writePlainly(archive, emptied(target));
+    run({"diff", "-r", tree / "package" / "0", target});
+    fs::remove_all(tree);
 
-    const auto measure = [&place](auto work) {
-        const std::string directory = emptied(place / "target");
-        return benchmark::timeOf([&] { work(directory); });
-    };
-    const auto plainly = [&] {
-        return measure([&](const std::string& directory) { writePlainly(bytes, directory); });
+    const auto measure = [&](void (*work)(const Archive&, const std::string&)) {
+        return [&target, &archive, work] {
+            const std::string directory = emptied(target);
+            return benchmark::timeOf([&] { work(archive, directory); });
+        };
     };
     benchmark::compare("extract 4 files of 64 MiB",
-                       {{"open, write, close", plainly},
-                        {"open, write, close again (noise)", plainly},
-                        {"extractTarball",
-                         [&] {
-                             return measure([&](const std::string& directory) {
-                                 extract(bytes, size, directory);
-                             });
-                         }}},
+                       {{"open, write, close", measure(writePlainly)},
+                        {"open, write, close again (noise)", measure(writePlainly)},
+                        {"extractTarball", measure(extract)}},
                        rounds);
-    fs::remove_all(place / "target");
+    fs::remove_all(target);
 }
 
-void makeSmallFiles(const fs::path& root) {
-    const std::string content(kSmallFile, 'y');
-    for (int d = 0; d < kDirectories; ++d) {
-        const fs::path directory = root / ("directory" + std::to_string(d));
-        fs::create_directories(directory);
-        for (int f = 0; f < kFilesEach; ++f) {
-            std::ofstream(directory / ("file" + std::to_string(f))) << content;
-        }
-    }
-}
+void compareSmallFiles(const fs::path& place, int rounds) {
+    const fs::path tree = place / "small";
+    const fs::path target = place / "target";
+    makeTree(tree, kDirectories, kFilesInEach, kSmallSize);
+    const std::string archive = makeArchive(place, tree);
+    const std::string self = fs::canonical("/proc/self/exe");
+    const Command ours{self, "--extract", archive};
+    const Command mapped{self, "--extract-mapped", archive};
+    Command once = ours;
+    once.push_back(emptied(target));
+    run(once);
+    run({"diff", "-r", tree, target});
 
-void compareSmallFiles(const fs::path& place, const std::string& self, int rounds) {
-    const fs::path source = emptied(place / "source");
-    makeSmallFiles(source / "package");
-    const std::string archive = place / "small.tar";
-    run({"tar", "--format=ustar", "-cf", archive, "-C", source, "package"});
-    fs::remove_all(source);
-
-    const auto measure = [&](const std::vector<std::string>& command) {
-        return [&place, command] {
-            std::vector<std::string> whole = command;
-            whole.push_back(emptied(place / "target"));
+    const auto measure = [&target](const Command& command) {
+        return [&target, command] {
+            Command whole = command;
+            whole.push_back(emptied(target));
             return benchmark::timeOf([&] { run(whole); });
         };
     };
-    const auto gnu = measure({"tar", "-xf", archive, "-C"});
-    benchmark::compare(
-        "extract 5,000 files of 4 KiB, whole process",
-        {{"GNU tar", gnu},
-         {"GNU tar again (noise)", gnu},
-         {"bsdtar", measure({"bsdtar", "-xf", archive, "-C"})},
-         {"extractTarball, archive mapped", measure({self, "--extract-mapped", archive})},
-         {"extractTarball, archive read", measure({self, "--extract-read", archive})}},
-        rounds);
-    fs::remove_all(place / "target");
-    fs::remove(archive);
+    const Command gnu{"tar", "-xf", archive, "-C"};
+    benchmark::compare("extract 5,000 files of 4 KiB, whole process",
+                       {{"tar -xf", measure(gnu)},
+                        {"tar -xf again (noise)", measure(gnu)},
+                        {"bsdtar -xf", measure({"bsdtar", "-xf", archive, "-C"})},
+                        {"extractTarball, archive mapped", measure(mapped)},
+                        {"extractTarball, archive read", measure(ours)},
+                        {"  its start and end alone", measure({self, "--start"})},
+                        {"  these and reading the archive", measure({self, "--read", archive})}},
+                       rounds);
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
     try {
-        if (argc == 4 && std::strcmp(argv[1], "--extract-mapped") == 0) {
-            return extractMapped(argv[2], argv[3]);
+        const std::string first = argc > 1 ? argv[1] : "51";
+        if (first == "--start") {
+            return 0;
         }
-        if (argc == 4 && std::strcmp(argv[1], "--extract-read") == 0) {
-            return extractRead(argv[2], argv[3]);
+        if (first == "--read" && argc > 2) {
+            return Archive(argv[2]).size > 0 ? 0 : 1;
         }
-        require(argc >= 2, "usage: quavin_tar_benchmark DIRECTORY [ROUNDS]");
-        const fs::path place = fs::path(argv[1]) / "quavin-tar-benchmark";
-        emptied(place);
-        const int rounds = argc > 2 ? std::stoi(argv[2]) : 21;
-        compareLargeFiles(place, rounds);
-        compareSmallFiles(place, fs::canonical("/proc/self/exe"), rounds);
-        fs::remove_all(place);
+        if (first == "--extract-mapped" && argc == 4) {
+            extractMapped(argv[2], argv[3]);
+            return 0;
+        }
+        if (first == "--extract" && argc == 4) {
+            extract(Archive(argv[2]), argv[3]);
+            return 0;
+        }
+        const benchmark::MemoryFolder folder(argc > 2 ? argv[2] : "", kRoom);
+        std::cout << "in " << folder.path().parent_path().string() << std::endl;
+        compareLargeFiles(folder.path(), std::stoi(first));
+        compareSmallFiles(folder.path(), std::stoi(first));
         return 0;
     } catch (const std::exception& exception) {
         std::cerr << "failed: " << exception.what() << '\n';

@@ -46,4 +46,4 @@ say "Decrypting"
 "$programs/quavin_aes_benchmark" 41
 
 say "Extracting"
-"$programs/quavin_tar_benchmark" /dev/shm 41
+"$programs/quavin_tar_benchmark" 41

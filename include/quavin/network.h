@@ -16,8 +16,9 @@ namespace VelmoraQuavin {
 /// Reads a network's files and tells what goes in and comes out, as loading will show it: names in
 /// name order, element types and shapes, each as a required tensor feature. Nothing is compiled.
 ///
-/// An element type that no tensor has is DataType::UNDEFINED. Needs no QuavinClient::init; may run
-/// on several threads at once.
+/// Inputs of unsigned 8- and 16-bit integers and of booleans, which no prediction takes, are shown
+/// as such; any other element type that no tensor has is DataType::UNDEFINED. Needs no
+/// QuavinClient::init; may run on several threads at once.
 ///
 /// @param topology the network's text, a plain file.
 /// @param weights its constants, a plain file; the empty path for a network without constants.

@@ -9,6 +9,10 @@ namespace {
 
 // What Linux takes as one path; more would only build towers of directories.
 constexpr std::size_t kLongestName = 4096;
+// What most file systems take as one name.
+constexpr std::size_t kLongestPart = 255;
+// An archive of some kilobytes must not become a tower of thousands of directories.
+constexpr std::size_t kDeepest = 128;
 
 bool isSeparator(char character) {
     return character == '/' || character == '\\';
@@ -38,6 +42,12 @@ std::vector<std::string> split(std::string_view name) {
     return parts;
 }
 
+// Files must not be named like directories: what "x/." is meant to be is anybody's guess.
+bool endsInDot(std::string_view name) {
+    return name == "." ||
+           (name.size() > 1 && name.back() == '.' && isSeparator(name[name.size() - 2]));
+}
+
 std::string refusalOf(std::string_view name, const std::vector<std::string>& parts) {
     if (name.empty()) {
         return "it has no name";
@@ -54,9 +64,15 @@ std::string refusalOf(std::string_view name, const std::vector<std::string>& par
     if (!parts.empty() && beginsWithDrive(parts.front())) {
         return "its name begins with a drive letter";
     }
+    if (parts.size() > kDeepest) {
+        return "its name has more than 128 parts";
+    }
     for (const std::string& part : parts) {
         if (part == "..") {
             return "its name holds \"..\"";
+        }
+        if (part.size() > kLongestPart) {
+            return "a part of its name is longer than 255 bytes";
         }
     }
     return "";
@@ -65,8 +81,10 @@ std::string refusalOf(std::string_view name, const std::vector<std::string>& par
 }  // namespace
 
 TarEntryPath parseTarEntryPath(std::string_view name) {
-    TarEntryPath path{split(name), ""};
+    // A name that is too long is not even taken apart.
+    TarEntryPath path{split(name.substr(0, kLongestName)), ""};
     path.refusal = refusalOf(name, path.names);
+    path.isDirectory = path.names.empty() || endsInDot(name);
     return path;
 }
 

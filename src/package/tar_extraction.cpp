@@ -24,7 +24,7 @@ using internal::platform::ConfinedDirectory;
 
 TarEntryPath pathOf(const TarEntry& entry) {
     TarEntryPath path = internal::parseTarEntryPath(entry.name);
-    if (path.refusal.empty() && path.names.empty() && entry.kind == TarEntry::Kind::kFile) {
+    if (path.refusal.empty() && path.isDirectory && entry.kind == TarEntry::Kind::kFile) {
         path.refusal = "its name is that of a directory";
     }
     if (!path.refusal.empty()) {

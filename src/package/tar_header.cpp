@@ -47,19 +47,27 @@ std::string_view TarHeader::sizeField() const {
     return field(kSize.offset, kSize.size);
 }
 
-bool TarHeader::checksumMatches() const {
+std::string_view TarHeader::checksumField() const {
+    return field(kChecksum.offset, kChecksum.size);
+}
+
+unsigned int TarHeader::checksum() const {
     unsigned int sum = 0;
     for (std::size_t i = 0; i < kTarBlockSize; ++i) {
         sum += block_[i];
     }
     // The checksum itself counts as blanks.
-    for (const char byte : field(kChecksum.offset, kChecksum.size)) {
+    for (const char byte : checksumField()) {
         sum += static_cast<unsigned int>(' ') - static_cast<unsigned char>(byte);
     }
+    return sum;
+}
+
+bool TarHeader::checksumMatches() const {
     // Six octal digits always hold it. Compared from the last one on.
-    const std::string_view digits = field(kChecksum.offset, kChecksumDigits);
-    for (std::size_t i = kChecksumDigits; i > 0; --i, sum /= 8) {
-        if (digits[i - 1] != static_cast<char>('0' + sum % 8)) {
+    unsigned int rest = checksum();
+    for (std::size_t i = kChecksumDigits; i > 0; --i, rest /= 8) {
+        if (checksumField()[i - 1] != static_cast<char>('0' + rest % 8)) {
             return false;
         }
     }

@@ -37,7 +37,11 @@ public:
     std::string_view prefix() const;
     /// The field of the content's length, whole.
     std::string_view sizeField() const;
-    /// Whether the first six digits of the checksum are right.
+    /// The checksum's field, whole.
+    std::string_view checksumField() const;
+    /// What the checksum should be.
+    unsigned int checksum() const;
+    /// Whether the field begins with the checksum as six digits.
     bool checksumMatches() const;
     /// What follows the header.
     const unsigned char* content() const { return block_ + kTarBlockSize; }

@@ -1,10 +1,7 @@
 #include "package/tar_reader.h"
 
-#include <utf8.h>
-
-#include <algorithm>
-#include <iterator>
 #include <limits>
+#include <utility>
 
 #include "core/text_tools.h"
 
@@ -14,7 +11,7 @@ namespace {
 // Long names and pax records of real archives take some hundred bytes. A limit keeps a hostile one
 // from having megabytes read as a name.
 constexpr uint64 kLargestExtension = uint64{1} << 20;
-// Longer than any path that a system takes.
+// Enough to find an entry by; messages stay readable.
 constexpr std::size_t kLongestShownName = 200;
 
 constexpr uint64 kLargestSize = std::numeric_limits<uint64>::max();
@@ -23,8 +20,13 @@ bool isOctalDigit(char character) {
     return character >= '0' && character <= '7';
 }
 
-// Octal digits behind blanks; a zero byte or a blank ends them.
+// Octal digits behind blanks; a zero byte or a blank ends them. Old archives leave the field of a
+// directory empty.
 std::optional<uint64> parseOctal(std::string_view field) {
+    constexpr std::string_view kEmpty(" \0", 2);
+    if (field.find_first_not_of(kEmpty) == std::string_view::npos) {
+        return 0;
+    }
     const std::size_t begin = field.find_first_not_of(" \t\n\v\f\r");
     if (begin == std::string_view::npos || !isOctalDigit(field[begin])) {
         return std::nullopt;
@@ -64,19 +66,13 @@ bool endsInSeparator(const std::string& name) {
 
 }  // namespace
 
+bool tarChecksumMatches(const TarHeader& header) {
+    return header.checksumMatches() || parseOctal(header.checksumField()) == header.checksum();
+}
+
 std::string quotedTarName(std::string_view name) {
-    std::string shown(name.substr(0, kLongestShownName));
-    const bool cut = shown.size() < name.size();
-    std::replace_if(
-        shown.begin(), shown.end(),
-        [](char character) {
-            const auto byte = static_cast<unsigned char>(character);
-            return byte < 0x20 || byte == 0x7F;
-        },
-        '?');
-    std::string valid;
-    utf8::replace_invalid(shown.begin(), shown.end(), std::back_inserter(valid), U'?');
-    return '"' + valid + (cut ? "...\"" : "\"");
+    const bool cut = name.size() > kLongestShownName;
+    return '"' + printableText(name.substr(0, kLongestShownName)) + (cut ? "...\"" : "\"");
 }
 
 void TarReader::fail(STATUS_CODE code, const std::string& name, const std::string& what) const {
@@ -98,7 +94,7 @@ bool TarReader::next(TarEntry& entry) {
                 readExtension(*header, extensions);
                 break;
             case TarType::kGlobalPaxRecords:
-                readGlobalRecords(takeContent(sizeIn(*header, "pax records"), "pax records"));
+                readGlobalRecords(takeExtension(*header));
                 break;
             default:
                 readEntry(*header, extensions, entry);
@@ -122,19 +118,11 @@ std::optional<TarHeader> TarReader::readHeader() {
     if (length_ - position_ < kTarBlockSize) {
         fail(INVALID_ARGUMENTS, "", "the archive is cut off in the header");
     }
-    if (!header.checksumMatches()) {
+    if (!tarChecksumMatches(header)) {
         fail(TAR_CHECKSUM_MISMATCH, "", "the header's checksum is wrong");
     }
     position_ += kTarBlockSize;
     return header;
-}
-
-uint64 TarReader::sizeIn(const TarHeader& header, const std::string& name) const {
-    const std::optional<uint64> size = parseSize(header.sizeField());
-    if (!size.has_value()) {
-        fail(INVALID_ARGUMENTS, name, "its size is no number");
-    }
-    return *size;
 }
 
 std::string_view TarReader::takeContent(uint64 size, const std::string& name) {
@@ -151,13 +139,20 @@ std::string_view TarReader::takeContent(uint64 size, const std::string& name) {
     return {content, size};
 }
 
+std::string_view TarReader::takeExtension(const TarHeader& header) {
+    const std::optional<uint64> size = parseSize(header.sizeField());
+    if (!size.has_value() || *size > kLargestExtension || *size > length_ - position_ ||
+        tarBlocksOf(*size) * kTarBlockSize > length_ - position_) {
+        fail(INVALID_ARGUMENTS, "",
+             "a header that extends it is cut off, longer than 1 MiB, or of a size that is no "
+             "number");
+    }
+    return takeContent(*size, "");
+}
+
 void TarReader::readExtension(const TarHeader& header, Extensions& extensions) {
     extensions.any = true;
-    const uint64 size = sizeIn(header, "a header that extends the entry");
-    if (size > kLargestExtension) {
-        fail(INVALID_ARGUMENTS, "", "the header that extends it is longer than 1 MiB");
-    }
-    const std::string_view content = takeContent(size, "a header that extends the entry");
+    const std::string_view content = takeExtension(header);
     switch (header.type()) {
         case TarType::kPaxRecords: {
             std::optional<PaxRecords> records = parsePaxRecords(content);
@@ -200,18 +195,21 @@ void TarReader::readEntry(const TarHeader& header, const Extensions& extensions,
     if (extensions.pax.sparse) {
         fail(TAR_UNSUPPORTED_ENTRY, name, "it is a sparse file");
     }
-    const uint64 size =
-        extensions.pax.size.has_value() ? *extensions.pax.size : sizeIn(header, name);
-    const std::string_view content = takeContent(size, name);
+    const std::optional<uint64> size =
+        extensions.pax.size.has_value() ? extensions.pax.size : parseSize(header.sizeField());
+    if (!size.has_value()) {
+        fail(INVALID_ARGUMENTS, name, "its size is no number");
+    }
+    const std::string_view content = takeContent(*size, name);
 
     const bool isDirectory = type == TarType::kDirectory || endsInSeparator(name);
-    if (isDirectory && type != TarType::kDirectory && size != 0) {
+    if (isDirectory && type != TarType::kDirectory && *size != 0) {
         fail(INVALID_ARGUMENTS, name, "it is named like a directory and has a content");
     }
     entry.kind = isDirectory ? TarEntry::Kind::kDirectory : TarEntry::Kind::kFile;
     entry.name = std::move(name);
     entry.content = reinterpret_cast<const unsigned char*>(content.data());
-    entry.size = size;
+    entry.size = *size;
 }
 
 }  // namespace VelmoraQuavin::internal

@@ -50,7 +50,8 @@ private:
     void readEntry(const TarHeader& header, const Extensions& extensions, TarEntry& entry);
     // The content behind the header at the current position, which moves behind it.
     std::string_view takeContent(uint64 size, const std::string& name);
-    uint64 sizeIn(const TarHeader& header, const std::string& name) const;
+    // The same for a header that extends the entry behind it.
+    std::string_view takeExtension(const TarHeader& header);
     [[noreturn]] void fail(STATUS_CODE code, const std::string& name,
                            const std::string& what) const;
 
@@ -59,6 +60,9 @@ private:
     uint64 position_ = 0;
     uint64 count_ = 0;
 };
+
+/// Whether a header adds up, however many digits its checksum is written with.
+bool tarChecksumMatches(const TarHeader& header);
 
 /// A name from an archive as a text for people: quoted, without control characters, not too long.
 std::string quotedTarName(std::string_view name);

@@ -10,8 +10,9 @@
 
 namespace VelmoraQuavin::internal::platform {
 
-/// Writes below one directory and nowhere else: paths are walked name by name from there, and no
-/// link is followed on the way, also not one that somebody puts there meanwhile.
+/// Writes below one directory: paths are walked name by name from there, and no link is followed on
+/// the way, also not one that somebody puts there meanwhile. (A directory that somebody moves away
+/// while it is written to takes its new files along, and what is mounted below is below.)
 ///
 /// Operations return why they failed, for people; an empty text where they went well. One thread at
 /// a time.
@@ -31,7 +32,7 @@ public:
     /// Makes a directory and what is missing above it.
     std::string createDirectories(const Names& names);
     /// Writes a file and makes what directories are missing above it. A file that is there already
-    /// is replaced, and one that cannot be written whole is removed.
+    /// is replaced when the new one is whole; what cannot be written whole is removed.
     /// @param names at least one.
     std::string writeFile(const Names& names, const void* content, std::uint64_t size);
 

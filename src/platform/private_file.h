@@ -7,10 +7,12 @@
 
 namespace VelmoraQuavin::internal::platform {
 
-/// Small files that are their owner's alone, for tools: keys, above all.
+/// Files of tools that are their owner's alone (keys, above all), and new files in general.
 
 /// Whether a file that others may read is accepted.
 enum class OpenToOthers { kRefused, kAllowed };
+
+enum class PrivateReading { kDone, kOpenToOthers, kFailed };
 
 /// Reads a file whole. Whether others may read it is asked of the opened file, where the system has
 /// such rights.
@@ -19,15 +21,25 @@ enum class OpenToOthers { kRefused, kAllowed };
 /// @param buffer receives up to `capacity` bytes.
 /// @param capacity bytes at `buffer`.
 /// @param size receives the number of bytes, `capacity` also for a longer file.
-/// @return why it failed, for people; empty where it went well.
-std::string readPrivateFile(const String& path, OpenToOthers others, unsigned char* buffer,
-                            std::size_t capacity, std::size_t& size);
+/// @param problem receives, for people, why it failed.
+PrivateReading readPrivateFile(const String& path, OpenToOthers others, unsigned char* buffer,
+                               std::size_t capacity, std::size_t& size, std::string& problem);
 
-/// Writes a new file that its owner alone may read.
+/// Makes a new directory that its owner alone may enter.
+/// @param path UTF-8.
+/// @return whether it is there and new.
+bool makePrivateDirectory(const String& path);
+
+/// Who may read a new file, before the process's umask.
+enum class Readers { kOwner, kEveryone };
+
+/// Writes a new file; where that fails, nothing of it stays.
 /// @param path UTF-8; nothing may be there yet.
 /// @param bytes the content.
 /// @param count bytes at `bytes`.
+/// @param readers who may read it.
 /// @return why it failed, for people; empty where it went well.
-std::string writePrivateFile(const String& path, const unsigned char* bytes, std::size_t count);
+std::string writeNewFile(const String& path, const unsigned char* bytes, std::size_t count,
+                         Readers readers);
 
 }  // namespace VelmoraQuavin::internal::platform

@@ -1,5 +1,8 @@
 #include "command_line.h"
 
+#include <filesystem>
+#include <string>
+
 #include "quavin/version.h"
 
 namespace quavin_tool {
@@ -11,6 +14,20 @@ void addQuietOption(CLI::App& command, OutputOptions& options) {
 void addOutputOptions(CLI::App& command, OutputOptions& options) {
     addQuietOption(command, options);
     command.add_flag("--json", options.json, "Print the result as one JSON object");
+}
+
+CLI::Validator isPath() {
+    return CLI::Validator(
+        [](std::string& path) -> std::string {
+            if (path.empty()) {
+                return "a path must not be empty";
+            }
+            constexpr bool kBackslashSeparates = std::filesystem::path::preferred_separator == '\\';
+            return kBackslashSeparates || path.find('\\') == std::string::npos
+                       ? ""
+                       : "a path must not hold a backslash: " + path;
+        },
+        "");
 }
 
 void defineCommandLine(CLI::App& app) {

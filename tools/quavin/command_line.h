@@ -13,6 +13,10 @@ void defineCommandLine(CLI::App& app);
 void addOutputOptions(CLI::App& command, OutputOptions& options);
 void addQuietOption(CLI::App& command, OutputOptions& options);
 
+/// For options that are paths: not empty, and no backslash where that is not the system's separator
+/// (the library takes it for one everywhere).
+CLI::Validator isPath();
+
 // One for each command, in a file of its own.
 void addPackCommand(CLI::App& app);
 void addInspectCommand(CLI::App& app);

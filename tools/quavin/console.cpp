@@ -13,15 +13,18 @@ namespace {
 using VelmoraQuavin::internal::platform::isTerminal;
 using VelmoraQuavin::internal::platform::StandardStream;
 
-constexpr std::size_t kBarWidth = 40;
+constexpr std::size_t kBarWidth = 30;
+
+// Whether escape sequences on a stream do what they are for.
+bool takesEscapes(StandardStream stream) {
+    const char* const terminal = std::getenv("TERM");
+    return isTerminal(stream) && (terminal == nullptr || std::string_view(terminal) != "dumb");
+}
 
 bool wantsColours() {
     // https://no-color.org
     const char* const refused = std::getenv("NO_COLOR");
-    const char* const terminal = std::getenv("TERM");
-    return (refused == nullptr || *refused == '\0') &&
-           (terminal == nullptr || std::string_view(terminal) != "dumb") &&
-           isTerminal(StandardStream::kOutput);
+    return (refused == nullptr || *refused == '\0') && takesEscapes(StandardStream::kOutput);
 }
 
 const char* colourOf(Mood mood) {
@@ -52,7 +55,7 @@ void say(const std::string& text, const OutputOptions& options) {
 
 ProgressBar::ProgressBar(std::string title, const OutputOptions& options)
     : title_(std::move(title)),
-      visible_(!options.quiet && !options.json && isTerminal(StandardStream::kError)) {}
+      visible_(!options.quiet && !options.json && takesEscapes(StandardStream::kError)) {}
 
 ProgressBar::~ProgressBar() {
     if (visible_) {

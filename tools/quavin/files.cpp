@@ -18,6 +18,20 @@ using VelmoraQuavin::FileException;
 using VelmoraQuavin::Filepath;
 using VelmoraQuavin::FileUtils;
 
+namespace {
+
+using VelmoraQuavin::internal::platform::Readers;
+
+void writeNew(const std::string& path, std::string_view content, Readers readers) {
+    const std::string problem = VelmoraQuavin::internal::platform::writeNewFile(
+        path, reinterpret_cast<const unsigned char*>(content.data()), content.size(), readers);
+    if (!problem.empty()) {
+        throw FileException(path + " " + problem);
+    }
+}
+
+}  // namespace
+
 void require(const VelmoraQuavin::QuavinStatus& status) {
     if (!status.ok()) {
         throw VelmoraQuavin::Exception(status.getDescription(), status.getCode());
@@ -63,29 +77,29 @@ Bytes readFile(const std::string& path) {
 
 void writeFile(const std::string& path, std::string_view content) {
     std::ofstream file = FileUtils::openFileToWriteBinaryData(Filepath(path));
+    const bool opened = file.is_open();
     file.write(content.data(), static_cast<std::streamsize>(content.size()));
     file.close();
     if (!file) {
+        std::error_code ignored;
+        if (opened && fs::is_regular_file(fs::u8path(path), ignored)) {
+            fs::remove(fs::u8path(path), ignored);
+        }
         throw FileException(path + " cannot be written");
     }
 }
 
+void writeNewFile(const std::string& path, std::string_view content) {
+    writeNew(path, content, Readers::kEveryone);
+}
+
 void writeOwnFile(const std::string& path, std::string_view content) {
-    const std::string problem = VelmoraQuavin::internal::platform::writePrivateFile(
-        path, reinterpret_cast<const unsigned char*>(content.data()), content.size());
-    if (!problem.empty()) {
-        throw FileException(path + " " + problem);
-    }
+    writeNew(path, content, Readers::kOwner);
 }
 
 bool isThere(const std::string& path) {
     std::error_code ignored;
     return fs::exists(fs::symlink_status(fs::u8path(path), ignored));
-}
-
-void removeIfEmpty(const std::string& directory) {
-    std::error_code ignored;
-    fs::remove(fs::u8path(directory), ignored);
 }
 
 void requireAbsent(const std::string& path) {
@@ -95,11 +109,25 @@ void requireAbsent(const std::string& path) {
     }
 }
 
-void makeDirectories(const std::string& path) {
+NewDirectories::NewDirectories(const std::string& path) {
     std::error_code error;
+    for (fs::path missing = fs::u8path(path); !missing.empty() && !fs::exists(missing, error);
+         missing = missing.parent_path()) {
+        if (missing.has_filename()) {
+            made_.push_back(missing.u8string());
+        }
+    }
     fs::create_directories(fs::u8path(path), error);
     if (!fs::is_directory(fs::u8path(path))) {
-        throw FileException("The directory " + path + " cannot be made: " + error.message());
+        throw FileException("The directory " + path + " cannot be made" +
+                            (error ? ": " + error.message() : ""));
+    }
+}
+
+NewDirectories::~NewDirectories() {
+    std::error_code ignored;
+    for (const std::string& directory : made_) {
+        fs::remove(fs::u8path(directory), ignored);
     }
 }
 
@@ -128,6 +156,10 @@ std::string fileName(const std::string& path) {
     const fs::path file = fs::u8path(path);
     // With a separator at its end the last part is empty.
     return (file.has_filename() ? file : file.parent_path()).filename().u8string();
+}
+
+std::string stemOf(const std::string& path) {
+    return fs::u8path(fileName(path)).stem().u8string();
 }
 
 std::string readableSize(std::uint64_t bytes) {

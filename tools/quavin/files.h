@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "quavin/files.h"
 #include "quavin/status.h"
@@ -40,19 +41,33 @@ private:
 /// Reads a whole file.
 /// @throws FileException naming it.
 Bytes readFile(const std::string& path);
-/// Writes a whole file, replacing what is there.
+/// Writes a whole file, replacing what is there; one that cannot be written whole is removed.
 /// @throws FileException naming it.
 void writeFile(const std::string& path, std::string_view content);
-/// The same for a file that its owner alone may read; nothing may be there yet.
+/// Writes a new file; nothing may be there yet.
+void writeNewFile(const std::string& path, std::string_view content);
+/// The same for a file that its owner alone may read.
 void writeOwnFile(const std::string& path, std::string_view content);
 /// @throws InvalidArgumentsException where something is there.
 void requireAbsent(const std::string& path);
 /// Whether something is there, be it a link that leads nowhere.
 bool isThere(const std::string& path);
-/// Removes a directory that nothing is in; leaves any other.
-void removeIfEmpty(const std::string& directory);
-/// Makes a directory and what is missing above it.
-void makeDirectories(const std::string& path);
+
+/// Makes a directory and what is missing above it, and removes what it has made unless it is told
+/// to keep it. What is not empty by then stays.
+class NewDirectories {
+public:
+    /// @throws FileException where the directory cannot be made.
+    explicit NewDirectories(const std::string& path);
+    NewDirectories(const NewDirectories&) = delete;
+    NewDirectories& operator=(const NewDirectories&) = delete;
+    ~NewDirectories();
+
+    void keep() { made_.clear(); }
+
+private:
+    std::vector<std::string> made_;  // the innermost first
+};
 
 /// A path of the library as this system's shell takes it.
 std::string shellPath(const VelmoraQuavin::Filepath& path);
@@ -62,6 +77,8 @@ std::string componentPath(const std::string& package, const VelmoraQuavin::Strin
 std::string join(const std::string& directory, const std::string& name);
 /// What stands behind the last separator.
 std::string fileName(const std::string& path);
+/// The same without its ending.
+std::string stemOf(const std::string& path);
 /// "12 bytes", "3.4 MiB".
 std::string readableSize(std::uint64_t bytes);
 

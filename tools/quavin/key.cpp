@@ -1,5 +1,6 @@
 #include "key.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <string_view>
@@ -71,16 +72,18 @@ Key::Key(const KeyOptions& options) {
         return;
     }
     std::size_t size = 0;
-    const std::string problem = platform::readPrivateFile(
-        options.file,
-        options.allowOpenFile ? platform::OpenToOthers::kAllowed : platform::OpenToOthers::kRefused,
-        text.data(), text.size(), size);
-    if (!problem.empty()) {
-        const bool open = problem == "can be read by others";
-        throw FileException("The key file " + options.file + " " + problem +
-                            (open ? ": take their right with chmod go-r, or give "
-                                    "--allow-open-key-file"
-                                  : ""));
+    std::string problem;
+    const auto others =
+        options.allowOpenFile ? platform::OpenToOthers::kAllowed : platform::OpenToOthers::kRefused;
+    switch (
+        platform::readPrivateFile(options.file, others, text.data(), text.size(), size, problem)) {
+        case platform::PrivateReading::kDone:
+            break;
+        case platform::PrivateReading::kOpenToOthers:
+            problem += ": take their right with chmod go-r, or give --allow-open-key-file";
+            [[fallthrough]];
+        default:
+            throw FileException("The key file " + options.file + " " + problem);
     }
     if (!parse(text.data(), size)) {
         throw InvalidArgumentsException("The file " + options.file + " holds no key: " + kForms);
@@ -97,6 +100,10 @@ Key::~Key() {
     secureWipe(bytes_.data(), bytes_.size());
 }
 
+std::unique_ptr<Key> readKey(const KeyOptions& options) {
+    return options.given() ? std::make_unique<Key>(options) : nullptr;
+}
+
 bool Key::parse(const unsigned char* text, std::size_t size) {
     if (size == kKeySize) {
         std::memcpy(bytes_.data(), text, kKeySize);
@@ -105,13 +112,14 @@ bool Key::parse(const unsigned char* text, std::size_t size) {
     if (withoutLineEnd(text, size) != 2 * kKeySize) {
         return false;
     }
+    const auto isDigit = [](unsigned char character) { return digitValue(character) >= 0; };
+    // Before the first byte of the key is there: what is no key is not kept.
+    if (!std::all_of(text, text + 2 * kKeySize, isDigit)) {
+        return false;
+    }
     for (std::size_t i = 0; i < kKeySize; ++i) {
-        const int high = digitValue(text[2 * i]);
-        const int low = digitValue(text[2 * i + 1]);
-        if (high < 0 || low < 0) {
-            return false;
-        }
-        bytes_.at(i) = static_cast<unsigned char>(high * 16 + low);
+        bytes_.at(i) =
+            static_cast<unsigned char>(digitValue(text[2 * i]) * 16 + digitValue(text[2 * i + 1]));
     }
     return true;
 }

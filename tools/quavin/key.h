@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <array>
 #include <cstddef>
+#include <memory>
 #include <string>
 
 namespace quavin_tool {
@@ -40,5 +41,8 @@ private:
 
     std::array<unsigned char, kKeySize> bytes_{};
 };
+
+/// The key that the options name; null where they name none.
+std::unique_ptr<Key> readKey(const KeyOptions& options);
 
 }  // namespace quavin_tool

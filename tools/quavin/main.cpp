@@ -19,14 +19,34 @@ int fail(const VelmoraQuavin::QuavinStatus& status) {
     return kFailure;
 }
 
+// The parser's own text, but for two cases: its word for a command is "subcommand", and arguments
+// that are not expected are not repeated, since somebody may have typed a key there.
+std::string textOf(const CLI::App& app, const CLI::ParseError& error, int argc) {
+    if (argc < 2) {
+        return "A COMMAND is required";
+    }
+    if (dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr) {
+        std::string text = "There are arguments that the command does not take";
+        for (const std::string& argument : app.remaining(true)) {
+            // Of a short option its letter: what is attached to it is its value.
+            const bool isLong = argument.substr(0, 2) == "--";
+            if (argument.substr(0, 1) == "-") {
+                text +=
+                    " " + (isLong ? argument.substr(0, argument.find('=')) : argument.substr(0, 2));
+            }
+        }
+        return text;
+    }
+    return error.what();
+}
+
 int run(CLI::App& app, int argc, char** argv) {
     try {
         app.parse(argc, argv);
     } catch (const CLI::Success& request) {
-        return app.exit(request);  // help, or the version
+        app.exit(request);  // help, or the version
     } catch (const CLI::ParseError& error) {
-        // The parser's own word for it is "subcommand".
-        const std::string text = argc < 2 ? "A COMMAND is required" : error.what();
+        const std::string text = textOf(app, error, argc);
         std::cerr << "quavin: " << quavin_tool::printable(text)
                   << "\nRun with --help for more information.\n";
         return kUsage;

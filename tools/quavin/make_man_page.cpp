@@ -15,6 +15,9 @@ namespace {
 // What the formatter of manual pages would take for a request or an escape.
 std::string escaped(const std::string& text) {
     std::string result;
+    if (!text.empty() && (text.front() == '.' || text.front() == '\'')) {
+        result = "\\&";
+    }
     for (const char character : text) {
         if (character == '\\') {
             result += "\\e";

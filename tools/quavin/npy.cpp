@@ -1,9 +1,9 @@
 #include "npy.h"
 
-#include <charconv>
 #include <limits>
 #include <optional>
 
+#include "npy_header.h"
 #include "printing.h"
 
 namespace quavin_tool {
@@ -29,104 +29,6 @@ constexpr ElementType kTypes[] = {{"<f4", DataType::FLOAT, 4},
                                   {"|i1", DataType::INT8, 1},
                                   {"<i2", DataType::INT16, 2},
                                   {"<i4", DataType::INT32, 4}};
-
-struct Header {
-    std::string_view type;
-    bool fortranOrder = false;
-    std::vector<int64> shape;
-};
-
-// Reads the header's text, which is a Python dictionary of three members with plain values.
-class HeaderParser {
-public:
-    explicit HeaderParser(std::string_view text) : rest_(text) {}
-
-    std::optional<Header> parse() {
-        Header header;
-        int members = 0;
-        bool fine = take('{');
-        while (fine && !take('}')) {
-            fine = parseMember(header);
-            ++members;
-            if (fine && !take(',')) {
-                fine = take('}');
-                break;
-            }
-        }
-        skipBlanks();
-        return fine && members == 3 && rest_.empty() ? std::optional(header) : std::nullopt;
-    }
-
-private:
-    void skipBlanks() {
-        rest_.remove_prefix(std::min(rest_.find_first_not_of(" \n"), rest_.size()));
-    }
-
-    bool take(char expected) {
-        skipBlanks();
-        const bool there = !rest_.empty() && rest_.front() == expected;
-        rest_.remove_prefix(there ? 1 : 0);
-        return there;
-    }
-
-    bool takeWord(std::string_view word) {
-        skipBlanks();
-        const bool there = rest_.substr(0, word.size()) == word;
-        rest_.remove_prefix(there ? word.size() : 0);
-        return there;
-    }
-
-    bool parseText(std::string_view& text) {
-        if (!take('\'')) {
-            return false;
-        }
-        const std::size_t end = rest_.find('\'');
-        if (end == std::string_view::npos) {
-            return false;
-        }
-        text = rest_.substr(0, end);
-        rest_.remove_prefix(end + 1);
-        return true;
-    }
-
-    bool parseShape(std::vector<int64>& shape) {
-        if (!take('(')) {
-            return false;
-        }
-        while (!take(')')) {
-            skipBlanks();
-            int64 extent = -1;
-            const auto [end, error] =
-                std::from_chars(rest_.data(), rest_.data() + rest_.size(), extent);
-            if (error != std::errc() || extent < 0) {
-                return false;
-            }
-            rest_.remove_prefix(static_cast<std::size_t>(end - rest_.data()));
-            shape.push_back(extent);
-            if (!take(',')) {
-                return take(')');
-            }
-        }
-        return true;
-    }
-
-    bool parseMember(Header& header) {
-        std::string_view key;
-        if (!parseText(key) || !take(':')) {
-            return false;
-        }
-        if (key == "descr") {
-            return parseText(header.type);
-        }
-        if (key == "fortran_order") {
-            header.fortranOrder = takeWord("True");
-            return header.fortranOrder || takeWord("False");
-        }
-        return key == "shape" && parseShape(header.shape);
-    }
-
-    std::string_view rest_;
-};
 
 // A little-endian number.
 std::size_t numberAt(std::string_view text, std::size_t offset, std::size_t bytes) {
@@ -188,7 +90,7 @@ NpyArray readNpy(const std::string& path) {
     if (length > text.size() - begin) {
         refuse(path, "is cut off in its header");
     }
-    const std::optional<Header> header = HeaderParser(text.substr(begin, length)).parse();
+    const std::optional<NpyHeader> header = parseNpyHeader(text.substr(begin, length));
     if (!header.has_value()) {
         refuse(path, "has a .npy header that makes no sense, or a type of several fields");
     }

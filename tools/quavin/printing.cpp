@@ -3,9 +3,14 @@
 #include <utf8.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <cstdint>
+#include <cstdio>
 #include <iterator>
 #include <string_view>
+
+#include "core/text_tools.h"
 
 namespace quavin_tool {
 
@@ -13,18 +18,33 @@ using VelmoraQuavin::DataType;
 using VelmoraQuavin::TensorDescriptor;
 using VelmoraQuavin::TensorShape;
 
-std::string printable(const VelmoraQuavin::String& text) {
-    const std::string_view bytes = text.view();
+namespace {
+
+// Also what JSON would let through raw, and a terminal would not just show.
+std::string jsonString(std::string_view bytes) {
     std::string valid;
     utf8::replace_invalid(bytes.begin(), bytes.end(), std::back_inserter(valid), U'?');
-    std::replace_if(
-        valid.begin(), valid.end(),
-        [](char character) {
-            const auto byte = static_cast<unsigned char>(character);
-            return byte < 0x20 || byte == 0x7F;
-        },
-        '?');
-    return valid;
+    std::string quoted = "\"";
+    for (auto next = valid.cbegin(); next != valid.cend();) {
+        const std::uint32_t character = utf8::unchecked::next(next);
+        if (character == '"' || character == '\\') {
+            quoted += '\\';
+        }
+        if (VelmoraQuavin::internal::isPrintable(character)) {
+            utf8::unchecked::append(character, std::back_inserter(quoted));
+            continue;
+        }
+        std::array<char, 8> escape{};
+        static_cast<void>(std::snprintf(escape.data(), escape.size(), "\\u%04x", character));
+        quoted += escape.data();
+    }
+    return quoted + '"';
+}
+
+}  // namespace
+
+std::string printable(const VelmoraQuavin::String& text) {
+    return VelmoraQuavin::internal::printableText(text.view());
 }
 
 std::string table(const std::vector<std::vector<std::string>>& rows) {
@@ -95,9 +115,9 @@ std::string shapeText(const TensorDescriptor& descriptor) {
 }
 
 void JsonOutput::member(const char* name, const VelmoraQuavin::String& value) {
-    const std::string text = printable(value);
+    const std::string text = jsonString(value.view());
     writer_.Key(name);
-    writer_.String(text.data(), static_cast<rapidjson::SizeType>(text.size()));
+    writer_.RawValue(text.data(), text.size(), rapidjson::kStringType);
 }
 
 void JsonOutput::member(const char* name, bool value) {

@@ -12,8 +12,7 @@
 
 namespace quavin_tool {
 
-/// A text from a package as it may stand in a terminal or in JSON: UTF-8 without control
-/// characters.
+/// A text from a package as it may stand in a terminal.
 std::string printable(const VelmoraQuavin::String& text);
 
 /// Rows with their columns under each other, each row on a line of its own, indented.

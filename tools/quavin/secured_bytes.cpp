@@ -38,9 +38,9 @@ Bytes encrypt(std::string_view plain, const Key& key) {
 }
 
 std::string securedLengthProblem(std::uint64_t length) {
-    if (length < 2 * kBlock || length % kBlock != 0 || length > kLargestSecured) {
+    if (length < kBlock || length % kBlock != 0 || length > kLargestSecured) {
         return "has " + std::to_string(length) +
-               " bytes; a secured file has a multiple of 16, at least 32 and less than 4 GiB";
+               " bytes; a secured file has a multiple of 16, at least 16 and less than 4 GiB";
     }
     return "";
 }

@@ -4,7 +4,8 @@
 #include <random>
 #include <system_error>
 
-#include "files.h"
+#include "platform/private_file.h"
+#include "quavin/status.h"
 
 namespace quavin_tool {
 namespace {
@@ -16,19 +17,21 @@ constexpr int kAttempts = 100;
 }  // namespace
 
 TemporaryDirectory::TemporaryDirectory(const std::string& parent) {
-    const fs::path place = parent.empty() ? fs::temp_directory_path() : fs::u8path(parent);
     std::random_device random;
     std::error_code error;
+    const fs::path place = parent.empty() ? fs::temp_directory_path(error) : fs::u8path(parent);
+    if (error) {
+        throw VelmoraQuavin::FileException("There is no directory for temporary files: " +
+                                           error.message());
+    }
     for (int attempt = 0; attempt < kAttempts; ++attempt) {
         const fs::path candidate = place / (".quavin-" + std::to_string(random()));
-        if (fs::create_directory(candidate, error)) {
-            path_ = candidate.u8string();
-            fs::permissions(candidate, fs::perms::owner_all);
+        path_ = candidate.u8string();
+        if (VelmoraQuavin::internal::platform::makePrivateDirectory(path_)) {
             return;
         }
     }
-    throw VelmoraQuavin::FileException("No directory can be made in " + place.u8string() +
-                                       (error ? ": " + error.message() : ""));
+    throw VelmoraQuavin::FileException("No directory can be made in " + place.u8string());
 }
 
 TemporaryDirectory::~TemporaryDirectory() {

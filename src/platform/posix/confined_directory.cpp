@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdio>
 #include <utility>
 
 #include "platform/posix/file_descriptor.h"
@@ -18,6 +19,9 @@ namespace {
 // Before the process's umask.
 constexpr mode_t kDirectoryMode = 0777;
 constexpr mode_t kFileMode = 0666;
+
+// To find a name for a file that is to replace another one.
+constexpr int kAttempts = 100;
 
 // Directories are only passed through, which needs no right to list them.
 #if defined(O_PATH)
@@ -83,18 +87,21 @@ public:
 
     std::string write(const std::string& name, const void* content, std::uint64_t size) {
         const int directory = current_ ? current_.get() : root_.get();
+        std::string written = name;
         FileDescriptor file = create(directory, name);
-        // Replaced and not written into: a hard link to it elsewhere keeps its content.
-        if (!file && errno == EEXIST && isPlainFile(directory, name) &&
-            ::unlinkat(directory, name.c_str(), 0) == 0) {
-            file = create(directory, name);
+        // Replaced and not written into: a hard link to it elsewhere keeps its content, and so does
+        // the file itself until its successor is whole.
+        if (!file && errno == EEXIST && isPlainFile(directory, name)) {
+            file = createBeside(directory, written);
         }
         if (!file) {
             return obstacle(directory, name, "the file cannot be made", errno);
         }
-        if (!writeWhole(file.get(), content, size) || !file.close()) {
+        if (!writeWhole(file.get(), content, size) || !file.close() ||
+            (written != name &&
+             ::renameat(directory, written.c_str(), directory, name.c_str()) != 0)) {
             const int error = errno;
-            ::unlinkat(directory, name.c_str(), 0);
+            ::unlinkat(directory, written.c_str(), 0);
             return problemText("the file cannot be written", error);
         }
         return "";
@@ -117,6 +124,19 @@ private:
     static FileDescriptor create(int directory, const std::string& name) {
         constexpr int kFlags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
         return FileDescriptor(::openat(directory, name.c_str(), kFlags, kFileMode));
+    }
+
+    // Under a name that nobody has, which it tells.
+    static FileDescriptor createBeside(int directory, std::string& name) {
+        FileDescriptor file;
+        for (int attempt = 0; !file && attempt < kAttempts; ++attempt) {
+            name = ".quavin-" + std::to_string(attempt);
+            file = create(directory, name);
+            if (!file && errno != EEXIST) {
+                break;
+            }
+        }
+        return file;
     }
 
     FileDescriptor root_;

@@ -13,24 +13,29 @@
 namespace VelmoraQuavin::internal::platform {
 namespace {
 
-constexpr mode_t kOwnerOnly = 0600;
+constexpr mode_t kOwnerMode = 0600;
+constexpr mode_t kOwnerDirectoryMode = 0700;
+constexpr mode_t kEveryoneMode = 0666;
 
 }  // namespace
 
-std::string readPrivateFile(const String& path, OpenToOthers others, unsigned char* buffer,
-                            std::size_t capacity, std::size_t& size) {
+PrivateReading readPrivateFile(const String& path, OpenToOthers others, unsigned char* buffer,
+                               std::size_t capacity, std::size_t& size, std::string& problem) {
     // Not blocking, so that a pipe without a writer is an error and no wait.
     const FileDescriptor file(
         ::open(nativeUtf8Path(path).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     if (!file) {
-        return problemText("cannot be opened", errno);
+        problem = problemText("cannot be opened", errno);
+        return PrivateReading::kFailed;
     }
     struct stat attributes {};
     if (::fstat(file.get(), &attributes) != 0 || !S_ISREG(attributes.st_mode)) {
-        return "is no plain file";
+        problem = "is no plain file";
+        return PrivateReading::kFailed;
     }
     if (others == OpenToOthers::kRefused && (attributes.st_mode & (S_IRGRP | S_IROTH)) != 0) {
-        return "can be read by others";
+        problem = "can be read by others";
+        return PrivateReading::kOpenToOthers;
     }
     size = 0;
     while (size < capacity) {
@@ -39,20 +44,26 @@ std::string readPrivateFile(const String& path, OpenToOthers others, unsigned ch
             continue;
         }
         if (count < 0) {
-            return problemText("cannot be read", errno);
+            problem = problemText("cannot be read", errno);
+            return PrivateReading::kFailed;
         }
         if (count == 0) {
             break;
         }
         size += static_cast<std::size_t>(count);
     }
-    return "";
+    return PrivateReading::kDone;
 }
 
-std::string writePrivateFile(const String& path, const unsigned char* bytes, std::size_t count) {
+bool makePrivateDirectory(const String& path) {
+    return ::mkdir(nativeUtf8Path(path).c_str(), kOwnerDirectoryMode) == 0;
+}
+
+std::string writeNewFile(const String& path, const unsigned char* bytes, std::size_t count,
+                         Readers readers) {
     const std::string native = nativeUtf8Path(path);
-    FileDescriptor file(
-        ::open(native.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kOwnerOnly));
+    const mode_t mode = readers == Readers::kOwner ? kOwnerMode : kEveryoneMode;
+    FileDescriptor file(::open(native.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode));
     if (!file) {
         return problemText("cannot be made", errno);
     }

@@ -87,5 +87,46 @@ INSTANTIATE_TEST_SUITE_P(Texts, BadUtf8Test,
                                            BadUtf8{"BeyondTheLastCharacter", "\xf4\x90\x80\x80"}),
                          testing::CaseName());
 
+TEST(Utf8ToUtf16, ConvertsEveryLengthOfSequence) {
+    EXPECT_EQ(utf8ToUtf16("a\xC3\xBC\xE2\x82\xAC\xF0\x9F\x98\x80"), u"a\u00FC\u20AC\U0001F600");
+    EXPECT_EQ(utf8ToUtf16(""), u"");
+}
+
+TEST(Utf8ToUtf16, OfWhatIsNotUtf8ThrowsBadConversion) {
+    for (const char* const text : {"\xFF", "a\xC3", "\xED\xA0\x80", "\xC0\x80"}) {
+        EXPECT_THAT([text] { utf8ToUtf16(text); },
+                    ThrowsMessage<std::range_error>(StrEq("bad conversion")));
+    }
+}
+
+TEST(PrintableText, KeepsLettersOfEveryScript) {
+    EXPECT_EQ(printableText("gr\xC3\xB6\xC3\x9F"
+                            "e \xE6\x97\xA5 \xF0\x9F\x98\x80 ~"),
+              "gr\xC3\xB6\xC3\x9F"
+              "e \xE6\x97\xA5 \xF0\x9F\x98\x80 ~");
+}
+
+TEST(PrintableText, ShowsWhatWouldPlayWithTheTerminalAsQuestionMarks) {
+    EXPECT_EQ(printableText(std::string_view("a\0b\n\t\x1B[31m\x7F", 11)), "a?b???[31m?");
+    EXPECT_EQ(printableText("\xC2\x9B"
+                            "31m"),
+              "?31m");  // U+009B
+    EXPECT_EQ(printableText("a\xE2\x80\xAE"
+                            "b"),
+              "a?b");  // U+202E
+    EXPECT_EQ(printableText("a\xE2\x81\xA6"
+                            "b"),
+              "a?b");  // U+2066
+    EXPECT_EQ(printableText("a\xE2\x80\xA8"
+                            "b"),
+              "a?b");  // U+2028
+}
+
+TEST(PrintableText, ShowsBytesThatAreNotUtf8AsQuestionMarks) {
+    EXPECT_EQ(printableText("a\xFF"
+                            "b\xC3"),
+              "a?b?");
+}
+
 }  // namespace
 }  // namespace VelmoraQuavin::internal

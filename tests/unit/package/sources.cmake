@@ -27,4 +27,25 @@ quavin_unit_test(
   manifest_targets_test.cpp
   model_metadata_test.cpp
   model_type_test.cpp
-  sized_file_test.cpp)
+  sized_file_test.cpp
+  tar_bounded_test.cpp
+  tar_depth_test.cpp
+  tar_entry_path_test.cpp
+  tar_extensions_test.cpp
+  tar_global_records_test.cpp
+  tar_header_test.cpp
+  tar_on_disk_test.cpp
+  tar_pax_records_test.cpp
+  tar_reader_test.cpp
+  tar_real_archives_test.cpp
+  tar_refused_archives_test.cpp
+  tar_refused_names_test.cpp
+  tar_secured_test.cpp
+  tar_secured_wipe_test.cpp
+  tar_unbounded_failures_test.cpp
+  tar_unbounded_names_test.cpp
+  tar_unbounded_test.cpp
+  tar_unbounded_unnoticed_test.cpp
+  tar_unsupported_test.cpp
+  tar_write_failures_test.cpp)
+target_link_libraries(quavin_package_tests PRIVATE quavin_test_packages)

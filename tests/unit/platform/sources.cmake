@@ -3,7 +3,17 @@ quavin_unit_test(
   aes_allocation_failure_test.cpp
   aes_test.cpp
   clock_test.cpp
+  confined_directory_test.cpp
   file_streams_test.cpp
   file_system_test.cpp
   native_path_test.cpp
   secure_memory_test.cpp)
+target_link_libraries(quavin_platform_tests PRIVATE quavin_test_packages)
+
+# What the system does for tools is no part of the library.
+if(QUAVIN_BUILD_TOOLS)
+  target_sources(
+    quavin_platform_tests
+    PRIVATE platform/aes_encryption_test.cpp platform/private_file_test.cpp platform/process_test.cpp)
+  target_link_libraries(quavin_platform_tests PRIVATE quavin_tool_platform_objects)
+endif()

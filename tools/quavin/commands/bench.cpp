@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
+#include <cstdlib>
 #include <iostream>
 #include <memory>
 #include <string>
@@ -30,10 +31,15 @@ struct Timings {
     double load = 0;
     double first = 0;
     std::vector<double> predictions;  // sorted
-    double elapsed = 0;
+    double elapsed = 0;               // the sum of all
 };
 
 using Clock = std::chrono::steady_clock;
+
+// "nan" is in every range.
+std::string isNumber(const std::string& text) {
+    return std::isfinite(std::strtod(text.c_str(), nullptr)) ? "" : text + " is no number";
+}
 
 double secondsSince(Clock::time_point start) {
     return std::chrono::duration<double>(Clock::now() - start).count();
@@ -64,9 +70,9 @@ Timings measure(const Options& options) {
         start = Clock::now();
         predict(*model, inputs);
         timings.predictions.push_back(secondsSince(start));
-        timings.elapsed = secondsSince(begin);
-        progress.show(timings.elapsed / options.seconds);
-    } while (timings.elapsed < options.seconds);
+        timings.elapsed += timings.predictions.back();
+        progress.show(secondsSince(begin) / options.seconds);
+    } while (secondsSince(begin) < options.seconds);
     std::sort(timings.predictions.begin(), timings.predictions.end());
     return timings;
 }
@@ -127,10 +133,11 @@ void addBenchCommand(CLI::App& app) {
         app.add_subcommand("bench", "Measures how long loading and predicting take.");
     command->add_option("PACKAGE", options->package, "The package's directory")
         ->type_name("DIR")
+        ->check(isPath())
         ->required();
     command->add_option("-s,--seconds", options->seconds, "How long to predict")
         ->type_name("NUMBER")
-        ->check(CLI::Range(0.01, 86400.0))
+        ->check(CLI::Range(0.01, 86400.0) & CLI::Validator(isNumber, ""))
         ->capture_default_str();
     addKeyOptions(*command, options->key);
     addOutputOptions(*command, options->output);

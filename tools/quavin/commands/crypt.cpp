@@ -30,7 +30,7 @@ void encryptFile(const Options& options) {
     const Key key(options.key);
     const Bytes plain = readFile(options.input);
     const Bytes secured = encrypt(plain.text(), key);
-    writeFile(options.result, secured.text());
+    writeNewFile(options.result, secured.text());
     say("Encrypted " + options.input + " (" + readableSize(plain.size()) + ") as " +
             options.result + " (" + readableSize(secured.size()) + ")",
         options.output);
@@ -61,9 +61,13 @@ void decryptFile(const Options& options) {
 CLI::App* addCommand(CLI::App& app, const char* name, const char* description,
                      const std::shared_ptr<Options>& options) {
     CLI::App* const command = app.add_subcommand(name, description);
-    command->add_option("INPUT", options->input, "The file to read")->type_name("FILE")->required();
+    command->add_option("INPUT", options->input, "The file to read")
+        ->type_name("FILE")
+        ->check(isPath())
+        ->required();
     command->add_option("OUTPUT", options->result, "The new file to write")
         ->type_name("FILE")
+        ->check(isPath())
         ->required();
     addKeyOptions(*command, options->key);
     addQuietOption(*command, options->output);

@@ -1,19 +1,16 @@
-#include <algorithm>
 #include <filesystem>
 #include <iostream>
 #include <map>
 #include <memory>
-#include <optional>
 #include <string>
 #include <system_error>
 #include <vector>
 
 #include "command_line.h"
 #include "files.h"
+#include "inspected_package.h"
 #include "package.h"
-#include "package/tar_reader.h"
 #include "printing.h"
-#include "temporary_directory.h"
 
 namespace quavin_tool {
 namespace {
@@ -23,18 +20,10 @@ using VelmoraQuavin::ModelComponent;
 using VelmoraQuavin::ModelFeatureDescriptor;
 using VelmoraQuavin::ModelTarget;
 using VelmoraQuavin::QuavinModelType;
-using VelmoraQuavin::internal::TarEntry;
-using VelmoraQuavin::internal::TarReader;
 
 struct Options {
     std::string package;
     OutputOptions output;
-};
-
-/// A manifest, and how large the files are that it names; by their paths in the package.
-struct Inspected {
-    Metadata metadata;
-    std::map<std::string, std::uint64_t> sizes;
 };
 
 using Targets = std::map<QuavinModelType, const ModelTarget*>;
@@ -63,84 +52,6 @@ std::string keyOf(QuavinModelType type) {
         default:
             return EngineKey::MockML.str();
     }
-}
-
-Inspected inspectDirectory(const std::string& package) {
-    Inspected inspected{readManifest(package), {}};
-    for (const auto& [type, target] : inspected.metadata->getTargets()) {
-        for (const ModelComponent& component : target.components) {
-            std::error_code missing;
-            const std::string path = component.path.str();
-            const std::uint64_t size =
-                fs::file_size(fs::u8path(componentPath(package, component.path)), missing);
-            if (!missing) {
-                inspected.sizes[path] = size;
-            }
-        }
-    }
-    return inspected;
-}
-
-// "./" is how archives of "." begin their names.
-std::string cleanName(const std::string& name) {
-    return name.substr(0, 2) == "./" ? name.substr(2) : name;
-}
-
-// The part of a name before "manifest.json", where that stands at most one directory deep.
-std::optional<std::string> rootOfManifest(const std::string& name) {
-    constexpr std::string_view kManifest = "manifest.json";
-    if (name == kManifest) {
-        return "";
-    }
-    const std::size_t separator = name.find('/');
-    if (separator == std::string::npos || name.substr(separator + 1) != kManifest) {
-        return std::nullopt;
-    }
-    return name.substr(0, separator + 1);
-}
-
-// Nothing tells an encrypted archive from any other bytes.
-[[noreturn]] void explainChecksum(const std::string& path) {
-    throw VelmoraQuavin::Exception(
-        path +
-            " is no tar archive; an encrypted one shows nothing before it is unpacked with its key",
-        VelmoraQuavin::TAR_CHECKSUM_MISMATCH);
-}
-
-Inspected inspectArchive(const std::string& path) {
-    const Bytes archive = readFile(path);
-    using VelmoraQuavin::internal::kTarBlockSize;
-    if (archive.size() < kTarBlockSize ||
-        !VelmoraQuavin::internal::TarHeader(archive.data()).checksumMatches()) {
-        explainChecksum(path);
-    }
-    const TemporaryDirectory temporary;
-    std::map<std::string, std::uint64_t> sizes;
-    std::optional<std::string> root;
-    TarReader reader(archive.data(), archive.size());
-    for (TarEntry entry; reader.next(entry);) {
-        if (entry.kind != TarEntry::Kind::kFile) {
-            continue;
-        }
-        const std::string name = cleanName(entry.name);
-        sizes[name] = entry.size;
-        const std::optional<std::string> candidate = rootOfManifest(name);
-        if (candidate.has_value() && !root.has_value()) {
-            root = candidate;
-            writeFile(join(temporary.path(), "manifest.json"),
-                      {reinterpret_cast<const char*>(entry.content), entry.size});
-        }
-    }
-    if (!root.has_value()) {
-        throw VelmoraQuavin::ModelMetaDataException(path + " holds no manifest.json");
-    }
-    Inspected inspected{readManifest(temporary.path()), {}};
-    for (const auto& [name, size] : sizes) {
-        if (name.substr(0, root->size()) == *root) {
-            inspected.sizes[name.substr(root->size())] = size;
-        }
-    }
-    return inspected;
 }
 
 std::string kindOf(const ModelFeatureDescriptor& feature) {
@@ -250,6 +161,7 @@ void addInspectCommand(CLI::App& app) {
         app.add_subcommand("inspect", "Shows what a package or an archive holds. Needs no key.");
     command->add_option("PACKAGE", options->package, "The package's directory, or its archive")
         ->type_name("DIR|FILE.tar")
+        ->check(isPath())
         ->required();
     addOutputOptions(*command, options->output);
     command->callback([options] { inspect(*options); });

@@ -40,6 +40,7 @@ void addKeygenCommand(CLI::App& app) {
         app.add_subcommand("keygen", "Makes a random key, in a file for its owner alone.");
     command->add_option("FILE", options->file, "The new file to write the key to")
         ->type_name("")
+        ->check(isPath())
         ->required();
     command->add_flag("--raw", options->raw, "Write 16 raw bytes instead of 32 digits");
     addQuietOption(*command, options->output);

@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <filesystem>
 #include <iostream>
 #include <memory>
@@ -10,10 +9,9 @@
 #include "command_line.h"
 #include "files.h"
 #include "key.h"
-#include "manifest_text.h"
-#include "package.h"
+#include "package/tar_entry_path.h"
+#include "package_builder.h"
 #include "printing.h"
-#include "quavin/network.h"
 #include "secured_bytes.h"
 #include "tar_text.h"
 #include "temporary_directory.h"
@@ -22,7 +20,6 @@ namespace quavin_tool {
 namespace {
 
 namespace fs = std::filesystem;
-using VelmoraQuavin::Filepath;
 using VelmoraQuavin::InvalidArgumentsException;
 using VelmoraQuavin::ModelFeatureDescriptor;
 
@@ -37,40 +34,20 @@ struct Options {
     OutputOptions output;
 };
 
-struct PackageFile {
-    std::string name;
-    Bytes content;
-};
-
-struct Package {
-    Descriptors inputs;
-    Descriptors outputs;
-    std::vector<PackageFile> files;
-};
-
-constexpr std::string_view kManifest = "manifest.json";
-constexpr std::string_view kArchiveEnding = ".tar";
-
-bool endsWith(std::string_view text, std::string_view ending) {
-    return text.size() >= ending.size() && text.substr(text.size() - ending.size()) == ending;
-}
-
-bool encryptsComponents(const Options& options) {
-    return options.encrypt == "components";
-}
+using Package = std::vector<PackageFile>;
 
 bool encryptsArchive(const Options& options) {
     return options.encrypt == "archive";
 }
 
 bool makesArchive(const Options& options) {
-    return endsWith(options.result, kArchiveEnding);
+    constexpr std::string_view kEnding = ".tar";
+    const std::string_view result = options.result;
+    return result.size() >= kEnding.size() &&
+           result.substr(result.size() - kEnding.size()) == kEnding;
 }
 
-std::string stemOf(const std::string& path) {
-    return fs::u8path(fileName(path)).stem().u8string();
-}
-
+// What is wrong with the call itself.
 void checkOptions(const Options& options) {
     const bool encrypts = !options.encrypt.empty();
     if (encrypts && !options.key.given()) {
@@ -87,68 +64,17 @@ void checkOptions(const Options& options) {
     }
 }
 
-// The weights beside the network, where they are not named; none for a network without constants.
-std::string findWeights(const Options& options) {
-    if (!options.weights.empty()) {
-        return options.weights;
-    }
-    const std::string beside = fs::u8path(options.network).replace_extension(".bin").u8string();
-    std::error_code ignored;
-    return fs::exists(fs::u8path(beside), ignored) ? beside : "";
-}
-
-void checkInput(const ModelFeatureDescriptor& input) {
-    const VelmoraQuavin::TensorDescriptor& tensor = input.tensorDescriptor();
-    const std::string name = "The input \"" + printable(input.name()) + "\"";
-    if (!isInputType(tensor.tensorType())) {
-        throw VelmoraQuavin::InvalidTensorDataTypeException(
-            name + " has the element type " + typeName(tensor.tensorType()) +
-            ", and predictions take float, int8, int16 and int32: convert the network's input, "
-            "for example with a Convert layer behind an int32 input");
-    }
-    if (tensor.shape().size() == 0) {
-        throw InvalidArgumentsException(name + " has no elements (shape " +
-                                        shapeText(tensor.shape()) +
-                                        "): export the network with another shape");
-    }
-}
-
-void describe(const Options& options, const std::string& weights, Package& package) {
-    const VelmoraQuavin::QuavinStatus status = VelmoraQuavin::describeNetwork(
-        Filepath(options.network), Filepath(weights), package.inputs, package.outputs);
-    if (!status.ok()) {
-        const std::string text = status.getDescription().str();
-        std::string advice = "; what can be packed is OpenVINO IR of version 10 or 11";
-        if (text.find("dynamic dimensions") != std::string::npos) {
-            advice = "; export it with fixed dimensions";
-        } else if (weights.empty()) {
-            advice = "; there is no .bin file beside it: name its weights if it has any";
-        }
-        throw VelmoraQuavin::Exception(options.network + " cannot be packed: " + text + advice,
-                                       status.getCode());
-    }
-    if (package.inputs.empty() || package.outputs.empty()) {
-        throw InvalidArgumentsException(options.network +
-                                        " has no inputs or no outputs, and a package needs both");
-    }
-    std::for_each(package.inputs.begin(), package.inputs.end(), checkInput);
-}
-
-std::vector<std::string> namesInPackage(const Options& options, const std::string& weights) {
-    const std::string network = fileName(options.network);
-    std::string constants = weights.empty() ? stemOf(network) + ".bin" : fileName(weights);
-    if (network == constants || network == kManifest || constants == kManifest) {
+// One that every form of extraction takes.
+std::string rootName(const Options& options) {
+    std::string root = options.root.empty() ? stemOf(options.result) : options.root;
+    if (root.find_first_of(" \t\n\v\f\r/\\") != std::string::npos || root == "." ||
+        !VelmoraQuavin::internal::parseTarEntryPath(root).refusal.empty()) {
         throw InvalidArgumentsException(
-            "The network, its weights and \"manifest.json\" need names of their own, not " +
-            network + " and " + constants);
+            "\"" + root +
+            "\" cannot be the archive's directory, since not every host unpacks such a name: "
+            "choose another with --root, without white space and separators");
     }
-    return {network, std::move(constants)};
-}
-
-Bytes bytesOf(std::string_view text) {
-    Bytes bytes(text.size());
-    std::copy(text.begin(), text.end(), bytes.data());
-    return bytes;
+    return root;
 }
 
 Identity fillIn(Identity identity, const Options& options) {
@@ -158,90 +84,50 @@ Identity fillIn(Identity identity, const Options& options) {
     return identity;
 }
 
-Package makePackage(const Options& options, const Key* key) {
-    const std::string weights = findWeights(options);
-    Package package;
-    describe(options, weights, package);
-    const std::vector<std::string> names = namesInPackage(options, weights);
-    const bool secured = encryptsComponents(options);
-
-    Bytes contents[] = {readFile(options.network), weights.empty() ? Bytes(0) : readFile(weights)};
-    package.files.push_back(
-        {std::string(kManifest), bytesOf(manifestText(fillIn(options.identity, options), names,
-                                                      secured, package.inputs, package.outputs))});
-    for (std::size_t i = 0; i < names.size(); ++i) {
-        package.files.push_back(
-            {names[i], secured ? encrypt(contents[i].text(), *key) : std::move(contents[i])});
-    }
-    return package;
-}
-
-// What is written is what was tried: the package is loaded from its files and predicts once.
-void tryPackage(const std::string& directory, const Key* key) {
-    const Metadata metadata = readManifest(directory);
-    if (key != nullptr) {
-        setKey(engineTarget(*metadata), *key);
-    }
-    const std::shared_ptr<VelmoraQuavin::QuavinModel> model = loadModel(metadata);
-    predict(*model, zeroInputs(*model));
-}
-
-std::string rootName(const Options& options) {
-    std::string root = options.root.empty() ? stemOf(options.result) : options.root;
-    if (root.empty() || root.find_first_of(" \t\n\v\f\r/\\") != std::string::npos || root == "." ||
-        root == "..") {
-        throw InvalidArgumentsException(
-            "\"" + root +
-            "\" cannot be the archive's directory, since not every host unpacks such a name: "
-            "choose another with --root, without white space and separators");
-    }
-    return root;
-}
-
 void writeArchive(const Options& options, const Package& package, const Key* key,
                   const std::string& path) {
     const std::string root = rootName(options) + "/";
     TarText tar;
     tar.addDirectory(root);
-    for (const PackageFile& file : package.files) {
+    for (const PackageFile& file : package) {
         tar.addFile(root + file.name, file.content.text());
     }
     const Bytes archive = tar.finish();
     if (encryptsArchive(options)) {
-        writeFile(path, encrypt(archive.text(), *key).text());
+        writeNewFile(path, encrypt(archive.text(), *key).text());
     } else {
-        writeFile(path, archive.text());
+        writeNewFile(path, archive.text());
     }
 }
 
-void report(const Options& options, const Package& package) {
-    if (options.output.json) {
-        JsonOutput json;
+void printJson(const Options& options, const Package& package, const NetworkFiles& network) {
+    JsonOutput json;
+    json.beginObject();
+    json.member("output", options.result);
+    json.beginArray("files");
+    for (const PackageFile& file : package) {
         json.beginObject();
-        json.member("output", options.result);
-        json.beginArray("files");
-        for (const PackageFile& file : package.files) {
-            json.beginObject();
-            json.member("name", file.name);
-            json.member("bytes", file.content.size());
-            json.endObject();
+        json.member("name", file.name);
+        json.member("bytes", file.content.size());
+        json.endObject();
+    }
+    json.endArray();
+    for (const auto& [name, ports] :
+         {std::pair{"inputs", &network.inputs}, std::pair{"outputs", &network.outputs}}) {
+        json.beginArray(name);
+        for (const ModelFeatureDescriptor& port : *ports) {
+            json.port(port);
         }
         json.endArray();
-        for (const auto& [name, ports] :
-             {std::pair{"inputs", &package.inputs}, std::pair{"outputs", &package.outputs}}) {
-            json.beginArray(name);
-            for (const ModelFeatureDescriptor& port : *ports) {
-                json.port(port);
-            }
-            json.endArray();
-        }
-        json.endObject();
-        std::cout << json.text() << '\n';
-        return;
     }
+    json.endObject();
+    std::cout << json.text() << '\n';
+}
+
+void print(const Options& options, const NetworkFiles& network) {
     std::vector<std::vector<std::string>> rows;
     for (const auto& [name, ports] :
-         {std::pair{"input", &package.inputs}, std::pair{"output", &package.outputs}}) {
+         {std::pair{"input", &network.inputs}, std::pair{"output", &network.outputs}}) {
         for (const ModelFeatureDescriptor& port : *ports) {
             rows.push_back({name, printable(port.name()),
                             typeName(port.tensorDescriptor().tensorType()),
@@ -249,7 +135,7 @@ void report(const Options& options, const Package& package) {
         }
     }
     std::string text = "Packed " + options.network + " as " + options.result + "\n" + table(rows);
-    text.pop_back();
+    text.pop_back();  // the last line's end
     say(text, options.output);
 }
 
@@ -259,29 +145,41 @@ void pack(const Options& options) {
     if (makesArchive(options)) {
         rootName(options);
     }
-    const std::unique_ptr<Key> key =
-        options.key.given() ? std::make_unique<Key>(options.key) : nullptr;
-    const Package package = makePackage(options, key.get());
+    const std::unique_ptr<Key> key = readKey(options.key);
+    const NetworkFiles network = readNetworkFiles(options.network, options.weights);
+    const Identity identity = fillIn(options.identity, options);
 
     // Made beside its place and moved there whole, so that no half of a package is left behind.
     fs::path target = fs::absolute(fs::u8path(options.result));
     target = target.has_filename() ? target : target.parent_path();
-    makeDirectories(target.parent_path().u8string());
-    const TemporaryDirectory stage(target.parent_path().u8string());
+    const std::string place = target.parent_path().u8string();
+    NewDirectories parents(place);
+    const TemporaryDirectory stage(place);
     const std::string directory = join(stage.path(), "package");
-    makeDirectories(directory);
-    for (const PackageFile& file : package.files) {
-        writeFile(join(directory, file.name), file.content.text());
-    }
-    tryPackage(directory, encryptsComponents(options) ? key.get() : nullptr);
+    NewDirectories(directory).keep();
+
+    // What goes into an encrypted archive is tried in a secured form of its own, with a key that
+    // nobody else has: nothing plain gets onto the disk.
+    const Key throwaway;
+    const Key* const trialKey = encryptsArchive(options) ? &throwaway : key.get();
+    Package package = makePackage(identity, network, trialKey);
+    writeAndTry(package, directory, trialKey);
 
     std::string result = directory;
     if (makesArchive(options)) {
+        if (encryptsArchive(options)) {
+            package = makePackage(identity, network, nullptr);
+        }
         result = join(stage.path(), "archive");
         writeArchive(options, package, key.get(), result);
     }
     fs::rename(fs::u8path(result), target);
-    report(options, package);
+    parents.keep();
+    if (options.output.json) {
+        printJson(options, package, network);
+    } else {
+        print(options, network);
+    }
 }
 
 }  // namespace
@@ -292,15 +190,18 @@ void addPackCommand(CLI::App& app) {
         app.add_subcommand("pack", "Makes a package, or an archive of one, from a network.");
     command->add_option("NETWORK", options->network, "The network, OpenVINO IR (.xml)")
         ->type_name("FILE")
+        ->check(isPath())
         ->required();
     command
         ->add_option("WEIGHTS", options->weights,
                      "Its weights (.bin); by default the file beside it")
-        ->type_name("FILE");
+        ->type_name("FILE")
+        ->check(isPath());
     command
         ->add_option("-o,--output", options->result,
                      "The new directory, or the new archive if it ends in .tar")
         ->type_name("DIR|FILE.tar")
+        ->check(isPath())
         ->required();
     const auto addText = [command](const char* name, std::string& value, const char* description) {
         command->add_option(name, value, description)->type_name("TEXT");

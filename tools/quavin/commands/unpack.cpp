@@ -1,6 +1,7 @@
 #include <iostream>
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "command_line.h"
 #include "files.h"
@@ -21,13 +22,23 @@ struct Options {
     OutputOptions output;
 };
 
-QuavinStatus extract(const Options& options, const Bytes& archive, Filepath& destination) {
-    if (!options.key.given()) {
-        return FileUtils::extractTarball(archive.data(), archive.size(), destination);
+QuavinStatus extract(const Bytes& archive, const Key* key, Filepath& destination) {
+    return key == nullptr ? FileUtils::extractTarball(archive.data(), archive.size(), destination)
+                          : FileUtils::extractSecuredTarball(archive.data(), archive.size(),
+                                                             key->bytes(), destination);
+}
+
+// Once in 256 times the vector of an encrypted archive begins like the end of a plain one, which
+// has a whole block of zeros there.
+void requirePlain(const Bytes& archive, const std::string& path) {
+    constexpr std::size_t kBlock = 512;
+    const std::string_view begin = archive.text().substr(0, kBlock);
+    if (!begin.empty() && begin.front() == '\0' &&
+        begin.find_first_not_of('\0') != std::string_view::npos) {
+        throw VelmoraQuavin::Exception(
+            path + " is no tar archive; an encrypted one needs --key-file or --key-env",
+            VelmoraQuavin::TAR_CHECKSUM_MISMATCH);
     }
-    const Key key(options.key);
-    return FileUtils::extractSecuredTarball(archive.data(), archive.size(), key.bytes(),
-                                            destination);
 }
 
 // What is encrypted, or was decrypted with another key, is noticed by its checksums.
@@ -42,15 +53,15 @@ QuavinStatus withAdvice(QuavinStatus status, const Options& options) {
 }
 
 void unpack(const Options& options) {
+    const std::unique_ptr<Key> key = readKey(options.key);
     const Bytes archive = readFile(options.archive);
-    const bool wasThere = isThere(options.directory);
-    makeDirectories(options.directory);
-    Filepath destination(options.directory);
-    const QuavinStatus status = extract(options, archive, destination);
-    if (!status.ok() && !wasThere) {
-        removeIfEmpty(options.directory);
+    if (key == nullptr) {
+        requirePlain(archive, options.archive);
     }
-    require(withAdvice(status, options));
+    NewDirectories directories(options.directory);
+    Filepath destination(options.directory);
+    require(withAdvice(extract(archive, key.get(), destination), options));
+    directories.keep();
     // Without a directory entry nothing has become the root.
     const bool hasRoot = *destination.c_str() != 0;
     const std::string root = hasRoot ? shellPath(destination) : options.directory;
@@ -72,9 +83,11 @@ void addUnpackCommand(CLI::App& app) {
     CLI::App* const command = app.add_subcommand("unpack", "Unpacks an archive below a directory.");
     command->add_option("FILE", options->archive, "The archive, plain or encrypted")
         ->type_name("")
+        ->check(isPath())
         ->required();
     command->add_option("DIR", options->directory, "The directory, made where it is missing")
         ->type_name("")
+        ->check(isPath())
         ->required();
     addKeyOptions(*command, options->key);
     addOutputOptions(*command, options->output);

@@ -19,9 +19,9 @@ struct Options {
 void printJson(const Findings& findings) {
     JsonOutput json;
     json.beginObject();
-    json.member("ok", !hasErrors(findings));
+    json.member("ok", !findings.hasErrors());
     json.beginArray("findings");
-    for (const Finding& finding : findings) {
+    for (const Finding& finding : findings.all()) {
         json.beginObject();
         json.member("level", finding.isError ? "error" : "warning");
         json.member("where", finding.where);
@@ -35,25 +35,25 @@ void printJson(const Findings& findings) {
 }
 
 void print(const Findings& findings, const Options& options) {
-    for (const Finding& finding : findings) {
+    for (const Finding& finding : findings.all()) {
         std::cout << inMood(finding.isError ? "error" : "warning",
                             finding.isError ? Mood::kBad : Mood::kWarning, options.output)
                   << ": " << printable(finding.where) << ": " << printable(finding.what) << "\n    "
                   << printable(finding.advice) << '\n';
     }
-    if (!hasErrors(findings)) {
+    if (!findings.hasErrors()) {
         say(inMood("ok", Mood::kGood, options.output) + ": " + options.package +
-                " loads, matches its network and predicts",
+                (findings.all().empty() ? " loads, matches its network and predicts"
+                                        : " can be used; see the warnings"),
             options.output);
     }
 }
 
 void verify(const Options& options) {
-    const std::unique_ptr<Key> key =
-        options.key.given() ? std::make_unique<Key>(options.key) : nullptr;
+    const std::unique_ptr<Key> key = readKey(options.key);
     const Findings findings = checkPackage(options.package, key.get());
     options.output.json ? printJson(findings) : print(findings, options);
-    if (hasErrors(findings)) {
+    if (findings.hasErrors()) {
         throw VelmoraQuavin::ModelMetaDataException(options.package + " cannot be used as it is");
     }
 }
@@ -66,6 +66,7 @@ void addVerifyCommand(CLI::App& app) {
         app.add_subcommand("verify", "Checks a package's files, manifest and network.");
     command->add_option("PACKAGE", options->package, "The package's directory")
         ->type_name("DIR")
+        ->check(isPath())
         ->required();
     addKeyOptions(*command, options->key);
     addOutputOptions(*command, options->output);

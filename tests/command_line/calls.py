@@ -1,0 +1,44 @@
+"""A call of each command, and a directory in which it works."""
+
+import shutil
+import subprocess
+
+import packages
+from support import KEY_HEX, CommandLineTest
+
+# Each with as few arguments as make sense.
+COMMANDS = {
+    "pack": ["net.xml", "-o", "new"],
+    "inspect": ["package"],
+    "verify": ["package"],
+    "run": ["package", "-i", "x=x.npy", "-o", "results"],
+    "bench": ["package"],
+    "unpack": ["a.tar", "new"],
+    "encrypt": ["plain", "new", "--key-file", "key"],
+    "decrypt": ["secured", "new", "--key-file", "key"],
+    "keygen": ["new"],
+}
+REPORTING = ["pack", "inspect", "verify", "run", "bench", "unpack"]
+
+
+class WithAPackage(CommandLineTest):
+    """A directory in which the arguments of COMMANDS work."""
+
+    def setUp(self):
+        super().setUp()
+        packages.write_network(self.dir, packages.networks.affine())
+        packages.write_package(self.dir / "package")
+        packages.networks.np.save(self.dir / "x.npy", packages.networks.OFFSETS)
+        subprocess.run(["tar", "-cf", "a.tar", "package"], cwd=self.dir, check=True)
+        self.key_file()
+        self.write("plain", "some text")
+        self.write("secured", packages.openssl_encrypt(b"some text", KEY_HEX, bytes(range(16))))
+
+    def call(self, command, *options):
+        quick = ["--seconds", "0.01"] if command == "bench" else []
+        return [command, *COMMANDS[command], *quick, *options]
+
+    def remove_results(self):
+        for name in "new", "results":
+            path = self.dir / name
+            shutil.rmtree(path) if path.is_dir() else path.unlink(missing_ok=True)

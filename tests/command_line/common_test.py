@@ -1,0 +1,145 @@
+"""What holds for the tool and for each of its commands."""
+
+import re
+import subprocess
+import unittest
+
+import process
+from calls import COMMANDS, REPORTING, WithAPackage
+from support import KEY_HEX, CommandLineTest
+
+
+class Help(CommandLineTest):
+    def test_goes_to_standard_output_for_the_tool_and_each_command(self):
+        for arguments in [], *([command] for command in COMMANDS):
+            for option in "--help", "-h":
+                with self.subTest(arguments=arguments, option=option):
+                    self.assertIn("Usage: quavin", self.succeed(*arguments, option))
+
+    def test_of_the_tool_names_each_command(self):
+        listed = re.findall(r"^  ([a-z]+) ", self.succeed("--help").split("Commands:")[1], re.M)
+        self.assertEqual(sorted(listed), sorted(COMMANDS))
+
+    def test_version_goes_to_standard_output(self):
+        self.assertRegex(self.succeed("--version"), r"\Aquavin \d+\.\d+\.\d+\n\Z")
+
+
+class Misuse(CommandLineTest):
+    def test_no_arguments(self):
+        self.misused()
+
+    def test_an_unknown_command(self):
+        self.misused("frobnicate")
+
+    def test_an_unknown_option(self):
+        for command, arguments in COMMANDS.items():
+            with self.subTest(command), self.nothing_changes():
+                self.assertIn("--frobnicate", self.misused(command, *arguments, "--frobnicate"))
+
+    def test_too_many_arguments(self):
+        for command, arguments in COMMANDS.items():
+            with self.subTest(command), self.nothing_changes():
+                self.misused(command, *arguments, "one", "more")
+
+    def test_missing_arguments(self):
+        for command in COMMANDS:
+            with self.subTest(command):
+                self.misused(command)
+
+    def test_each_required_argument_is_missed(self):
+        for arguments in (
+            ["pack", "net.xml"],
+            ["pack", "-o", "new"],
+            ["run", "package", "-o", "results"],
+            ["run", "package", "-i", "x=x.npy"],
+            ["unpack", "a.tar"],
+            ["encrypt", "plain", "--key-file", "key"],
+            ["encrypt", "plain", "new"],
+            ["decrypt", "secured", "new"],
+        ):
+            with self.subTest(arguments), self.nothing_changes():
+                self.misused(*arguments)
+
+    def test_two_sources_of_a_key(self):
+        self.key_file()
+        for command in "encrypt", "decrypt", "verify", "run", "bench", "unpack", "pack":
+            arguments = [a for a in COMMANDS[command] if a not in ("--key-file", "key")]
+            with self.subTest(command):
+                both = ["--key-file", "key", "--key-env", "KEY"]
+                self.misused(command, *arguments, *both, KEY=KEY_HEX)
+
+    def test_a_key_as_an_argument_is_not_taken_and_not_repeated(self):
+        self.write("plain", "text")
+        for key in ["--key", KEY_HEX], ["--key=" + KEY_HEX], ["-k", KEY_HEX], [KEY_HEX]:
+            with self.subTest(key), self.nothing_changes():
+                self.misused("encrypt", "plain", "new", *key)
+
+    def test_what_is_wrong_is_told_without_control_characters(self):
+        self.assertNotIn("\x1b", self.misused("keygen", "new", "--\x1b[31mred"))
+        self.assertNotIn("\x1b", self.refused(3, "inspect", "\x1b[31mred"))
+
+
+class Output(WithAPackage):
+    def test_json_is_the_only_thing_on_standard_output(self):
+        for command in REPORTING:
+            with self.subTest(command):
+                self.succeed_json(*self.call(command))
+                self.remove_results()
+
+    def test_quiet_leaves_results_and_errors_alone(self):
+        silent = "pack", "verify", "unpack", "encrypt", "decrypt", "keygen"
+        for command in COMMANDS:
+            with self.subTest(command):
+                out = self.succeed(*self.call(command, "--quiet"))
+                self.assertEqual(out == "", command in silent, out)
+                self.remove_results()
+        self.refused(3, "inspect", "nothing", "--quiet")
+
+    def test_that_cannot_be_written_is_a_failure(self):
+        calls = [self.call(command) for command in COMMANDS]
+        calls += [self.call(command, "--json") for command in REPORTING]
+        for call in calls:
+            with self.subTest(call):
+                self.refuse_to_write_nowhere(call)
+                self.remove_results()
+
+    def test_help_that_cannot_be_written_is_a_failure(self):
+        for call in ["--help"], ["--version"], ["pack", "--help"]:
+            with self.subTest(call):
+                self.refuse_to_write_nowhere(call)
+
+    def test_that_is_closed_is_a_failure(self):
+        for command in COMMANDS:
+            with self.subTest(command):
+                self.refuse_to_write_to_a_closed_stream(self.call(command))
+                self.remove_results()
+
+    def test_help_is_a_failure_where_output_is_closed(self):
+        self.refuse_to_write_to_a_closed_stream(["--help"])
+
+    def test_that_is_closed_does_not_get_into_a_file(self):
+        self.refuse_to_write_to_a_closed_stream(self.call("decrypt"))
+        self.assertEqual((self.dir / "new").read_bytes(), b"some text")
+
+    def refuse_to_write_nowhere(self, call):
+        with open("/dev/full", "wb") as full:
+            self.assertIn("output", self.refused(3, *call, stdout=full))
+
+    def refuse_to_write_to_a_closed_stream(self, call):
+        done = subprocess.run(
+            ["sh", "-c", 'exec "$@" >&-', "sh", process.TOOL, *call],
+            cwd=self.dir,
+            env=process.clean_environment(TMPDIR=str(self.temporary)),
+            stderr=subprocess.PIPE,
+            check=False,
+        )
+        self.assertEqual(done.returncode, 1)
+        self.failure_text(3, process.Result(1, "", done.stderr.decode()))
+
+    def test_names_like_those_of_commands_are_names(self):
+        self.succeed("keygen", "pack")
+        self.assertTrue((self.dir / "pack").is_file())
+
+
+if __name__ == "__main__":
+    unittest.main()

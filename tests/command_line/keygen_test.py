@@ -1,0 +1,158 @@
+"""quavin keygen, and in which forms commands take a key."""
+
+import os
+import stat
+import unittest
+
+import packages
+from support import KEY, KEY_HEX, OTHER_KEY_HEX, CommandLineTest
+
+
+class Keygen(CommandLineTest):
+    def made(self, name="key", *options):
+        out = self.succeed("keygen", name, *options)
+        content = (self.dir / name).read_bytes()
+        self.assertNotIn(content.strip(), out.encode())
+        return content
+
+    def test_writes_32_digits_and_a_line_end(self):
+        self.assertRegex(self.made(), rb"\A[0-9a-f]{32}\n\Z")
+
+    def test_writes_16_raw_bytes_where_they_are_wanted(self):
+        self.assertEqual(len(self.made("key", "--raw")), 16)
+
+    def test_makes_another_key_each_time(self):
+        keys = [self.made(f"key{i}") for i in range(4)]
+        keys += [self.made(f"raw{i}", "--raw").hex().encode() + b"\n" for i in range(4)]
+        self.assertEqual(len(set(keys)), 8)
+
+    def test_lets_nobody_else_read_it(self):
+        self.addCleanup(os.umask, os.umask(0))
+        for options in [], ["--raw"]:
+            name = "key" + "".join(options)
+            self.made(name, *options)
+            self.assertEqual(stat.S_IMODE((self.dir / name).stat().st_mode), 0o600)
+
+    def test_leaves_what_is_there(self):
+        self.key_file()
+        (self.dir / "directory").mkdir()
+        (self.dir / "link").symlink_to("nowhere")
+        for name in "key", "directory", "link":
+            with self.subTest(name), self.nothing_changes():
+                self.assertIn("there already", self.refused(7, "keygen", name))
+
+    def test_says_where_it_could_not_write(self):
+        self.assertIn("none/key", self.refused(3, "keygen", "none/key"))
+
+    def test_makes_keys_that_openssl_takes(self):
+        self.write("plain", "some text")
+        for options in [], ["--raw"]:
+            with self.subTest(options):
+                name = "key" + "".join(options)
+                content = self.made(name, *options)
+                self.succeed("encrypt", "plain", "for" + name, "--key-file", name)
+                key = content.hex() if options else content.decode().strip()
+                secured = (self.dir / ("for" + name)).read_bytes()
+                self.assertEqual(packages.openssl_decrypt(secured, key), b"some text")
+
+
+class KeyForms(CommandLineTest):
+    def setUp(self):
+        super().setUp()
+        self.write("secured", packages.openssl_encrypt(b"some text", KEY_HEX, bytes(range(16))))
+
+    def assert_taken(self, *options, **environment):
+        self.succeed("decrypt", "secured", "plain", *options, **environment)
+        self.assertEqual((self.dir / "plain").read_bytes(), b"some text")
+        (self.dir / "plain").unlink()
+
+    def reason_against(self, code, *options, **environment):
+        with self.nothing_changes():
+            return self.refused(code, "decrypt", "secured", "plain", *options, **environment)
+
+    def test_files_of_each_form(self):
+        digits = KEY_HEX.encode()
+        upper = digits.upper()
+        for content in KEY, digits, digits + b"\n", digits + b"\r\n", upper, upper + b"\r\n":
+            with self.subTest(content):
+                self.key_file(content)
+                self.assert_taken("--key-file", "key")
+
+    def test_variables_of_each_form(self):
+        for value in KEY_HEX, KEY_HEX.upper(), KEY_HEX + "\n", os.fsdecode(KEY):
+            with self.subTest(value):
+                self.assert_taken("--key-env", "THE_KEY", THE_KEY=value)
+
+    def test_files_that_hold_no_key(self):
+        digits = KEY_HEX.encode()
+        contents = [b"", KEY[:-1], KEY + b"\n", digits[:-1], digits + b"0", digits + b"\n\n"]
+        contents += [b" " + digits, digits + b" \n", digits[:-1] + b"g", b"0x" + digits[2:]]
+        contents += [digits + b"\r", bytes(40), bytes(1 << 20), (digits + b"\n") * 2]
+        for content in contents:
+            with self.subTest(content[:50]):
+                self.key_file(content)
+                reason = self.reason_against(7, "--key-file", "key")
+                self.assertIn("key", reason)
+                self.assertIn("32 hexadecimal digits", reason)
+
+    def test_variables_that_hold_no_key(self):
+        for value in "", "short", KEY_HEX[:-1] + "x", KEY_HEX + "00", KEY_HEX * 2:
+            with self.subTest(value):
+                reason = self.reason_against(7, "--key-env", "THE_KEY", THE_KEY=value)
+                self.assertIn("THE_KEY", reason)
+                self.assertIn("32 hexadecimal digits", reason)
+
+    def test_a_variable_that_is_missing(self):
+        self.assertIn("THE_KEY", self.reason_against(7, "--key-env", "THE_KEY", THE_KEY=None))
+
+    def test_another_key(self):
+        self.key_file(OTHER_KEY_HEX)
+        self.assertIn("key is wrong", self.reason_against(3, "--key-file", "key"))
+
+    def test_both_sources(self):
+        self.key_file()
+        with self.nothing_changes():
+            both = ["--key-file", "key", "--key-env", "THE_KEY"]
+            self.misused("decrypt", "secured", "plain", *both, THE_KEY=KEY_HEX)
+
+    def test_no_source(self):
+        with self.nothing_changes():
+            self.assertIn("--key-file", self.misused("decrypt", "secured", "plain"))
+            self.assertIn("--key-file", self.misused("encrypt", "secured", "again"))
+
+    def test_a_file_that_others_may_read(self):
+        for mode in 0o640, 0o604, 0o644, 0o666:
+            with self.subTest(oct(mode)):
+                self.key_file(mode=mode)
+                reason = self.reason_against(3, "--key-file", "key")
+                self.assertIn("key can be read by others", reason)
+                self.assertIn("--allow-open-key-file", reason)
+                self.assert_taken("--key-file", "key", "--allow-open-key-file")
+
+    def test_a_file_that_its_owner_alone_may_read(self):
+        self.key_file(mode=0o400)
+        self.assert_taken("--key-file", "key")
+
+    def test_a_link_to_a_file(self):
+        self.key_file()
+        (self.dir / "link").symlink_to("key")
+        self.assert_taken("--key-file", "link")
+        self.key_file(mode=0o644)
+        self.assertIn("others", self.reason_against(3, "--key-file", "link"))
+
+    def test_what_is_no_file(self):
+        (self.dir / "directory").mkdir()
+        os.mkfifo(self.dir / "pipe", 0o600)  # without a writer
+        for name in "directory", "pipe", "/dev/null", "/dev/zero":
+            with self.subTest(name):
+                options = ["--key-file", name, "--allow-open-key-file"]
+                reason = self.reason_against(3, *options)
+                self.assertIn(name, reason)
+                self.assertIn("no plain file", reason)
+
+    def test_what_is_missing(self):
+        self.assertIn("nowhere", self.reason_against(3, "--key-file", "nowhere"))
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,170 @@
+"""quavin pack: what it refuses, why, and that nothing is left of it."""
+
+import os
+import unittest
+
+import networks
+import packages
+from support import CommandLineTest
+
+
+class PackRefusals(CommandLineTest):
+    def pack_refused(self, code, network, *options, output="new"):
+        """The reason why a network is not packed; nothing is left behind."""
+        packages.write_network(self.dir, network)
+        return self.refused_without_traces(code, "pack", "net.xml", "-o", output, *options)
+
+    def refused_without_traces(self, code, *arguments):
+        with self.nothing_changes():
+            return self.refused(code, *arguments)
+
+    def pack_misused(self, *options, output="new"):
+        packages.write_network(self.dir, networks.affine())
+        with self.nothing_changes():
+            return self.misused("pack", "net.xml", "-o", output, *options)
+
+
+class Networks(PackRefusals):
+    def test_with_bytes_as_input(self):
+        for element_type in "u8", "boolean":
+            with self.subTest(element_type):
+                reason = self.pack_refused(9, networks.affine("pixels", dtype=element_type))
+                self.assertIn('"pixels"', reason)
+                self.assertIn("Convert layer", reason)
+
+    def test_with_dimensions_that_are_not_known(self):
+        reason = self.pack_refused(3, networks.dynamic())
+        self.assertIn('"frames"', reason)
+        self.assertIn("fixed dimensions", reason)
+
+    def test_that_are_none(self):
+        self.write("net.bin", "weights")
+        for text in "", "{}", "\x7fELF\x02", "<net", "<a></a>":
+            with self.subTest(text):
+                self.write("net.xml", text)
+                reason = self.refused_without_traces(3, "pack", "net.xml", "-o", "new")
+                self.assertIn("net.xml", reason)
+                self.assertIn("IR", reason)
+
+    def test_without_inputs_and_outputs(self):
+        self.write("net.xml", '<net name="a" version="10"/>')
+        reason = self.refused_without_traces(7, "pack", "net.xml", "-o", "new")
+        self.assertIn("no inputs or no outputs", reason)
+
+    def test_that_the_engine_cannot_compile(self):
+        self.assertIn("LRN", self.pack_refused(2, networks.uncompilable()))
+        self.assertIn("LRN", self.pack_refused(2, networks.uncompilable(), output="new.tar"))
+
+    def test_that_the_engine_cannot_compile_leave_no_directories_above(self):
+        self.pack_refused(2, networks.uncompilable(), output="one/more/new")
+
+    def test_without_the_weights_that_they_need(self):
+        packages.write_network(self.dir, networks.affine())
+        (self.dir / "net.bin").unlink()
+        reason = self.refused_without_traces(3, "pack", "net.xml", "-o", "new")
+        self.assertIn("weights", reason)
+
+    def test_with_weights_that_are_too_short(self):
+        packages.write_network(self.dir, networks.affine())
+        os.truncate(self.dir / "net.bin", 79)
+        self.assertIn("weights", self.refused_without_traces(3, "pack", "net.xml", "-o", "new"))
+
+    def test_that_are_missing_or_no_files(self):
+        self.assertIn("none.xml", self.refused_without_traces(3, "pack", "none.xml", "-o", "new"))
+        (self.dir / "net.xml").mkdir()
+        self.assertIn("net.xml", self.refused_without_traces(3, "pack", "net.xml", "-o", "new"))
+
+    def test_with_named_weights_that_are_missing(self):
+        packages.write_network(self.dir, networks.affine())
+        reason = self.refused_without_traces(3, "pack", "net.xml", "no.bin", "-o", "new")
+        self.assertIn("no.bin", reason)
+
+    def test_whose_files_need_one_name(self):
+        packages.write_network(self.dir, networks.affine())
+        (self.dir / "net.xml").rename(self.dir / "manifest.json")
+        call = ["pack", "manifest.json", "net.bin", "-o", "new"]
+        self.assertIn("manifest.json", self.refused_without_traces(7, *call))
+        packages.write_network(self.dir / "a", networks.affine())
+        (self.dir / "net.bin").rename(self.dir / "net.xml")
+        call = ["pack", "a/net.xml", "net.xml", "-o", "new"]
+        self.assertIn("net.xml", self.refused_without_traces(7, *call))
+
+
+class Outputs(PackRefusals):
+    def test_that_are_there(self):
+        self.write("file", "precious")
+        self.write("directory/file", "precious")
+        (self.dir / "empty").mkdir()
+        (self.dir / "link").symlink_to("nowhere")
+        self.write("archive.tar", "precious")
+        for output in "file", "directory", "directory/", "empty", "link", "archive.tar":
+            with self.subTest(output):
+                reason = self.pack_refused(7, networks.affine(), output=output)
+                self.assertIn(output, reason)
+                self.assertIn("there already", reason)
+
+    def test_below_a_file(self):
+        self.write("file", "precious")
+        self.assertIn("file", self.pack_refused(3, networks.affine(), output="file/new"))
+
+    def test_with_white_space_or_separators_in_the_archives_directory(self):
+        for root in "a b", "a\tb", " ", "a\nb", "a/b", "a\\b", ".", "..":
+            with self.subTest(root):
+                options = ["--root", root]
+                reason = self.pack_refused(7, networks.affine(), *options, output="new.tar")
+                self.assertIn("--root", reason)
+
+    def test_named_with_white_space_and_no_other_directory(self):
+        reason = self.pack_refused(7, networks.affine(), output="my model.tar")
+        self.assertIn('"my model"', reason)
+        self.assertIn("--root", reason)
+
+    def test_with_a_name_that_is_too_long_for_an_archive(self):
+        # "r/" and the network's name make 100 bytes, which is one too many.
+        stem = "n" * 94
+        packages.write_network(self.dir, networks.affine(), stem)
+        call = ["pack", stem + ".xml", "--root", "r", "-o", "new.tar"]
+        reason = self.refused_without_traces(7, *call)
+        self.assertIn(stem, reason)
+        self.assertIn("99", reason)
+
+
+class Options(PackRefusals):
+    def test_a_key_without_anything_to_encrypt(self):
+        self.key_file()
+        self.assertIn("--encrypt", self.pack_misused("--key-file", "key"))
+        self.assertIn("--encrypt", self.pack_misused("--key-env", "KEY"))
+
+    def test_encryption_without_a_key(self):
+        for what, output in ("components", "new"), ("archive", "new.tar"):
+            with self.subTest(what):
+                self.assertIn("--key-file", self.pack_misused("--encrypt", what, output=output))
+
+    def test_an_encrypted_archive_that_is_a_directory(self):
+        self.key_file()
+        options = ["--encrypt", "archive", "--key-file", "key"]
+        self.assertIn(".tar", self.pack_misused(*options))
+
+    def test_a_directory_in_the_archive_without_an_archive(self):
+        self.assertIn("--root", self.pack_misused("--root", "r"))
+
+    def test_encryption_of_something_else(self):
+        self.key_file()
+        self.pack_misused("--encrypt", "everything", "--key-file", "key")
+
+    def test_a_version_that_is_no_number_of_32_bits(self):
+        for version in "one", "1.5", "2147483648":
+            with self.subTest(version):
+                self.pack_misused("--model-version", version)
+
+    def test_a_key_that_is_none(self):
+        packages.write_network(self.dir, networks.affine())
+        self.key_file("no key")
+        for what, output in ("components", "new"), ("archive", "new.tar"):
+            with self.subTest(what):
+                call = ["pack", "net.xml", "-o", output, "--encrypt", what, "--key-file", "key"]
+                self.assertIn("hexadecimal", self.refused_without_traces(7, *call))
+
+
+if __name__ == "__main__":
+    unittest.main()

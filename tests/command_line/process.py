@@ -1,0 +1,98 @@
+"""Runs the command line as people do: in a pipe and in a terminal."""
+
+import os
+import pty
+import subprocess
+import threading
+from dataclasses import dataclass
+
+TOOL = os.environ["QUAVIN_TOOL"]
+
+# Long enough for a sanitized tool on a busy machine; for one that hangs.
+PATIENCE = 120
+
+
+@dataclass(frozen=True)
+class Result:
+    status: int
+    out: str
+    err: str
+
+
+def clean_environment(**changes):
+    """This process's own, without what decides about colours. A change to None removes."""
+    environment = {k: v for k, v in os.environ.items() if k != "NO_COLOR"}
+    environment.update({"TERM": "xterm", "LC_ALL": "C.UTF-8"})
+    environment.update(changes)
+    return {k: v for k, v in environment.items() if v is not None}
+
+
+def in_pipe(arguments, cwd, stdout=subprocess.PIPE, **environment):
+    """Both streams are pipes; `stdout` may be something else."""
+    done = subprocess.run(
+        [TOOL, *map(os.fspath, map(_text, arguments))],
+        cwd=cwd,
+        env=clean_environment(**environment),
+        stdin=subprocess.DEVNULL,
+        stdout=stdout,
+        stderr=subprocess.PIPE,
+        timeout=PATIENCE,
+        check=False,
+    )
+    # Strictly: what the tool prints is UTF-8, whatever it was given.
+    return Result(done.returncode, (done.stdout or b"").decode(), done.stderr.decode())
+
+
+def in_terminal(arguments, cwd, out=True, err=True, **environment):
+    """The streams that are asked for are terminals of their own, the other is a pipe."""
+    streams = [_Stream(out), _Stream(err)]
+    with subprocess.Popen(
+        [TOOL, *map(os.fspath, map(_text, arguments))],
+        cwd=cwd,
+        env=clean_environment(**environment),
+        stdin=subprocess.DEVNULL,
+        stdout=streams[0].theirs,
+        stderr=streams[1].theirs,
+    ) as process:
+        for stream in streams:
+            stream.start()
+        try:
+            status = process.wait(PATIENCE)
+        except subprocess.TimeoutExpired:
+            process.kill()
+            raise
+        finally:
+            texts = [stream.finish() for stream in streams]
+    return Result(status, *texts)
+
+
+def _text(argument):
+    return argument if isinstance(argument, (str, bytes, os.PathLike)) else str(argument)
+
+
+class _Stream:
+    """One end for the process, and a thread that reads from the other until it is closed."""
+
+    def __init__(self, terminal):
+        self.ours, self.theirs = pty.openpty() if terminal else os.pipe()
+        self._bytes = b""
+        self._thread = threading.Thread(target=self._read)
+
+    def start(self):
+        os.close(self.theirs)
+        self._thread.start()
+
+    def finish(self):
+        self._thread.join()
+        os.close(self.ours)
+        return self._bytes.decode().replace("\r\n", "\n")
+
+    def _read(self):
+        while True:
+            try:
+                some = os.read(self.ours, 65536)
+            except OSError:  # how a terminal tells that its last user has left
+                return
+            if not some:
+                return
+            self._bytes += some

@@ -1,0 +1,169 @@
+"""quavin run: results against NumPy's, and where they are written."""
+
+import unittest
+
+import numpy as np
+
+import networks
+import packages
+from support import KEY_HEX, OTHER_KEY_HEX, CommandLineTest
+
+X = np.float32([[1.5, -2, 3, 0.25]])
+
+
+class RunCase(CommandLineTest):
+    def package(self, network=None, **options):
+        packages.write_package(self.dir / "package", network, **options)
+
+    def save(self, name, array):
+        np.save(self.dir / name, array)
+        return name
+
+    def results(self, *names_and_arrays, options=()):
+        """The outputs, by the names of their files, for inputs given as NAME, ARRAY, ..."""
+        inputs = []
+        for name, array in zip(names_and_arrays[::2], names_and_arrays[1::2]):
+            inputs += ["-i", f"{name}={self.save(f'in{len(inputs)}.npy', array)}"]
+        self.succeed("run", "package", *inputs, "-o", "out", *options)
+        return {path.name: np.load(path) for path in (self.dir / "out").iterdir()}
+
+    def assert_array(self, actual, expected):
+        self.assertEqual((actual.dtype, actual.shape), (expected.dtype, expected.shape))
+        np.testing.assert_allclose(actual, expected, rtol=1e-6)
+
+
+class Results(RunCase):
+    def test_are_those_of_numpy(self):
+        self.package()
+        results = self.results("x", X)
+        self.assertEqual(list(results), ["y.npy"])
+        self.assert_array(results["y.npy"], networks.affine_result(X))
+
+    def test_are_those_of_numpy_for_each_type(self):
+        for element_type, dtype in ("i8", np.int8), ("i16", np.int16), ("i32", np.int32):
+            with self.subTest(element_type):
+                x = np.array([[-100, 0, 7, 127]], dtype)
+                self.package(networks.affine(dtype=element_type))
+                self.assert_array(self.results("x", x)["y.npy"], networks.affine_result(x))
+
+    def test_are_integers_where_the_networks_are(self):
+        x = np.int32([-7, 0, 5, 400_000_000])
+        self.package(networks.tripling_integers())
+        self.assert_array(self.results("x", x)["y.npy"], 3 * x)
+
+    def test_of_two_inputs(self):
+        left = np.arange(6, dtype=np.float32).reshape(2, 3)
+        right = np.float32([[0.5, -1, 2], [10, 0, -0.25]])
+        self.package(networks.arithmetic())
+        for call in ("left", left, "right", right), ("right", right, "left", left):
+            results = self.results(*call)
+            self.assertEqual(sorted(results), ["product.npy", "sum.npy"])
+            self.assert_array(results["sum.npy"], left + right)
+            self.assert_array(results["product.npy"], left * right)
+
+    def test_of_inputs_of_several_types(self):
+        whole = np.int32([1, 2, 3])
+        half = np.float32([0.5, 0.25, 0.125])
+        real = np.float32([10, 20, 30])
+        self.package(networks.typed_sum())
+        results = self.results("whole", whole, "half", half, "real", real)
+        self.assert_array(results["total.npy"], np.float32([11.5, 22.25, 33.125]))
+
+    def test_of_a_scalar(self):
+        self.package(networks.scalar())
+        result = self.results("x", np.array(4.5, np.float32))["y.npy"]
+        self.assert_array(result, np.array(45, np.float32))
+
+    def test_of_a_secured_package(self):
+        self.package(key_hex=KEY_HEX)
+        self.key_file()
+        results = self.results("x", X, options=["--key-file", "key"])
+        self.assert_array(results["y.npy"], networks.affine_result(X))
+
+    def test_of_an_input_that_is_declared_twice(self):
+        self.package()
+        with packages.changed_manifest(self.dir / "package") as target:
+            target["inputs"] *= 2
+        self.assert_array(self.results("x", X)["y.npy"], networks.affine_result(X))
+
+    def test_replace_older_ones(self):
+        self.package()
+        self.results("x", 0 * X)
+        self.assert_array(self.results("x", X)["y.npy"], networks.affine_result(X))
+
+    def test_have_elements_at_a_multiple_of_64(self):
+        for name in "affine", "doubling", "scalar", "tripling_integers":
+            with self.subTest(name):
+                network = getattr(networks, name)()
+                self.package(network)
+                [port] = network.inputs
+                self.results("x", np.ones(port.shape, "i4" if port.element_type == "i32" else "f4"))
+                content = (self.dir / "out/y.npy").read_bytes()
+                begin = content.index(b"\n") + 1
+                self.assertEqual(begin % 64, 0)
+                self.assertEqual(int.from_bytes(content[8:10], "little"), begin - 10)
+                self.assertEqual(len(content) - begin, 4 * int(np.prod(port.shape)))
+
+
+class Raw(RunCase):
+    def test_bytes_go_in_and_out(self):
+        self.package()
+        self.write("x.raw", X.astype("<f4").tobytes())
+        self.succeed("run", "package", "--raw", "-i", "x=x.raw", "-o", "out")
+        result = (self.dir / "out/y.raw").read_bytes()
+        self.assertEqual(result, networks.affine_result(X).astype("<f4").tobytes())
+
+    def test_bytes_of_another_number_are_refused(self):
+        self.package()
+        for length in 0, 15, 17, 32:
+            with self.subTest(length):
+                self.write("x.raw", bytes(length))
+                reason = self.refused(7, "run", "package", "--raw", "-i", "x=x.raw", "-o", "out")
+                self.assertIn(f"x.raw has {length} bytes", reason)
+                self.assertIn("float of shape [1, 4]: 16 bytes", reason)
+
+    def test_bytes_do_not_say_what_a_variable_shape_is(self):
+        self.package(networks.arithmetic())
+        with packages.changed_manifest(self.dir / "package") as target:
+            target["inputs"][1]["tensor"]["shape"] = [-1, 3]
+        self.write("x.raw", bytes(24))
+        inputs = ["-i", "left=x.raw", "-i", "right=x.raw"]
+        reason = self.refused(7, "run", "package", "--raw", *inputs, "-o", "out")
+        self.assertIn("variable", reason)
+
+
+class Refusals(RunCase):
+    def setUp(self):
+        super().setUp()
+        np.save(self.dir / "x.npy", X)
+
+    def test_a_secured_package_without_its_key(self):
+        self.package(key_hex=KEY_HEX)
+        with self.nothing_changes():
+            reason = self.refused(7, "run", "package", "-i", "x=x.npy", "-o", "out")
+        self.assertIn("--key-file", reason)
+
+    def test_a_secured_package_with_another_key(self):
+        self.package(key_hex=KEY_HEX)
+        self.key_file(OTHER_KEY_HEX)
+        with self.nothing_changes():
+            self.refused(3, "run", "package", "-i", "x=x.npy", "-o", "out", "--key-file", "key")
+
+    def test_a_directory_that_is_a_file(self):
+        self.package()
+        self.write("file", "precious")
+        for output in "file", "file/below":
+            with self.subTest(output), self.nothing_changes():
+                reason = self.refused(3, "run", "package", "-i", "x=x.npy", "-o", output)
+                self.assertIn("file", reason)
+
+    def test_a_package_that_is_none(self):
+        self.write("archive.tar", bytes(1024))
+        (self.dir / "empty").mkdir()
+        for code, name in (7, "nowhere"), (7, "archive.tar"), (12, "empty"):
+            with self.subTest(name), self.nothing_changes():
+                self.assertIn(name, self.refused(code, "run", name, "-i", "x=x.npy", "-o", "out"))
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,146 @@
+"""quavin verify: good packages, keys, and how findings are told."""
+
+import unittest
+
+import networks
+import packages
+from support import KEY_HEX, OTHER_KEY_HEX, CommandLineTest
+
+GOOD = {"ok": True, "findings": []}
+
+
+class Verify(CommandLineTest):
+    def test_has_nothing_to_say_about_a_good_package(self):
+        for name in "affine", "doubling", "arithmetic", "typed_sum", "tripling_integers", "scalar":
+            with self.subTest(name):
+                packages.write_package(self.dir / name, getattr(networks, name)())
+                self.assertEqual(self.succeed_json("verify", name), GOOD)
+                self.assertRegex(self.succeed("verify", name), rf"\Aok: {name} .+\n\Z")
+
+    def test_changes_nothing(self):
+        packages.write_package(self.dir / "package")
+        with self.nothing_changes():
+            self.succeed("verify", "package")
+
+    def test_takes_the_key_of_a_secured_package(self):
+        packages.write_package(self.dir / "package", key_hex=KEY_HEX)
+        self.key_file()
+        call = ["verify", "package"]
+        self.assertEqual(self.succeed_json(*call, "--key-file", "key"), GOOD)
+        self.assertEqual(self.succeed_json(*call, "--key-env", "THE_KEY", THE_KEY=KEY_HEX), GOOD)
+
+    def test_takes_a_key_that_a_plain_package_does_not_need(self):
+        packages.write_package(self.dir / "package")
+        self.key_file()
+        self.assertEqual(self.succeed_json("verify", "package", "--key-file", "key"), GOOD)
+
+    def test_takes_a_package_of_one_plain_and_one_secured_file(self):
+        packages.write_package(self.dir / "package")
+        packages.write_package(self.dir / "secured", key_hex=KEY_HEX)
+        (self.dir / "secured/net.bin").rename(self.dir / "package/net.bin")
+        with packages.changed_manifest(self.dir / "package") as target:
+            target["components"][1]["name"] = "secured_file"
+        self.key_file()
+        self.assertEqual(self.succeed_json("verify", "package", "--key-file", "key"), GOOD)
+
+    def test_takes_secured_files_without_padding(self):
+        packages.write_package(self.dir / "package")
+        plain = (self.dir / "package/net.bin").read_bytes()
+        secured = packages.openssl_encrypt(plain, KEY_HEX, bytes(16), padding=False)
+        self.write("package/net.bin", secured)
+        with packages.changed_manifest(self.dir / "package") as target:
+            target["components"][1]["name"] = "secured_file"
+        self.key_file()
+        self.assertEqual(self.succeed_json("verify", "package", "--key-file", "key"), GOOD)
+
+    def test_takes_empty_secured_weights_without_padding(self):
+        packages.write_package(self.dir / "package", networks.doubling())
+        self.write("package/net.bin", bytes(16))
+        with packages.changed_manifest(self.dir / "package") as target:
+            target["components"][1]["name"] = "secured_file"
+        self.key_file()
+        self.succeed("bench", "package", "--key-file", "key", "--seconds", "0.01")
+        self.assertEqual(self.succeed_json("verify", "package", "--key-file", "key"), GOOD)
+
+    def test_cannot_read_with_another_key(self):
+        packages.write_package(self.dir / "package", key_hex=KEY_HEX)
+        self.key_file(OTHER_KEY_HEX)
+        finding = self.only_finding("--key-file", "key")
+        self.assertEqual((finding["level"], finding["where"]), ("error", "network"))
+        self.assertIn("key is wrong", finding["advice"])
+
+    def test_asks_for_the_key_of_a_secured_package(self):
+        packages.write_package(self.dir / "package", key_hex=KEY_HEX)
+        finding = self.only_finding()
+        self.assertEqual((finding["level"], finding["where"]), ("error", "components"))
+        self.assertIn("--key-file", finding["advice"])
+
+    def only_finding(self, *options):
+        result = self.quavin("verify", "package", "--json", *options)
+        self.assertEqual(result.status, 1)
+        self.failure_text(12, result)
+        report = packages.json.loads(result.out)
+        self.assertIs(report["ok"], False)
+        self.assertEqual(len(report["findings"]), 1, report)
+        return report["findings"][0]
+
+
+class Findings(CommandLineTest):
+    def setUp(self):
+        super().setUp()
+        self.package = packages.write_package(self.dir / "package", networks.arithmetic())
+
+    def test_are_all_told_at_once(self):
+        with packages.changed_manifest(self.package) as target:
+            target["components"].append({"name": "file", "path": "more.bin"})
+            target["inputs"][0]["tensor"]["dataType"] = "int32"
+            target["inputs"][1]["name"] = "wrong"
+            target["outputs"] = target["outputs"][:1]
+        result = self.quavin("verify", "package")
+        self.assertEqual(result.status, 1)
+        expected = [
+            'warning: component "more.bin": ',
+            'error: input "left": ',
+            'error: input "right": ',
+            'warning: input "wrong": ',
+            'warning: output "product": ',
+        ]
+        told = [line for line in result.out.splitlines() if not line.startswith("    ")]
+        self.assertEqual(len(told), len(expected), result.out)
+        for begin in expected:
+            self.assertTrue(any(line.startswith(begin) for line in told), begin)
+
+    def test_of_files_do_not_hide_those_of_the_manifest(self):
+        (self.package / "net.xml").unlink()
+        with packages.changed_manifest(self.package) as target:
+            target["outputs"] = []
+        out = self.quavin("verify", "package").out
+        self.assertIn('error: component "net.xml": The file is missing', out)
+        self.assertIn("error: outputs: There are none", out)
+
+    def test_come_with_advice_on_a_line_of_its_own(self):
+        (self.package / "net.xml").unlink()
+        result = self.quavin("verify", "package")
+        self.assertEqual(
+            result.out,
+            'error: component "net.xml": The file is missing\n'
+            "    Put it there, or correct the manifest's path.\n",
+        )
+        self.assertIn("package", self.failure_text(12, result))
+
+    def test_that_are_warnings_alone_are_no_failure(self):
+        with packages.changed_manifest(self.package) as target:
+            target["components"].append({"name": "file", "path": "more.bin"})
+        self.assertRegex(self.succeed("verify", "package"), r"\Awarning: .+\n    .+\nok: ")
+        report = self.succeed_json("verify", "package")
+        self.assertIs(report["ok"], True)
+        self.assertEqual([finding["level"] for finding in report["findings"]], ["warning"])
+
+    def test_are_told_in_quiet_too(self):
+        with packages.changed_manifest(self.package) as target:
+            target["components"].append({"name": "file", "path": "more.bin"})
+        self.assertRegex(self.succeed("verify", "package", "--quiet"), r"\Awarning: .+\n    .+\n\Z")
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,111 @@
+#pragma once
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+#include "quavin/files.h"
+#include "support/file_tree.h"
+#include "support/status_matcher.h"
+#include "support/tar_archive.h"
+#include "support/temp_directory.h"
+
+namespace VelmoraQuavin::testing {
+
+/// Bytes in memory of exactly their size, so that instrumented builds notice reads behind them.
+class ExactBytes {
+public:
+    explicit ExactBytes(std::string_view bytes)
+        : bytes_(new unsigned char[bytes.size()]), size_(bytes.size()) {
+        std::copy(bytes.begin(), bytes.end(), bytes_.get());
+    }
+
+    unsigned char* data() const { return bytes_.get(); }
+    uint64 size() const { return size_; }
+    std::string_view view() const { return {reinterpret_cast<const char*>(bytes_.get()), size_}; }
+
+private:
+    std::unique_ptr<unsigned char[]> bytes_;
+    std::size_t size_;
+};
+
+/// A file of tests/data/tar.
+inline std::string readTarData(const std::string& name) {
+    std::ifstream stream(std::string(QUAVIN_TEST_DATA) + "/tar/" + name, std::ios::binary);
+    std::string bytes{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+    if (bytes.empty()) {
+        throw std::runtime_error("cannot read " + name);
+    }
+    return bytes;
+}
+
+/// A directory to extract into, with a file and a directory beside it that must stay as they are.
+class TarDestination {
+public:
+    TarDestination() : destination_(text()) {
+        std::filesystem::create_directories(path());
+        outer_.write("level/sentinel", "untouched");
+        outer_.write("outside/file", "untouched");
+    }
+
+    std::filesystem::path path() const { return outer_.path() / "level" / "destination"; }
+    /// What the path of the destination is before extraction.
+    std::string text() const { return outer_.entry("level\\destination"); }
+    /// What it is now.
+    std::string result() const { return String(destination_.c_str()).str(); }
+    void setDestination(const std::string& text) { destination_ = Filepath(text); }
+
+    std::filesystem::path outer() const { return outer_.path(); }
+    std::filesystem::path outside() const { return outer_.path() / "outside"; }
+    /// Writes a file below the destination.
+    void write(const std::string& name, std::string_view content) const {
+        outer_.write("level/destination/" + name, content);
+    }
+    FileTree tree() const { return treeOf(path()); }
+    /// The destination and all around it.
+    FileTree all() const { return treeOf(outer_.path()); }
+
+    QuavinStatus extract(const std::string& archive) {
+        const ExactBytes bytes(archive);
+        const QuavinStatus status =
+            FileUtils::extractTarball(bytes.data(), bytes.size(), destination_);
+        EXPECT_EQ(bytes.view(), archive);
+        return status;
+    }
+    QuavinStatus extractUnbounded(const std::string& archive) {
+        const ExactBytes bytes(archive);
+        const QuavinStatus status = FileUtils::extractTarball(bytes.data(), destination_);
+        EXPECT_EQ(bytes.view(), archive);
+        return status;
+    }
+
+private:
+    TempDirectory outer_;
+    Filepath destination_;
+};
+
+/// Tests of extraction, each with a destination of its own.
+class TarExtraction : public ::testing::Test {
+protected:
+    /// Expects that `archive` is refused, and that nothing at all was written.
+    template <typename TextMatcher>
+    void expectRefused(const std::string& archive, STATUS_CODE code, const TextMatcher& text) {
+        to_.setDestination(to_.text());
+        const FileTree before = to_.all();
+        EXPECT_THAT(to_.extract(archive), IsStatusWith(code, text));
+        EXPECT_EQ(to_.all(), before);
+        EXPECT_EQ(to_.result(), to_.text());
+    }
+
+    TarDestination to_;
+};
+
+}  // namespace VelmoraQuavin::testing

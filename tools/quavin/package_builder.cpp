@@ -1,0 +1,120 @@
+#include "package_builder.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <string_view>
+#include <utility>
+
+#include "printing.h"
+#include "quavin/network.h"
+#include "secured_bytes.h"
+
+namespace quavin_tool {
+namespace {
+
+namespace fs = std::filesystem;
+using VelmoraQuavin::Filepath;
+using VelmoraQuavin::InvalidArgumentsException;
+using VelmoraQuavin::ModelFeatureDescriptor;
+
+constexpr std::string_view kManifest = "manifest.json";
+
+// The weights beside the network, where they are not named; none for a network without constants.
+std::string findWeights(const std::string& network, const std::string& weights) {
+    if (!weights.empty()) {
+        return weights;
+    }
+    const std::string beside = fs::u8path(network).replace_extension(".bin").u8string();
+    return isThere(beside) ? beside : "";
+}
+
+void checkInput(const ModelFeatureDescriptor& input) {
+    const VelmoraQuavin::TensorDescriptor& tensor = input.tensorDescriptor();
+    const std::string name = "The input \"" + input.name().str() + "\"";
+    if (!isInputType(tensor.tensorType())) {
+        throw VelmoraQuavin::InvalidTensorDataTypeException(
+            name + " has the element type " + typeName(tensor.tensorType()) +
+            ", and predictions take float, int8, int16 and int32: convert the network's input, "
+            "for example with a Convert layer behind an int32 input");
+    }
+    if (tensor.shape().size() == 0) {
+        throw InvalidArgumentsException(name + " has no elements (shape " +
+                                        shapeText(tensor.shape()) +
+                                        "): export the network with another shape");
+    }
+}
+
+void describe(const std::string& network, const std::string& weights, NetworkFiles& files) {
+    const VelmoraQuavin::QuavinStatus status = VelmoraQuavin::describeNetwork(
+        Filepath(network), Filepath(weights), files.inputs, files.outputs);
+    if (!status.ok()) {
+        throw VelmoraQuavin::Exception(
+            network + " cannot be packed: " + status.getDescription() +
+                (weights.empty()
+                     ? "; there is no .bin file beside it: name its weights if it has any"
+                     : "; what can be packed is OpenVINO IR of version 10 or 11, with "
+                       "fixed dimensions"),
+            status.getCode());
+    }
+    if (files.inputs.empty() || files.outputs.empty()) {
+        throw InvalidArgumentsException(network +
+                                        " has no inputs or no outputs, and a package needs both");
+    }
+    std::for_each(files.inputs.begin(), files.inputs.end(), checkInput);
+}
+
+Bytes bytesOf(std::string_view text) {
+    Bytes bytes(text.size());
+    std::copy(text.begin(), text.end(), bytes.data());
+    return bytes;
+}
+
+}  // namespace
+
+NetworkFiles readNetworkFiles(const std::string& network, const std::string& namedWeights) {
+    const std::string weights = findWeights(network, namedWeights);
+    NetworkFiles files;
+    // Read first: it tells which of the two is missing.
+    files.contents.push_back(readFile(network));
+    files.contents.push_back(weights.empty() ? Bytes(0) : readFile(weights));
+    describe(network, weights, files);
+
+    const std::string networkName = fileName(network);
+    const std::string weightsName = weights.empty() ? stemOf(network) + ".bin" : fileName(weights);
+    if (networkName == weightsName || networkName == kManifest || weightsName == kManifest) {
+        throw InvalidArgumentsException(
+            "The network, its weights and \"manifest.json\" need names of their own, not " +
+            networkName + " and " + weightsName);
+    }
+    files.names = {networkName, weightsName};
+    return files;
+}
+
+std::vector<PackageFile> makePackage(const Identity& identity, const NetworkFiles& network,
+                                     const Key* key) {
+    std::vector<PackageFile> package;
+    package.push_back(
+        {std::string(kManifest), bytesOf(manifestText(identity, network.names, key != nullptr,
+                                                      network.inputs, network.outputs))});
+    for (std::size_t i = 0; i < network.names.size(); ++i) {
+        const std::string_view content = network.contents[i].text();
+        package.push_back(
+            {network.names[i], key == nullptr ? bytesOf(content) : encrypt(content, *key)});
+    }
+    return package;
+}
+
+void writeAndTry(const std::vector<PackageFile>& package, const std::string& directory,
+                 const Key* key) {
+    for (const PackageFile& file : package) {
+        writeNewFile(join(directory, file.name), file.content.text());
+    }
+    const Metadata metadata = readManifest(directory);
+    if (key != nullptr) {
+        setKey(engineTarget(*metadata), *key);
+    }
+    const std::shared_ptr<VelmoraQuavin::QuavinModel> model = loadModel(metadata);
+    predict(*model, zeroInputs(*model));
+}
+
+}  // namespace quavin_tool
