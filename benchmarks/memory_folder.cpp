@@ -2,13 +2,13 @@
 
 #include <linux/magic.h>
 #include <mntent.h>
-#include <stdlib.h>
 #include <sys/statfs.h>
 #include <sys/statvfs.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <stdexcept>
 #include <string>

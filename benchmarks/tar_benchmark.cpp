@@ -35,7 +35,7 @@ constexpr int kDirectories = 100;
 constexpr int kFilesInEach = 50;
 constexpr std::size_t kSmallSize = 4096;
 // A tree, its archive and what is extracted are there at once.
-constexpr std::uint64_t kRoom = 4 * kLargeFiles * std::uint64_t{kLargeSize};
+constexpr std::uint64_t kRoom = std::uint64_t{4} * kLargeFiles * kLargeSize;
 
 using Command = std::vector<std::string>;
 
@@ -113,7 +113,7 @@ void makeTree(const fs::path& root, int directories, int filesInEach, std::size_
 }
 
 std::string makeArchive(const fs::path& place, const fs::path& tree) {
-    const std::string archive = place / "archive.tar";
+    std::string archive = place / "archive.tar";
     run({"tar", "--format=ustar", "--sort=name", "-cf", archive, "-C", tree, "package"});
     return archive;
 }

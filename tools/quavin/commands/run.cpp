@@ -101,8 +101,9 @@ void requireKnownNames(const InputFiles& files, const Features& inputs) {
     }
     for (const auto& [name, file] : files) {
         if (known.count(name) == 0) {
-            throw InvalidArgumentsException("The package has no input \"" + name +
-                                            "\" that takes a file, but " + list);
+            std::string problem = "The package has no input \"" + name;
+            problem.append("\" that takes a file, but ").append(list);
+            throw InvalidArgumentsException(problem);
         }
     }
 }
