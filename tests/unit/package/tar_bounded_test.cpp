@@ -215,9 +215,9 @@ TEST_F(TarBounded, TheDestinationMayBeReachedThroughALink) {
     fs::create_directory_symlink(to_.outside(), to_.outer() / "link");
     const std::string link = (to_.outer() / "link").u8string();
     to_.setDestination(link);
-    EXPECT_THAT(to_.extract(tarDirectory("root") + tarFile("root/new", "x") + tarEnd()), IsOk());
-    EXPECT_EQ(to_.all().at("outside/root/new"), fileInTree("x"));
-    EXPECT_EQ(to_.result(), link + "\\root");
+    EXPECT_THAT(to_.extract(tarDirectory("top") + tarFile("top/new", "x") + tarEnd()), IsOk());
+    EXPECT_EQ(to_.all().at("outside/top/new"), fileInTree("x"));
+    EXPECT_EQ(to_.result(), link + "\\top");
 }
 
 TEST_F(TarBounded, LargeContentsAreWrittenWhole) {
