@@ -108,9 +108,10 @@ public:
     ///
     /// Takes files and directories as GNU tar, bsdtar and Python write them: ustar, and the long
     /// names and sizes of GNU and pax. Missing directories are created. Names with "..", absolute
-    /// ones, those with a drive letter and very long or deep ones are refused, and so is everything that would pass through
-    /// a symbolic link on disk. The whole archive is checked before the first byte is written. A
-    /// file that is there already is replaced once its successor is written. Contents are written from `data` without a copy.
+    /// ones, those with a drive letter and very long or deep ones are refused, and so is everything
+    /// that would pass through a symbolic link on disk. The whole archive is checked before the
+    /// first byte is written. A file that is there already is replaced once its successor is
+    /// written. Contents are written from `data` without a copy.
     ///
     /// @param data the archive; what follows its end is ignored.
     /// @param length bytes at `data`.
