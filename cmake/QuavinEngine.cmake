@@ -36,6 +36,12 @@ endif()
 
 if(QUAVIN_ENGINE_IS_ADAPTER)
   include(QuavinOpenVINO)
+  if(WIN32)
+    file(GLOB runtime_files "${OpenVINO_DIR}/../libs/openvino.dll" "${OpenVINO_DIR}/../libs/openvino_c.dll"
+         "${OpenVINO_DIR}/../libs/openvino_ir_frontend.dll" "${OpenVINO_DIR}/../libs/openvino_*_cpu_plugin.dll"
+         "${OpenVINO_DIR}/../libs/tbb*.dll")
+    quavin_put_beside_programs(${runtime_files})
+  endif()
   add_subdirectory("${PROJECT_SOURCE_DIR}/compat/inference_engine" compat/inference_engine)
   add_library(quavin::engine ALIAS quavin_inference_engine)
   message(STATUS "Engine: adapter over OpenVINO ${OpenVINO_VERSION} (${OpenVINO_DIR})")

@@ -50,7 +50,7 @@ install(FILES "${PROJECT_BINARY_DIR}/quavin_on_device_sdk-config.cmake"
         DESTINATION "${quavin_package_dir}")
 
 set_target_properties(quavin_on_device_sdk PROPERTIES INSTALL_RPATH "$ORIGIN" INSTALL_RPATH_USE_LINK_PATH ON)
-if(QUAVIN_ENGINE_IS_ADAPTER AND QUAVIN_OPENVINO_FROM_CACHE)
+if(QUAVIN_ENGINE_IS_ADAPTER AND QUAVIN_OPENVINO_FROM_CACHE AND NOT WIN32)
   option(QUAVIN_INSTALL_RUNTIME "Install the OpenVINO runtime from the cache beside the library" ON)
   if(QUAVIN_INSTALL_RUNTIME)
     quavin_install_runtime()

@@ -11,9 +11,13 @@ if(NOT OpenVINO_DIR
    AND NOT DEFINED ENV{OpenVINO_ROOT})
   # Not the Python of an environment that happens to be active: it may lack pip.
   set(Python3_FIND_VIRTUALENV STANDARD)
+  set(quavin_fetch_options "")
+  if(WIN32 AND CMAKE_CROSSCOMPILING)
+    set(quavin_fetch_options --system windows-x86_64)
+  endif()
   find_package(Python3 REQUIRED COMPONENTS Interpreter)
   execute_process(
-    COMMAND "${Python3_EXECUTABLE}" "${PROJECT_SOURCE_DIR}/scripts/fetch_openvino.py"
+    COMMAND "${Python3_EXECUTABLE}" "${PROJECT_SOURCE_DIR}/scripts/fetch_openvino.py" ${quavin_fetch_options}
     OUTPUT_VARIABLE quavin_openvino_package
     OUTPUT_STRIP_TRAILING_WHITESPACE
     RESULT_VARIABLE quavin_fetch_result)

@@ -1,6 +1,12 @@
 # What every test program is compiled with, as the interface target quavin_test_settings.
 
-find_package(GTest REQUIRED)
+if(CMAKE_CROSSCOMPILING)
+  # From the sources that Debian's package brings.
+  set(INSTALL_GTEST OFF)
+  add_subdirectory(/usr/src/googletest "${PROJECT_BINARY_DIR}/googletest" EXCLUDE_FROM_ALL)
+else()
+  find_package(GTest REQUIRED)
+endif()
 include(GoogleTest)
 
 add_library(quavin_test_settings INTERFACE)

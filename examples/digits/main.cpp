@@ -72,7 +72,7 @@ std::shared_ptr<QuavinModel> loadSecured(const String& folder) {
     return model;
 }
 
-void draw(const Digit& digit, long predicted) {
+void draw(const Digit& digit, std::ptrdiff_t predicted) {
     for (int row = 0; row < 8; ++row) {
         std::cout << "    ";
         for (int column = 0; column < 8; ++column) {

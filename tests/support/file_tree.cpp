@@ -1,11 +1,11 @@
 #include "support/file_tree.h"
 
-#include <openssl/evp.h>
-
 #include <array>
 #include <fstream>
 #include <iterator>
 #include <stdexcept>
+
+#include "support/crypto.h"
 
 namespace VelmoraQuavin::testing {
 namespace {
@@ -37,15 +37,10 @@ std::string describe(const fs::directory_entry& entry) {
     }
 }
 
-std::string sha256(std::string_view content) {
-    std::array<unsigned char, 32> digest{};
-    if (EVP_Digest(content.data(), content.size(), digest.data(), nullptr, EVP_sha256(), nullptr) !=
-        1) {
-        throw std::runtime_error("OpenSSL refused to compute a digest");
-    }
+std::string digestOf(std::string_view content) {
     constexpr std::string_view kDigits = "0123456789abcdef";
     std::string text;
-    for (const unsigned char byte : digest) {
+    for (const unsigned char byte : sha256(content)) {
         text += kDigits[byte / 16u];
         text += kDigits[byte % 16u];
     }
@@ -77,7 +72,7 @@ std::string listingOf(const FileTree& tree) {
             listing += "directory " + path + "\n";
         } else if (what.compare(0, kFile.size(), kFile) == 0) {
             const std::string content = what.substr(kFile.size());
-            listing += "file " + std::to_string(content.size()) + " " + sha256(content) + " " +
+            listing += "file " + std::to_string(content.size()) + " " + digestOf(content) + " " +
                        path + "\n";
         } else {
             throw std::runtime_error("neither a file nor a directory: " + path);

@@ -1,11 +1,11 @@
 #include "allocation_watch.h"
 
-#include <malloc.h>
-
 #include <algorithm>
 #include <atomic>
 #include <cstdlib>
 #include <new>
+
+#include "support/heap.h"
 
 namespace VelmoraQuavin::testing {
 namespace {
@@ -21,26 +21,37 @@ void* allocate(std::size_t size) noexcept {
 
 void* allocate(std::size_t size, std::align_val_t alignment) noexcept {
     const auto multiple = static_cast<std::size_t>(alignment);
-    void* const block = std::aligned_alloc(multiple, (size + multiple - 1) / multiple * multiple);
+    void* const block = allocateAligned(multiple, size);
     if (block != nullptr && multiple >= kWideAlignment) {
         ++alignedBlocks;
     }
     return block;
 }
 
-void release(void* block) noexcept {
+void look(void* block, std::size_t size) noexcept {
     FreeWatch* const watch = activeWatch;
-    if (watch != nullptr && block != nullptr) {
-        watch->blockIsFreed(static_cast<unsigned char*>(block), malloc_usable_size(block));
+    if (watch != nullptr) {
+        watch->blockIsFreed(static_cast<unsigned char*>(block), size);
+    }
+}
+
+void release(void* block) noexcept {
+    if (block != nullptr) {
+        look(block, sizeOfBlock(block));
     }
     std::free(block);
 }
 
 void release(void* block, std::align_val_t alignment) noexcept {
-    if (block != nullptr && static_cast<std::size_t>(alignment) >= kWideAlignment) {
+    if (block == nullptr) {
+        return;
+    }
+    const auto multiple = static_cast<std::size_t>(alignment);
+    if (multiple >= kWideAlignment) {
         --alignedBlocks;
     }
-    release(block);
+    look(block, sizeOfAligned(block, multiple));
+    freeAligned(block);
 }
 
 void* orThrow(void* block) {

@@ -7,6 +7,7 @@ quavin_unit_test(
   precision_test.cpp
   secret_allocator_test.cpp)
 target_include_directories(quavin_engine_tests PRIVATE "${CMAKE_CURRENT_SOURCE_DIR}/engine")
+target_link_libraries(quavin_engine_tests PRIVATE quavin_test_packages)
 
 # The engine folder's sources on an engine that fails where a test wants it to. It needs the parts of
 # the interface that stand on no runtime, which an installed engine does not have apart.

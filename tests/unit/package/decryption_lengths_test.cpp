@@ -70,7 +70,8 @@ TEST(DecryptionBeyondInt, IsDecryptedWhole) {
     for (const std::size_t place : places) {
         const unsigned char* vector = component.get() + place;
         EXPECT_EQ(Bytes(output + place, output + place + window),
-                  testing::runOpenSsl(EVP_aes_128_cbc(), false, key, vector, vector + 16, window))
+                  testing::runAes(testing::AesMode::kCbc, testing::AesDirection::kDecrypt,
+                                  key.data(), vector, vector + 16, window))
             << place;
     }
 }

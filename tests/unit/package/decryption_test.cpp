@@ -91,7 +91,8 @@ TEST(Decryption, NeverShowsTheDecryptedVector) {
     const Bytes component = readVector("unpadded.secured");
     const Bytes key = readVector("key.bin");
     const Bytes decryptedVector =
-        testing::runOpenSsl(EVP_aes_128_ecb(), false, key, nullptr, component.data(), 16);
+        testing::runAes(testing::AesMode::kEcb, testing::AesDirection::kDecrypt, key.data(),
+                        nullptr, component.data(), 16);
     Bytes buffer = component;
     unsigned char* output = buffer.data();
     ASSERT_THAT(QuavinEncryption().AES_decrypt(

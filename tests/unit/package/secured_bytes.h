@@ -1,18 +1,17 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <openssl/evp.h>
 
 #include <cstddef>
 #include <fstream>
 #include <iterator>
-#include <memory>
 #include <random>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "quavin/encryption.h"
+#include "support/crypto.h"
 
 namespace VelmoraQuavin::testing {
 
@@ -38,29 +37,12 @@ inline Bytes readVector(const std::string& name) {
     return bytes;
 }
 
-/// Runs one of OpenSSL's AES-128 modes over whole blocks, without padding.
-inline Bytes runOpenSsl(const EVP_CIPHER* mode, bool encrypt, const Bytes& key,
-                        const unsigned char* vector, const unsigned char* input,
-                        std::size_t count) {
-    const std::unique_ptr<EVP_CIPHER_CTX, decltype(&EVP_CIPHER_CTX_free)> context(
-        EVP_CIPHER_CTX_new(), EVP_CIPHER_CTX_free);
-    Bytes output(count);
-    int written = 0;
-    if (EVP_CipherInit_ex(context.get(), mode, nullptr, key.data(), vector, encrypt ? 1 : 0) != 1 ||
-        EVP_CIPHER_CTX_set_padding(context.get(), 0) != 1 ||
-        EVP_CipherUpdate(context.get(), output.data(), &written, input, static_cast<int>(count)) !=
-            1 ||
-        static_cast<std::size_t>(written) != count) {
-        throw std::runtime_error("OpenSSL failed");
-    }
-    return output;
-}
-
-/// A secured component of whole blocks: a vector, then the ciphertext that OpenSSL makes.
+/// A secured component of whole blocks: a vector, then the ciphertext that the system's library
+/// makes.
 inline Bytes secure(const Bytes& plaintext, const Bytes& key) {
     Bytes component = randomBytes(16, 99);
-    const Bytes ciphertext = runOpenSsl(EVP_aes_128_cbc(), true, key, component.data(),
-                                        plaintext.data(), plaintext.size());
+    const Bytes ciphertext = runAes(AesMode::kCbc, AesDirection::kEncrypt, key.data(),
+                                    component.data(), plaintext.data(), plaintext.size());
     component.insert(component.end(), ciphertext.begin(), ciphertext.end());
     return component;
 }

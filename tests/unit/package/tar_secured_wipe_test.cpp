@@ -2,7 +2,6 @@
 // the global operators, for this whole program: those of the decrypted archive.
 
 #include <gtest/gtest.h>
-#include <malloc.h>
 
 #include <algorithm>
 #include <atomic>
@@ -10,6 +9,7 @@
 #include <new>
 #include <string>
 
+#include "support/heap.h"
 #include "support/secured_file.h"
 #include "unit/package/tar_fixture.h"
 
@@ -31,7 +31,7 @@ public:
 
     void isFreed(const unsigned char* array) noexcept {
         // The allocator may have rounded the size up, by less than this.
-        const std::size_t usable = malloc_usable_size(const_cast<unsigned char*>(array));
+        const std::size_t usable = sizeOfBlock(const_cast<unsigned char*>(array));
         if (usable < size_ || usable >= size_ + 64) {
             return;
         }

@@ -1,0 +1,25 @@
+# Windows finds a program's libraries in the program's own folder: all of them are built into one, and
+# what the toolchain and the engine bring is put beside them.
+
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/bin")
+file(MAKE_DIRECTORY "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")
+add_compile_definitions(_WIN32_WINNT=0x0A00) # Windows 10
+
+# quavin_put_beside_programs(<file...>)
+function(quavin_put_beside_programs)
+  foreach(file IN LISTS ARGN)
+    get_filename_component(name "${file}" NAME)
+    file(CREATE_LINK "${file}" "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/${name}" COPY_ON_ERROR SYMBOLIC)
+  endforeach()
+endfunction()
+
+# The library and its hosts share the toolchain's runtime: exceptions cross between them.
+if(MINGW)
+  foreach(name libstdc++-6.dll libgcc_s_seh-1.dll libwinpthread-1.dll)
+    execute_process(
+      COMMAND "${CMAKE_CXX_COMPILER}" "-print-file-name=${name}"
+      OUTPUT_VARIABLE file
+      OUTPUT_STRIP_TRAILING_WHITESPACE)
+    quavin_put_beside_programs("${file}")
+  endforeach()
+endif()

@@ -1,0 +1,49 @@
+#include "platform/windows/file_handle.h"
+
+#include <algorithm>
+#include <system_error>
+#include <utility>
+
+namespace VelmoraQuavin::internal::platform {
+
+std::string problemText(const char* what, DWORD error) {
+    return std::string(what) + ": " + std::system_category().message(static_cast<int>(error));
+}
+
+FileHandle::FileHandle(FileHandle&& other) noexcept
+    : handle_(std::exchange(other.handle_, INVALID_HANDLE_VALUE)) {}
+
+FileHandle& FileHandle::operator=(FileHandle&& other) noexcept {
+    if (this != &other) {
+        close();
+        handle_ = std::exchange(other.handle_, INVALID_HANDLE_VALUE);
+    }
+    return *this;
+}
+
+FileHandle::~FileHandle() {
+    close();
+}
+
+void FileHandle::close() {
+    if (handle_ != INVALID_HANDLE_VALUE) {
+        ::CloseHandle(handle_);
+    }
+}
+
+bool writeWhole(HANDLE file, const void* bytes, unsigned long long count) noexcept {
+    constexpr unsigned long long kLargestWrite = 1ULL << 30;
+    const auto* next = static_cast<const char*>(bytes);
+    while (count > 0) {
+        DWORD written = 0;
+        const auto step = static_cast<DWORD>(std::min(count, kLargestWrite));
+        if (::WriteFile(file, next, step, &written, nullptr) == 0 || written == 0) {
+            return false;
+        }
+        next += written;
+        count -= written;
+    }
+    return true;
+}
+
+}  // namespace VelmoraQuavin::internal::platform

@@ -1,0 +1,45 @@
+#include "platform/file_system.h"
+
+#include <windows.h>
+
+#include <cstdio>
+#include <string>
+
+#include "platform/windows/wide_path.h"
+
+namespace VelmoraQuavin::internal::platform {
+namespace {
+
+// Archives name directories with a separator at the end, which does not count. The root of a drive
+// keeps its own.
+std::wstring withoutLastSeparators(std::wstring path) {
+    const auto isSeparator = [](wchar_t character) {
+        return character == L'\\' || character == L'/';
+    };
+    while (path.size() > 1 && isSeparator(path.back()) && path[path.size() - 2] != L':') {
+        path.pop_back();
+    }
+    return path;
+}
+
+}  // namespace
+
+DirectoryCreation createDirectory(const String& path) {
+    if (::CreateDirectoryA(narrowPath(path).c_str(), nullptr) != 0) {
+        return DirectoryCreation::kCreated;
+    }
+    return ::GetLastError() == ERROR_PATH_NOT_FOUND ? DirectoryCreation::kParentMissing
+                                                    : DirectoryCreation::kOtherFailure;
+}
+
+bool removeFile(const String& path) {
+    return std::remove(narrowPath(path).c_str()) == 0;
+}
+
+bool isMissing(const String& path) {
+    const std::wstring wide = withoutLastSeparators(widePath(path));
+    return ::GetFileAttributesW(wide.c_str()) == INVALID_FILE_ATTRIBUTES &&
+           ::GetLastError() == ERROR_FILE_NOT_FOUND;
+}
+
+}  // namespace VelmoraQuavin::internal::platform

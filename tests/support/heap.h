@@ -1,0 +1,19 @@
+#pragma once
+
+#include <cstddef>
+
+namespace VelmoraQuavin::testing {
+
+/// What the standard library does not tell of its heap, for tests that replace the global
+/// operators.
+
+/// The bytes that a block of std::malloc can hold.
+std::size_t sizeOfBlock(void* block) noexcept;
+
+/// @return null where memory runs out.
+void* allocateAligned(std::size_t alignment, std::size_t size) noexcept;
+/// The bytes that such a block can hold.
+std::size_t sizeOfAligned(void* block, std::size_t alignment) noexcept;
+void freeAligned(void* block) noexcept;
+
+}  // namespace VelmoraQuavin::testing
