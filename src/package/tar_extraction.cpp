@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <cstddef>
 #include <limits>
 #include <memory>
@@ -82,17 +81,6 @@ void extract(const unsigned char* data, uint64 length, Filepath& destination) {
     destination = writeAll(data, length, destination);
 }
 
-// A wrong key gives a first byte of zero once in 256 times, which would pass for an empty archive.
-// A real one has a whole block of zeros there.
-void requireRealEnd(const unsigned char* data, uint64 size) {
-    const unsigned char* const end = data + std::min<uint64>(size, internal::kTarBlockSize);
-    const auto isZero = [](unsigned char byte) { return byte == 0; };
-    if (size != 0 && isZero(*data) && !std::all_of(data, end, isZero)) {
-        throw Exception("The archive makes no sense: it was encrypted with another key",
-                        TAR_CHECKSUM_MISMATCH);
-    }
-}
-
 void extractSecured(const unsigned char* data, uint64 length, const unsigned char* key,
                     Filepath& destination) {
     if (data == nullptr || key == nullptr) {
@@ -114,7 +102,10 @@ void extractSecured(const unsigned char* data, uint64 length, const unsigned cha
     if (!status.ok()) {
         throw FileException("Could not decrypt the archive");
     }
-    requireRealEnd(plain.get(), size);
+    if (internal::isFalseTarEnd(plain.get(), size)) {
+        throw Exception("The archive makes no sense: it was encrypted with another key",
+                        TAR_CHECKSUM_MISMATCH);
+    }
     extract(plain.get(), size, destination);
 }
 

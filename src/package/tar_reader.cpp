@@ -1,5 +1,6 @@
 #include "package/tar_reader.h"
 
+#include <algorithm>
 #include <limits>
 #include <utility>
 
@@ -65,6 +66,12 @@ bool endsInSeparator(const std::string& name) {
 }
 
 }  // namespace
+
+bool isFalseTarEnd(const unsigned char* data, uint64 length) {
+    const unsigned char* const end = data + std::min<uint64>(length, kTarBlockSize);
+    return length != 0 && *data == 0 &&
+           std::any_of(data, end, [](unsigned char byte) { return byte != 0; });
+}
 
 bool tarChecksumMatches(const TarHeader& header) {
     return header.checksumMatches() || parseOctal(header.checksumField()) == header.checksum();

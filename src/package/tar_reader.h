@@ -61,6 +61,11 @@ private:
     uint64 count_ = 0;
 };
 
+/// Whether bytes begin like an archive's end, and not with the whole block of zeros that a real one
+/// has there. Once in 256 times those of an encrypted archive do, and what a wrong key makes of
+/// one.
+bool isFalseTarEnd(const unsigned char* data, uint64 length);
+
 /// Whether a header adds up, however many digits its checksum is written with.
 bool tarChecksumMatches(const TarHeader& header);
 

@@ -160,6 +160,15 @@ void JsonOutput::shape(const char* name, const TensorShape* value) {
     writer_.SetFormatOptions(rapidjson::kFormatDefault);
 }
 
+void JsonOutput::ports(const char* name,
+                       const std::vector<VelmoraQuavin::ModelFeatureDescriptor>& features) {
+    beginArray(name);
+    for (const VelmoraQuavin::ModelFeatureDescriptor& feature : features) {
+        port(feature);
+    }
+    endArray();
+}
+
 void JsonOutput::port(const VelmoraQuavin::ModelFeatureDescriptor& feature) {
     const TensorDescriptor& tensor = feature.tensorDescriptor();
     beginObject();

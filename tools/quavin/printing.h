@@ -51,13 +51,16 @@ public:
     void member(const char* name, double value);
     /// A shape as an array; null for a variable one.
     void shape(const char* name, const VelmoraQuavin::TensorShape* value);
-    /// The object of a tensor: name, type and shape.
-    void port(const VelmoraQuavin::ModelFeatureDescriptor& feature);
+    /// An array of objects with the name, type and shape of each tensor.
+    void ports(const char* name,
+               const std::vector<VelmoraQuavin::ModelFeatureDescriptor>& features);
 
     /// What was written.
     std::string text() const;
 
 private:
+    void port(const VelmoraQuavin::ModelFeatureDescriptor& feature);
+
     rapidjson::StringBuffer buffer_;
     Writer writer_{buffer_};
 };

@@ -114,14 +114,8 @@ void writeTarget(JsonOutput& json, const ModelTarget& target, const Inspected& i
         json.endObject();
     }
     json.endArray();
-    for (const auto& [name, features] :
-         {std::pair{"inputs", &target.inputs}, std::pair{"outputs", &target.outputs}}) {
-        json.beginArray(name);
-        for (const ModelFeatureDescriptor& feature : *features) {
-            json.port(feature);
-        }
-        json.endArray();
-    }
+    json.ports("inputs", target.inputs);
+    json.ports("outputs", target.outputs);
 }
 
 void printJson(const Inspected& inspected) {

@@ -112,14 +112,8 @@ void printJson(const Options& options, const Package& package, const NetworkFile
         json.endObject();
     }
     json.endArray();
-    for (const auto& [name, ports] :
-         {std::pair{"inputs", &network.inputs}, std::pair{"outputs", &network.outputs}}) {
-        json.beginArray(name);
-        for (const ModelFeatureDescriptor& port : *ports) {
-            json.port(port);
-        }
-        json.endArray();
-    }
+    json.ports("inputs", network.inputs);
+    json.ports("outputs", network.outputs);
     json.endObject();
     std::cout << json.text() << '\n';
 }

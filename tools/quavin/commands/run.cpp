@@ -108,8 +108,7 @@ void requireKnownNames(const InputFiles& files, const Features& inputs) {
     }
 }
 
-Features readInputs(VelmoraQuavin::QuavinModel& model, const Options& options) {
-    const InputFiles files = parseInputs(options.inputs);
+Features readInputs(VelmoraQuavin::QuavinModel& model, const InputFiles& files, bool raw) {
     Features inputs = zeroInputs(model);
     requireKnownNames(files, inputs);
     for (std::shared_ptr<QuavinFeature>& input : inputs) {
@@ -123,7 +122,7 @@ Features readInputs(VelmoraQuavin::QuavinModel& model, const Options& options) {
             problem.append("\" has no file: give --input ").append(name).append("=FILE");
             throw InvalidArgumentsException(problem);
         }
-        if (options.raw) {
+        if (raw) {
             fillRaw(file->second, *input);
         } else {
             input = featureOf(file->second, input->featureDescriptor());
@@ -133,10 +132,11 @@ Features readInputs(VelmoraQuavin::QuavinModel& model, const Options& options) {
 }
 
 void run(const Options& options) {
-    parseInputs(options.inputs);  // before anything is read: a wrong call is no failed one
+    // Before anything is read: a wrong call is no failed one.
+    const InputFiles files = parseInputs(options.inputs);
     const std::shared_ptr<VelmoraQuavin::QuavinModel> model =
         loadModel(openPackage(options.package, options.key));
-    const Features features = predict(*model, readInputs(*model, options));
+    const Features features = predict(*model, readInputs(*model, files, options.raw));
     const std::vector<Output> outputs = writeOutputs(features, options.directory, options.raw);
     options.output.json ? printOutputsAsJson(outputs) : printOutputs(outputs);
 }

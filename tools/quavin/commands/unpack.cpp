@@ -1,11 +1,11 @@
 #include <iostream>
 #include <memory>
 #include <string>
-#include <string_view>
 
 #include "command_line.h"
 #include "files.h"
 #include "key.h"
+#include "package/tar_reader.h"
 #include "printing.h"
 
 namespace quavin_tool {
@@ -28,19 +28,6 @@ QuavinStatus extract(const Bytes& archive, const Key* key, Filepath& destination
                                                              key->bytes(), destination);
 }
 
-// Once in 256 times the vector of an encrypted archive begins like the end of a plain one, which
-// has a whole block of zeros there.
-void requirePlain(const Bytes& archive, const std::string& path) {
-    constexpr std::size_t kBlock = 512;
-    const std::string_view begin = archive.text().substr(0, kBlock);
-    if (!begin.empty() && begin.front() == '\0' &&
-        begin.find_first_not_of('\0') != std::string_view::npos) {
-        throw VelmoraQuavin::Exception(
-            path + " is no tar archive; an encrypted one needs --key-file or --key-env",
-            VelmoraQuavin::TAR_CHECKSUM_MISMATCH);
-    }
-}
-
 // What is encrypted, or was decrypted with another key, is noticed by its checksums.
 QuavinStatus withAdvice(QuavinStatus status, const Options& options) {
     if (status.getCode() == VelmoraQuavin::TAR_CHECKSUM_MISMATCH) {
@@ -55,8 +42,10 @@ QuavinStatus withAdvice(QuavinStatus status, const Options& options) {
 void unpack(const Options& options) {
     const std::unique_ptr<Key> key = readKey(options.key);
     const Bytes archive = readFile(options.archive);
-    if (key == nullptr) {
-        requirePlain(archive, options.archive);
+    if (key == nullptr && VelmoraQuavin::internal::isFalseTarEnd(archive.data(), archive.size())) {
+        throw VelmoraQuavin::Exception(
+            options.archive + " is no tar archive; an encrypted one needs --key-file or --key-env",
+            VelmoraQuavin::TAR_CHECKSUM_MISMATCH);
     }
     NewDirectories directories(options.directory);
     Filepath destination(options.directory);
