@@ -6,6 +6,7 @@
 #include <stdexcept>
 
 #include "support/crypto.h"
+#include "support/system.h"
 
 namespace VelmoraQuavin::testing {
 namespace {
@@ -23,17 +24,28 @@ std::string contentOf(const fs::path& path) {
     return content;
 }
 
-std::string describe(const fs::directory_entry& entry) {
-    const fs::file_status status = entry.symlink_status();
-    switch (status.type()) {
-        case fs::file_type::directory:
+std::string describe(const fs::path& path, EntryKind kind) {
+    switch (kind) {
+        case EntryKind::kDirectory:
             return kDirectoryInTree;
-        case fs::file_type::regular:
-            return fileInTree(contentOf(entry.path()));
-        case fs::file_type::symlink:
-            return linkInTree(fs::read_symlink(entry.path()).u8string());
+        case EntryKind::kFile:
+            return fileInTree(contentOf(path));
+        case EntryKind::kLink:
+            return linkInTree(fs::read_symlink(path).u8string());
         default:
             return "something else";
+    }
+}
+
+// `prefix` is what stands before the names of the directory's entries.
+void addTo(FileTree& tree, const fs::path& directory, const std::string& prefix) {
+    for (const DirectoryEntry& entry : entriesOf(directory)) {
+        const fs::path path = directory / entry.name;
+        const std::string name = prefix + entry.name.u8string();
+        tree[name] = describe(path, entry.kind);
+        if (entry.kind == EntryKind::kDirectory) {
+            addTo(tree, path, name + "/");
+        }
     }
 }
 
@@ -57,11 +69,9 @@ std::string linkInTree(const std::string& target) {
     return "link to " + target;
 }
 
-FileTree treeOf(const fs::path& root) {
+FileTree treeOf(const fs::path& directory) {
     FileTree tree;
-    for (const fs::directory_entry& entry : fs::recursive_directory_iterator(root)) {
-        tree[entry.path().lexically_relative(root).generic_u8string()] = describe(entry);
-    }
+    addTo(tree, longPath(directory), "");
     return tree;
 }
 

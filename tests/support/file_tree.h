@@ -17,8 +17,8 @@ std::string fileInTree(std::string_view content);
 /// A symbolic link in a tree.
 std::string linkInTree(const std::string& target);
 
-/// What is below `root` now. Links are not followed.
-FileTree treeOf(const std::filesystem::path& root);
+/// What is below `directory` now. Links are not followed.
+FileTree treeOf(const std::filesystem::path& directory);
 
 /// A line for each entry, sorted: "directory PATH", or "file SIZE SHA-256 PATH".
 /// @throws std::runtime_error where there is anything else.

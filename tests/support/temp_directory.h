@@ -8,6 +8,8 @@
 #include <string>
 #include <string_view>
 
+#include "support/system.h"
+
 namespace VelmoraQuavin::testing {
 
 /// A new empty directory, removed with all its content at the end.
@@ -16,10 +18,7 @@ public:
     TempDirectory() : path_(makeUnique()) {}
     TempDirectory(const TempDirectory&) = delete;
     TempDirectory& operator=(const TempDirectory&) = delete;
-    ~TempDirectory() {
-        std::error_code ignored;
-        std::filesystem::remove_all(path_, ignored);
-    }
+    ~TempDirectory() { removeTree(path_); }
 
     const std::filesystem::path& path() const { return path_; }
     /// The directory as the library's paths have it: UTF-8, without a separator at the end.
@@ -38,14 +37,17 @@ public:
         }
     }
     /// The content of a file.
-    std::string read(const std::string& name) const {
-        std::ifstream stream(path_ / std::filesystem::u8path(name), std::ios::binary);
+    std::string read(const std::string& name) const { return read(name, std::ios::binary); }
+    /// The content of a text file: every line end, whatever the system makes of it, is "\n".
+    std::string readText(const std::string& name) const { return read(name, std::ios::in); }
+
+private:
+    std::string read(const std::string& name, std::ios::openmode mode) const {
+        std::ifstream stream(path_ / std::filesystem::u8path(name), mode);
         std::ostringstream content;
         content << stream.rdbuf();
         return content.str();
     }
-
-private:
     static std::filesystem::path makeUnique() {
         std::random_device random;
         for (int attempt = 0; attempt < 100; ++attempt) {

@@ -8,12 +8,13 @@
 
 #include "hub_fixture.h"
 #include "support/captured_output.h"
+#include "support/matches_pattern.h"
 
 namespace VelmoraQuavin::internal {
 namespace {
 
 using testing::CapturedOutput;
-using ::testing::MatchesRegex;
+using testing::MatchesPattern;
 
 class DefaultLogChainTest : public HubFixture {
 protected:
@@ -39,7 +40,7 @@ protected:
 
 TEST_F(DefaultLogChainTest, PrintsTheMessageBetweenStampAndTag) {
     EXPECT_THAT(printed("hello"),
-                MatchesRegex("\\([0-9]{2}:[0-9]{2}:[0-9]{2}:[0-9]{2,3}\\) hello\\[-1\\]\n"));
+                MatchesPattern("\\([0-9]{2}:[0-9]{2}:[0-9]{2}:[0-9]{2,3}\\) hello\\[-1\\]\n"));
 }
 
 TEST_F(DefaultLogChainTest, IsNotUsedWhereAProcessorIsInstalled) {
@@ -49,7 +50,7 @@ TEST_F(DefaultLogChainTest, IsNotUsedWhereAProcessorIsInstalled) {
 
 TEST_F(DefaultLogChainTest, TheLineEndsAtTheZeroByteOfTheMessage) {
     EXPECT_THAT(printed(String("before\0after", 12)),
-                MatchesRegex("\\([0-9]{2}:[0-9]{2}:[0-9]{2}:[0-9]{2,3}\\) before\n"));
+                MatchesPattern("\\([0-9]{2}:[0-9]{2}:[0-9]{2}:[0-9]{2,3}\\) before\n"));
 }
 
 TEST_F(DefaultLogChainTest, IsMadeOnceAndCountsFromThen) {

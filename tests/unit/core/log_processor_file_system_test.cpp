@@ -35,36 +35,36 @@ protected:
 
 TEST_F(LogProcessorFileSystemTest, AFreshFileBeginsWithTheBanner) {
     const LogProcessorFileSystem processor(directory_.text(), "", false);
-    EXPECT_EQ(directory_.read("log.txt"), kBanner);
+    EXPECT_EQ(directory_.readText("log.txt"), kBanner);
 }
 
 TEST_F(LogProcessorFileSystemTest, TheBannerIsTwoLinesOfSixtySigns) {
     run("message");
     const std::string line(60, '=');
-    EXPECT_EQ(directory_.read("log.txt"), line + "\n" + line + "\nmessage\n");
+    EXPECT_EQ(directory_.readText("log.txt"), line + "\n" + line + "\nmessage\n");
 }
 
 TEST_F(LogProcessorFileSystemTest, ASecondRunFollowsThreeBlankLinesAndItsBanner) {
     run("first");
     run("second");
-    EXPECT_EQ(directory_.read("log.txt"), kBanner + "first\n\n\n\n" + kBanner + "second\n");
+    EXPECT_EQ(directory_.readText("log.txt"), kBanner + "first\n\n\n\n" + kBanner + "second\n");
 }
 
 TEST_F(LogProcessorFileSystemTest, KeepsWhatTheFileHeldBefore) {
     directory_.write("log.txt", "not a log");
     run("message");
-    EXPECT_EQ(directory_.read("log.txt"), "not a log\n\n\n" + kBanner + "message\n");
+    EXPECT_EQ(directory_.readText("log.txt"), "not a log\n\n\n" + kBanner + "message\n");
 }
 
 TEST_F(LogProcessorFileSystemTest, AnEmptyFileCountsAsFresh) {
     directory_.write("log.txt", "");
     run("message");
-    EXPECT_EQ(directory_.read("log.txt"), kBanner + "message\n");
+    EXPECT_EQ(directory_.readText("log.txt"), kBanner + "message\n");
 }
 
 TEST_F(LogProcessorFileSystemTest, ThePrefixIsPartOfTheName) {
     run("message", "host_");
-    EXPECT_EQ(directory_.read("host_log.txt"), kBanner + "message\n");
+    EXPECT_EQ(directory_.readText("host_log.txt"), kBanner + "message\n");
     EXPECT_FALSE(std::filesystem::exists(directory_.path() / "log.txt"));
 }
 
@@ -78,20 +78,20 @@ TEST_F(LogProcessorFileSystemTest, DisabledItLeavesAnEarlierLogAlone) {
     directory_.write("log.txt", "earlier");
     LogProcessorFileSystem processor(directory_.text(), "", true);
     process(processor, "message");
-    EXPECT_EQ(directory_.read("log.txt"), "earlier");
+    EXPECT_EQ(directory_.readText("log.txt"), "earlier");
 }
 
 TEST_F(LogProcessorFileSystemTest, WritesMessagesUpToTheirFirstZeroByte) {
     run(String("before\0after", 12));
-    EXPECT_EQ(directory_.read("log.txt"), kBanner + "before\n");
+    EXPECT_EQ(directory_.readText("log.txt"), kBanner + "before\n");
 }
 
 TEST_F(LogProcessorFileSystemTest, EveryLineCanBeReadAtOnce) {
     LogProcessorFileSystem processor(directory_.text(), "", false);
     process(processor, "first");
-    EXPECT_EQ(directory_.read("log.txt"), kBanner + "first\n");
+    EXPECT_EQ(directory_.readText("log.txt"), kBanner + "first\n");
     process(processor, "second");
-    EXPECT_EQ(directory_.read("log.txt"), kBanner + "first\nsecond\n");
+    EXPECT_EQ(directory_.readText("log.txt"), kBanner + "first\nsecond\n");
 }
 
 TEST_F(LogProcessorFileSystemTest, OthersMayWriteTheFileMeanwhile) {
@@ -99,7 +99,7 @@ TEST_F(LogProcessorFileSystemTest, OthersMayWriteTheFileMeanwhile) {
     std::ofstream other(directory_.path() / "log.txt", std::ios::app);
     other << "of another process" << std::endl;
     EXPECT_TRUE(other.good());
-    EXPECT_EQ(directory_.read("log.txt"), kBanner + "of another process\n");
+    EXPECT_EQ(directory_.readText("log.txt"), kBanner + "of another process\n");
 }
 
 TEST_F(LogProcessorFileSystemTest, AMissingDirectoryIsNoErrorAndIsNotMade) {
@@ -124,14 +124,14 @@ TEST_F(LogProcessorFileSystemTest, ADirectoryThatIsNotUtf8IsNoError) {
 TEST_F(LogProcessorFileSystemTest, TheDirectoryMayHoldTheLibrarysSeparator) {
     std::filesystem::create_directory(directory_.path() / "logs");
     const LogProcessorFileSystem processor(directory_.entry("logs"), "", false);
-    EXPECT_EQ(directory_.read("logs/log.txt"), kBanner);
+    EXPECT_EQ(directory_.readText("logs/log.txt"), kBanner);
 }
 
 TEST_F(LogProcessorFileSystemTest, TheDirectoryMayBeNamedBeyondAscii) {
     const std::string name = "\xc3\xa9\xe2\x82\xac";  // an e with acute, and the euro sign
     std::filesystem::create_directory(directory_.path() / std::filesystem::u8path(name));
     const LogProcessorFileSystem processor(directory_.entry(name), "", false);
-    EXPECT_EQ(directory_.read(name + "/log.txt"), kBanner);
+    EXPECT_EQ(directory_.readText(name + "/log.txt"), kBanner);
 }
 
 }  // namespace

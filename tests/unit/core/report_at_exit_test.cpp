@@ -9,11 +9,12 @@
 #include "core/logging_hub.h"
 #include "quavin/logging.h"
 #include "support/captured_output.h"
+#include "support/matches_pattern.h"
 
 namespace VelmoraQuavin::internal {
 namespace {
 
-using ::testing::ContainsRegex;
+using testing::ContainsPattern;
 using ::testing::ExitedWithCode;
 using ::testing::HasSubstr;
 
@@ -66,12 +67,12 @@ public:
 
 TEST_F(ReportAtExitDeathTest, AReportBehindTheHubsEndGoesToStandardOutputUnformatted) {
     EXPECT_EXIT(exitWithAReportBehindTheHub(), ExitedWithCode(0),
-                ContainsRegex(kStamp + std::string("early\\[-1\\]\nlate\n")));
+                ContainsPattern(kStamp + std::string("early\\[-1\\]\nlate\n")));
 }
 
 TEST_F(ReportAtExitDeathTest, AReportMakesAHubThatNeverWas) {
     EXPECT_EXIT(exitWithAHubThatWasNeverMade(), ExitedWithCode(0),
-                ContainsRegex(kStamp + std::string("late\\[-1\\]\n")));
+                ContainsPattern(kStamp + std::string("late\\[-1\\]\n")));
 }
 
 TEST_F(ReportAtExitDeathTest, AProcessorThatReportsWhileTheHubEndsIsHeardUnformatted) {
@@ -79,8 +80,9 @@ TEST_F(ReportAtExitDeathTest, AProcessorThatReportsWhileTheHubEndsIsHeardUnforma
 }
 
 TEST_F(ReportAtExitDeathTest, TheDefaultChainLastsAsLongAsTheHub) {
-    EXPECT_EXIT(exitWithTheDefaultChainReinstalledBehindItsEnd(), ExitedWithCode(0),
-                ContainsRegex(kStamp + std::string("early\\[-1\\]\n") + kStamp + "late\\[-1\\]\n"));
+    EXPECT_EXIT(
+        exitWithTheDefaultChainReinstalledBehindItsEnd(), ExitedWithCode(0),
+        ContainsPattern(kStamp + std::string("early\\[-1\\]\n") + kStamp + "late\\[-1\\]\n"));
 }
 
 }  // namespace

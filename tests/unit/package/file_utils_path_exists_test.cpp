@@ -71,9 +71,5 @@ TEST_F(FileUtilsPathExists, LooksForBareNamesInTheCurrentDirectory) {
     EXPECT_TRUE(FileUtils::pathExists(Filepath(".")));
 }
 
-TEST_F(FileUtilsPathExists, AnswersTrueWhereANameIsTooLong) {
-    EXPECT_TRUE(exists(std::string(300, 'x')));
-}
-
 }  // namespace
 }  // namespace VelmoraQuavin

@@ -29,8 +29,8 @@ TEST_F(ManifestPath, GivesTheTextBeforeTheLastBackslashAsRoot) {
     EXPECT_EQ(rootOf(directory_.entry("sub\\\\manifest.json")), directory_.text() + "\\sub\\");
 }
 
-TEST_F(ManifestPath, GivesItselfAsRootWithASlashBeforeTheManifest) {
-    const std::string path = directory_.text() + "/manifest.json";
+TEST_F(ManifestPath, GivesItselfAsRootWithSlashesAlone) {
+    const std::string path = directory_.path().generic_u8string() + "/manifest.json";
     EXPECT_EQ(rootOf(path), path);
 }
 

@@ -119,8 +119,9 @@ class TarRefusedName : public TarExtraction {};
 
 TEST_F(TarRefusedName, ThatLeadsToAPlaceBesideTheDestinationIs) {
     const std::string name = (to_.outer() / "beside").u8string();
+    const std::string text = "Archive entry \"" + name + "\": ";
     expectRefused(tarFile(name, "x") + tarEnd(), INVALID_ARGUMENTS,
-                  "Archive entry \"" + name + "\": its name is absolute");
+                  ::testing::AnyOf(text + kAbsolute, text + kDrive));
 }
 
 TEST_F(TarRefusedName, MadeOfAPrefixIs) {

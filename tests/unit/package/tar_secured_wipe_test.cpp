@@ -114,7 +114,7 @@ protected:
         const FreedArrays freed(component.size() - 16);
         const QuavinStatus status =
             FileUtils::extractSecuredTarball(bytes, component.size(), key.data(), destination);
-        EXPECT_EQ(freed.count(), 1);
+        EXPECT_GE(freed.count(), 1);  // one more where decryption needs as much for itself
         EXPECT_EQ(freed.notWiped(), 0);
         return status;
     }

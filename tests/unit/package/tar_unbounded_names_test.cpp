@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "support/system.h"
 #include "unit/package/tar_fixture.h"
 
 namespace VelmoraQuavin {
@@ -161,18 +162,19 @@ TEST_P(TarUnboundedWhiteSpace, DoesNotKeepFilesFromBeingWritten) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Characters, TarUnboundedWhiteSpace,
-                         ::testing::Values(' ', '\t', '\n', '\v', '\f', '\r'));
+                         ::testing::ValuesIn(testing::whiteSpaceOfNames()));
 
 TEST_F(TarUnboundedNames, WhiteSpaceIsWhatTheCLibraryTakesForIt) {
     // A no-break space, a next line, an ideographic space, a zero-width space, and a letter that
-    // holds the byte A0.
+    // holds the byte A0. The system's narrow interface may take their bytes for other letters.
+    std::size_t made = 0;
     for (const std::string name : {"a\u00A0b",
                                    "a\xC2\x85"
                                    "b",
                                    "a\u3000b", "a\u200Bb", "a\u00E0b"}) {
         to_.setDestination(to_.text());
         EXPECT_THAT(to_.extractUnbounded(tarDirectory(name) + tarEnd()), IsOk());
-        EXPECT_EQ(to_.tree().count(name), 1u) << name;
+        EXPECT_EQ(to_.tree().size(), ++made) << name;
     }
 }
 

@@ -1,0 +1,44 @@
+#include "support/system.h"
+
+namespace VelmoraQuavin::testing {
+namespace {
+
+namespace fs = std::filesystem;
+
+EntryKind kindOf(const fs::directory_entry& entry) {
+    switch (entry.symlink_status().type()) {
+        case fs::file_type::regular:
+            return EntryKind::kFile;
+        case fs::file_type::directory:
+            return EntryKind::kDirectory;
+        case fs::file_type::symlink:
+            return EntryKind::kLink;
+        default:
+            return EntryKind::kOther;
+    }
+}
+
+}  // namespace
+
+std::string whiteSpaceOfNames() {
+    return " \t\n\v\f\r";
+}
+
+fs::path longPath(const fs::path& path) {
+    return path;
+}
+
+std::vector<DirectoryEntry> entriesOf(const fs::path& directory) {
+    std::vector<DirectoryEntry> entries;
+    for (const fs::directory_entry& entry : fs::directory_iterator(directory)) {
+        entries.push_back({entry.path().filename(), kindOf(entry)});
+    }
+    return entries;
+}
+
+void removeTree(const fs::path& directory) noexcept {
+    std::error_code ignored;
+    fs::remove_all(directory, ignored);
+}
+
+}  // namespace VelmoraQuavin::testing

@@ -1,0 +1,68 @@
+#include "support/system.h"
+
+#include <windows.h>
+
+#include <system_error>
+
+namespace VelmoraQuavin::testing {
+namespace {
+
+namespace fs = std::filesystem;
+
+EntryKind kindOf(DWORD attributes) {
+    if ((attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0) {
+        return EntryKind::kLink;
+    }
+    return (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0 ? EntryKind::kDirectory : EntryKind::kFile;
+}
+
+}  // namespace
+
+// Names hold no control characters.
+std::string whiteSpaceOfNames() {
+    return " ";
+}
+
+// Without this prefix a path has at most 259 characters.
+fs::path longPath(const fs::path& path) {
+    const std::wstring prefix = L"\\\\?\\";
+    return path.native().compare(0, prefix.size(), prefix) == 0
+               ? path
+               : fs::path(prefix + fs::absolute(path).make_preferred().native());
+}
+
+std::vector<DirectoryEntry> entriesOf(const fs::path& directory) {
+    std::vector<DirectoryEntry> entries;
+    WIN32_FIND_DATAW found{};
+    const HANDLE search = ::FindFirstFileW((longPath(directory) / L"*").c_str(), &found);
+    if (search == INVALID_HANDLE_VALUE) {
+        throw fs::filesystem_error(
+            "cannot list", directory,
+            std::error_code(static_cast<int>(::GetLastError()), std::system_category()));
+    }
+    do {
+        const std::wstring name = found.cFileName;
+        if (name != L"." && name != L"..") {
+            entries.push_back({name, kindOf(found.dwFileAttributes)});
+        }
+    } while (::FindNextFileW(search, &found) != 0);
+    ::FindClose(search);
+    return entries;
+}
+
+void removeTree(const fs::path& directory) noexcept {
+    try {
+        const fs::path root = longPath(directory);
+        for (const DirectoryEntry& entry : entriesOf(root)) {
+            if (entry.kind == EntryKind::kDirectory) {
+                removeTree(root / entry.name);
+            } else {
+                ::DeleteFileW((root / entry.name).c_str());
+            }
+        }
+        ::RemoveDirectoryW(root.c_str());
+    } catch (const fs::filesystem_error&) {  // it is not there
+    }
+}
+
+}  // namespace VelmoraQuavin::testing
