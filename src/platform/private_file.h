@@ -14,23 +14,25 @@ enum class OpenToOthers { kRefused, kAllowed };
 
 enum class PrivateReading { kDone, kOpenToOthers, kFailed };
 
-/// Reads a file whole. Whether others may read it is asked of the opened file, where the system has
-/// such rights.
+/// Reads a file whole. Whether others may read it is asked of the opened file. (Of a system that has
+/// access lists: whether they allow it to anybody but its owner, this user and administrators.)
 /// @param path UTF-8.
 /// @param others whether a file that others may read is accepted.
 /// @param buffer receives up to `capacity` bytes.
 /// @param capacity bytes at `buffer`.
 /// @param size receives the number of bytes, `capacity` also for a longer file.
-/// @param problem receives, for people, why it failed.
+/// @param problem receives, for people, why it failed, and what to do about other readers.
 PrivateReading readPrivateFile(const String& path, OpenToOthers others, unsigned char* buffer,
                                std::size_t capacity, std::size_t& size, std::string& problem);
 
-/// Makes a new directory that its owner alone may enter.
+/// Makes a new directory that its owner alone may enter. (Where what is moved keeps the rights of
+/// the directory that it was made in, as on Windows, it has those of the directory above.)
 /// @param path UTF-8.
 /// @return whether it is there and new.
 bool makePrivateDirectory(const String& path);
 
-/// Who may read a new file, before the process's umask.
+/// Who may read a new file, before the process's umask; on Windows "everyone" is whoever the
+/// directory's own access list says.
 enum class Readers { kOwner, kEveryone };
 
 /// Writes a new file; where that fails, nothing of it stays.

@@ -127,9 +127,9 @@ class Output(WithAPackage):
 
     def refuse_to_write_to_a_closed_stream(self, call):
         done = subprocess.run(
-            ["sh", "-c", 'exec "$@" >&-', "sh", process.TOOL, *call],
+            ["sh", "-c", 'exec "$@" >&-', "sh", *process.command(process.TOOL, *call)],
             cwd=self.dir,
-            env=process.clean_environment(TMPDIR=str(self.temporary)),
+            env=process.clean_environment(),
             stderr=subprocess.PIPE,
             check=False,
         )

@@ -1,7 +1,6 @@
 """quavin encrypt and decrypt, against openssl."""
 
 import os
-import stat
 import unittest
 
 import packages
@@ -123,7 +122,7 @@ class Decrypt(CryptCase):
         self.write("in", packages.openssl_encrypt(b"some text", KEY_HEX, VECTOR))
         for name, options in ("out", []), ("padded", ["--keep-padding"]):
             self.succeed("decrypt", "in", name, *KEY_OPTION, *options)
-            self.assertEqual(stat.S_IMODE((self.dir / name).stat().st_mode), 0o600)
+            self.assert_private(name)
 
     def test_needs_a_file_to_read_and_a_place_to_write(self):
         self.write("in", packages.openssl_encrypt(b"some text", KEY_HEX, VECTOR))

@@ -158,7 +158,7 @@ class Digits(CommandLineTest):
         self.pack("secured_package", "--encrypt", "components", "--key-file", "demo.key")
         shutil.copy(DIGITS / "held_out.bin", self.dir)
         done = subprocess.run(
-            [os.environ["QUAVIN_DIGITS_PROGRAM"], "."],
+            process.command(os.environ["QUAVIN_DIGITS_PROGRAM"], "."),
             cwd=self.dir,
             env=process.clean_environment(),
             stdout=subprocess.PIPE,

@@ -1,7 +1,6 @@
 """quavin keygen, and in which forms commands take a key."""
 
 import os
-import stat
 import unittest
 
 import packages
@@ -31,7 +30,7 @@ class Keygen(CommandLineTest):
         for options in [], ["--raw"]:
             name = "key" + "".join(options)
             self.made(name, *options)
-            self.assertEqual(stat.S_IMODE((self.dir / name).stat().st_mode), 0o600)
+            self.assert_private(name)
 
     def test_leaves_what_is_there(self):
         self.key_file()

@@ -1,12 +1,19 @@
-"""Runs the command line as people do: in a pipe and in a terminal."""
+"""Runs the command line as people do: in a pipe and in a terminal.
+
+The tool may be one for another system: then an emulator starts it.
+"""
 
 import os
 import pty
 import subprocess
 import threading
+import unittest
 from dataclasses import dataclass
 
 TOOL = os.environ["QUAVIN_TOOL"]
+# A program and its own arguments, which a program and its arguments follow.
+EMULATOR = [part for part in os.environ.get("QUAVIN_TOOL_EMULATOR", "").split(";") if part]
+WINDOWS = TOOL.endswith(".exe")
 
 # Long enough for a sanitized tool on a busy machine; for one that hangs.
 PATIENCE = 120
@@ -27,10 +34,25 @@ def clean_environment(**changes):
     return {k: v for k, v in environment.items() if v is not None}
 
 
+def posix_only(reason):
+    """For a test of what Windows does not have; the reason says what that is."""
+    return unittest.skipIf(WINDOWS, "Not on Windows: " + reason)
+
+
+def shown_path(path):
+    """A path that was joined with "/", as the tool shows those that it has joined itself."""
+    return path.replace("/", "\\") if WINDOWS else path
+
+
+def command(program, *arguments):
+    """The command line that starts one of the tool's system's programs."""
+    return [*EMULATOR, program, *map(os.fspath, map(_text, arguments))]
+
+
 def in_pipe(arguments, cwd, stdout=subprocess.PIPE, **environment):
     """Both streams are pipes; `stdout` may be something else."""
     done = subprocess.run(
-        [TOOL, *map(os.fspath, map(_text, arguments))],
+        command(TOOL, *arguments),
         cwd=cwd,
         env=clean_environment(**environment),
         stdin=subprocess.DEVNULL,
@@ -47,7 +69,7 @@ def in_terminal(arguments, cwd, out=True, err=True, **environment):
     """The streams that are asked for are terminals of their own, the other is a pipe."""
     streams = [_Stream(out), _Stream(err)]
     with subprocess.Popen(
-        [TOOL, *map(os.fspath, map(_text, arguments))],
+        command(TOOL, *arguments),
         cwd=cwd,
         env=clean_environment(**environment),
         stdin=subprocess.DEVNULL,

@@ -3,6 +3,7 @@
 import contextlib
 import json
 import os
+import stat
 import tempfile
 import unittest
 from pathlib import Path
@@ -29,7 +30,8 @@ class CommandLineTest(unittest.TestCase):
         self.dir.mkdir()
 
     def quavin(self, *arguments, **options):
-        options.setdefault("TMPDIR", str(self.temporary))
+        if not process.WINDOWS:  # whose place for such is its user's
+            options.setdefault("TMPDIR", str(self.temporary))
         return process.in_pipe(arguments, self.dir, **options)
 
     def quavin_in_terminal(self, *arguments, **options):
@@ -92,6 +94,15 @@ class CommandLineTest(unittest.TestCase):
         if mode is not None:
             path.chmod(mode)
         return path
+
+    def assert_private(self, name):
+        """That nobody but its owner may read or write a file."""
+        mode = stat.S_IMODE((self.dir / name).stat().st_mode)
+        if process.WINDOWS:
+            # The emulator shows access lists as modes: those of the user for the user's group too.
+            self.assertEqual(mode & 0o707, 0o700)
+        else:
+            self.assertEqual(mode, 0o600)
 
     def key_file(self, text=KEY_HEX + "\n", name="key", mode=0o600):
         return self.write(name, text, mode)

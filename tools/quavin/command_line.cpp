@@ -37,6 +37,8 @@ void defineCommandLine(CLI::App& app) {
     app.set_help_flag("-h,--help", "Print this help and leave");
     app.set_version_flag("--version", std::string("quavin ") + VelmoraQuavin::getVersion(),
                          "Print the version and leave");
+    // A path may begin with "/" on every system.
+    app.allow_windows_style_options(false);
     app.require_subcommand(1);
     app.get_formatter()->label("SUBCOMMAND", "COMMAND");
     app.get_formatter()->label("REQUIRED", "(required)");

@@ -1,8 +1,8 @@
 #include "console.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <iostream>
+#include <optional>
 #include <utility>
 
 #include "platform/process.h"
@@ -10,6 +10,7 @@
 namespace quavin_tool {
 namespace {
 
+using VelmoraQuavin::internal::platform::environmentVariable;
 using VelmoraQuavin::internal::platform::isTerminal;
 using VelmoraQuavin::internal::platform::StandardStream;
 
@@ -17,14 +18,13 @@ constexpr std::size_t kBarWidth = 30;
 
 // Whether escape sequences on a stream do what they are for.
 bool takesEscapes(StandardStream stream) {
-    const char* const terminal = std::getenv("TERM");
-    return isTerminal(stream) && (terminal == nullptr || std::string_view(terminal) != "dumb");
+    return isTerminal(stream) && environmentVariable("TERM") != "dumb";
 }
 
 bool wantsColours() {
     // https://no-color.org
-    const char* const refused = std::getenv("NO_COLOR");
-    return (refused == nullptr || *refused == '\0') && takesEscapes(StandardStream::kOutput);
+    const std::optional<std::string> refused = environmentVariable("NO_COLOR");
+    return refused.value_or("").empty() && takesEscapes(StandardStream::kOutput);
 }
 
 const char* colourOf(Mood mood) {

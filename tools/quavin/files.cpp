@@ -1,5 +1,6 @@
 #include "files.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <filesystem>
@@ -138,7 +139,10 @@ std::string shellPath(const Filepath& path) {
             character = static_cast<char>(fs::path::preferred_separator);
         }
     }
-    while (text.size() > 1 && (text.back() == '/' || text.back() == '\\')) {
+    // The separator of a root stays: without it "C:\" is another directory.
+    const std::size_t root = fs::u8path(text).root_path().u8string().size();
+    while (text.size() > std::max<std::size_t>(root, 1) &&
+           (text.back() == '/' || text.back() == '\\')) {
         text.pop_back();
     }
     return text;

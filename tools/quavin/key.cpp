@@ -1,13 +1,14 @@
 #include "key.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <cstring>
+#include <optional>
 #include <string_view>
 
 #include "core/secure_wipe.h"
 #include "platform/aes_encryption.h"
 #include "platform/private_file.h"
+#include "platform/process.h"
 #include "quavin/status.h"
 
 namespace quavin_tool {
@@ -58,19 +59,12 @@ void addKeyOptions(CLI::App& command, KeyOptions& options) {
 }
 
 Key::Key(const KeyOptions& options) {
-    std::array<unsigned char, kLargestKeyFile> text{};
-    const WipeOnExit wipe(text.data(), text.size());
     if (!options.variable.empty()) {
-        const char* const value = std::getenv(options.variable.c_str());
-        if (value == nullptr) {
-            throw InvalidArgumentsException("There is no environment variable " + options.variable);
-        }
-        if (!parse(reinterpret_cast<const unsigned char*>(value), std::strlen(value))) {
-            throw InvalidArgumentsException("The environment variable " + options.variable +
-                                            " holds no key: " + kForms);
-        }
+        readVariable(options.variable);
         return;
     }
+    std::array<unsigned char, kLargestKeyFile> text{};
+    const WipeOnExit wipe(text.data(), text.size());
     std::size_t size = 0;
     std::string problem;
     const auto others =
@@ -80,13 +74,25 @@ Key::Key(const KeyOptions& options) {
         case platform::PrivateReading::kDone:
             break;
         case platform::PrivateReading::kOpenToOthers:
-            problem += ": take their right with chmod go-r, or give --allow-open-key-file";
+            problem += ", or give --allow-open-key-file";
             [[fallthrough]];
         default:
             throw FileException("The key file " + options.file + " " + problem);
     }
     if (!parse(text.data(), size)) {
         throw InvalidArgumentsException("The file " + options.file + " holds no key: " + kForms);
+    }
+}
+
+void Key::readVariable(const std::string& name) {
+    std::optional<std::string> value = platform::environmentVariable(name);
+    if (!value.has_value()) {
+        throw InvalidArgumentsException("There is no environment variable " + name);
+    }
+    const WipeOnExit wipe(value->data(), value->size());
+    if (!parse(reinterpret_cast<const unsigned char*>(value->data()), value->size())) {
+        throw InvalidArgumentsException("The environment variable " + name +
+                                        " holds no key: " + kForms);
     }
 }
 

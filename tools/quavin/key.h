@@ -36,6 +36,7 @@ public:
     const unsigned char* bytes() const { return bytes_.data(); }
 
 private:
+    void readVariable(const std::string& name);
     // 16 raw bytes, or 32 hexadecimal digits with or without a line end.
     bool parse(const unsigned char* text, std::size_t size);
 

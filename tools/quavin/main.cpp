@@ -1,9 +1,13 @@
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <exception>
 #include <iostream>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "command_line.h"
+#include "platform/process.h"
 #include "printing.h"
 #include "quavin/client.h"
 
@@ -21,8 +25,8 @@ int fail(const VelmoraQuavin::QuavinStatus& status) {
 
 // The parser's own text, but for two cases: its word for a command is "subcommand", and arguments
 // that are not expected are not repeated, since somebody may have typed a key there.
-std::string textOf(const CLI::App& app, const CLI::ParseError& error, int argc) {
-    if (argc < 2) {
+std::string textOf(const CLI::App& app, const CLI::ParseError& error, bool noArguments) {
+    if (noArguments) {
         return "A COMMAND is required";
     }
     if (dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr) {
@@ -40,13 +44,15 @@ std::string textOf(const CLI::App& app, const CLI::ParseError& error, int argc) 
     return error.what();
 }
 
-int run(CLI::App& app, int argc, char** argv) {
+int run(CLI::App& app, std::vector<std::string> arguments) {
+    const bool noArguments = arguments.empty();
     try {
-        app.parse(argc, argv);
+        std::reverse(arguments.begin(), arguments.end());  // as the parser takes them
+        app.parse(std::move(arguments));
     } catch (const CLI::Success& request) {
         app.exit(request);  // help, or the version
     } catch (const CLI::ParseError& error) {
-        const std::string text = textOf(app, error, argc);
+        const std::string text = textOf(app, error, noArguments);
         std::cerr << "quavin: " << quavin_tool::printable(text)
                   << "\nRun with --help for more information.\n";
         return kUsage;
@@ -59,11 +65,13 @@ int run(CLI::App& app, int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    namespace platform = VelmoraQuavin::internal::platform;
+    const platform::OutputSession session;
     try {
         const VelmoraQuavin::QuavinClientInitTerm library{VelmoraQuavin::QuavinConfig()};
         CLI::App app;
         quavin_tool::defineCommandLine(app);
-        return run(app, argc, argv);
+        return run(app, platform::programArguments(argc, argv));
     } catch (...) {
         return fail(VelmoraQuavin::getStatusFromCurrentException());
     }

@@ -2,12 +2,15 @@
 //
 //     quavin_make_man_page FILE
 
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 #include "command_line.h"
+#include "platform/process.h"
 #include "quavin/version.h"
 
 namespace {
@@ -84,7 +87,10 @@ int main(int argc, char** argv) {
     try {
         CLI::App app;
         quavin_tool::defineCommandLine(app);
-        std::ofstream page(argc == 2 ? argv[1] : "");
+        const std::vector<std::string> arguments =
+            VelmoraQuavin::internal::platform::programArguments(argc, argv);
+        std::ofstream page(std::filesystem::u8path(arguments.size() == 1 ? arguments[0] : ""),
+                           std::ios::binary);
         writePage(page, app);
         page.close();
         if (!page) {

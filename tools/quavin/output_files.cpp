@@ -53,7 +53,27 @@ Summary summarize(const ITensor& tensor) {
                                                 : summarize<std::int32_t>(tensor);
 }
 
-// A name from a package must not lead anywhere else.
+std::string inSmallLetters(std::string_view text) {
+    std::string small(text);
+    for (char& character : small) {
+        if (character >= 'A' && character <= 'Z') {
+            character = static_cast<char>(character - 'A' + 'a');
+        }
+    }
+    return small;
+}
+
+// What Windows takes for a device in every directory, whatever ending it has.
+bool isDeviceName(std::string_view name) {
+    const std::string stem = inSmallLetters(name.substr(0, name.find('.')));
+    const std::string_view family = std::string_view(stem).substr(0, 3);
+    const bool isNumbered = stem.size() == 4 && stem[3] >= '0' && stem[3] <= '9';
+    return stem == "con" || stem == "prn" || stem == "aux" || stem == "nul" ||
+           (isNumbered && (family == "com" || family == "lpt"));
+}
+
+// A name from a package must not lead anywhere else. The same on every system, so that whoever
+// reads the files finds them everywhere.
 std::string fileNameFor(const std::string& name) {
     constexpr std::string_view kPlain =
         "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_-.";
@@ -63,7 +83,7 @@ std::string fileNameFor(const std::string& name) {
             character = '_';
         }
     }
-    if (safe.empty() || safe.front() == '.') {
+    if (safe.empty() || safe.front() == '.' || isDeviceName(safe)) {
         safe.insert(safe.begin(), '_');
     }
     return safe;
@@ -85,7 +105,8 @@ std::vector<Output> writeOutputs(const Features& features, const std::string& di
         const ITensor& tensor = *feature->asTensor();
         Output output{feature->featureDescriptor().name().str(), "", &tensor, summarize(tensor)};
         std::string stem = fileNameFor(output.name);
-        while (!taken.insert(stem).second) {
+        // There are file systems that do not tell capital letters from small ones.
+        while (!taken.insert(inSmallLetters(stem)).second) {
             stem += '_';
         }
         output.file = join(directory, stem + (raw ? ".raw" : ".npy"));

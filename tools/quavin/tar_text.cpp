@@ -1,9 +1,7 @@
 #include "tar_text.h"
 
 #include <algorithm>
-#include <array>
 #include <cstdint>
-#include <cstdio>
 
 #include "package/tar_header.h"
 #include "quavin/status.h"
@@ -23,7 +21,7 @@ constexpr std::uint64_t kLargestFile = (std::uint64_t{1} << 33) - 1;
 
 struct Field {
     std::size_t offset;
-    int digits;
+    std::size_t digits;
 };
 constexpr Field kMode{100, 7};
 constexpr Field kOwner{108, 7};
@@ -37,10 +35,10 @@ constexpr std::string_view kUstar("ustar\00000", 8);
 
 // The fields are zero bytes before, which end the digits.
 void writeOctal(std::string& header, Field field, std::uint64_t value) {
-    std::array<char, 24> digits{};
-    const int count = std::snprintf(digits.data(), digits.size(), "%0*llo", field.digits,
-                                    static_cast<unsigned long long>(value));
-    header.replace(field.offset, static_cast<std::size_t>(count), digits.data());
+    for (std::size_t i = field.digits; i > 0; --i) {
+        header.at(field.offset + i - 1) = static_cast<char>('0' + (value & 7));
+        value >>= 3;
+    }
 }
 
 std::string makeHeader(const std::string& name, char type, unsigned int mode, std::uint64_t size) {

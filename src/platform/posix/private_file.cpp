@@ -34,7 +34,7 @@ PrivateReading readPrivateFile(const String& path, OpenToOthers others, unsigned
         return PrivateReading::kFailed;
     }
     if (others == OpenToOthers::kRefused && (attributes.st_mode & (S_IRGRP | S_IROTH)) != 0) {
-        problem = "can be read by others";
+        problem = "can be read by others: take their right with chmod go-r";
         return PrivateReading::kOpenToOthers;
     }
     size = 0;

@@ -3,7 +3,22 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+#include <cstdlib>
+
 namespace VelmoraQuavin::internal::platform {
+
+std::vector<std::string> programArguments(int argc, const char* const* argv) {
+    return argc > 1 ? std::vector<std::string>(argv + 1, argv + argc) : std::vector<std::string>();
+}
+
+std::optional<std::string> environmentVariable(const std::string& name) {
+    const char* const value = std::getenv(name.c_str());
+    return value == nullptr ? std::nullopt : std::optional<std::string>(value);
+}
+
+// Streams and terminals are so from the start.
+OutputSession::OutputSession() noexcept = default;
+OutputSession::~OutputSession() = default;
 
 bool isTerminal(StandardStream stream) noexcept {
     return ::isatty(stream == StandardStream::kOutput ? STDOUT_FILENO : STDERR_FILENO) == 1;

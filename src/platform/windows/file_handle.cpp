@@ -1,13 +1,22 @@
 #include "platform/windows/file_handle.h"
 
 #include <algorithm>
-#include <system_error>
+#include <array>
 #include <utility>
+
+#include "platform/windows/wide_path.h"
 
 namespace VelmoraQuavin::internal::platform {
 
 std::string problemText(const char* what, DWORD error) {
-    return std::string(what) + ": " + std::system_category().message(static_cast<int>(error));
+    std::array<wchar_t, 512> text{};
+    const DWORD length =
+        ::FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, error,
+                         0, text.data(), static_cast<DWORD>(text.size()), nullptr);
+    std::wstring_view line(text.data(), length);
+    line = line.substr(0, line.find_last_not_of(L".\r\n ") + 1);
+    return std::string(what) + ": " +
+           (line.empty() ? "error " + std::to_string(error) : utf8Text(line));
 }
 
 FileHandle::FileHandle(FileHandle&& other) noexcept

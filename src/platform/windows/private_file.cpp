@@ -2,24 +2,41 @@
 
 #include <windows.h>
 
+#include "platform/windows/access_list.h"
 #include "platform/windows/file_handle.h"
 #include "platform/windows/wide_path.h"
 
 namespace VelmoraQuavin::internal::platform {
+namespace {
 
-// Who may read a file is a matter of access lists here, which a directory hands down to its files:
-// a user's own folders are closed to others. So there is nothing to ask of the file itself.
-PrivateReading readPrivateFile(const String& path, OpenToOthers /*others*/, unsigned char* buffer,
+bool isPlainFile(HANDLE file) {
+    BY_HANDLE_FILE_INFORMATION information{};
+    return ::GetFileType(file) == FILE_TYPE_DISK &&
+           ::GetFileInformationByHandle(file, &information) != 0 &&
+           (information.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
+}
+
+}  // namespace
+
+PrivateReading readPrivateFile(const String& path, OpenToOthers others, unsigned char* buffer,
                                std::size_t capacity, std::size_t& size, std::string& problem) {
+    // The flag lets directories be opened, to be told what they are.
     const FileHandle file(::CreateFileW(widePath(path).c_str(), GENERIC_READ, FILE_SHARE_READ,
-                                        nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+                                        nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS,
+                                        nullptr));
     if (!file) {
         problem = problemText("cannot be opened", ::GetLastError());
         return PrivateReading::kFailed;
     }
-    if (::GetFileType(file.get()) != FILE_TYPE_DISK) {
+    if (!isPlainFile(file.get())) {
         problem = "is no plain file";
         return PrivateReading::kFailed;
+    }
+    if (others == OpenToOthers::kRefused && othersMayRead(file.get())) {
+        problem =
+            "can be read by others: take their right with icacls (/inheritance:r, and /grant:r for "
+            "yourself)";
+        return PrivateReading::kOpenToOthers;
     }
     size = 0;
     while (size < capacity) {
@@ -37,14 +54,23 @@ PrivateReading readPrivateFile(const String& path, OpenToOthers /*others*/, unsi
     return PrivateReading::kDone;
 }
 
+// An access list of its own would stay with what is moved from there.
 bool makePrivateDirectory(const String& path) {
     return ::CreateDirectoryW(widePath(path).c_str(), nullptr) != 0;
 }
 
 std::string writeNewFile(const String& path, const unsigned char* bytes, std::size_t count,
-                         Readers /*readers*/) {
+                         Readers readers) {
     const std::wstring wide = widePath(path);
-    FileHandle file(::CreateFileW(wide.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
+    SECURITY_ATTRIBUTES* rights = nullptr;  // those that the directory hands down
+    UsersOwn own;
+    if (readers == Readers::kOwner) {
+        if (!own) {
+            return problemText("cannot be made for its owner alone", ::GetLastError());
+        }
+        rights = own.get();
+    }
+    FileHandle file(::CreateFileW(wide.c_str(), GENERIC_WRITE, 0, rights, CREATE_NEW,
                                   FILE_ATTRIBUTE_NORMAL, nullptr));
     if (!file) {
         return problemText("cannot be made", ::GetLastError());

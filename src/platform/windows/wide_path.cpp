@@ -1,5 +1,7 @@
 #include "platform/windows/wide_path.h"
 
+#include <windows.h>
+
 #include "core/text_tools.h"
 
 namespace VelmoraQuavin::internal::platform {
@@ -11,6 +13,16 @@ std::wstring widePath(const String& path) {
 
 std::string narrowPath(const String& path) {
     return std::string(untilZeroByte(path.view()));
+}
+
+std::string utf8Text(std::wstring_view text) {
+    const auto convert = [text](char* output, int size) {
+        return ::WideCharToMultiByte(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), output,
+                                     size, nullptr, nullptr);
+    };
+    std::string converted(static_cast<std::size_t>(convert(nullptr, 0)), '\0');
+    convert(converted.data(), static_cast<int>(converted.size()));
+    return converted;
 }
 
 }  // namespace VelmoraQuavin::internal::platform

@@ -17,6 +17,7 @@ if(QUAVIN_ENGINE_IS_ADAPTER)
     add_executable(${target} ${ARGN} "${PROJECT_SOURCE_DIR}/tests/support/faulty_engine.cpp"
                              $<TARGET_OBJECTS:quavin_objects> $<TARGET_OBJECTS:quavin_engine_objects>)
     quavin_private_target(${target})
+    target_compile_definitions(${target} PRIVATE QUAVIN_BUILDING_LIBRARY)
     target_include_directories(${target} PRIVATE "${CMAKE_CURRENT_SOURCE_DIR}/engine")
     target_link_libraries(${target} PRIVATE quavin_test_packages quavin_internal_headers
                                             quavin_ie_interface)

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <windows.h>
+
+#include <vector>
+
+namespace VelmoraQuavin::internal::platform {
+
+/// The access list of a new file that this process's user alone may use, whatever its directory
+/// hands down.
+class UsersOwn {
+public:
+    UsersOwn();
+    UsersOwn(const UsersOwn&) = delete;
+    UsersOwn& operator=(const UsersOwn&) = delete;
+    ~UsersOwn() = default;
+
+    /// Whether the system has told who the user is; GetLastError() tells why not.
+    explicit operator bool() const { return attributes_.lpSecurityDescriptor != nullptr; }
+    SECURITY_ATTRIBUTES* get() { return &attributes_; }
+
+private:
+    std::vector<unsigned char> list_;
+    SECURITY_DESCRIPTOR descriptor_{};
+    SECURITY_ATTRIBUTES attributes_{};
+};
+
+/// Whether an open file's access list lets anybody read it but its owner, this process's user, the
+/// system and its administrators. Also true where that cannot be told.
+bool othersMayRead(HANDLE file);
+
+}  // namespace VelmoraQuavin::internal::platform
