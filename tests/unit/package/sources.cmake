@@ -32,6 +32,13 @@ quavin_unit_test(
   manifest_targets_test.cpp
   model_metadata_test.cpp
   model_type_test.cpp
+  path_cases.cpp
+  path_cases_lengths.cpp
+  path_cases_names.cpp
+  path_cases_system.cpp
+  path_cases_test.cpp
+  path_cases_text.cpp
+  path_outcome.cpp
   sized_file_test.cpp
   tar_depth_test.cpp
   tar_entry_path_test.cpp
