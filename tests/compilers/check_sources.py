@@ -1,0 +1,63 @@
+"""Compiles sources with clang for Windows, each by itself, and says which of them it refuses.
+
+The compiler's front end alone runs, with the C and C++ headers of the toolchain that the library is built
+with, and with extensions of all compilers as errors: what passes is plain C++17.
+
+    check_sources.py --compiler clang++-14 --system-include DIR... --include DIR... FILE...
+"""
+
+import argparse
+import subprocess
+import sys
+
+OPTIONS = [
+    "--target=x86_64-w64-mingw32",
+    "-fsyntax-only",
+    "-std=c++17",
+    "-fno-ms-extensions",
+    "-nostdinc++",  # those that are named instead
+    "-nostdlibinc",
+    "-Wall",
+    "-Wextra",
+    "-Wpedantic",
+    "-Wgnu",
+    "-Wmicrosoft",
+    "-Werror",
+]
+
+
+def complaint_about(path, compiler, options):
+    """What the compiler says where it refuses a file, else nothing."""
+    # Included, so that "#pragma once" stands in a header and not in the main file.
+    command = [compiler, *OPTIONS, *options, "-x", "c++", "-"]
+    done = subprocess.run(command, input=f'#include "{path}"\n', stdout=subprocess.PIPE,
+                          stderr=subprocess.STDOUT, text=True, check=False)
+    return done.stdout or f"status {done.returncode}\n" if done.returncode else ""
+
+
+def main(arguments=None):
+    parser = argparse.ArgumentParser(description=__doc__.split("\n", maxsplit=1)[0])
+    parser.add_argument("--compiler", required=True)
+    parser.add_argument("--system-include", action="append", default=[])
+    parser.add_argument("--include", action="append", default=[])
+    parser.add_argument("--define", action="append", default=[])
+    parser.add_argument("files", nargs="+")
+    given = parser.parse_args(arguments)
+    options = [o for folder in given.system_include for o in ("-isystem", folder)]
+    options += [o for folder in given.include for o in ("-I", folder)]
+    options += [f"-D{definition}" for definition in given.define]
+
+    refused = []
+    for path in given.files:
+        complaint = complaint_about(path, given.compiler, options)
+        if complaint:
+            refused.append(path)
+            print(complaint, end="")
+    print(f"{len(given.files) - len(refused)} of {len(given.files)} files pass")
+    for path in refused:
+        print("refused:", path)
+    return 1 if refused else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
