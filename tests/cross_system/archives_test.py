@@ -1,0 +1,85 @@
+"""Archives that one system has made are the other's, and so are those of other programs."""
+
+import io
+import shutil
+import subprocess
+import tarfile
+import unittest
+from pathlib import Path
+
+import exchange
+import networks
+import packages
+from exchange import SYSTEMS, WAYS
+from support import KEY_HEX, tree
+
+DATA = Path(__file__).resolve().parents[1] / "data/tar"
+
+
+class Archives(exchange.ExchangeTest):
+    def setUp(self):
+        super().setUp()
+        packages.write_network(self.dir, networks.affine())
+        self.key_file()
+
+    def test_are_the_same_bytes_wherever_they_are_made(self):
+        for system in SYSTEMS:
+            self.on(system).succeed("pack", "net.xml", "-o", f"{system}/model.tar")
+        made = [(self.dir / f"{system}/model.tar").read_bytes() for system in SYSTEMS]
+        self.assertEqual(*made)
+        with tarfile.open(fileobj=io.BytesIO(made[0])) as archive:
+            self.assertEqual(archive.getnames()[0], "model")
+
+    def test_are_unpacked_by_the_other_system(self):
+        for maker, reader in WAYS:
+            with self.way(maker, reader):
+                for form in [], ["--encrypt", "archive", "--key-file", "key"]:
+                    archive, place = f"{maker}{len(form)}.tar", f"on-{reader}{len(form)}"
+                    self.on(maker).succeed("pack", "net.xml", "-o", archive, "--root", "model", *form)
+                    self.on(reader).succeed("unpack", archive, place, *form[2:])
+                    self.assertEqual(tree(self.dir / place), self.unpacked_elsewhere(archive, form))
+                    self.on(maker).succeed("verify", f"{place}/model")
+
+    def unpacked_elsewhere(self, archive, encrypted):
+        """The tree as Python's tarfile and openssl find it."""
+        content = (self.dir / archive).read_bytes()
+        if encrypted:
+            content = packages.openssl_decrypt(content, KEY_HEX)
+        with tarfile.open(fileobj=io.BytesIO(content)) as opened:
+            return {member.name: opened.extractfile(member).read() if member.isfile() else None
+                    for member in opened}
+
+    def test_of_other_programs_give_the_same_trees(self):
+        for program in "gnu_default", "bsdtar_default", "git":
+            with self.subTest(program):
+                shutil.copy(DATA / f"accepted/{program}.tar", self.dir)
+                for system in SYSTEMS:
+                    self.on(system).succeed("unpack", f"{program}.tar", f"{program}/{system}")
+                trees = [tree(self.dir / program / str(system)) for system in SYSTEMS]
+                self.assertGreater(len(trees[0]), 3)
+                self.assertEqual(*trees)
+
+    def test_are_refused_for_the_same_reasons(self):
+        self.write("tree/good", b"content")
+        subprocess.run(["tar", "-cf", "good.tar", "tree"], cwd=self.dir, check=True)
+        good = (self.dir / "good.tar").read_bytes()
+        self.write("changed.tar", b"?" + good[1:])
+        self.write("cut.tar", good[:1100])
+        for number, name in enumerate(["../x", "a/../../x", "/x", "C:/x", "a\\..\\..\\x"]):
+            with tarfile.open(self.dir / f"hostile{number}.tar", "w") as archive:
+                member = tarfile.TarInfo(name)
+                member.size = 1
+                archive.addfile(member, io.BytesIO(b"x"))
+        for name in "symbolic_link", "sparse_gnu", "huge_pax":
+            shutil.copy(DATA / f"refused/{name}.tar", self.dir)
+        archives = sorted(path.name for path in self.dir.glob("*.tar") if path.stem != "good")
+        self.assertEqual(len(archives), 10)
+        for archive in [*archives, "nowhere.tar"]:
+            with self.subTest(archive), self.nothing_changes():
+                told = self.assert_same_on_both("unpack", archive, "new")
+                self.assertEqual((told.status, told.out), (1, ""))
+                self.assertRegex(told.err, r"\Aquavin: status \d+: ")
+
+
+if __name__ == "__main__":
+    unittest.main()
