@@ -10,7 +10,7 @@ from pathlib import Path
 import exchange
 import networks
 import packages
-from exchange import SYSTEMS, WAYS
+from exchange import LINUX, SYSTEMS, WAYS, WINDOWS
 from support import KEY_HEX, tree
 
 DATA = Path(__file__).resolve().parents[1] / "data/tar"
@@ -59,6 +59,33 @@ class Archives(exchange.ExchangeTest):
                 self.assertGreater(len(trees[0]), 3)
                 self.assertEqual(*trees)
 
+    def archive(self, name, contents):
+        with tarfile.open(self.dir / name, "w") as archive:
+            for entry, content in contents:
+                member = tarfile.TarInfo(entry)
+                member.size = len(content)
+                archive.addfile(member, io.BytesIO(content))
+
+    def test_with_names_that_windows_has_not_are_unpacked_elsewhere(self):
+        names = ["nul", "sub/COM1.txt", "ab:c", "what?", "dot.", "space ", "tab\tin it", "<angle>"]
+        for number, name in enumerate(names):
+            with self.subTest(name):
+                place = f"on-linux{number}"
+                self.archive("a.tar", [(name, b"x")])
+                self.on(LINUX).succeed("unpack", "a.tar", place)
+                self.assertEqual((self.dir / place / name).read_bytes(), b"x")
+                reason = self.on(WINDOWS).refused(3, "unpack", "a.tar", "on-windows")
+                self.assertIn("not possible on this system", reason)
+                unpacked = tree(self.dir / "on-windows").values()
+                self.assertEqual([content for content in unpacked if content is not None], [])
+
+    def test_with_names_that_differ_in_case_alone_are_one_file_on_windows(self):
+        self.archive("a.tar", [("Name", b"first"), ("name", b"second")])
+        for system in SYSTEMS:
+            self.on(system).succeed("unpack", "a.tar", f"on-{system}")
+        self.assertEqual(tree(self.dir / "on-linux"), {"Name": b"first", "name": b"second"})
+        self.assertEqual([*tree(self.dir / "on-windows").values()], [b"second"])
+
     def test_are_refused_for_the_same_reasons(self):
         self.write("tree/good", b"content")
         subprocess.run(["tar", "-cf", "good.tar", "tree"], cwd=self.dir, check=True)
@@ -66,10 +93,7 @@ class Archives(exchange.ExchangeTest):
         self.write("changed.tar", b"?" + good[1:])
         self.write("cut.tar", good[:1100])
         for number, name in enumerate(["../x", "a/../../x", "/x", "C:/x", "a\\..\\..\\x"]):
-            with tarfile.open(self.dir / f"hostile{number}.tar", "w") as archive:
-                member = tarfile.TarInfo(name)
-                member.size = 1
-                archive.addfile(member, io.BytesIO(b"x"))
+            self.archive(f"hostile{number}.tar", [(name, b"x")])
         for name in "symbolic_link", "sparse_gnu", "huge_pax":
             shutil.copy(DATA / f"refused/{name}.tar", self.dir)
         archives = sorted(path.name for path in self.dir.glob("*.tar") if path.stem != "good")
