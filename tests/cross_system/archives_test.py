@@ -14,6 +14,7 @@ from exchange import LINUX, SYSTEMS, WAYS, WINDOWS
 from support import KEY_HEX, tree
 
 DATA = Path(__file__).resolve().parents[1] / "data/tar"
+LETTERS = "größe日本😀"
 
 
 class Archives(exchange.ExchangeTest):
@@ -40,7 +41,7 @@ class Archives(exchange.ExchangeTest):
                     self.assertEqual(tree(self.dir / place), self.unpacked_elsewhere(archive, form))
                     self.on(maker).succeed("verify", f"{place}/model")
 
-    def unpacked_elsewhere(self, archive, encrypted):
+    def unpacked_elsewhere(self, archive, encrypted=False):
         """The tree as Python's tarfile and openssl find it."""
         content = (self.dir / archive).read_bytes()
         if encrypted:
@@ -58,6 +59,17 @@ class Archives(exchange.ExchangeTest):
                 trees = [tree(self.dir / program / str(system)) for system in SYSTEMS]
                 self.assertGreater(len(trees[0]), 3)
                 self.assertEqual(*trees)
+
+    def test_may_have_names_outside_ascii(self):
+        network = packages.write_network(self.dir, networks.affine(), LETTERS).name
+        for maker, reader in WAYS:
+            with self.way(maker, reader):
+                archive, place = f"{LETTERS} {maker}.tar", f"{LETTERS} on {reader}"
+                self.on(maker).succeed("pack", network, "-o", archive, "--root", LETTERS)
+                self.on(reader).succeed("unpack", archive, place)
+                unpacked = tree(self.dir / place)
+                self.assertIn(f"{LETTERS}/{LETTERS}.bin", unpacked)
+                self.assertEqual(unpacked, self.unpacked_elsewhere(archive))
 
     def archive(self, name, contents):
         with tarfile.open(self.dir / name, "w") as archive:

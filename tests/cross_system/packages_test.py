@@ -6,7 +6,7 @@ import exchange  # first: it knows where the others are
 import networks
 import numpy as np
 import packages
-from exchange import SYSTEMS, WAYS
+from exchange import LINUX, SYSTEMS, WAYS, WINDOWS
 from support import KEY_HEX, tree
 
 LETTERS = "größe 日本 😀"
@@ -75,6 +75,18 @@ class Packages(exchange.ExchangeTest):
         told = self.assert_same_on_both("verify", "package")
         self.assertEqual(told.status, 1)
         self.assertIn(LETTERS, told.out + told.err)
+
+    def test_may_have_names_outside_ascii(self):
+        network = packages.write_network(self.dir, networks.affine(), LETTERS).name
+        for maker, reader in WAYS:
+            with self.way(maker, reader):
+                package = f"{LETTERS} by {maker}"
+                self.on(maker).succeed("pack", network, "-o", package, "--name", LETTERS)
+                self.assertEqual(packages.read_manifest(self.dir / package)["name"], LETTERS)
+                self.assert_predicts(reader, package)
+        linux, windows = (tree(self.dir / f"{LETTERS} by {s}") for s in (LINUX, WINDOWS))
+        self.assertEqual(set(linux), {"manifest.json", f"{LETTERS}.xml", f"{LETTERS}.bin"})
+        self.assertEqual(linux, windows)
 
 
 if __name__ == "__main__":

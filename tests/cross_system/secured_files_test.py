@@ -72,6 +72,15 @@ class SecuredFiles(exchange.ExchangeTest):
                     reason = self.on(system).refused(3, "decrypt", *call)
                     self.assertTrue(reason.startswith(ours + ": "), reason)
 
+    def test_may_have_names_outside_ascii(self):
+        self.write("größe 日本 😀", b"some text")
+        for system in SYSTEMS:
+            with self.subTest(system.name):
+                names = [f"größe 日本 😀{end}" for end in ("", f" {system}", f" from {system}")]
+                self.on(system).succeed("encrypt", *names[:2], "--key-file", "key")
+                self.on(system).succeed("decrypt", *names[1:], "--key-file", "key")
+                self.assertEqual((self.dir / names[2]).read_bytes(), b"some text")
+
 
 if __name__ == "__main__":
     unittest.main()
