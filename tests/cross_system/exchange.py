@@ -31,9 +31,7 @@ class System:
             timeout=process.PATIENCE,
             check=False,
         )
-        # A text stream's line ends are its system's own.
-        out, err = (text.decode().replace("\r\n", "\n") for text in (done.stdout, done.stderr))
-        return process.Result(done.returncode, out, err)
+        return process.Result(done.returncode, done.stdout.decode(), done.stderr.decode())
 
     def __str__(self):
         return self.name
