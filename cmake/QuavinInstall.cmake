@@ -1,5 +1,5 @@
 # Headers, library and CMake package; and the OpenVINO runtime beside the library where it came from
-# the cache, since it is installed nowhere else.
+# the cache, since it is installed nowhere else. On Windows the toolchain's runtime comes with it.
 
 include(CMakePackageConfigHelpers)
 
@@ -8,15 +8,19 @@ include(CMakePackageConfigHelpers)
 function(quavin_install_runtime)
   get_filename_component(package "${OpenVINO_DIR}/../.." ABSOLUTE)
   set(libs "${package}/openvino/libs")
-  file(GLOB files
-       "${libs}/libopenvino.so*"
-       "${libs}/libopenvino_c.so*"
-       "${libs}/libopenvino_ir_frontend.so*"
-       "${libs}/libopenvino_*_cpu_plugin.so*"
-       "${libs}/libtbb.so*"
-       "${libs}/libtbbmalloc.so*"
-       "${libs}/libtbbbind*.so*"
-       "${libs}/libhwloc.so*")
+  if(WIN32)
+    get_property(files GLOBAL PROPERTY QUAVIN_BESIDE_PROGRAMS)
+  else()
+    file(GLOB files
+         "${libs}/libopenvino.so*"
+         "${libs}/libopenvino_c.so*"
+         "${libs}/libopenvino_ir_frontend.so*"
+         "${libs}/libopenvino_*_cpu_plugin.so*"
+         "${libs}/libtbb.so*"
+         "${libs}/libtbbmalloc.so*"
+         "${libs}/libtbbbind*.so*"
+         "${libs}/libhwloc.so*")
+  endif()
   if(NOT files)
     message(FATAL_ERROR "There are no runtime libraries in ${libs} to install")
   endif()
@@ -29,6 +33,9 @@ endfunction()
 
 set(quavin_package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/quavin_on_device_sdk")
 set(quavin_runtime_dir "${CMAKE_INSTALL_LIBDIR}/quavin")
+if(WIN32)
+  set(quavin_runtime_dir "${CMAKE_INSTALL_BINDIR}") # beside the DLL and the programs
+endif()
 
 install(
   TARGETS quavin_on_device_sdk
@@ -50,7 +57,7 @@ install(FILES "${PROJECT_BINARY_DIR}/quavin_on_device_sdk-config.cmake"
         DESTINATION "${quavin_package_dir}")
 
 set_target_properties(quavin_on_device_sdk PROPERTIES INSTALL_RPATH "$ORIGIN" INSTALL_RPATH_USE_LINK_PATH ON)
-if(QUAVIN_ENGINE_IS_ADAPTER AND QUAVIN_OPENVINO_FROM_CACHE AND NOT WIN32)
+if(QUAVIN_ENGINE_IS_ADAPTER AND QUAVIN_OPENVINO_FROM_CACHE)
   option(QUAVIN_INSTALL_RUNTIME "Install the OpenVINO runtime from the cache beside the library" ON)
   if(QUAVIN_INSTALL_RUNTIME)
     quavin_install_runtime()

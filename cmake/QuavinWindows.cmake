@@ -1,5 +1,7 @@
 # Windows finds a program's libraries in the program's own folder: all of them are built into one, and
-# what the toolchain and the engine bring is put beside them.
+# what the toolchain and the engine bring is put beside them, there and where they are installed.
+
+enable_language(RC) # the library's version
 
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/bin")
 file(MAKE_DIRECTORY "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")
@@ -11,6 +13,7 @@ function(quavin_put_beside_programs)
     get_filename_component(name "${file}" NAME)
     file(CREATE_LINK "${file}" "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/${name}" COPY_ON_ERROR SYMBOLIC)
   endforeach()
+  set_property(GLOBAL APPEND PROPERTY QUAVIN_BESIDE_PROGRAMS ${ARGN})
 endfunction()
 
 # The library and its hosts share the toolchain's runtime: exceptions cross between them.

@@ -17,8 +17,13 @@ set(flags "")
 if(SANITIZE)
   set(flags "-fsanitize=address,undefined -fno-sanitize-recover=all")
 endif()
+if(TOOLCHAIN_FILE)
+  set(toolchain "-DCMAKE_TOOLCHAIN_FILE=${TOOLCHAIN_FILE}")
+else()
+  set(toolchain "-DCMAKE_CXX_COMPILER=${CXX_COMPILER}")
+endif()
 set(options
-    -G "${GENERATOR}" "-DCMAKE_BUILD_TYPE=${BUILD_TYPE}" "-DCMAKE_CXX_COMPILER=${CXX_COMPILER}"
+    -G "${GENERATOR}" "-DCMAKE_BUILD_TYPE=${BUILD_TYPE}" ${toolchain}
     "-DCMAKE_CXX_COMPILER_LAUNCHER=${CXX_COMPILER_LAUNCHER}" "-DCMAKE_CXX_FLAGS=${flags}")
 
 if(CONSUMER STREQUAL "installed")
@@ -40,6 +45,12 @@ endif()
 
 run("${CMAKE_COMMAND}" -S "${CONSUMER_SOURCE_DIR}/${CONSUMER}" -B "${work}/build" ${options})
 run("${CMAKE_COMMAND}" --build "${work}/build" --config "${BUILD_TYPE}" --parallel 2)
-find_program(consumer_program predict_twice PATHS "${work}/build" "${work}/build/${BUILD_TYPE}"
+find_program(consumer_program NAMES predict_twice predict_twice.exe PATHS "${work}/build" "${work}/build/${BUILD_TYPE}"
              NO_DEFAULT_PATH REQUIRED)
-run("${consumer_program}" "${CONSUMER_SOURCE_DIR}/package")
+# As a Windows developer ships them: beside the program.
+get_filename_component(folder "${consumer_program}" DIRECTORY)
+file(GLOB libraries "${work}/prefix/bin/*.dll")
+if(libraries)
+  file(COPY ${libraries} DESTINATION "${folder}")
+endif()
+run(${EMULATOR} "${consumer_program}" "${CONSUMER_SOURCE_DIR}/package")

@@ -1,0 +1,88 @@
+"""Compares what a DLL exports with what the public headers mark for import.
+
+clang tells which declarations the marks cover and how the linker calls them; objdump tells what the DLL
+exports. Both lists have to be the same: hosts find all that the headers promise, and nothing else.
+
+    check_exports.py --compiler clang++-14 --objdump OBJDUMP --library DLL --system-include DIR...
+        --include DIR... HEADER
+"""
+
+import argparse
+import json
+import re
+import subprocess
+import sys
+
+NAMESPACE = "VelmoraQuavin"
+
+
+def objects_in(text):
+    """The JSON objects of a text that has other lines between them."""
+    decoder = json.JSONDecoder()
+    start = text.find("{")
+    while start != -1:
+        found, end = decoder.raw_decode(text, start)
+        yield found
+        start = text.find("{", end)
+
+
+def marked_in(declaration, names=()):
+    """The linker's names of what is marked below a declaration."""
+    for inner in declaration.get("inner", []):
+        path = (*names, inner.get("name", ""))
+        kind = inner["kind"]
+        if any(attribute["kind"] == "DLLImportAttr" for attribute in inner.get("inner", [])):
+            if kind == "CXXRecordDecl":
+                if inner["definitionData"].get("isPolymorphic"):
+                    nested = "N" + "".join(f"{len(name)}{name}" for name in path) + "E"
+                    yield from ("_ZTV" + nested, "_ZTI" + nested)
+            elif not inner.get("pure") and not inner.get("explicitlyDeleted"):
+                yield inner["mangledName"]
+        if kind in ("NamespaceDecl", "CXXRecordDecl"):
+            yield from marked_in(inner, path)
+
+
+def promised_by(header, compiler, options):
+    tree = subprocess.run(
+        [compiler, "--target=x86_64-w64-mingw32", "-std=c++17", "-nostdinc++", "-nostdlibinc", *options,
+         "-fsyntax-only", "-Xclang", "-ast-dump=json", "-Xclang", f"-ast-dump-filter={NAMESPACE}", header],
+        stdout=subprocess.PIPE, text=True, check=True).stdout
+    return {without_variant(name)
+            for root in objects_in(tree) for name in marked_in(root, (root.get("name", ""),))}
+
+
+def exported_by(library, objdump):
+    listing = subprocess.run([objdump, "-p", library], stdout=subprocess.PIPE, text=True, check=True).stdout
+    table = re.search(r"^\[Ordinal/Name Pointer\] Table\n((?:\s+\[.*\n)*)", listing, re.MULTILINE)
+    return {without_variant(line.split()[-1]) for line in table[1].splitlines()} if table else set()
+
+
+def without_variant(name):
+    """One name for the variants that constructors and destructors are exported in."""
+    return re.sub(r"([CD])[0-3](?=E)", r"\1", name)
+
+
+def main(arguments=None):
+    parser = argparse.ArgumentParser(description=__doc__.split("\n", maxsplit=1)[0])
+    parser.add_argument("--compiler", required=True)
+    parser.add_argument("--objdump", required=True)
+    parser.add_argument("--library", required=True)
+    parser.add_argument("--system-include", action="append", default=[])
+    parser.add_argument("--include", action="append", default=[])
+    parser.add_argument("header")
+    given = parser.parse_args(arguments)
+    options = [o for folder in given.system_include for o in ("-isystem", folder)]
+    options += [o for folder in given.include for o in ("-I", folder)]
+
+    promised = promised_by(given.header, given.compiler, options)
+    exported = exported_by(given.library, given.objdump)
+    for name in sorted(promised - exported):
+        print("marked in the headers and not exported:", name)
+    for name in sorted(exported - promised):
+        print("exported and not marked in the headers:", name)
+    print(f"{len(promised)} names are marked, {len(exported)} are exported")
+    return 0 if promised and promised == exported else 1
+
+
+if __name__ == "__main__":
+    sys.exit(main())

@@ -1,0 +1,83 @@
+"""The check sees what is missing and what is too much, on a header and a DLL of a few lines."""
+
+import contextlib
+import io
+import os
+import subprocess
+import tempfile
+import unittest
+from pathlib import Path
+
+import check_exports
+
+OPTIONS = os.environ["QUAVIN_CHECK_OPTIONS"].split("|")
+MINGW = os.environ["QUAVIN_MINGW"]
+OBJDUMP = os.environ["QUAVIN_OBJDUMP"]
+
+HEADER = """#ifdef BUILDING
+#define API __declspec(dllexport)
+#else
+#define API __declspec(dllimport)
+#endif
+namespace VelmoraQuavin {
+API void function();
+class API Base {
+public:
+    Base();
+    virtual ~Base();
+    virtual void pure() = 0;
+    int inlined() const { return 1; }
+private:
+    static int member;
+    void hidden();
+};
+void unmarked();
+}
+"""
+
+SOURCE = """#include "library.h"
+namespace VelmoraQuavin {
+void function() {}
+Base::Base() {}
+Base::~Base() {}
+void Base::hidden() {}
+int Base::member;
+void unmarked() {}
+}
+"""
+
+
+def outcome(header, source):
+    with tempfile.TemporaryDirectory() as folder:
+        Path(folder, "library.h").write_text(HEADER, encoding="utf-8")
+        Path(folder, "library.cpp").write_text(source, encoding="utf-8")
+        library = os.path.join(folder, "library.dll")
+        subprocess.run([MINGW, "-shared", "-DBUILDING", "library.cpp", "-o", library], cwd=folder, check=True)
+        path = Path(folder, "library.h")
+        path.write_text(header, encoding="utf-8")
+        said = io.StringIO()
+        with contextlib.redirect_stdout(said):
+            status = check_exports.main([*OPTIONS, "--objdump", OBJDUMP, "--library", library, str(path)])
+        return status, said.getvalue().splitlines()
+
+
+class CheckExportsTest(unittest.TestCase):
+    # The function, two special members, the hidden one, the variable, the table and the type.
+    def test_the_same_names_pass(self):
+        self.assertEqual(outcome(HEADER, SOURCE), (0, ["7 names are marked, 7 are exported"]))
+
+    def test_a_name_that_is_not_marked_is_seen(self):
+        more = SOURCE.replace("void unmarked", "__declspec(dllexport) void unmarked")
+        self.assertEqual(outcome(HEADER, more), (1, [
+            "exported and not marked in the headers: _ZN13VelmoraQuavin8unmarkedEv",
+            "7 names are marked, 8 are exported"]))
+
+    def test_a_name_that_is_not_exported_is_seen(self):
+        more = HEADER.replace("API void function();", "API void function(); API void other();")
+        self.assertEqual(outcome(more, SOURCE), (1, [
+            "marked in the headers and not exported: _ZN13VelmoraQuavin5otherEv",
+            "8 names are marked, 7 are exported"]))
+
+
+if __name__ == "__main__":
+    unittest.main()
