@@ -14,8 +14,8 @@ enum class OpenToOthers { kRefused, kAllowed };
 
 enum class PrivateReading { kDone, kOpenToOthers, kFailed };
 
-/// Reads a file whole. Whether others may read it is asked of the opened file. (Of a system that has
-/// access lists: whether they allow it to anybody but its owner, this user and administrators.)
+/// Reads a file whole. Whether others may read it is asked of the opened file. (Of a system that
+/// has access lists: whether they allow it to anybody but its owner, this user and administrators.)
 /// @param path UTF-8.
 /// @param others whether a file that others may read is accepted.
 /// @param buffer receives up to `capacity` bytes.

@@ -19,8 +19,8 @@ std::vector<std::string> programArguments(int argc, const char* const* argv);
 std::optional<std::string> environmentVariable(const std::string& name);
 
 /// While it lives, standard output and error take UTF-8, keep bytes as they are written ("\n" stays
-/// "\n"), and terminals obey escape sequences where they can. At its end terminals are as they were.
-/// One at a time, made before anything is written.
+/// "\n"), and terminals obey escape sequences where they can. At its end terminals are as they
+/// were. One at a time, made before anything is written.
 class OutputSession {
 public:
     OutputSession() noexcept;

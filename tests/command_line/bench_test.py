@@ -4,6 +4,7 @@ import unittest
 
 import networks
 import packages
+import process
 from support import KEY_HEX, OTHER_KEY_HEX, CommandLineTest
 
 QUICK = ["--seconds", "0.01"]
@@ -59,6 +60,9 @@ class Bench(CommandLineTest):
 
     def test_has_nothing_to_measure_where_there_is_no_package(self):
         self.assertIn("nowhere", self.refused(7, "bench", "nowhere", *QUICK))
+
+    @process.posix_only(process.ENGINE_CANNOT_FAIL)
+    def test_has_nothing_to_measure_where_the_engine_cannot_compile_the_network(self):
         packages.write_package(self.dir / "package", networks.uncompilable())
         self.assertIn("LRN", self.refused(2, "bench", "package", *QUICK))
 

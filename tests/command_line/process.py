@@ -39,9 +39,21 @@ def posix_only(reason):
     return unittest.skipIf(WINDOWS, "Not on Windows: " + reason)
 
 
+# It sees what they lead to, and nothing where they lead nowhere.
+NO_LINKS = "the emulator shows no links as such"
+# The emulator's C++ runtime crashes where the engine handles the failure; with the compiler vendor's
+# the same calls end as they should.
+ENGINE_CANNOT_FAIL = "compiling a network cannot fail under the emulator"
+
+
 def shown_path(path):
     """A path that was joined with "/", as the tool shows those that it has joined itself."""
     return path.replace("/", "\\") if WINDOWS else path
+
+
+def local_path(shown):
+    """A path that the tool shows, as this machine has it."""
+    return shown.replace("\\", "/") if WINDOWS else shown
 
 
 def command(program, *arguments):
@@ -49,10 +61,10 @@ def command(program, *arguments):
     return [*EMULATOR, program, *map(os.fspath, map(_text, arguments))]
 
 
-def in_pipe(arguments, cwd, stdout=subprocess.PIPE, **environment):
+def in_pipe(arguments, cwd, stdout=subprocess.PIPE, program=TOOL, **environment):
     """Both streams are pipes; `stdout` may be something else."""
     done = subprocess.run(
-        command(TOOL, *arguments),
+        command(program, *arguments),
         cwd=cwd,
         env=clean_environment(**environment),
         stdin=subprocess.DEVNULL,

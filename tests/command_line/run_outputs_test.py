@@ -5,6 +5,7 @@ import unittest
 import numpy as np
 
 import networks
+import process
 from run_test import RunCase, X
 
 
@@ -19,7 +20,7 @@ class Report(RunCase):
         y = networks.affine_result(X)
         output = self.report(X)
         exact = {key: output[key] for key in ("name", "dataType", "shape", "file")}
-        file = "out/y.npy"
+        file = process.shown_path("out/y.npy")
         self.assertEqual(exact, {"name": "y", "dataType": "float", "shape": [1, 4], "file": file})
         self.assertEqual((output["minimum"], output["maximum"]), (y.min(), y.max()))
         self.assertAlmostEqual(output["mean"], float(y.mean()), 6)
@@ -54,7 +55,7 @@ class OutputNames(RunCase):
                 call = ["run", "package", "-i", "x=x.npy", "-o", "deep/out"]
                 [output] = self.succeed_json(*call)["outputs"]
                 [file] = (self.dir / "deep/out").iterdir()
-                self.assertEqual(self.dir / output["file"], file)
+                self.assertEqual(self.dir / process.local_path(output["file"]), file)
                 self.assertEqual(output["name"], name)
                 self.assertRegex(file.name, r"\A[A-Za-z0-9_-][A-Za-z0-9_.-]*\.npy\Z")
                 self.assert_array(np.load(file), networks.affine_result(X))
@@ -62,17 +63,31 @@ class OutputNames(RunCase):
                 now = {path.name for path in self.dir.iterdir()}
                 self.assertEqual(now - before, {"deep"} - before)
 
+    def test_that_windows_takes_for_devices_are_not_the_files(self):
+        np.save(self.dir / "x.npy", X)
+        names = {"con": "_con", "NUL.txt": "_NUL.txt", "Com1": "_Com1", "conv": "conv", "com": "com"}
+        for name, stem in names.items():
+            with self.subTest(name):
+                self.package(networks.affine(output_name=name))
+                self.succeed("run", "package", "-i", "x=x.npy", "-o", "out")
+                self.assertEqual([p.name for p in (self.dir / "out").iterdir()], [stem + ".npy"])
+                (self.dir / "out" / (stem + ".npy")).unlink()
+
     def test_that_become_one_have_files_of_their_own(self):
-        net = networks.Network("alike")
-        x = net.parameter("x", (1, 4))
-        net.result(net.layer("Add", "a/b", [x, x], (1, 4)))
-        net.result(net.layer("Multiply", "a_b", [x, x], (1, 4)))
-        self.package(net)
-        call = ["run", "package", "-i", "x=" + self.save("x.npy", X), "-o", "out"]
-        reported = self.succeed_json(*call)["outputs"]
-        outputs = {output["name"]: np.load(self.dir / output["file"]) for output in reported}
-        self.assert_array(outputs["a/b"], X + X)
-        self.assert_array(outputs["a_b"], X * X)
+        # Some file systems do not tell capital letters from small ones.
+        for names in ("a/b", "a_b"), ("result", "Result"):
+            with self.subTest(names):
+                net = networks.Network("alike")
+                x = net.parameter("x", (1, 4))
+                for layer, name in zip(("Add", "Multiply"), names):
+                    net.result(net.layer(layer, name, [x, x], (1, 4)))
+                self.package(net)
+                call = ["run", "package", "-i", "x=" + self.save("x.npy", X), "-o", "out"]
+                reported = self.succeed_json(*call)["outputs"]
+                self.assertEqual(len({output["file"].lower() for output in reported}), 2)
+                files = {output["name"]: process.local_path(output["file"]) for output in reported}
+                for name, expected in zip(names, (X + X, X * X)):
+                    self.assert_array(np.load(self.dir / files[name]), expected)
 
 
 if __name__ == "__main__":

@@ -2,11 +2,13 @@
 
 import unittest
 
+import process
 from calls import WithAPackage
 
 COLOUR = "\x1b["
 
 
+@process.posix_only("the emulator draws its console anew, in a terminal and without colours")
 class Terminal(WithAPackage):
     def verified(self, *options, **how):
         result = self.quavin_in_terminal("verify", "package", *options, **how)

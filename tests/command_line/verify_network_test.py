@@ -5,6 +5,7 @@ import unittest
 
 import networks
 import packages
+import process
 from support import CommandLineTest
 from verify_findings_test import FLOATS, FindingsTest
 
@@ -70,6 +71,7 @@ class Network(FindingsTest):
                 what = "and the network's is [1, 4]"
                 self.assert_found("warning", 'input "x"', what, '"shape": [1, 4]')
 
+    @process.posix_only(process.ENGINE_CANNOT_FAIL)
     def test_cannot_be_compiled(self):
         packages.write_package(self.package, networks.uncompilable())
         self.assert_found("error", "prediction", "LRN", "lack one of its operations")

@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "core/secure_wipe.h"
+#include "core/text_tools.h"
 #include "platform/private_file.h"
 
 namespace quavin_tool {
@@ -132,6 +133,14 @@ NewDirectories::~NewDirectories() {
     }
 }
 
+fs::path systemPath(const std::string& path) {
+    try {
+        return fs::u8path(path);
+    } catch (const fs::filesystem_error&) {
+        return fs::u8path(VelmoraQuavin::internal::printableText(path));
+    }
+}
+
 std::string shellPath(const Filepath& path) {
     std::string text = VelmoraQuavin::String(path.c_str()).str();
     for (char& character : text) {
@@ -140,7 +149,7 @@ std::string shellPath(const Filepath& path) {
         }
     }
     // The separator of a root stays: without it "C:\" is another directory.
-    const std::size_t root = fs::u8path(text).root_path().u8string().size();
+    const std::size_t root = systemPath(text).root_path().u8string().size();
     while (text.size() > std::max<std::size_t>(root, 1) &&
            (text.back() == '/' || text.back() == '\\')) {
         text.pop_back();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -69,6 +70,9 @@ private:
     std::vector<std::string> made_;  // the innermost first
 };
 
+/// A path as the system takes it, from UTF-8. Where the system's names are texts, what is no UTF-8
+/// becomes "?", which is in no file's name there.
+std::filesystem::path systemPath(const std::string& path);
 /// A path of the library as this system's shell takes it.
 std::string shellPath(const VelmoraQuavin::Filepath& path);
 /// The file of a package's component, as this system's shell takes it.

@@ -96,7 +96,7 @@ Inspected inspectDirectory(const std::string& package) {
             std::error_code missing;
             const std::string path = component.path.str();
             const std::uint64_t size =
-                fs::file_size(fs::u8path(componentPath(package, component.path)), missing);
+                fs::file_size(systemPath(componentPath(package, component.path)), missing);
             if (!missing) {
                 inspected.sizes[path] = size;
             }

@@ -96,13 +96,13 @@ private:
 
     void checkFile(const ModelComponent& component) {
         const std::string where = "component \"" + component.path.str() + "\"";
-        const fs::path path = fs::u8path(shellPath(VelmoraQuavin::Filepath(component.path)));
+        const fs::path path = systemPath(shellPath(VelmoraQuavin::Filepath(component.path)));
         if (std::find(path.begin(), path.end(), "..") != path.end()) {
             findings_.warning(where, "Its path leads out of the package",
                               "Keep its file in the package.");
         }
         std::error_code ignored;
-        const fs::path file = fs::u8path(componentPath(package_, component.path));
+        const fs::path file = systemPath(componentPath(package_, component.path));
         if (!fs::is_regular_file(file, ignored)) {
             findings_.error(
                 where, fs::exists(file, ignored) ? "It is no plain file" : "The file is missing",

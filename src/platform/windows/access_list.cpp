@@ -61,8 +61,8 @@ UsersOwn::UsersOwn() {
     }
     const PSID identifier = identifierIn(*user);
     // The entry's own type ends in the first part of the identifier.
-    const DWORD size = sizeof(ACL) + sizeof(ACCESS_ALLOWED_ACE) - sizeof(DWORD) +
-                       ::GetLengthSid(identifier);
+    const DWORD size =
+        sizeof(ACL) + sizeof(ACCESS_ALLOWED_ACE) - sizeof(DWORD) + ::GetLengthSid(identifier);
     list_.resize(size);
     auto* const list = reinterpret_cast<ACL*>(list_.data());
     if (::InitializeAcl(list, size, ACL_REVISION) != 0 &&

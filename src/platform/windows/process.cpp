@@ -41,8 +41,8 @@ Console obeyEscapes(StandardStream stream) {
     if (::GetConsoleMode(console.handle, &console.mode) == 0) {
         return {};
     }
-    ::SetConsoleMode(console.handle, console.mode | ENABLE_PROCESSED_OUTPUT |
-                                         ENABLE_VIRTUAL_TERMINAL_PROCESSING);
+    ::SetConsoleMode(console.handle,
+                     console.mode | ENABLE_PROCESSED_OUTPUT | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
     return console;
 }
 
