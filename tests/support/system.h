@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -24,6 +25,9 @@ struct DirectoryEntry {
 
 /// What is in a directory itself. Links are not followed.
 std::vector<DirectoryEntry> entriesOf(const std::filesystem::path& directory);
+
+/// How many files and the like this process holds open.
+std::size_t openFiles();
 
 /// Removes a directory with everything in it, as far as that can be done.
 void removeTree(const std::filesystem::path& directory) noexcept;

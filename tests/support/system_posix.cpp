@@ -1,5 +1,7 @@
 #include "support/system.h"
 
+#include <iterator>
+
 namespace VelmoraQuavin::testing {
 namespace {
 
@@ -34,6 +36,11 @@ std::vector<DirectoryEntry> entriesOf(const fs::path& directory) {
         entries.push_back({entry.path().filename(), kindOf(entry)});
     }
     return entries;
+}
+
+std::size_t openFiles() {
+    const fs::directory_iterator files("/proc/self/fd");
+    return static_cast<std::size_t>(std::distance(fs::begin(files), fs::end(files)));
 }
 
 void removeTree(const fs::path& directory) noexcept {

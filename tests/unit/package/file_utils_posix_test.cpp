@@ -1,4 +1,5 @@
-// What can only be set up on POSIX systems: links, permissions, a device that is always full.
+// What can only be set up on POSIX systems: links, permissions, a device that is always full; and
+// names that are too long.
 
 #include <gtest/gtest.h>
 
@@ -52,6 +53,12 @@ TEST(FileUtilsLinks, AreThemselvesDeleted) {
     FileUtils::deleteFile(Filepath(directory.entry("link")));
     EXPECT_FALSE(fs::is_symlink(directory.path() / "link"));
     EXPECT_EQ(directory.read("file"), "content");
+}
+
+// The emulator that the tests for Windows run under takes such a name for a missing one.
+TEST(FileUtilsLongNames, ANameThatIsTooLongExists) {
+    const TempDirectory directory;
+    EXPECT_TRUE(FileUtils::pathExists(Filepath(directory.entry(std::string(300, 'x')))));
 }
 
 TEST(FileUtilsFullDevice, WritingAnswersTrue) {

@@ -1,11 +1,15 @@
-# Links, pipes, permissions and file limits as POSIX has them.
-set(posix_tests "")
-if(NOT WIN32)
-  set(posix_tests file_utils_posix_test.cpp tar_on_disk_test.cpp tar_write_failures_test.cpp tar_bounded_test.cpp tar_unbounded_failures_test.cpp)
+if(WIN32)
+  set(system_tests file_utils_windows_test.cpp tar_unbounded_failures_windows_test.cpp
+                   tar_write_failures_windows_test.cpp)
+else()
+  # Links, pipes, permissions and file limits as POSIX has them.
+  set(system_tests
+      file_utils_posix_test.cpp tar_bounded_posix_test.cpp tar_on_disk_posix_test.cpp
+      tar_unbounded_failures_posix_test.cpp tar_write_failures_posix_test.cpp)
 endif()
 quavin_unit_test(
   package
-  ${posix_tests}
+  ${system_tests}
   decryption_arguments_test.cpp
   decryption_lengths_test.cpp
   decryption_overlap_test.cpp
@@ -40,11 +44,13 @@ quavin_unit_test(
   path_cases_text.cpp
   path_outcome.cpp
   sized_file_test.cpp
+  tar_bounded_test.cpp
   tar_depth_test.cpp
   tar_entry_path_test.cpp
   tar_extensions_test.cpp
   tar_global_records_test.cpp
   tar_header_test.cpp
+  tar_on_disk_test.cpp
   tar_pax_records_test.cpp
   tar_reader_test.cpp
   tar_real_archives_test.cpp
@@ -52,9 +58,11 @@ quavin_unit_test(
   tar_refused_names_test.cpp
   tar_secured_test.cpp
   tar_secured_wipe_test.cpp
+  tar_unbounded_failures_test.cpp
   tar_unbounded_names_test.cpp
   tar_unbounded_test.cpp
   tar_unbounded_unnoticed_test.cpp
   tar_unsupported_test.cpp
+  tar_write_failures_test.cpp
   )
 target_link_libraries(quavin_package_tests PRIVATE quavin_test_packages)

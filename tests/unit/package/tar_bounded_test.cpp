@@ -5,6 +5,7 @@
 #include <string>
 
 #include "support/case_name.h"
+#include "support/system.h"
 #include "unit/package/tar_fixture.h"
 
 namespace VelmoraQuavin {
@@ -28,6 +29,7 @@ using testing::TarExtraction;
 using testing::TarFields;
 using testing::tarFile;
 using testing::tarHeader;
+using testing::whiteSpaceOfNames;
 
 TarFields oldFields(const std::string& name) {
     TarFields fields;
@@ -97,8 +99,10 @@ INSTANTIATE_TEST_SUITE_P(
         Archive{"GnuHasNoPrefix", tarDirectory("a") + prefixed("a", kGnuMagic) + tarEnd()},
         Archive{"NoMagicHasNoPrefix", tarDirectory("a") + prefixed("a", "") + tarEnd()},
         Archive{"NinetyNineCharacters", tarFile(std::string(99, 'n'), "content") + tarEnd()},
-        Archive{"WhiteSpaceInAFilesName", tarFile(" my\tfile\n", "content") + tarEnd()},
-        Archive{"NonAscii", tarDirectory("größe/") + tarFile("größe/模型", "content") + tarEnd()},
+        Archive{"WhiteSpaceInAFilesName",
+                tarFile(whiteSpaceOfNames() + "my" + whiteSpaceOfNames() + "file", "content") +
+                    tarEnd()},
+        Archive{"NonAscii", tarFile("größe-模型", "content") + tarEnd()},
         Archive{"Blocks", tarFile("0") + tarFile("1", "1") + tarFile("511", std::string(511, 'a')) +
                               tarFile("512", std::string(512, 'b')) +
                               tarFile("513", std::string(513, 'c')) + tarFile("last") + tarEnd()},
@@ -123,7 +127,7 @@ TEST_F(TarBounded, MissingDirectoriesAreMade) {
 }
 
 TEST_F(TarBounded, WhiteSpaceKeepsNothingFromBeingMade) {
-    for (const char character : {' ', '\t', '\n', '\v', '\f', '\r'}) {
+    for (const char character : whiteSpaceOfNames()) {
         const std::string name = std::string("my") + character + "model";
         to_.setDestination(to_.text());
         EXPECT_THAT(to_.extract(tarDirectory(name + "/") + tarFile(name + "/file", "x") + tarEnd()),
@@ -209,15 +213,6 @@ TEST_F(TarBounded, TheDestinationItselfMayBeAnEntry) {
     EXPECT_THAT(to_.extract(tarDirectory(".") + tarFile("file", "x") + tarEnd()), IsOk());
     EXPECT_EQ(to_.tree(), (FileTree{{"file", fileInTree("x")}}));
     EXPECT_EQ(to_.result(), to_.text() + "\\.");
-}
-
-TEST_F(TarBounded, TheDestinationMayBeReachedThroughALink) {
-    fs::create_directory_symlink(to_.outside(), to_.outer() / "link");
-    const std::string link = (to_.outer() / "link").u8string();
-    to_.setDestination(link);
-    EXPECT_THAT(to_.extract(tarDirectory("top") + tarFile("top/new", "x") + tarEnd()), IsOk());
-    EXPECT_EQ(to_.all().at("outside/top/new"), fileInTree("x"));
-    EXPECT_EQ(to_.result(), link + "\\top");
 }
 
 TEST_F(TarBounded, LargeContentsAreWrittenWhole) {

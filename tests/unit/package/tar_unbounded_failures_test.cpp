@@ -1,20 +1,16 @@
 // What the form without a length does not extract.
 
-#include <fcntl.h>
 #include <gtest/gtest.h>
 
 #include <stdexcept>
 #include <string>
 
-#include "platform/posix/file_descriptor.h"
 #include "unit/package/tar_fixture.h"
 
 namespace VelmoraQuavin {
 namespace {
 
 namespace fs = std::filesystem;
-using internal::platform::FileDescriptor;
-using testing::expectThrows;
 using testing::fileInTree;
 using testing::FileTree;
 using testing::IsOk;
@@ -172,20 +168,6 @@ TEST_F(TarUnboundedFailures, TheChecksumAndTheTypeAreLookedAtBeforeTheName) {
     expectStopsAt(tarEntry(fields), TAR_UNSUPPORTED_ENTRY);
     fields.checksum = "000000";
     expectStopsAt(tarEntry(fields), TAR_CHECKSUM_MISMATCH);
-}
-
-// Under a directory that has been removed and is still open, an entry is missing and cannot be
-// made.
-TEST_F(TarUnboundedFailures, CreateDirsExceptionPassesThrough) {
-    const fs::path removed = to_.path() / "removed";
-    fs::create_directory(removed);
-    const FileDescriptor open(::open(removed.c_str(), O_RDONLY | O_DIRECTORY));
-    fs::remove(removed);
-    const std::string destination = "/proc/self/fd/" + std::to_string(open.get());
-    to_.setDestination(destination);
-    expectThrows<FileException>([&] { to_.extractUnbounded(tarDirectory("bad/") + tarEnd()); },
-                                FILE_ERROR, "Path incorrect : " + destination + "\\bad/");
-    EXPECT_EQ(to_.result(), destination);
 }
 
 }  // namespace
