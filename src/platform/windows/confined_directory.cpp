@@ -6,11 +6,11 @@
 
 #include <algorithm>
 #include <cstring>
-#include <string_view>
 #include <utility>
 #include <vector>
 
 #include "platform/windows/file_handle.h"
+#include "platform/windows/possible_name.h"
 #include "platform/windows/wide_path.h"
 
 namespace VelmoraQuavin::internal::platform {
@@ -29,23 +29,6 @@ struct Opening {
     FileHandle handle;
     NTSTATUS status;
 };
-
-// What the system's other interfaces would take for a device, a stream or a shorter name.
-bool isPossibleName(std::wstring_view name) {
-    if (name.find_first_of(L"<>:\"|?*") != std::wstring_view::npos || name.back() == L'.' ||
-        name.back() == L' ') {
-        return false;
-    }
-    if (std::any_of(name.begin(), name.end(), [](wchar_t character) { return character < 0x20; })) {
-        return false;
-    }
-    std::wstring stem(name.substr(0, name.find(L'.')));
-    std::transform(stem.begin(), stem.end(), stem.begin(),
-                   [](wchar_t character) { return ::towupper(character); });
-    const bool numbered = stem.size() == 4 && stem[3] >= L'0' && stem[3] <= L'9';
-    return stem != L"CON" && stem != L"PRN" && stem != L"AUX" && stem != L"NUL" &&
-           !(numbered && (stem.substr(0, 3) == L"COM" || stem.substr(0, 3) == L"LPT"));
-}
 
 // Opens or makes an entry by its name in an open directory, and nowhere else.
 Opening openEntry(HANDLE directory, const std::wstring& name, ACCESS_MASK access, ULONG disposition,

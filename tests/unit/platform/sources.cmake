@@ -3,9 +3,14 @@ set(posix_tests "")
 if(NOT WIN32)
   set(posix_tests aes_allocation_failure_test.cpp file_streams_test.cpp native_path_test.cpp confined_directory_test.cpp)
 endif()
+set(windows_tests "")
+if(WIN32)
+  set(windows_tests possible_name_windows_test.cpp)
+endif()
 quavin_unit_test(
   platform
   ${posix_tests}
+  ${windows_tests}
   aes_test.cpp
   clock_test.cpp
   file_system_test.cpp
