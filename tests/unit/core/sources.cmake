@@ -1,5 +1,10 @@
+set(system_tests "")
+if(WIN32)
+  set(system_tests log_processor_file_system_windows_test.cpp)
+endif()
 quavin_unit_test(
   core
+  ${system_tests}
   byte_traits_test.cpp
   debug_log_format_test.cpp
   default_log_chain_test.cpp

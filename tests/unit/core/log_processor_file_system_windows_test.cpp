@@ -1,0 +1,48 @@
+// Logs are text files: their lines end as the system's do.
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "quavin/logging.h"
+#include "support/temp_directory.h"
+
+namespace VelmoraQuavin {
+namespace {
+
+using testing::TempDirectory;
+
+// Two lines of sixty "=".
+const std::string kBanner =
+    "============================================================\r\n"
+    "============================================================\r\n";
+
+void run(const TempDirectory& directory, const String& message) {
+    LogProcessorFileSystem processor(directory.text(), "", false);
+    LogRecord record;
+    record.message = message;
+    processor.process(record);
+}
+
+TEST(LogProcessorFileSystemLineEnds, AreTheSystemsInTheBannerAndBehindMessages) {
+    const TempDirectory directory;
+    run(directory, "message");
+    EXPECT_EQ(directory.read("log.txt"), kBanner + "message\r\n");
+}
+
+TEST(LogProcessorFileSystemLineEnds, AreTheSystemsInsideMessages) {
+    const TempDirectory directory;
+    run(directory, "first\nsecond");
+    EXPECT_EQ(directory.read("log.txt"), kBanner + "first\r\nsecond\r\n");
+}
+
+TEST(LogProcessorFileSystemLineEnds, AreTheSystemsBetweenRuns) {
+    const TempDirectory directory;
+    run(directory, "first");
+    run(directory, "second");
+    EXPECT_EQ(directory.read("log.txt"),
+              kBanner + "first\r\n\r\n\r\n\r\n" + kBanner + "second\r\n");
+}
+
+}  // namespace
+}  // namespace VelmoraQuavin
