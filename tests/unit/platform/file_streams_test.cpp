@@ -1,7 +1,6 @@
 #include "platform/file_streams.h"
 
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
 #include <fstream>
 #include <ios>
@@ -53,17 +52,6 @@ TEST(OpenFileAtEnd, RefusesADirectory) {
     const TempDirectory directory;
     EXPECT_FALSE(openFileAtEnd(directory.text()).is_open());
     EXPECT_FALSE(openFileAtEnd(directory.text() + "\\").is_open());
-}
-
-TEST(OpenFileAtEnd, RefusesAPipeAndDoesNotWaitForItsWriter) {
-    const TempDirectory directory;
-    const std::string pipe = directory.text() + "/pipe";
-    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
-    EXPECT_FALSE(openFileAtEnd(pipe).is_open());
-}
-
-TEST(OpenFileAtEnd, RefusesADevice) {
-    EXPECT_FALSE(openFileAtEnd("/dev/zero").is_open());
 }
 
 TEST(OpenFileForWriting, EmptiesTheFile) {

@@ -1,18 +1,25 @@
-# Links, pipes, permissions and file limits as POSIX has them.
-set(posix_tests "")
-if(NOT WIN32)
-  set(posix_tests aes_allocation_failure_test.cpp file_streams_test.cpp native_path_test.cpp confined_directory_test.cpp)
-endif()
-set(windows_tests "")
 if(WIN32)
-  set(windows_tests possible_name_windows_test.cpp)
+  set(system_tests
+      aes_memory_windows.cpp
+      aes_windows_test.cpp
+      confined_directory_windows_test.cpp
+      file_streams_windows_test.cpp
+      file_system_windows_test.cpp
+      possible_name_windows_test.cpp
+      wide_path_windows_test.cpp)
+else()
+  # Links, pipes and permissions as POSIX has them.
+  set(system_tests aes_memory_posix.cpp confined_directory_posix_test.cpp
+                   file_streams_posix_test.cpp native_path_posix_test.cpp)
 endif()
 quavin_unit_test(
   platform
-  ${posix_tests}
-  ${windows_tests}
+  ${system_tests}
+  aes_allocation_failure_test.cpp
   aes_test.cpp
   clock_test.cpp
+  confined_directory_test.cpp
+  file_streams_test.cpp
   file_system_test.cpp
   secure_memory_test.cpp)
 target_link_libraries(quavin_platform_tests PRIVATE quavin_test_packages)

@@ -1,3 +1,5 @@
+// Paths as POSIX has them; those of Windows have a test of their own.
+
 #include "platform/posix/native_path.h"
 
 #include <gtest/gtest.h>

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <cstddef>
+
+namespace VelmoraQuavin::testing {
+
+/// Watches the large blocks of the global operators: what a decryption takes for itself. One at a
+/// time, and one block at a time.
+class AesScratchWatch {
+public:
+    /// @param least bytes from which on a block is large.
+    explicit AesScratchWatch(std::size_t least);
+    AesScratchWatch(const AesScratchWatch&) = delete;
+    AesScratchWatch& operator=(const AesScratchWatch&) = delete;
+    ~AesScratchWatch();
+
+    /// How many large blocks were made.
+    int made() const { return made_; }
+    /// The size of the last one.
+    std::size_t size() const { return size_; }
+    /// Whether the last one was freed, and held nothing but zeros then.
+    bool wasWiped() const { return wiped_; }
+
+    /// Called by the operators.
+    void isMade(void* block, std::size_t size) noexcept;
+    void isFreed(const void* block) noexcept;
+
+private:
+    std::size_t least_;
+    int made_ = 0;
+    const void* block_ = nullptr;
+    std::size_t size_ = 0;
+    bool wiped_ = false;
+};
+
+}  // namespace VelmoraQuavin::testing

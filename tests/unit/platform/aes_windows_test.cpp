@@ -1,0 +1,150 @@
+// How decryption uses the system's cryptography: what memory it takes for itself, and that it gives
+// everything back.
+
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <algorithm>
+#include <cstddef>
+
+#include "platform/aes.h"
+#include "support/system.h"
+#include "unit/package/secured_bytes.h"
+#include "unit/platform/aes_memory.h"
+#include "unit/platform/aes_scratch_windows.h"
+
+namespace VelmoraQuavin::internal::platform {
+namespace {
+
+using testing::AesScratchWatch;
+using testing::Bytes;
+
+constexpr std::size_t kSize = 20'480;
+
+class AesOfWindows : public ::testing::Test {
+protected:
+    AesOfWindows()
+        : key_(testing::randomBytes(kAesKeySize, 1)),
+          plaintext_(testing::randomBytes(kSize, 2)),
+          component_(testing::secure(plaintext_, key_)),
+          output_(kSize, 0xA5) {}
+
+    bool decrypt(std::size_t length) {
+        return decryptAes128Cbc(component_.data(), length, output_.data(), key_.data());
+    }
+    bool decrypt() { return decrypt(component_.size()); }
+    bool outputIsUntouched() const {
+        return std::all_of(output_.begin(), output_.end(),
+                           [](unsigned char byte) { return byte == 0xA5; });
+    }
+
+    Bytes key_;
+    Bytes plaintext_;
+    Bytes component_;
+    Bytes output_;
+};
+
+using AesScratch = AesOfWindows;
+
+// The test can fail.
+TEST_F(AesScratch, BlocksThatAreNotWipedAreSeen) {
+    const AesScratchWatch watch(100);
+    { const Bytes small(99, 1); }
+    EXPECT_EQ(watch.made(), 0);
+    { const Bytes large(100, 1); }
+    EXPECT_EQ(watch.made(), 1);
+    EXPECT_EQ(watch.size(), 100U);
+    EXPECT_FALSE(watch.wasWiped());
+    { const Bytes zeros(200, 0); }
+    EXPECT_EQ(watch.made(), 2);
+    EXPECT_TRUE(watch.wasWiped());
+}
+
+TEST_F(AesScratch, IsOneBlockOfTheInputsLengthThatIsWiped) {
+    const AesScratchWatch watch(kSize / 20);
+    ASSERT_TRUE(decrypt());
+    EXPECT_EQ(watch.made(), 1);
+    EXPECT_EQ(watch.size(), component_.size());
+    EXPECT_TRUE(watch.wasWiped());
+    EXPECT_EQ(output_, plaintext_);
+}
+
+TEST_F(AesScratch, IsWipedWhereDecryptionFails) {
+    const AesScratchWatch watch(kSize / 20);
+    ASSERT_FALSE(decrypt(component_.size() - 8));
+    EXPECT_EQ(watch.made(), 1);
+    EXPECT_TRUE(watch.wasWiped());
+}
+
+TEST_F(AesScratch, ThatCannotBeHadIsAFailureThatLeavesTheOutputAlone) {
+    testing::grantAesAllocations(0);
+    const bool decrypted = decrypt();
+    testing::grantAllAesAllocations();
+    EXPECT_FALSE(decrypted);
+    EXPECT_TRUE(outputIsUntouched());
+}
+
+using AesLength = AesOfWindows;
+
+TEST_F(AesLength, ThatIsNoMultipleOfABlockIsAFailureThatLeavesTheOutputAlone) {
+    for (std::size_t cut = 1; cut < kAesBlockSize; ++cut) {
+        EXPECT_FALSE(decrypt(component_.size() - cut)) << cut;
+    }
+    EXPECT_TRUE(outputIsUntouched());
+    EXPECT_TRUE(decrypt());
+}
+
+// Its count of bytes has 32 bits: a longer input must not be taken for the rest of a division.
+TEST_F(AesLength, OfMoreThanTheSystemTakesIsAFailureThatLeavesTheOutputAlone) {
+    const AesScratchWatch watch(kSize / 20);
+    EXPECT_FALSE(decrypt((std::size_t{1} << 32) + component_.size()));
+    EXPECT_EQ(watch.made(), 0);
+    EXPECT_TRUE(outputIsUntouched());
+}
+
+// Bytes that the process's heap has given away, as far as it can be walked.
+std::size_t heapInUse() {
+    const HANDLE heap = ::GetProcessHeap();
+    std::size_t bytes = 0;
+    PROCESS_HEAP_ENTRY entry{};
+    ::HeapLock(heap);
+    while (::HeapWalk(heap, &entry) != 0) {
+        bytes += (entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0 ? entry.cbData : 0;
+    }
+    ::HeapUnlock(heap);
+    return bytes;
+}
+
+// The test can fail.
+TEST(HeapInUse, GrowsWithABlock) {
+    constexpr std::size_t kBlock = 5000;
+    const std::size_t before = heapInUse();
+    void* const block = ::HeapAlloc(::GetProcessHeap(), 0, kBlock);
+    EXPECT_GE(heapInUse(), before + kBlock);
+    ::HeapFree(::GetProcessHeap(), 0, block);
+    EXPECT_LT(heapInUse(), before + kBlock);
+}
+
+TEST_F(AesOfWindows, KeepsNoHandleAndNoMemory) {
+    constexpr int kCalls = 1000;
+    const auto call = [&] {
+        EXPECT_TRUE(decrypt());
+        EXPECT_FALSE(decrypt(component_.size() - 8));
+        testing::grantAesAllocations(0);
+        const bool decrypted = decrypt();
+        testing::grantAllAesAllocations();
+        EXPECT_FALSE(decrypted);
+    };
+    call();  // what the system sets up once
+    const std::size_t handles = testing::openFiles();
+    const std::size_t memory = heapInUse();
+    for (int i = 0; i < kCalls; ++i) {
+        call();
+    }
+    EXPECT_EQ(testing::openFiles(), handles);
+    // A key's object takes hundreds of bytes, and no block takes less than eight.
+    EXPECT_LT(heapInUse(), memory + kCalls * 8);
+}
+
+}  // namespace
+}  // namespace VelmoraQuavin::internal::platform

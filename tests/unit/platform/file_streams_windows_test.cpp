@@ -1,0 +1,75 @@
+// Devices, which have names in every directory here, and sharing.
+
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <fstream>
+#include <string>
+
+#include "platform/file_streams.h"
+#include "platform/windows/file_handle.h"
+#include "support/temp_directory.h"
+
+namespace VelmoraQuavin::internal::platform {
+namespace {
+
+using testing::TempDirectory;
+
+TEST(OpenFileAtEnd, RefusesADevice) {
+    EXPECT_FALSE(openFileAtEnd("NUL").is_open());
+    EXPECT_FALSE(openFileAtEnd("nul").is_open());
+    EXPECT_FALSE(openFileAtEnd("\\\\.\\NUL").is_open());
+}
+
+TEST(OpenFileAtEnd, RefusesTheRootOfADrive) {
+    EXPECT_FALSE(openFileAtEnd("C:\\").is_open());
+}
+
+// What the C runtime's streams let others do: all but deleting.
+class FileSharing : public ::testing::Test {
+protected:
+    FileSharing() { directory_.write("file", "content"); }
+
+    // Whether somebody may open the file so while all that he is asked for is shared with others.
+    bool mayOpen(DWORD access) const {
+        constexpr DWORD kShared = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+        const FileHandle file(::CreateFileW((directory_.path() / "file").c_str(), access, kShared,
+                                            nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL,
+                                            nullptr));
+        return static_cast<bool>(file);
+    }
+    void expectSharedForReadingAndWriting() const {
+        EXPECT_TRUE(mayOpen(GENERIC_READ));
+        EXPECT_TRUE(mayOpen(GENERIC_WRITE));
+        EXPECT_FALSE(mayOpen(DELETE));
+        EXPECT_EQ(::GetLastError(), static_cast<DWORD>(ERROR_SHARING_VIOLATION));
+    }
+    String path() const { return directory_.entry("file"); }
+
+    TempDirectory directory_;
+};
+
+TEST_F(FileSharing, OfAClosedFileIsComplete) {
+    EXPECT_TRUE(mayOpen(GENERIC_READ | GENERIC_WRITE | DELETE));
+}
+
+TEST_F(FileSharing, OfAFileThatIsReadIsForReadingAndWriting) {
+    const std::ifstream stream = openFileAtEnd(path());
+    ASSERT_TRUE(stream.is_open());
+    expectSharedForReadingAndWriting();
+}
+
+TEST_F(FileSharing, OfAFileThatIsWrittenIsForReadingAndWriting) {
+    const std::ofstream stream = openFileForWriting(path(), std::ios::binary);
+    ASSERT_TRUE(stream.is_open());
+    expectSharedForReadingAndWriting();
+}
+
+TEST_F(FileSharing, OfAFileThatIsReadAndWrittenIsForReadingAndWriting) {
+    const std::fstream stream = openFile(path(), std::ios::in | std::ios::out);
+    ASSERT_TRUE(stream.is_open());
+    expectSharedForReadingAndWriting();
+}
+
+}  // namespace
+}  // namespace VelmoraQuavin::internal::platform
