@@ -4,7 +4,6 @@ import json
 import unittest
 
 import packages
-import process
 from inspect_test import InspectCase
 from support import KEY_HEX
 
@@ -26,11 +25,6 @@ class Hostile(InspectCase):
         target["components"][0]["path"] = f"before{text}after"
         packages.write_manifest(self.package, manifest)
 
-    def shown(self, *call):
-        # A console of Windows obeys no less than a terminal, but cannot be listened to.
-        where = self.quavin if process.WINDOWS else self.quavin_in_terminal
-        return where(*call, NO_COLOR="1").out
-
     def assert_harmless(self, text):
         self.assertIn("before", text)
         self.assertNotRegex(text, "[\x00-\x09\x0b-\x1f\x7f-\x9f]")
@@ -41,7 +35,7 @@ class Hostile(InspectCase):
             for options in [], ["--json"]:
                 with self.subTest(text.encode("unicode_escape"), command=command, options=options):
                     call = [command, "package", *options]
-                    self.assert_harmless(self.shown(*call))
+                    self.assert_harmless(self.quavin_in_terminal(*call, NO_COLOR="1").out)
 
     def test_texts_do_not_reach_the_terminal(self):
         for text in HOSTILE:

@@ -5,7 +5,9 @@ The tool may be one for another system: then an emulator starts it.
 
 import os
 import pty
+import re
 import subprocess
+import termios
 import threading
 import unittest
 from dataclasses import dataclass
@@ -104,11 +106,21 @@ def _text(argument):
     return argument if isinstance(argument, (str, bytes, os.PathLike)) else str(argument)
 
 
+def _without_drawing(text):
+    """What a program wrote to the emulator's console, which draws it: it hides the cursor meanwhile,
+    jumps over blanks, and ends lines by itself."""
+    text = re.sub(r"\x1b\[\?25[lh]", "", text).replace("\r\r\n", "\n")
+    return re.sub(r"\x1b\[K\x1b\[(\d+)C", lambda blanks: " " * int(blanks[1]), text)
+
+
 class _Stream:
     """One end for the process, and a thread that reads from the other until it is closed."""
 
     def __init__(self, terminal):
         self.ours, self.theirs = pty.openpty() if terminal else os.pipe()
+        if terminal:
+            # Wide and high enough to show everything as it was written.
+            termios.tcsetwinsize(self.theirs, (500, 500))
         self._bytes = b""
         self._thread = threading.Thread(target=self._read)
 
@@ -119,7 +131,8 @@ class _Stream:
     def finish(self):
         self._thread.join()
         os.close(self.ours)
-        return self._bytes.decode().replace("\r\n", "\n")
+        text = self._bytes.decode()
+        return (_without_drawing(text) if WINDOWS else text).replace("\r\n", "\n")
 
     def _read(self):
         while True:

@@ -2,13 +2,11 @@
 
 import unittest
 
-import process
 from calls import WithAPackage
 
 COLOUR = "\x1b["
 
 
-@process.posix_only("the emulator draws its console anew, in a terminal and without colours")
 class Terminal(WithAPackage):
     def verified(self, *options, **how):
         result = self.quavin_in_terminal("verify", "package", *options, **how)
@@ -17,6 +15,10 @@ class Terminal(WithAPackage):
 
     def test_has_colours(self):
         self.assertTrue(self.verified().startswith("\x1b[32mok\x1b[0m: "))
+
+    def test_shows_letters_that_are_not_ascii(self):
+        result = self.quavin_in_terminal("keygen", "größe 日本")
+        self.assertEqual((result.status, result.out), (0, "Wrote a new key to größe 日本\n"))
 
     def test_has_no_colours_in_a_pipe(self):
         self.assertNotIn(COLOUR, self.verified(out=False))

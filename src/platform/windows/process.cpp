@@ -41,6 +41,9 @@ Console obeyEscapes(StandardStream stream) {
     if (::GetConsoleMode(console.handle, &console.mode) == 0) {
         return {};
     }
+    // Without a buffer each byte goes to the console by itself, and letters of several are lost.
+    static_cast<void>(std::setvbuf(stream == StandardStream::kOutput ? stdout : stderr, nullptr,
+                                   _IOFBF, BUFSIZ));
     ::SetConsoleMode(console.handle,
                      console.mode | ENABLE_PROCESSED_OUTPUT | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
     return console;
@@ -101,6 +104,8 @@ OutputSession::OutputSession() noexcept {
 }
 
 OutputSession::~OutputSession() {
+    static_cast<void>(std::fflush(stdout));
+    static_cast<void>(std::fflush(stderr));
     restoreConsoles();
     codePage = 0;
     changedConsoles = {};

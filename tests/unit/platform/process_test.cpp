@@ -8,6 +8,11 @@
 namespace VelmoraQuavin::internal::platform {
 namespace {
 
+TEST(EnvironmentVariable, IsNothingWhereThereIsNone) {
+    EXPECT_EQ(environmentVariable("QUAVIN_TEST_NOTHING"), std::nullopt);
+    EXPECT_NE(environmentVariable("PATH"), std::nullopt);
+}
+
 TEST(PeakResidentMemory, CoversMemoryThatWasUsedOnce) {
     constexpr std::size_t kSize = std::size_t{64} << 20;
     const std::uint64_t before = peakResidentMemory();

@@ -28,9 +28,13 @@ target_link_libraries(quavin_platform_tests PRIVATE quavin_test_packages)
 if(QUAVIN_BUILD_TOOLS)
   target_sources(
     quavin_platform_tests
-    PRIVATE platform/aes_encryption_test.cpp platform/process_test.cpp)
-  if(NOT WIN32)
-    target_sources(quavin_platform_tests PRIVATE platform/private_file_test.cpp)
+    PRIVATE platform/aes_encryption_test.cpp platform/private_file_test.cpp platform/process_test.cpp)
+  if(WIN32)
+    target_sources(quavin_platform_tests PRIVATE platform/private_file_windows_test.cpp
+                                                 platform/process_windows_test.cpp)
+  else()
+    target_sources(quavin_platform_tests PRIVATE platform/private_file_posix_test.cpp
+                                                 platform/process_posix_test.cpp)
   endif()
   target_link_libraries(quavin_platform_tests PRIVATE quavin_tool_platform_objects)
 endif()

@@ -1,0 +1,82 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <filesystem>
+#include <string>
+
+#include "private_file_case.h"
+
+namespace VelmoraQuavin::internal::platform {
+namespace {
+
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+namespace fs = std::filesystem;
+
+constexpr fs::perms kOwner = fs::perms::owner_read | fs::perms::owner_write;
+
+class PrivateFileMode : public PrivateFile {
+protected:
+    void writeWithMode(const std::string& name, const std::string& content, fs::perms mode) {
+        directory_.write(name, content);
+        fs::permissions(directory_.path() / name, mode);
+    }
+};
+
+TEST_F(PrivateFileMode, IsReadWhereOnlyItsOwnerMay) {
+    writeWithMode("key", "secret", kOwner);
+    EXPECT_THAT(read("key"), IsEmpty());
+    EXPECT_EQ(outcome_, PrivateReading::kDone);
+    EXPECT_EQ(got(), "secret");
+}
+
+TEST_F(PrivateFileMode, IsRefusedWhereItsGroupOrOthersMayReadIt) {
+    for (const fs::perms more : {fs::perms::group_read, fs::perms::others_read}) {
+        writeWithMode("key", "secret", kOwner | more);
+        EXPECT_THAT(read("key"), HasSubstr("can be read by others: "));
+        EXPECT_EQ(outcome_, PrivateReading::kOpenToOthers);
+        EXPECT_EQ(size_, 0U);
+        EXPECT_THAT(read("key", OpenToOthers::kAllowed), IsEmpty());
+        EXPECT_EQ(got(), "secret");
+        size_ = 0;
+    }
+}
+
+TEST_F(PrivateFileMode, IsWrittenForItsOwnerAlone) {
+    const mode_t before = ::umask(0);
+    EXPECT_THAT(write("key", "secret"), IsEmpty());
+    ::umask(before);
+    EXPECT_EQ(directory_.read("key"), "secret");
+    EXPECT_EQ(fs::status(directory_.path() / "key").permissions(), kOwner);
+}
+
+TEST_F(PrivateFileMode, ForEveryoneIsTheUsualOne) {
+    const mode_t before = ::umask(022);
+    EXPECT_THAT(write("result", "open", Readers::kEveryone), IsEmpty());
+    ::umask(before);
+    EXPECT_EQ(fs::status(directory_.path() / "result").permissions(),
+              kOwner | fs::perms::group_read | fs::perms::others_read);
+}
+
+TEST_F(PrivateFileMode, OfADirectoryIsForItsOwnerAlone) {
+    const mode_t before = ::umask(0);
+    EXPECT_TRUE(makePrivateDirectory(directory_.entry("folder")));
+    ::umask(before);
+    EXPECT_EQ(fs::status(directory_.path() / "folder").permissions(), fs::perms::owner_all);
+}
+
+TEST_F(PrivateFile, ThatIsAPipeIsRefused) {
+    // Without a writer: reading it would wait for ever.
+    ASSERT_EQ(::mkfifo((directory_.path() / "pipe").c_str(), 0600), 0);
+    EXPECT_EQ(read("pipe"), "is no plain file");
+}
+
+TEST_F(PrivateFile, IsNotWrittenThroughALink) {
+    fs::create_symlink("elsewhere", directory_.path() / "key");
+    EXPECT_THAT(write("key", "new"), HasSubstr("cannot be made"));
+    EXPECT_FALSE(fs::exists(directory_.path() / "elsewhere"));
+}
+
+}  // namespace
+}  // namespace VelmoraQuavin::internal::platform
