@@ -129,7 +129,7 @@ class Output(WithAPackage):
         done = subprocess.run(
             ["sh", "-c", 'exec "$@" >&-', "sh", *process.command(process.TOOL, *call)],
             cwd=self.dir,
-            env=process.clean_environment(),
+            env=process.clean_environment(**self.places),
             stderr=subprocess.PIPE,
             check=False,
         )

@@ -28,11 +28,11 @@ class CommandLineTest(unittest.TestCase):
         self.dir = Path(folder.name, "work")
         self.temporary.mkdir()
         self.dir.mkdir()
+        # On Windows the place for such is the user's, which no caller chooses.
+        self.places = {} if process.WINDOWS else {"TMPDIR": str(self.temporary)}
 
     def quavin(self, *arguments, **options):
-        if not process.WINDOWS:  # whose place for such is its user's
-            options.setdefault("TMPDIR", str(self.temporary))
-        return process.in_pipe(arguments, self.dir, **options)
+        return process.in_pipe(arguments, self.dir, **{**self.places, **options})
 
     def quavin_in_terminal(self, *arguments, **options):
         return process.in_terminal(arguments, self.dir, **options)

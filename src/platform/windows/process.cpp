@@ -42,8 +42,8 @@ Console obeyEscapes(StandardStream stream) {
         return {};
     }
     // Without a buffer each byte goes to the console by itself, and letters of several are lost.
-    static_cast<void>(std::setvbuf(stream == StandardStream::kOutput ? stdout : stderr, nullptr,
-                                   _IOFBF, BUFSIZ));
+    FILE* const file = stream == StandardStream::kOutput ? stdout : stderr;
+    static_cast<void>(std::setvbuf(file, nullptr, _IOFBF, BUFSIZ));
     ::SetConsoleMode(console.handle,
                      console.mode | ENABLE_PROCESSED_OUTPUT | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
     return console;
