@@ -4,11 +4,11 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <utility>
 
+#include "platform/directory_walk.h"
 #include "platform/posix/file_descriptor.h"
 #include "platform/posix/native_path.h"
 #include "platform/posix/whole_write.h"
@@ -61,32 +61,15 @@ bool isPlainFile(int directory, const std::string& name) {
 
 class ConfinedDirectory::Implementation {
 public:
-    explicit Implementation(FileDescriptor root) : root_(std::move(root)) {}
+    explicit Implementation(FileDescriptor root) : walk_(std::move(root)) {}
 
-    // Makes a directory the current one, and makes it where it is missing. Entries of an archive
-    // come directory by directory, so that most calls find it current already.
+    // Makes a directory the current one, and makes it where it is missing.
     std::string enter(Names::const_iterator begin, Names::const_iterator end) {
-        if (std::equal(begin, end, currentNames_.begin(), currentNames_.end())) {
-            return "";
-        }
-        current_ = FileDescriptor();
-        currentNames_.clear();
-        FileDescriptor reached;
-        for (auto name = begin; name != end; ++name) {
-            const int from = reached ? reached.get() : root_.get();
-            FileDescriptor next = openOrCreate(from, *name);
-            if (!next) {
-                return obstacle(from, *name, "a directory cannot be made or opened", errno);
-            }
-            reached = std::move(next);
-        }
-        current_ = std::move(reached);
-        currentNames_.assign(begin, end);
-        return "";
+        return walk_.enter(begin, end, openOrCreate);
     }
 
     std::string write(const std::string& name, const void* content, std::uint64_t size) {
-        const int directory = current_ ? current_.get() : root_.get();
+        const int directory = walk_.current().get();
         std::string written = name;
         FileDescriptor file = create(directory, name);
         // Replaced and not written into: a hard link to it elsewhere keeps its content, and so does
@@ -108,17 +91,18 @@ public:
     }
 
 private:
-    static FileDescriptor openOrCreate(int directory, const std::string& name) {
+    static std::string openOrCreate(const FileDescriptor& directory, const std::string& name,
+                                    FileDescriptor& opened) {
+        const int from = directory.get();
         const auto open = [&] {
-            return FileDescriptor(::openat(directory, name.c_str(), kPassThrough | O_NOFOLLOW));
+            opened = FileDescriptor(::openat(from, name.c_str(), kPassThrough | O_NOFOLLOW));
         };
-        FileDescriptor opened = open();
-        if (!opened && errno == ENOENT) {
-            if (::mkdirat(directory, name.c_str(), kDirectoryMode) == 0 || errno == EEXIST) {
-                opened = open();
-            }
+        open();
+        if (!opened && errno == ENOENT &&
+            (::mkdirat(from, name.c_str(), kDirectoryMode) == 0 || errno == EEXIST)) {
+            open();
         }
-        return opened;
+        return opened ? "" : obstacle(from, name, "a directory cannot be made or opened", errno);
     }
 
     static FileDescriptor create(int directory, const std::string& name) {
@@ -139,9 +123,7 @@ private:
         return file;
     }
 
-    FileDescriptor root_;
-    FileDescriptor current_;  // none: the root
-    Names currentNames_;
+    DirectoryWalk<FileDescriptor> walk_;
 };
 
 ConfinedDirectory::ConfinedDirectory(std::unique_ptr<Implementation> implementation)

@@ -4,11 +4,11 @@
 // Behind windows.h, which it needs.
 #include <winternl.h>
 
-#include <algorithm>
 #include <cstring>
 #include <utility>
 #include <vector>
 
+#include "platform/directory_walk.h"
 #include "platform/windows/file_handle.h"
 #include "platform/windows/possible_name.h"
 #include "platform/windows/wide_path.h"
@@ -86,34 +86,11 @@ constexpr const char* kImpossible = "its name is not possible on this system";
 
 class ConfinedDirectory::Implementation {
 public:
-    explicit Implementation(FileHandle root) : root_(std::move(root)) {}
+    explicit Implementation(FileHandle root) : walk_(std::move(root)) {}
 
-    // Makes a directory the current one, and makes it where it is missing. Entries of an archive
-    // come directory by directory, so that most calls find it current already.
+    // Makes a directory the current one, and makes it where it is missing.
     std::string enter(Names::const_iterator begin, Names::const_iterator end) {
-        if (std::equal(begin, end, currentNames_.begin(), currentNames_.end())) {
-            return "";
-        }
-        current_ = FileHandle();
-        currentNames_.clear();
-        FileHandle reached;
-        for (auto name = begin; name != end; ++name) {
-            const std::wstring wide = widePath(*name);
-            if (!isPossibleName(wide)) {
-                return kImpossible;
-            }
-            const HANDLE from = reached ? reached.get() : root_.get();
-            Opening next = openEntry(from, wide, FILE_TRAVERSE | FILE_READ_ATTRIBUTES, FILE_OPEN_IF,
-                                     FILE_DIRECTORY_FILE);
-            if (!next.handle || isLink(next.handle.get())) {
-                return obstacle(from, wide, "a directory cannot be made or opened", next.status,
-                                false);
-            }
-            reached = std::move(next.handle);
-        }
-        current_ = std::move(reached);
-        currentNames_.assign(begin, end);
-        return "";
+        return walk_.enter(begin, end, openOrCreate);
     }
 
     std::string write(const std::string& name, const void* content, std::uint64_t size) {
@@ -121,7 +98,7 @@ public:
         if (!isPossibleName(wide)) {
             return kImpossible;
         }
-        const HANDLE directory = current_ ? current_.get() : root_.get();
+        const HANDLE directory = walk_.current().get();
         std::wstring written = wide;
         Opening file = create(directory, wide);
         // Replaced and not written into: a hard link to it elsewhere keeps its content, and so does
@@ -142,6 +119,22 @@ public:
     }
 
 private:
+    static std::string openOrCreate(const FileHandle& directory, const std::string& name,
+                                    FileHandle& opened) {
+        const std::wstring wide = widePath(name);
+        if (!isPossibleName(wide)) {
+            return kImpossible;
+        }
+        Opening opening = openEntry(directory.get(), wide, FILE_TRAVERSE | FILE_READ_ATTRIBUTES,
+                                    FILE_OPEN_IF, FILE_DIRECTORY_FILE);
+        if (!opening.handle || isLink(opening.handle.get())) {
+            return obstacle(directory.get(), wide, "a directory cannot be made or opened",
+                            opening.status, false);
+        }
+        opened = std::move(opening.handle);
+        return "";
+    }
+
     static Opening create(HANDLE directory, const std::wstring& name) {
         return openEntry(directory, name, FILE_GENERIC_WRITE | DELETE, FILE_CREATE,
                          FILE_NON_DIRECTORY_FILE);
@@ -185,9 +178,7 @@ private:
         ::SetFileInformationByHandle(file, FileDispositionInfo, &request, sizeof request);
     }
 
-    FileHandle root_;
-    FileHandle current_;  // none: the root
-    Names currentNames_;
+    DirectoryWalk<FileHandle> walk_;
 };
 
 ConfinedDirectory::ConfinedDirectory(std::unique_ptr<Implementation> implementation)
