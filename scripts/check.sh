@@ -23,7 +23,7 @@ say "clang-tidy"
 configure_only release
 printf '%s\n' "${sources[@]}" | grep '\.cpp$' |
     # Nor are the sources of another system, which compile for that system alone.
-    grep -v '/windows/\|_windows\.cpp$\|_cng\.cpp$' |
+    grep -v '/windows/\|_windows\(_test\)\?\.cpp$\|_cng\.cpp$' |
     { if [ "${1:-}" = --all ]; then cat; else grep -v '\(^\|/\)tests/'; fi; } |
     xargs -P "$(nproc)" -n 4 clang-tidy-14 --quiet -p build/release
 say "Format and lint are clean"

@@ -33,7 +33,7 @@ public:
         current_ = Handle();
         currentNames_.clear();
         Handle reached;
-        for (Name name = begin; name != end; ++name) {
+        for (auto name = begin; name != end; ++name) {
             Handle next;
             std::string problem = step(reached ? reached : root_, *name, next);
             if (!problem.empty()) {

@@ -1,4 +1,4 @@
-// Destinations that cannot be extracted into, writing that fails, and what is left open behind it.
+// Destinations that cannot be extracted into, and that nothing is left open behind an extraction.
 
 #include <gtest/gtest.h>
 

@@ -92,8 +92,9 @@ TEST_P(TarImpossibleNames, StopTheExtraction) {
 
 // A device, a stream of a file, a pattern, and one that becomes another name.
 INSTANTIATE_TEST_SUITE_P(Names, TarImpossibleNames,
-                         ::testing::Values("NUL", "con.txt", "COM1", "file:stream", "file*",
-                                           "what?", "file.", "file "));
+                         ::testing::Values("NUL", "con.txt", "NUL .txt", "COM1", "LPT\xC2\xB9",
+                                           "CONOUT$", "file:stream", "file*", "what?", "file.",
+                                           "file "));
 
 }  // namespace
 }  // namespace VelmoraQuavin
