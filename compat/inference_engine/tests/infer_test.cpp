@@ -31,6 +31,15 @@ TEST_F(InferTest, GivesRoundAfterRoundItsNumbers) {
     EXPECT_THAT(elementsOf<float>(second), ElementsAre(-2, -4, -6, -8));
 }
 
+// Processors with instructions for half precision would give infinity.
+TEST_F(InferTest, KeepsNumbersBeyondHalfPrecisionFinite) {
+    const Blob::Ptr output = floats({1, 4});
+    request_->SetBlob("x", floats({1, 4}, {65536, -1048576, 0x1p100F, 0x1p-100F}));
+    request_->SetBlob("y", output);
+    request_->Infer();
+    EXPECT_THAT(elementsOf<float>(output), ElementsAre(131072, -2097152, 0x1p101F, 0x1p-99F));
+}
+
 TEST_F(InferTest, HoldsTheBlobsUntilItReturns) {
     Blob::Ptr input = floats({1, 4}, {1, 2, 3, 4});
     Blob::Ptr output = floats({1, 4});
