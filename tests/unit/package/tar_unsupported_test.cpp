@@ -27,7 +27,10 @@ protected:
         fields.linkName = "../outside/file";
         return tarEntry(fields, content);
     }
-    static std::string shownType() { return GetParam() < ' ' ? "?" : std::string(1, GetParam()); }
+    static std::string shownType() {
+        const bool isShown = GetParam() >= ' ' && GetParam() <= '~';
+        return isShown ? std::string(1, GetParam()) : "?";
+    }
 };
 
 TEST_P(TarUnsupported, AreRefused) {
