@@ -21,7 +21,7 @@ if(QUAVIN_ENGINE_IS_ADAPTER)
     target_include_directories(${target} PRIVATE "${CMAKE_CURRENT_SOURCE_DIR}/engine")
     target_link_libraries(${target} PRIVATE quavin_test_packages quavin_internal_headers
                                             quavin_ie_interface)
-    gtest_discover_tests(${target} TEST_PREFIX "unit.engine." DISCOVERY_TIMEOUT 60 NO_PRETTY_VALUES)
+    quavin_discover_tests(${target} "unit.engine.")
   endfunction()
 
   quavin_faulty_engine_test(
