@@ -26,7 +26,7 @@ else()
 endif()
 if(QUAVIN_SANITIZE)
   # Undefined behaviour ends the program too, so that a test that meets it fails.
-  set(sanitizers -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  set(sanitizers -fsanitize=${QUAVIN_SANITIZERS} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_compile_options(quavin_compiler_settings INTERFACE ${sanitizers} -O1)
   target_link_options(quavin_compiler_settings INTERFACE ${sanitizers})
 endif()

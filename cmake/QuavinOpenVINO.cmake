@@ -12,8 +12,9 @@ if(NOT OpenVINO_DIR
   # Not the Python of an environment that happens to be active: it may lack pip.
   set(Python3_FIND_VIRTUALENV STANDARD)
   set(quavin_fetch_options "")
-  if(WIN32 AND CMAKE_CROSSCOMPILING)
-    set(quavin_fetch_options --system windows-x86_64)
+  if(CMAKE_CROSSCOMPILING)
+    string(TOLOWER "${CMAKE_SYSTEM_NAME}-${CMAKE_SYSTEM_PROCESSOR}" quavin_system)
+    set(quavin_fetch_options --system ${quavin_system})
   endif()
   find_package(Python3 REQUIRED COMPONENTS Interpreter)
   execute_process(

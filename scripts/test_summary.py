@@ -1,0 +1,87 @@
+#!/usr/bin/env python3
+"""Counts the tests behind ctest's entries, where an entry is a whole program with many tests.
+
+    scripts/test_summary.py BUILD_FOLDER
+
+reads what ctest left in BUILD_FOLDER/test-reports: its own ctest.xml, and a report of each program of
+GoogleTest. Exits with 1 where a test failed, was not run, or a program ended without its report.
+"""
+
+import json
+import pathlib
+import re
+import subprocess
+import sys
+import xml.etree.ElementTree as ElementTree
+from dataclasses import dataclass
+
+REPORT_OPTION = "--gtest_output=json:"
+
+
+@dataclass
+class Count:
+    passed: int = 0
+    skipped: int = 0
+    failed: int = 0
+
+    def __add__(self, other):
+        return Count(self.passed + other.passed, self.skipped + other.skipped, self.failed + other.failed)
+
+
+def of_report(path):
+    """A program of GoogleTest writes its report at its end: without one it ended early."""
+    if not path.is_file():
+        return Count(failed=1)
+    count = Count()
+    for suite in json.loads(path.read_text(encoding="utf-8"))["testsuites"]:
+        for test in suite["testsuite"]:
+            if test.get("failures"):
+                count.failed += 1
+            elif test["result"] == "COMPLETED":
+                count.passed += 1
+            else:
+                count.skipped += 1
+    return count
+
+
+def of_unittest(output):
+    """None where the output is not that of Python's unittest."""
+    ran = re.search(r"^Ran (\d+) tests? in .*\n\n(OK|FAILED)(?: \((.*)\))?$", output, re.MULTILINE)
+    if not ran:
+        return None
+    notes = dict(re.findall(r"(\w+)=(\d+)", ran[3] or ""))
+    skipped = int(notes.get("skipped", 0))
+    failed = int(notes.get("failures", 0)) + int(notes.get("errors", 0))
+    return Count(max(int(ran[1]) - skipped - failed, 0), skipped, failed)
+
+
+def of_entry(command, case):
+    report = next((word[len(REPORT_OPTION):] for word in command if word.startswith(REPORT_OPTION)), None)
+    if report is not None:
+        count = of_report(pathlib.Path(report))
+    else:
+        count = of_unittest(case.findtext("system-out") or "") or Count(passed=1)
+    if case.get("status") != "run" and count.failed == 0:
+        return Count(count.passed - (1 if count.passed == 1 else 0), count.skipped, 1)
+    return count
+
+
+def main():
+    build = pathlib.Path(sys.argv[1])
+    cases = {case.get("name"): case
+             for case in ElementTree.parse(build / "test-reports/ctest.xml").iter("testcase")}
+    listed = subprocess.run(["ctest", "--test-dir", build, "--show-only=json-v1"], check=True,
+                            stdout=subprocess.PIPE)
+    total = Count()
+    for entry in json.loads(listed.stdout)["tests"]:
+        case = cases.get(entry["name"])
+        count = Count(failed=1) if case is None else of_entry(entry["command"], case)
+        if count.failed:
+            print(f"failed: {entry['name']} ({count.failed})")
+        total += count
+    print(f"{total.passed} tests passed, {total.skipped} skipped, {total.failed} failed")
+    sys.exit(1 if total.failed or not total.passed else 0)
+
+
+if __name__ == "__main__":
+    main()
