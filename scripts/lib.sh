@@ -16,7 +16,8 @@ packages_build="cmake g++ libcli11-dev libssl-dev libutfcpp-dev ninja-build pyth
 packages_test="doxygen libarchive-tools libgmock-dev libgtest-dev mandoc openssl python3-jsonschema \
     python3-numpy"
 packages_check="clang-format-14 clang-tidy-14"
-packages_arm64="g++-aarch64-linux-gnu googletest libarchive-tools mandoc openssl python3-numpy qemu-user-static"
+packages_arm64="g++-aarch64-linux-gnu googletest libarchive-tools mandoc openssl python3-jsonschema \
+    python3-numpy qemu-user-static"
 packages_bench="libarchive-tools openssl python3-numpy"
 
 # install_packages PACKAGE...: installs what is missing, as root or through sudo.

@@ -1,0 +1,66 @@
+"""What scripts/test_summary.py counts, and that it takes nothing for passed that was not."""
+
+import json
+import sys
+import tempfile
+import unittest
+import xml.etree.ElementTree as ElementTree
+from pathlib import Path
+
+sys.dont_write_bytecode = True
+sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "scripts"))
+
+from test_summary import Count, of_entry  # noqa: E402  # from the folder above
+
+PASSED = {"result": "COMPLETED"}
+SKIPPED = {"result": "SKIPPED"}
+FAILED = {"result": "COMPLETED", "failures": [{"failure": "text"}]}
+
+
+def case(status="run", output=""):
+    element = ElementTree.Element("testcase", status=status)
+    ElementTree.SubElement(element, "system-out").text = output
+    return element
+
+
+class Programs(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.report = Path(folder.name, "report.json")
+        self.command = ["program", f"--gtest_output=json:{self.report}"]
+
+    def write(self, *tests):
+        self.report.write_text(json.dumps({"testsuites": [{"testsuite": list(tests)}]}), "utf-8")
+
+    def test_are_counted_by_their_tests(self):
+        self.write(PASSED, PASSED, SKIPPED, FAILED)
+        self.assertEqual(of_entry(self.command, case("fail")), Count(2, 1, 1))
+
+    def test_that_end_without_a_report_have_failed(self):
+        for status in "run", "fail":
+            self.assertEqual(of_entry(self.command, case(status)), Count(failed=1))
+
+    def test_that_fail_behind_their_report_have_failed(self):
+        self.write(PASSED, PASSED)
+        self.assertEqual(of_entry(self.command, case("fail")).failed, 1)
+
+
+class PythonTests(unittest.TestCase):
+    def test_are_counted_by_what_they_print(self):
+        for output, count in (("...\nRan 3 tests in 0.1s\n\nOK\n", Count(3)),
+                              ("\nRan 1 test in 0.1s\n\nOK\n", Count(1)),
+                              ("\nRan 3 tests in 0.1s\n\nOK (skipped=1)\n", Count(2, 1)),
+                              ("\nRan 4 tests in 0.1s\n\nFAILED (failures=1, errors=2)\n", Count(1, 0, 3))):
+            self.assertEqual(of_entry(["python3"], case(output=output)), count)
+
+
+class OtherEntries(unittest.TestCase):
+    def test_are_one_test(self):
+        self.assertEqual(of_entry(["program"], case()), Count(passed=1))
+        for status in "fail", "notrun", "disabled":
+            self.assertEqual(of_entry(["program"], case(status)), Count(failed=1))
+
+
+if __name__ == "__main__":
+    unittest.main()
