@@ -16,8 +16,10 @@ packages_build="cmake g++ libcli11-dev libssl-dev libutfcpp-dev ninja-build pyth
 packages_test="doxygen libarchive-tools libgmock-dev libgtest-dev mandoc openssl python3-jsonschema \
     python3-numpy"
 packages_check="clang-format-14 clang-tidy-14"
-packages_arm64="g++-aarch64-linux-gnu googletest libarchive-tools mandoc openssl python3-jsonschema \
-    python3-numpy qemu-user-static"
+# Of the cross builds' tests; what each system needs besides.
+packages_cross="googletest libarchive-tools mandoc openssl python3-jsonschema python3-numpy"
+packages_windows="$packages_cross clang-14 clang-tidy-14 g++-mingw-w64-x86-64-posix wine64"
+packages_arm64="$packages_cross g++-aarch64-linux-gnu qemu-user-static"
 packages_bench="libarchive-tools openssl python3-numpy"
 
 # install_packages PACKAGE...: installs what is missing, as root or through sudo.
@@ -43,6 +45,19 @@ install_packages() {
         fail "could not install: ${missing[*]}"
 }
 
+# can_install PACKAGE...: whether install_packages would find them here, or has done so already.
+can_install() {
+    dpkg-query --show "$@" >/dev/null 2>&1 && return
+    command -v apt-get >/dev/null || return
+    local as_root=()
+    if [ "$(id -u)" -ne 0 ]; then
+        sudo -n true 2>/dev/null || return
+        as_root=(sudo -n)
+    fi
+    apt-cache show "$@" >/dev/null 2>&1 && return
+    "${as_root[@]}" apt-get update -qq && apt-cache show "$@" >/dev/null 2>&1
+}
+
 # configure_only PRESET
 configure_only() {
     say "Configuring $1"
@@ -56,4 +71,17 @@ configure_and_build() {
     configure_only "$preset"
     say "Building $preset"
     cmake --build "$root/build/$preset" -j "$(nproc)" ${1:+--target "$@"} -- --quiet
+}
+
+# run_and_count_tests PRESET: all of them; then how many they were, also inside of programs that run whole.
+run_and_count_tests() {
+    local build=$root/build/$1
+    say "Testing $1"
+    rm -rf "$build/test-reports"
+    mkdir "$build/test-reports"
+    # What fails is told, and counted, by the summary.
+    (cd "$root" && ctest --preset "$1" -j "$(nproc)" --no-tests=error --test-output-size-passed 1000000 \
+        --output-junit "$build/test-reports/ctest.xml") || true
+    say "Summary of $1"
+    python3 "$root/scripts/test_summary.py" "$build"
 }

@@ -12,14 +12,7 @@ install_packages $packages_build $packages_arm64
 for preset in "${@:-linux-arm64}"; do
     configure_and_build "$preset"
     build=$root/build/$preset
-    say "Testing $preset"
-    rm -rf "$build/test-reports"
-    mkdir "$build/test-reports"
-    # What fails here is told, and counted, by the summary.
-    (cd "$root" && ctest --preset "$preset" -j "$(nproc)" --no-tests=error --test-output-size-passed 1000000 \
-        --output-junit "$build/test-reports/ctest.xml") || true
+    run_and_count_tests "$preset"
     say "Recognising handwritten digits"
     "$root/scripts/run-in-qemu.sh" "$build/examples/digits/digits" "$root/examples/digits"
-    say "Summary of $preset"
-    python3 "$root/scripts/test_summary.py" "$build"
 done

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Installs what is missing, builds, and runs all tests: optimised, then under the sanitizers.
-# Preset names as arguments run those alone: scripts/test.sh release
+# Installs what is missing, builds, and runs all tests: optimised, then under the sanitizers, then as programs
+# of other systems. Preset names as arguments run those alone: scripts/test.sh release
 set -euo pipefail
 . "$(dirname "$0")/lib.sh"
 
@@ -12,4 +12,15 @@ for preset in "${@:-release asan-ubsan}"; do
         say "Testing $name"
         (cd "$root" && ctest --preset "$name" -j "$(nproc)" --no-tests=error)
     done
+done
+
+[ $# -eq 0 ] || exit 0
+for system in windows arm64; do
+    packages=packages_$system
+    # shellcheck disable=SC2086
+    if can_install ${!packages}; then
+        "$root/scripts/test-$system.sh"
+    else
+        say "SKIPPED: scripts/test-$system.sh, since these packages cannot all be had here: ${!packages}"
+    fi
 done
