@@ -12,6 +12,6 @@ if [ ! -f "$identification/midr_el1" ]; then
     mv "$identification/.midr_el1.$$" "$identification/midr_el1"
 fi
 # A closed standard output would become some file of the emulator's; one that takes nothing fails alike.
-{ : >&1; } 2>/dev/null || exec 1</dev/null
+[ -e /proc/self/fd/1 ] || exec 1</dev/null
 # What lies below "here" stands in for the same path of this system.
 exec qemu-aarch64-static -cpu cortex-a76 -L "$here" "$@"
