@@ -26,7 +26,8 @@ public:
     OutputSession() noexcept;
     OutputSession(const OutputSession&) = delete;
     OutputSession& operator=(const OutputSession&) = delete;
-    ~OutputSession();
+    // Where it has nothing to restore, it still is one type.
+    ~OutputSession();  // NOLINT(performance-trivially-destructible)
 };
 
 enum class StandardStream { kOutput, kError };

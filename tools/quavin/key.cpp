@@ -89,8 +89,9 @@ void Key::readVariable(const std::string& name) {
     if (!value.has_value()) {
         throw InvalidArgumentsException("There is no environment variable " + name);
     }
-    const WipeOnExit wipe(value->data(), value->size());
-    if (!parse(reinterpret_cast<const unsigned char*>(value->data()), value->size())) {
+    std::string& text = *value;
+    const WipeOnExit wipe(text.data(), text.size());
+    if (!parse(reinterpret_cast<const unsigned char*>(text.data()), text.size())) {
         throw InvalidArgumentsException("The environment variable " + name +
                                         " holds no key: " + kForms);
     }
