@@ -2,13 +2,31 @@
 # Installs what is missing, builds, makes the networks and measures the library beside the same work
 # written by hand on the runtime's C interface. Takes some minutes; wants a machine that does nothing
 # else. docs/performance.md says how to read the figures.
+#
+# "scripts/bench.sh windows-release" and "scripts/bench.sh linux-arm64" measure predicting as a program of that
+# system, under an emulator, behind scripts/test-windows.sh or scripts/test-arm64.sh: the ratios count, the times do not.
 set -euo pipefail
 . "$(dirname "$0")/lib.sh"
 
 # shellcheck disable=SC2086  # lists of words
 install_packages $packages_build $packages_test $packages_bench
-configure_and_build release quavin_predict_benchmark quavin_load_benchmark quavin_aes_benchmark \
-    quavin_tar_benchmark
+preset=${1:-release}
+case $preset in
+    release)
+        predict=("$root/build/release/benchmarks/quavin_predict_benchmark")
+        configure_and_build release quavin_predict_benchmark quavin_load_benchmark quavin_aes_benchmark \
+            quavin_tar_benchmark
+        ;;
+    windows-release)
+        predict=("$root/scripts/run-in-wine.sh" "$root/build/$preset/bin/quavin_predict_benchmark.exe")
+        configure_and_build "$preset" quavin_predict_benchmark
+        ;;
+    linux-arm64)
+        predict=("$root/scripts/run-in-qemu.sh" "$root/build/$preset/benchmarks/quavin_predict_benchmark")
+        configure_and_build "$preset" quavin_predict_benchmark
+        ;;
+    *) fail "there is nothing to measure in the preset \"$preset\"" ;;
+esac
 
 models=$root/build/benchmark-models
 programs=$root/build/release/benchmarks
@@ -27,14 +45,17 @@ say "Making networks"
 three_layers=$(make_model three-layers)
 mobilenet=$(make_model mobilenet)
 large_output=$(make_model large-output)
-plain=$(make_model weights-100mib)
-secured=$(make_model weights-100mib --encrypt "$key")
 
 say "Predicting"
-"$programs/quavin_predict_benchmark" "$three_layers" 1000 2000 41
-"$programs/quavin_predict_benchmark" "$three_layers" 0 2000 41
-"$programs/quavin_predict_benchmark" "$mobilenet" 0 20 31
-"$programs/quavin_predict_benchmark" "$large_output" 0 10 31
+"${predict[@]}" "$three_layers" 1000 2000 41
+"${predict[@]}" "$three_layers" 0 2000 41
+"${predict[@]}" "$mobilenet" 0 20 31
+"${predict[@]}" "$large_output" 0 10 31
+[ "$preset" = release ] || exit 0
+
+say "Making networks for loading"
+plain=$(make_model weights-100mib)
+secured=$(make_model weights-100mib --encrypt "$key")
 
 say "Loading"
 "$programs/quavin_load_benchmark" "$plain" "$secured" "$key" 31

@@ -55,6 +55,11 @@ def of_unittest(output):
     return Count(max(int(ran[1]) - skipped - failed, 0), skipped, failed)
 
 
+def skips_of_unittest(output):
+    """Tests that were skipped, with their reasons, as unittest's verbose output tells them."""
+    return re.findall(r"^(\w+) \(.*\)(?:\n.*)? \.\.\. skipped ['\"](.*)['\"]$", output, re.MULTILINE)
+
+
 def of_entry(command, case):
     report = next((word[len(REPORT_OPTION):] for word in command if word.startswith(REPORT_OPTION)), None)
     if report is not None:
@@ -79,6 +84,8 @@ def main():
         if count.failed:
             print(f"failed: {entry['name']} ({count.failed})")
         total += count
+        for test, reason in skips_of_unittest((case.findtext("system-out") or "") if case is not None else ""):
+            print(f"skipped: {entry['name']}: {test}: {reason}")
     print(f"{total.passed} tests passed, {total.skipped} skipped, {total.failed} failed")
     sys.exit(1 if total.failed or not total.passed else 0)
 

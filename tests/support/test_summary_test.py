@@ -10,7 +10,7 @@ from pathlib import Path
 sys.dont_write_bytecode = True
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "scripts"))
 
-from test_summary import Count, of_entry  # noqa: E402  # from the folder above
+from test_summary import Count, of_entry, skips_of_unittest  # noqa: E402  # from the folder above
 
 PASSED = {"result": "COMPLETED"}
 SKIPPED = {"result": "SKIPPED"}
@@ -53,6 +53,13 @@ class PythonTests(unittest.TestCase):
                               ("\nRan 3 tests in 0.1s\n\nOK (skipped=1)\n", Count(2, 1)),
                               ("\nRan 4 tests in 0.1s\n\nFAILED (failures=1, errors=2)\n", Count(1, 0, 3))):
             self.assertEqual(of_entry(["python3"], case(output=output)), count)
+
+
+    def test_that_are_skipped_are_told_with_their_reasons(self):
+        output = ("test_a (a_test.A) ... ok\n"
+                  "test_b (a_test.A) ... skipped 'no links'\n"
+                  "test_c (a_test.A)\nWhat it shows. ... skipped \"wine's way\"\n")
+        self.assertEqual(skips_of_unittest(output), [("test_b", "no links"), ("test_c", "wine's way")])
 
 
 class OtherEntries(unittest.TestCase):
