@@ -22,7 +22,8 @@ say "clang-tidy"
 # take an hour.
 configure_only release
 printf '%s\n' "${sources[@]}" | grep '\.cpp$' |
-    # Nor are the sources of another system, which compile for that system alone.
+    # Nor are the sources of Windows, which compile there alone: the test compilers.lint of that build
+    # looks at the library's.
     grep -v '/windows/\|_windows\(_test\)\?\.cpp$\|_cng\.cpp$' |
     { if [ "${1:-}" = --all ]; then cat; else grep -v '\(^\|/\)tests/'; fi; } |
     xargs -P "$(nproc)" -n 4 clang-tidy-14 --quiet -p build/release

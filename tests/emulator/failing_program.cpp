@@ -28,7 +28,7 @@ TEST(FailingProgram, Terminates) {
 }
 
 TEST(FailingProgram, Crashes) {
-    int* volatile nothing = nullptr;
+    volatile int* volatile nothing = nullptr;
     *nothing = 1;
 }
 

@@ -98,7 +98,7 @@ public:
         if (!isPossibleName(wide)) {
             return kImpossible;
         }
-        const HANDLE directory = walk_.current().get();
+        HANDLE directory = walk_.current().get();
         std::wstring written = wide;
         Opening file = create(directory, wide);
         // Replaced and not written into: a hard link to it elsewhere keeps its content, and so does
