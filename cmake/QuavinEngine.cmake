@@ -37,10 +37,18 @@ endif()
 if(QUAVIN_ENGINE_IS_ADAPTER)
   include(QuavinOpenVINO)
   if(WIN32)
-    file(GLOB runtime_files "${OpenVINO_DIR}/../libs/openvino.dll" "${OpenVINO_DIR}/../libs/openvino_c.dll"
-         "${OpenVINO_DIR}/../libs/openvino_ir_frontend.dll" "${OpenVINO_DIR}/../libs/openvino_*_cpu_plugin.dll"
+    # As the wheel has them.
+    file(GLOB quavin_engine_dlls
+         "${OpenVINO_DIR}/../libs/openvino.dll"
+         "${OpenVINO_DIR}/../libs/openvino_c.dll"
+         "${OpenVINO_DIR}/../libs/openvino_ir_frontend.dll"
+         "${OpenVINO_DIR}/../libs/openvino_*_cpu_plugin.dll"
          "${OpenVINO_DIR}/../libs/tbb*.dll")
-    quavin_put_beside_programs(${runtime_files})
+    if(NOT quavin_engine_dlls)
+      message(WARNING "The DLLs of OpenVINO are not where its wheels have them. Name their folder in PATH, or programs "
+                      "will not start.")
+    endif()
+    quavin_put_beside_programs(${quavin_engine_dlls})
   endif()
   add_subdirectory("${PROJECT_SOURCE_DIR}/compat/inference_engine" compat/inference_engine)
   add_library(quavin::engine ALIAS quavin_inference_engine)

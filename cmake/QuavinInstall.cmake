@@ -9,7 +9,7 @@ function(quavin_install_runtime)
   get_filename_component(package "${OpenVINO_DIR}/../.." ABSOLUTE)
   set(libs "${package}/openvino/libs")
   if(WIN32)
-    get_property(files GLOBAL PROPERTY QUAVIN_BESIDE_PROGRAMS)
+    set(files ${quavin_engine_dlls})
   else()
     file(GLOB files
          "${libs}/libopenvino.so*"
@@ -57,6 +57,9 @@ install(FILES "${PROJECT_BINARY_DIR}/quavin_on_device_sdk-config.cmake"
         DESTINATION "${quavin_package_dir}")
 
 set_target_properties(quavin_on_device_sdk PROPERTIES INSTALL_RPATH "$ORIGIN" INSTALL_RPATH_USE_LINK_PATH ON)
+if(WIN32)
+  install(FILES ${quavin_toolchain_dlls} DESTINATION "${CMAKE_INSTALL_BINDIR}")
+endif()
 if(QUAVIN_ENGINE_IS_ADAPTER AND QUAVIN_OPENVINO_FROM_CACHE)
   option(QUAVIN_INSTALL_RUNTIME "Install the OpenVINO runtime from the cache beside the library" ON)
   if(QUAVIN_INSTALL_RUNTIME)

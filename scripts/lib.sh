@@ -45,7 +45,7 @@ install_packages() {
         fail "could not install: ${missing[*]}"
 }
 
-# can_install PACKAGE...: whether install_packages would find them here, or has done so already.
+# can_install PACKAGE...: whether install_packages would find them all here, or has done so already.
 can_install() {
     dpkg-query --show "$@" >/dev/null 2>&1 && return
     command -v apt-get >/dev/null || return
@@ -54,8 +54,14 @@ can_install() {
         sudo -n true 2>/dev/null || return
         as_root=(sudo -n)
     fi
-    apt-cache show "$@" >/dev/null 2>&1 && return
-    "${as_root[@]}" apt-get update -qq && apt-cache show "$@" >/dev/null 2>&1
+    packages_are_known "$@" && return
+    "${as_root[@]}" apt-get update -qq && packages_are_known "$@"
+}
+packages_are_known() {
+    local package
+    for package in "$@"; do
+        apt-cache show "$package" >/dev/null 2>&1 || return
+    done
 }
 
 # configure_only PRESET
@@ -73,15 +79,17 @@ configure_and_build() {
     cmake --build "$root/build/$preset" -j "$(nproc)" ${1:+--target "$@"} -- --quiet
 }
 
-# run_and_count_tests PRESET: all of them; then how many they were, also inside of programs that run whole.
+# run_and_count_tests PRESET [OPTION...]: all of them, with these options of ctest; then how many they were,
+# also inside of programs that run whole.
 run_and_count_tests() {
-    local build=$root/build/$1
-    say "Testing $1"
+    local preset=$1 build=$root/build/$1
+    shift
+    say "Testing $preset"
     rm -rf "$build/test-reports"
     mkdir "$build/test-reports"
     # What fails is told, and counted, by the summary.
-    (cd "$root" && ctest --preset "$1" -j "$(nproc)" --no-tests=error --test-output-size-passed 1000000 \
-        --output-junit "$build/test-reports/ctest.xml") || true
-    say "Summary of $1"
+    (cd "$root" && ctest --preset "$preset" -j "$(nproc)" --no-tests=error --test-output-size-passed 1000000 \
+        --output-junit "$build/test-reports/ctest.xml" "$@") || true
+    say "Summary of $preset"
     python3 "$root/scripts/test_summary.py" "$build"
 }

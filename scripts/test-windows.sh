@@ -21,7 +21,9 @@ say "Starting wine"
 for preset in "${@:-windows-release}"; do
     configure_and_build "$preset"
     build=$root/build/$preset
-    run_and_count_tests "$preset"
+    # One start of a program in some thousands ends under wine before the program has begun: with status 1 and
+    # without a word. The summary names every test that passed at its second try only.
+    run_and_count_tests "$preset" --repeat until-pass:2
     say "Recognising handwritten digits"
     "$root/scripts/run-in-wine.sh" "$build/bin/digits.exe" "$root/examples/digits"
 done

@@ -7,6 +7,7 @@ reads what ctest left in BUILD_FOLDER/test-reports: its own ctest.xml, and a rep
 GoogleTest. Exits with 1 where a test failed, was not run, or a program ended without its report.
 """
 
+import collections
 import json
 import pathlib
 import re
@@ -66,9 +67,17 @@ def of_entry(command, case):
         count = of_report(pathlib.Path(report))
     else:
         count = of_unittest(case.findtext("system-out") or "") or Count(passed=1)
+    if count == Count():  # a program in which nothing was run proves nothing
+        return Count(failed=1)
     if case.get("status") != "run" and count.failed == 0:
         return Count(count.passed - (1 if count.passed == 1 else 0), count.skipped, 1)
     return count
+
+
+def repeated_in(log):
+    """The tests that ctest's log tells to have run more than once."""
+    counts = collections.Counter(re.findall(r"^\d+/\d+ Testing: (.*)$", log, re.MULTILINE))
+    return sorted(name for name, count in counts.items() if count > 1)
 
 
 def main():
@@ -86,6 +95,8 @@ def main():
         total += count
         for test, reason in skips_of_unittest((case.findtext("system-out") or "") if case is not None else ""):
             print(f"skipped: {entry['name']}: {test}: {reason}")
+    for name in repeated_in((build / "Testing/Temporary/LastTest.log").read_text(encoding="utf-8", errors="replace")):
+        print("ran twice:", name)
     print(f"{total.passed} tests passed, {total.skipped} skipped, {total.failed} failed")
     sys.exit(1 if total.failed or not total.passed else 0)
 

@@ -1,5 +1,6 @@
 #include <optional>
 
+#include "core/stream_steps.h"
 #include "core/text_tools.h"
 #include "package/sized_file.h"
 #include "platform/file_streams.h"
@@ -58,7 +59,7 @@ std::ofstream FileUtils::openFileToWriteBinaryData(const Filepath& path) {
 
 bool FileUtils::writeBinaryDataToFile(const void* data, uint64 length, const Filepath& path) {
     std::ofstream file = openFileToWriteBinaryData(path);
-    file.write(static_cast<const char*>(data), static_cast<std::streamsize>(length));
+    internal::writeInSteps(file, static_cast<const char*>(data), length);
     return true;
 }
 

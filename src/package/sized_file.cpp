@@ -3,6 +3,7 @@
 #include <cstring>
 #include <utility>
 
+#include "core/stream_steps.h"
 #include "platform/file_streams.h"
 #include "quavin/status.h"
 
@@ -32,8 +33,7 @@ SizedFile SizedFile::open(const Filepath& path) {
 
 void SizedFile::read(char* buffer) {
     stream_.seekg(0, std::ios::beg);
-    stream_.read(buffer, static_cast<std::streamsize>(size_));
-    const auto got = static_cast<uint64>(stream_.gcount());
+    const uint64 got = readInSteps(stream_, buffer, size_);
     if (got < size_) {
         std::memset(buffer + got, 0, size_ - got);
     }

@@ -13,6 +13,9 @@ namespace VelmoraQuavin::testing {
 /// The white space that names of files may hold.
 std::string whiteSpaceOfNames();
 
+/// Whether createDir() and deleteFile() take UTF-8, as everything else does.
+bool narrowPathsAreUtf8();
+
 /// A path that the system takes however long it is.
 std::filesystem::path longPath(const std::filesystem::path& path);
 

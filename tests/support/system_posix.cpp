@@ -30,6 +30,10 @@ fs::path longPath(const fs::path& path) {
     return path;
 }
 
+bool narrowPathsAreUtf8() {
+    return true;
+}
+
 std::vector<DirectoryEntry> entriesOf(const fs::path& directory) {
     std::vector<DirectoryEntry> entries;
     for (const fs::directory_entry& entry : fs::directory_iterator(directory)) {

@@ -32,6 +32,10 @@ fs::path longPath(const fs::path& path) {
                : fs::path(prefix + fs::absolute(path).make_preferred().native());
 }
 
+bool narrowPathsAreUtf8() {
+    return ::GetACP() == CP_UTF8;
+}
+
 std::vector<DirectoryEntry> entriesOf(const fs::path& directory) {
     std::vector<DirectoryEntry> entries;
     WIN32_FIND_DATAW found{};

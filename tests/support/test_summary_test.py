@@ -10,7 +10,7 @@ from pathlib import Path
 sys.dont_write_bytecode = True
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "scripts"))
 
-from test_summary import Count, of_entry, skips_of_unittest  # noqa: E402  # from the folder above
+from test_summary import Count, of_entry, repeated_in, skips_of_unittest  # noqa: E402  # from the folder above
 
 PASSED = {"result": "COMPLETED"}
 SKIPPED = {"result": "SKIPPED"}
@@ -37,6 +37,10 @@ class Programs(unittest.TestCase):
         self.write(PASSED, PASSED, SKIPPED, FAILED)
         self.assertEqual(of_entry(self.command, case("fail")), Count(2, 1, 1))
 
+    def test_without_tests_have_failed(self):
+        self.write()
+        self.assertEqual(of_entry(self.command, case()), Count(failed=1))
+
     def test_that_end_without_a_report_have_failed(self):
         for status in "run", "fail":
             self.assertEqual(of_entry(self.command, case(status)), Count(failed=1))
@@ -55,11 +59,20 @@ class PythonTests(unittest.TestCase):
             self.assertEqual(of_entry(["python3"], case(output=output)), count)
 
 
+    def test_of_which_none_ran_have_failed(self):
+        output = "\nRan 0 tests in 0.0s\n\nOK\n"
+        self.assertEqual(of_entry(["python3"], case(output=output)), Count(failed=1))
+
     def test_that_are_skipped_are_told_with_their_reasons(self):
         output = ("test_a (a_test.A) ... ok\n"
                   "test_b (a_test.A) ... skipped 'no links'\n"
                   "test_c (a_test.A)\nWhat it shows. ... skipped \"wine's way\"\n")
         self.assertEqual(skips_of_unittest(output), [("test_b", "no links"), ("test_c", "wine's way")])
+
+
+class Repetitions(unittest.TestCase):
+    def test_are_told(self):
+        self.assertEqual(repeated_in("1/2 Testing: a\ntext\n2/2 Testing: b\n1/2 Testing: a\n"), ["a"])
 
 
 class OtherEntries(unittest.TestCase):

@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "core/secure_wipe.h"
+#include "core/stream_steps.h"
 #include "core/text_tools.h"
 #include "platform/private_file.h"
 
@@ -80,7 +81,7 @@ Bytes readFile(const std::string& path) {
 void writeFile(const std::string& path, std::string_view content) {
     std::ofstream file = FileUtils::openFileToWriteBinaryData(Filepath(path));
     const bool opened = file.is_open();
-    file.write(content.data(), static_cast<std::streamsize>(content.size()));
+    VelmoraQuavin::internal::writeInSteps(file, content.data(), content.size());
     file.close();
     if (!file) {
         std::error_code ignored;

@@ -25,7 +25,8 @@ std::wstring withoutLastSeparators(std::wstring path) {
 }  // namespace
 
 DirectoryCreation createDirectory(const String& path) {
-    if (::CreateDirectoryA(narrowPath(path).c_str(), nullptr) != 0) {
+    const std::string narrow = narrowPath(path);  // outlives the error number
+    if (::CreateDirectoryA(narrow.c_str(), nullptr) != 0) {
         return DirectoryCreation::kCreated;
     }
     return ::GetLastError() == ERROR_PATH_NOT_FOUND ? DirectoryCreation::kParentMissing

@@ -7,6 +7,8 @@
 namespace VelmoraQuavin::internal::platform {
 namespace {
 
+constexpr std::size_t kLongestName = 255;
+
 bool isForbidden(wchar_t character) {
     constexpr std::wstring_view kReserved = L"<>:\"|?*/\\";
     return character < L' ' || kReserved.find(character) != std::wstring_view::npos;
@@ -41,6 +43,9 @@ bool isDevice(std::wstring_view name) {
 }  // namespace
 
 bool isPossibleName(std::wstring_view name) {
+    if (name.empty() || name.size() > kLongestName) {
+        return false;
+    }
     const bool losesItsEnd = name.back() == L'.' || name.back() == L' ';
     return !losesItsEnd && std::none_of(name.begin(), name.end(), isForbidden) && !isDevice(name);
 }

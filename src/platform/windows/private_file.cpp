@@ -20,10 +20,10 @@ bool isPlainFile(HANDLE file) {
 
 PrivateReading readPrivateFile(const String& path, OpenToOthers others, unsigned char* buffer,
                                std::size_t capacity, std::size_t& size, std::string& problem) {
+    const std::wstring wide = widePath(path);  // outlives the error number
     // The flag lets directories be opened, to be told what they are.
-    const FileHandle file(::CreateFileW(widePath(path).c_str(), GENERIC_READ, FILE_SHARE_READ,
-                                        nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS,
-                                        nullptr));
+    const FileHandle file(::CreateFileW(wide.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
+                                        OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
     if (!file) {
         problem = problemText("cannot be opened", ::GetLastError());
         return PrivateReading::kFailed;

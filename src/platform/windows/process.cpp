@@ -9,9 +9,10 @@
 
 #include <array>
 #include <cstdio>
-#include <cstdlib>
 #include <memory>
+#include <new>
 
+#include "platform/secure_memory.h"
 #include "platform/windows/wide_path.h"
 
 namespace VelmoraQuavin::internal::platform {
@@ -68,6 +69,13 @@ BOOL WINAPI restoreAtBreak(DWORD /*event*/) {
     return FALSE;
 }
 
+// Of a variable's value, which may be a key.
+constexpr DWORD kUsualLength = 256;
+
+void wipe(std::wstring& value) {
+    wipeMemory(value.data(), value.size() * sizeof(wchar_t));
+}
+
 }  // namespace
 
 // From the system's own text: what main() gets has lost the letters that one code page lacks.
@@ -76,18 +84,31 @@ std::vector<std::string> programArguments(int /*argc*/, const char* const* /*arg
     const std::unique_ptr<wchar_t*, decltype(&::LocalFree)> all(
         ::CommandLineToArgvW(::GetCommandLineW(), &count), &::LocalFree);
     std::vector<std::string> arguments;
-    for (int i = 1; all != nullptr && i < count; ++i) {
+    if (all == nullptr) {
+        throw std::bad_alloc();
+    }
+    for (int i = 1; i < count; ++i) {
         arguments.push_back(utf8Text(all.get()[i]));
     }
     return arguments;
 }
 
 std::optional<std::string> environmentVariable(const std::string& name) {
-    const wchar_t* const value = ::_wgetenv(widePath(name).c_str());
-    if (value == nullptr) {
-        return std::nullopt;
+    // The system's own: the C runtime's has lost the letters that one code page lacks.
+    const std::wstring wide = widePath(name);
+    std::wstring value;
+    std::optional<std::string> text;
+    for (DWORD size = kUsualLength; size > value.size();) {
+        wipe(value);
+        value.resize(size);
+        ::SetLastError(ERROR_SUCCESS);
+        size = ::GetEnvironmentVariableW(wide.c_str(), value.data(), size);
+        if (size < value.size() && (size != 0 || ::GetLastError() == ERROR_SUCCESS)) {
+            text = utf8Text(std::wstring_view(value).substr(0, size));
+        }
     }
-    return std::optional<std::string>(utf8Text(value));
+    wipe(value);
+    return text;
 }
 
 OutputSession::OutputSession() noexcept {

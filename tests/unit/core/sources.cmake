@@ -21,6 +21,7 @@ quavin_unit_test(
   sized_block_test.cpp
   status_from_exception_test.cpp
   status_test.cpp
+  stream_steps_test.cpp
   text_test.cpp
   text_tools_test.cpp
   version_test.cpp)

@@ -175,6 +175,9 @@ TEST_F(TarUnboundedNames, WhiteSpaceIsWhatTheCLibraryTakesForIt) {
         to_.setDestination(to_.text());
         EXPECT_THAT(to_.extractUnbounded(tarDirectory(name) + tarEnd()), IsOk());
         EXPECT_EQ(to_.tree().size(), ++made) << name;
+        if (testing::narrowPathsAreUtf8()) {
+            EXPECT_EQ(to_.tree().count(name), 1u) << name;
+        }
     }
 }
 
