@@ -41,15 +41,25 @@ bool isTrustedGroup(PSID identifier) {
     });
 }
 
-// The identifier that an entry allows to read; null for an entry of another kind.
-PSID readerIn(void* entry) {
-    const auto* const header = static_cast<const ACE_HEADER*>(entry);
-    auto* const allowed = static_cast<ACCESS_ALLOWED_ACE*>(entry);
+bool denies(BYTE type) {
+    return type == ACCESS_DENIED_ACE_TYPE || type == ACCESS_DENIED_OBJECT_ACE_TYPE ||
+           type == ACCESS_DENIED_CALLBACK_ACE_TYPE ||
+           type == ACCESS_DENIED_CALLBACK_OBJECT_ACE_TYPE;
+}
+
+// Whether an entry lets somebody read. Entries of every type have their mask in the same place.
+bool allowsReading(const ACCESS_ALLOWED_ACE& entry) {
     constexpr ACCESS_MASK kReading = FILE_READ_DATA | GENERIC_READ | GENERIC_ALL;
-    const bool applies = header->AceType == ACCESS_ALLOWED_ACE_TYPE &&
-                         (header->AceFlags & INHERIT_ONLY_ACE) == 0 &&
-                         (allowed->Mask & kReading) != 0;
-    return applies ? static_cast<PSID>(&allowed->SidStart) : nullptr;
+    return !denies(entry.Header.AceType) && (entry.Header.AceFlags & INHERIT_ONLY_ACE) == 0 &&
+           (entry.Mask & kReading) != 0;
+}
+
+// Null for an entry of a type that has more between its mask and its identifier. A callback's
+// condition stands behind the identifier, and is taken as met.
+PSID readerIn(ACCESS_ALLOWED_ACE& entry) {
+    const BYTE type = entry.Header.AceType;
+    const bool isNext = type == ACCESS_ALLOWED_ACE_TYPE || type == ACCESS_ALLOWED_CALLBACK_ACE_TYPE;
+    return isNext ? static_cast<PSID>(&entry.SidStart) : nullptr;
 }
 
 }  // namespace
@@ -86,17 +96,25 @@ bool othersMayRead(HANDLE file) {
         return true;
     }
     const std::unique_ptr<void, decltype(&::LocalFree)> memory(descriptor, &::LocalFree);
+    return othersMayRead(list, owner, identifierIn(*user));
+}
+
+bool othersMayRead(ACL* list, PSID owner, PSID user) {
     if (owner == nullptr || list == nullptr) {
         return true;  // no list: everybody may do everything
     }
     for (DWORD i = 0; i < list->AceCount; ++i) {
-        void* entry = nullptr;
-        if (::GetAce(list, i, &entry) == 0) {
+        void* got = nullptr;
+        if (::GetAce(list, i, &got) == 0) {
             return true;
         }
+        auto& entry = *static_cast<ACCESS_ALLOWED_ACE*>(got);
+        if (!allowsReading(entry)) {
+            continue;
+        }
         const PSID reader = readerIn(entry);
-        if (reader != nullptr && ::EqualSid(reader, owner) == 0 &&
-            ::EqualSid(reader, identifierIn(*user)) == 0 && !isTrustedGroup(reader)) {
+        if (reader == nullptr || (::EqualSid(reader, owner) == 0 && ::EqualSid(reader, user) == 0 &&
+                                  !isTrustedGroup(reader))) {
             return true;
         }
     }

@@ -29,4 +29,9 @@ private:
 /// system and its administrators. Also true where that cannot be told.
 bool othersMayRead(HANDLE file);
 
+/// The same for an access list in memory; where there is none, everybody may read.
+/// @param owner the file's.
+/// @param user this process's.
+bool othersMayRead(ACL* list, PSID owner, PSID user);
+
 }  // namespace VelmoraQuavin::internal::platform

@@ -30,11 +30,22 @@ if(QUAVIN_BUILD_TOOLS)
     quavin_platform_tests
     PRIVATE platform/aes_encryption_test.cpp platform/private_file_test.cpp platform/process_test.cpp)
   if(WIN32)
-    target_sources(quavin_platform_tests PRIVATE platform/private_file_windows_test.cpp
-                                                 platform/process_windows_test.cpp)
+    target_sources(
+      quavin_platform_tests PRIVATE platform/access_list_windows_test.cpp
+                                    platform/private_file_windows_test.cpp platform/process_windows_test.cpp)
   else()
     target_sources(quavin_platform_tests PRIVATE platform/private_file_posix_test.cpp
                                                  platform/process_posix_test.cpp)
   endif()
   target_link_libraries(quavin_platform_tests PRIVATE quavin_tool_platform_objects)
+endif()
+
+# The library on the system's cryptography that fails where a test wants it to.
+if(WIN32)
+  add_executable(quavin_faulty_cng_tests platform/aes_memory_windows.cpp platform/faulty_cng_windows.cpp
+                                         platform/faulty_cng_windows_test.cpp)
+  quavin_private_target(quavin_faulty_cng_tests)
+  target_link_libraries(quavin_faulty_cng_tests PRIVATE quavin_test_packages quavin_objects
+                                                        quavin_engine_objects)
+  quavin_discover_tests(quavin_faulty_cng_tests "unit.platform.")
 endif()
