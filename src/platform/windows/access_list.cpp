@@ -103,6 +103,9 @@ bool othersMayRead(ACL* list, PSID owner, PSID user) {
     if (owner == nullptr || list == nullptr) {
         return true;  // no list: everybody may do everything
     }
+    if (::IsValidAcl(list) == 0) {
+        return true;  // its entries may end behind it
+    }
     for (DWORD i = 0; i < list->AceCount; ++i) {
         void* got = nullptr;
         if (::GetAce(list, i, &got) == 0) {
