@@ -3,11 +3,15 @@
 # The loader and the standard libraries are those of the cross toolchain; what else a program needs, its
 # run path names.
 here=${QUAVIN_CACHE_DIR:-${XDG_CACHE_HOME:-$HOME/.cache}/quavin}/qemu-linux-arm64
+case $here in
+    /*) ;;
+    *) echo "run-in-qemu: the folder of the cache has to be an absolute path" >&2; exit 1 ;;
+esac
 identification=$here/sys/devices/system/cpu/cpu0/regs/identification
 # An arm64 kernel tells the processor's model in a file, and the runtime complains where there is none.
 if [ ! -f "$identification/midr_el1" ]; then
     mkdir -p "$identification"
-    [ -e "$here/lib" ] || ln -s /usr/aarch64-linux-gnu/lib "$here/lib" 2>/dev/null # by another start
+    ln -sfnT /usr/aarch64-linux-gnu/lib "$here/lib"
     echo 0x00000000414fd0b1 >"$identification/.midr_el1.$$"
     mv "$identification/.midr_el1.$$" "$identification/midr_el1"
 fi

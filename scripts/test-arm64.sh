@@ -2,8 +2,8 @@
 # Installs what is missing, cross-builds for Linux arm64, and runs the tests and the digits example as
 # arm64 programs under qemu. Preset names as arguments run those: linux-arm64 (the default), linux-arm64-ubsan.
 #
-# Left out: the tests of the documentation, which look at the same pages, and those of consumers, which
-# build with the same CMake code. Both run natively, in scripts/test.sh.
+# Left out: the tests of the documentation, which look at the same pages, and of the consumer that builds the
+# library once more. Both run natively, in scripts/test.sh.
 set -euo pipefail
 . "$(dirname "$0")/lib.sh"
 

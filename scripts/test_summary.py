@@ -66,7 +66,12 @@ def of_entry(command, case):
     if report is not None:
         count = of_report(pathlib.Path(report))
     else:
-        count = of_unittest(case.findtext("system-out") or "") or Count(passed=1)
+        # Python's tests tell how many they were at their end: without that they ended early.
+        alone = Count(failed=1) if "unittest" in command else Count(passed=1)
+        count = of_unittest(case.findtext("system-out") or "") or alone
+    skipped = case.find("skipped")
+    if skipped is not None and skipped.get("message") == "SKIP_REGULAR_EXPRESSION_MATCHED":
+        return Count(skipped=1)
     if count == Count():  # a program in which nothing was run proves nothing
         return Count(failed=1)
     if case.get("status") != "run" and count.failed == 0:
@@ -75,13 +80,21 @@ def of_entry(command, case):
 
 
 def repeated_in(log):
-    """The tests that ctest's log tells to have run more than once."""
-    counts = collections.Counter(re.findall(r"^\d+/\d+ Testing: (.*)$", log, re.MULTILINE))
-    return sorted(name for name, count in counts.items() if count > 1)
+    """The tests that ctest's log tells to have run more than once, and whether each said something before.
+
+    One that did not say a word was not even started by the emulator; any other has failed for good.
+    """
+    tries = collections.defaultdict(list)
+    for part in re.split(r"^\d+/\d+ Testing: ", log, flags=re.MULTILINE)[1:]:
+        output = re.search(r"^Output:\n-+\n(.*?)<end of output>$", part, re.MULTILINE | re.DOTALL)
+        tries[part.split("\n", maxsplit=1)[0]].append(not output or bool(output[1].strip()))
+    return {name: any(spoke[:-1]) for name, spoke in sorted(tries.items()) if len(spoke) > 1}
 
 
 def main():
     build = pathlib.Path(sys.argv[1])
+    # Before ctest lists the tests, which begins the log anew.
+    log = (build / "Testing/Temporary/LastTest.log").read_text(encoding="utf-8", errors="replace")
     cases = {case.get("name"): case
              for case in ElementTree.parse(build / "test-reports/ctest.xml").iter("testcase")}
     listed = subprocess.run(["ctest", "--test-dir", build, "--show-only=json-v1"], check=True,
@@ -95,8 +108,9 @@ def main():
         total += count
         for test, reason in skips_of_unittest((case.findtext("system-out") or "") if case is not None else ""):
             print(f"skipped: {entry['name']}: {test}: {reason}")
-    for name in repeated_in((build / "Testing/Temporary/LastTest.log").read_text(encoding="utf-8", errors="replace")):
-        print("ran twice:", name)
+    for name, spoke in repeated_in(log).items():
+        print("failed at its first try:" if spoke else "started twice:", name)
+        total += Count(failed=1 if spoke else 0)
     print(f"{total.passed} tests passed, {total.skipped} skipped, {total.failed} failed")
     sys.exit(1 if total.failed or not total.passed else 0)
 

@@ -3,6 +3,7 @@
 The tool may be one for another system: then an emulator starts it.
 """
 
+import functools
 import os
 import pty
 import re
@@ -63,6 +64,18 @@ def command(program, *arguments):
     return [*EMULATOR, program, *map(os.fspath, map(_text, arguments))]
 
 
+def started(run):
+    """For a function that runs a program: wine now and then ends one that has not begun yet, with status 1 and
+    without a word, which no failure of the tool lacks. That is no answer, so it is asked once more."""
+    @functools.wraps(run)
+    def with_second_start(*arguments, **options):
+        result = run(*arguments, **options)
+        return run(*arguments, **options) if result == Result(1, "", "") else result
+
+    return with_second_start if WINDOWS or "QUAVIN_WINDOWS_EMULATOR" in os.environ else run
+
+
+@started
 def in_pipe(arguments, cwd, stdout=subprocess.PIPE, program=TOOL, **environment):
     """Both streams are pipes; `stdout` may be something else."""
     done = subprocess.run(
@@ -79,6 +92,7 @@ def in_pipe(arguments, cwd, stdout=subprocess.PIPE, program=TOOL, **environment)
     return Result(done.returncode, (done.stdout or b"").decode(), done.stderr.decode())
 
 
+@started
 def in_terminal(arguments, cwd, out=True, err=True, **environment):
     """The streams that are asked for are terminals of their own, the other is a pipe."""
     streams = [_Stream(out), _Stream(err)]

@@ -53,4 +53,8 @@ file(GLOB libraries "${work}/prefix/bin/*.dll")
 if(libraries)
   file(COPY ${libraries} DESTINATION "${folder}")
 endif()
+# Neither is the system's libcrypto that of another processor.
+if(EMULATOR AND IS_DIRECTORY "${LIBRARY_PATH}")
+  set(ENV{LD_LIBRARY_PATH} "${LIBRARY_PATH}")
+endif()
 run(${EMULATOR} "${consumer_program}" "${CONSUMER_SOURCE_DIR}/package")

@@ -20,6 +20,7 @@ class System:
     name: str
     command: tuple
 
+    @process.started
     def run(self, arguments, cwd, **environment):
         done = subprocess.run(
             [*self.command, *map(str, arguments)],

@@ -63,6 +63,10 @@ class PythonTests(unittest.TestCase):
         output = "\nRan 0 tests in 0.0s\n\nOK\n"
         self.assertEqual(of_entry(["python3"], case(output=output)), Count(failed=1))
 
+    def test_that_end_early_have_failed(self):
+        for output in "", "test_a (a_test.A) ... ok\n":
+            self.assertEqual(of_entry(["python3", "-m", "unittest", "a_test"], case(output=output)), Count(failed=1))
+
     def test_that_are_skipped_are_told_with_their_reasons(self):
         output = ("test_a (a_test.A) ... ok\n"
                   "test_b (a_test.A) ... skipped 'no links'\n"
@@ -72,10 +76,26 @@ class PythonTests(unittest.TestCase):
 
 class Repetitions(unittest.TestCase):
     def test_are_told(self):
-        self.assertEqual(repeated_in("1/2 Testing: a\ntext\n2/2 Testing: b\n1/2 Testing: a\n"), ["a"])
+        self.assertEqual(repeated_in(self.log(("a", ""), ("b", "text"), ("a", "text"))), {"a": False})
+
+    def test_of_what_spoke_before_are_told_apart(self):
+        self.assertEqual(repeated_in(self.log(("a", "failed"), ("a", "text"))), {"a": True})
+
+    def test_without_an_output_at_all_count_as_what_spoke(self):
+        self.assertEqual(repeated_in("1/1 Testing: a\n1/1 Testing: a\n"), {"a": True})
+
+    @staticmethod
+    def log(*tries):
+        return "".join(f"1/9 Testing: {name}\n1/9 Test: {name}\nOutput:\n-----\n{output}\n<end of output>\n\n"
+                       for name, output in tries)
 
 
 class OtherEntries(unittest.TestCase):
+    def test_that_skip_themselves_are_skipped(self):
+        element = case("notrun", "[  SKIPPED ] 1 test")
+        ElementTree.SubElement(element, "skipped", message="SKIP_REGULAR_EXPRESSION_MATCHED")
+        self.assertEqual(of_entry(["program"], element), Count(skipped=1))
+
     def test_are_one_test(self):
         self.assertEqual(of_entry(["program"], case()), Count(passed=1))
         for status in "fail", "notrun", "disabled":

@@ -110,7 +110,7 @@ TEST(StatusFromExceptionTest, TheExceptionCanStillBeRethrown) {
 
 TEST(StatusFromExceptionDeathTest, WithNothingBeingHandledTheProcessEnds) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
-    EXPECT_DEATH(getStatusFromCurrentException(), "");
+    EXPECT_DEATH(getStatusFromCurrentException(), "terminate called");
 }
 
 }  // namespace
