@@ -80,15 +80,17 @@ def of_entry(command, case):
 
 
 def repeated_in(log):
-    """The tests that ctest's log tells to have run more than once, and whether each said something before.
+    """The tests that ctest's log tells to have run again behind a failure, and whether each said something there.
 
     One that did not say a word was not even started by the emulator; any other has failed for good.
     """
     tries = collections.defaultdict(list)
     for part in re.split(r"^\d+/\d+ Testing: ", log, flags=re.MULTILINE)[1:]:
         output = re.search(r"^Output:\n-+\n(.*?)<end of output>$", part, re.MULTILINE | re.DOTALL)
-        tries[part.split("\n", maxsplit=1)[0]].append(not output or bool(output[1].strip()))
-    return {name: any(spoke[:-1]) for name, spoke in sorted(tries.items()) if len(spoke) > 1}
+        passed = re.search(r"^Test Passed\.$", part[output.end():], re.MULTILINE) if output else None
+        tries[part.split("\n", maxsplit=1)[0]].append((not passed, not output or bool(output[1].strip())))
+    failures = {name: [spoke for failed, spoke in all_tries[:-1] if failed] for name, all_tries in tries.items()}
+    return {name: any(spoke) for name, spoke in sorted(failures.items()) if spoke}
 
 
 def main():

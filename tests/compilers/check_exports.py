@@ -3,7 +3,7 @@
 clang tells which declarations the marks cover and how the linker calls them; objdump tells what the DLL
 exports. Both lists have to be the same: hosts find all that the headers promise, and nothing else.
 
-    check_exports.py --compiler clang++-14 --objdump OBJDUMP --library DLL --system-include DIR...
+    check_exports.py --compiler clang++-14 --objdump OBJDUMP --dll DLL --system-include DIR...
         --include DIR... HEADER
 """
 
@@ -66,7 +66,7 @@ def main(arguments=None):
     parser = argparse.ArgumentParser(description=__doc__.split("\n", maxsplit=1)[0])
     parser.add_argument("--compiler", required=True)
     parser.add_argument("--objdump", required=True)
-    parser.add_argument("--library", required=True)
+    parser.add_argument("--dll", required=True)
     parser.add_argument("--system-include", action="append", default=[])
     parser.add_argument("--include", action="append", default=[])
     parser.add_argument("header")
@@ -75,7 +75,7 @@ def main(arguments=None):
     options += [o for folder in given.include for o in ("-I", folder)]
 
     promised = promised_by(given.header, given.compiler, options)
-    exported = exported_by(given.library, given.objdump)
+    exported = exported_by(given.dll, given.objdump)
     for name in sorted(promised - exported):
         print("marked in the headers and not exported:", name)
     for name in sorted(exported - promised):

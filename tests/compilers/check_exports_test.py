@@ -57,7 +57,7 @@ def outcome(header, source):
         path.write_text(header, encoding="utf-8")
         said = io.StringIO()
         with contextlib.redirect_stdout(said):
-            status = check_exports.main([*OPTIONS, "--objdump", OBJDUMP, "--library", library, str(path)])
+            status = check_exports.main([*OPTIONS, "--objdump", OBJDUMP, "--dll", library, str(path)])
         return status, said.getvalue().splitlines()
 
 

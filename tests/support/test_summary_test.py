@@ -76,18 +76,23 @@ class PythonTests(unittest.TestCase):
 
 class Repetitions(unittest.TestCase):
     def test_are_told(self):
-        self.assertEqual(repeated_in(self.log(("a", ""), ("b", "text"), ("a", "text"))), {"a": False})
+        log = self.log(("a", "", "Failed"), ("b", "text", "Passed"), ("a", "text", "Passed"))
+        self.assertEqual(repeated_in(log), {"a": False})
+
+    def test_of_the_name_of_one_that_passed_are_none(self):
+        self.assertEqual(repeated_in(self.log(("a", "text", "Passed"), ("a", "text", "Passed"))), {})
 
     def test_of_what_spoke_before_are_told_apart(self):
-        self.assertEqual(repeated_in(self.log(("a", "failed"), ("a", "text"))), {"a": True})
+        log = self.log(("a", "wrong", "Failed"), ("a", "text", "Passed"))
+        self.assertEqual(repeated_in(log), {"a": True})
 
     def test_without_an_output_at_all_count_as_what_spoke(self):
         self.assertEqual(repeated_in("1/1 Testing: a\n1/1 Testing: a\n"), {"a": True})
 
     @staticmethod
     def log(*tries):
-        return "".join(f"1/9 Testing: {name}\n1/9 Test: {name}\nOutput:\n-----\n{output}\n<end of output>\n\n"
-                       for name, output in tries)
+        return "".join(f"1/9 Testing: {name}\n1/9 Test: {name}\nOutput:\n-----\n{output}\n<end of output>\nTest {result}.\n\n"
+                       for name, output, result in tries)
 
 
 class OtherEntries(unittest.TestCase):

@@ -28,7 +28,8 @@ TEST(EnvironmentVariable, MayBeEmpty) {
     EXPECT_EQ(environmentVariable("QUAVIN_TEST_Größe"), "");
 }
 
-TEST(EnvironmentVariable, IsNothingWhereThereIsNone) {
+TEST(EnvironmentVariable, IsNothingBehindItsRemoval) {
+    ::SetEnvironmentVariableW(kName, L"x");
     ::SetEnvironmentVariableW(kName, nullptr);
     EXPECT_EQ(environmentVariable("QUAVIN_TEST_Größe"), std::nullopt);
 }
