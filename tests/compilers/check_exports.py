@@ -13,6 +13,8 @@ import re
 import subprocess
 import sys
 
+import check_sources
+
 NAMESPACE = "VelmoraQuavin"
 
 
@@ -44,8 +46,8 @@ def marked_in(declaration, names=()):
 
 def promised_by(header, compiler, options):
     tree = subprocess.run(
-        [compiler, "--target=x86_64-w64-mingw32", "-std=c++17", "-nostdinc++", "-nostdlibinc", *options,
-         "-fsyntax-only", "-Xclang", "-ast-dump=json", "-Xclang", f"-ast-dump-filter={NAMESPACE}", header],
+        [compiler, *check_sources.READING, *options,
+         "-Xclang", "-ast-dump=json", "-Xclang", f"-ast-dump-filter={NAMESPACE}", header],
         stdout=subprocess.PIPE, text=True, check=True).stdout
     return {without_variant(name)
             for root in objects_in(tree) for name in marked_in(root, (root.get("name", ""),))}
@@ -64,17 +66,13 @@ def without_variant(name):
 
 def main(arguments=None):
     parser = argparse.ArgumentParser(description=__doc__.split("\n", maxsplit=1)[0])
-    parser.add_argument("--compiler", required=True)
+    check_sources.add_reading_arguments(parser)
     parser.add_argument("--objdump", required=True)
     parser.add_argument("--dll", required=True)
-    parser.add_argument("--system-include", action="append", default=[])
-    parser.add_argument("--include", action="append", default=[])
     parser.add_argument("header")
     given = parser.parse_args(arguments)
-    options = [o for folder in given.system_include for o in ("-isystem", folder)]
-    options += [o for folder in given.include for o in ("-I", folder)]
 
-    promised = promised_by(given.header, given.compiler, options)
+    promised = promised_by(given.header, given.compiler, check_sources.include_options(given))
     exported = exported_by(given.dll, given.objdump)
     for name in sorted(promised - exported):
         print("marked in the headers and not exported:", name)

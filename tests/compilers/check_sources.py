@@ -10,13 +10,18 @@ import argparse
 import subprocess
 import sys
 
-OPTIONS = [
+# To read sources for Windows with the headers that are named, and no others.
+READING = [
     "--target=x86_64-w64-mingw32",
     "-fsyntax-only",
     "-std=c++17",
-    "-fno-ms-extensions",
-    "-nostdinc++",  # those that are named instead
+    "-nostdinc++",
     "-nostdlibinc",
+]
+
+OPTIONS = [
+    *READING,
+    "-fno-ms-extensions",
     "-Wall",
     "-Wextra",
     "-Wpedantic",
@@ -35,17 +40,24 @@ def complaint_about(path, compiler, options):
     return done.stdout or f"status {done.returncode}\n" if done.returncode else ""
 
 
-def main(arguments=None):
-    parser = argparse.ArgumentParser(description=__doc__.split("\n", maxsplit=1)[0])
+def add_reading_arguments(parser):
     parser.add_argument("--compiler", required=True)
     parser.add_argument("--system-include", action="append", default=[])
     parser.add_argument("--include", action="append", default=[])
+
+
+def include_options(given):
+    options = [o for folder in given.system_include for o in ("-isystem", folder)]
+    return options + [o for folder in given.include for o in ("-I", folder)]
+
+
+def main(arguments=None):
+    parser = argparse.ArgumentParser(description=__doc__.split("\n", maxsplit=1)[0])
+    add_reading_arguments(parser)
     parser.add_argument("--define", action="append", default=[])
     parser.add_argument("files", nargs="+")
     given = parser.parse_args(arguments)
-    options = [o for folder in given.system_include for o in ("-isystem", folder)]
-    options += [o for folder in given.include for o in ("-I", folder)]
-    options += [f"-D{definition}" for definition in given.define]
+    options = include_options(given) + [f"-D{definition}" for definition in given.define]
 
     refused = []
     for path in given.files:

@@ -27,6 +27,9 @@ private:
     HANDLE handle_ = INVALID_HANDLE_VALUE;
 };
 
+/// Whether an open file is neither a directory nor a device nor a pipe.
+bool isPlainFile(HANDLE file) noexcept;
+
 /// Writes all bytes to an open file; GetLastError() tells why where it fails.
 bool writeWhole(HANDLE file, const void* bytes, unsigned long long count) noexcept;
 

@@ -4,6 +4,7 @@
 
 #include <filesystem>
 
+#include "platform/windows/file_handle.h"
 #include "platform/windows/wide_path.h"
 
 namespace VelmoraQuavin::internal::platform {
@@ -16,18 +17,10 @@ std::filesystem::path systemPath(const String& path) {
 
 // A directory, or a device such as "NUL".
 bool isSpecial(const std::filesystem::path& path) {
-    HANDLE file = ::CreateFileW(path.c_str(), FILE_READ_ATTRIBUTES,
-                                FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                                OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
-    if (file == INVALID_HANDLE_VALUE) {
-        return false;
-    }
-    BY_HANDLE_FILE_INFORMATION information{};
-    const bool plain = ::GetFileType(file) == FILE_TYPE_DISK &&
-                       ::GetFileInformationByHandle(file, &information) != 0 &&
-                       (information.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
-    ::CloseHandle(file);
-    return !plain;
+    const FileHandle file(::CreateFileW(
+        path.c_str(), FILE_READ_ATTRIBUTES, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+        nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+    return file && !isPlainFile(file.get());
 }
 
 }  // namespace

@@ -7,17 +7,6 @@
 #include "platform/windows/wide_path.h"
 
 namespace VelmoraQuavin::internal::platform {
-namespace {
-
-bool isPlainFile(HANDLE file) {
-    BY_HANDLE_FILE_INFORMATION information{};
-    return ::GetFileType(file) == FILE_TYPE_DISK &&
-           ::GetFileInformationByHandle(file, &information) != 0 &&
-           (information.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
-}
-
-}  // namespace
-
 PrivateReading readPrivateFile(const String& path, OpenToOthers others, unsigned char* buffer,
                                std::size_t capacity, std::size_t& size, std::string& problem) {
     const std::wstring wide = widePath(path);  // outlives the error number

@@ -34,6 +34,18 @@ struct PathCase {
     std::string difference;
 };
 
+using Cases = std::vector<PathCase>;
+
+// The tables name them often.
+inline constexpr PathOperation kCreateDir = PathOperation::kCreateDir;
+inline constexpr PathOperation kExists = PathOperation::kExists;
+inline constexpr PathOperation kRead = PathOperation::kRead;
+inline constexpr PathOperation kSize = PathOperation::kSize;
+inline constexpr PathOperation kWrite = PathOperation::kWrite;
+inline constexpr PathOperation kWriteLine = PathOperation::kWriteLine;
+inline constexpr PathOperation kDelete = PathOperation::kDelete;
+inline constexpr PathOperation kDeleteOpen = PathOperation::kDeleteOpen;
+
 /// The systems agree.
 PathCase same(const std::string& name, PathOperation operation, const std::string& path,
               const std::string& outcome);

@@ -10,13 +10,6 @@
 namespace VelmoraQuavin::testing {
 namespace {
 
-constexpr PathOperation kCreateDir = PathOperation::kCreateDir;
-constexpr PathOperation kExists = PathOperation::kExists;
-constexpr PathOperation kRead = PathOperation::kRead;
-constexpr PathOperation kSize = PathOperation::kSize;
-constexpr PathOperation kWrite = PathOperation::kWrite;
-constexpr PathOperation kDelete = PathOperation::kDelete;
-
 std::string repeated(const std::string& text, int times) {
     std::string all;
     for (int i = 0; i < times; ++i) {

@@ -1,22 +1,13 @@
 // What a single name may be.
 //
 // createDir() and deleteFile() hand their bytes to the system's narrow interface. On Windows those
-// are characters of the active code page, which is the system's own, and UTF-8 under wine where the
-// locale is: names outside ASCII are not expected to arrive there.
+// are characters of the active code page, which is the system's own: names outside ASCII are not
+// expected to arrive there.
 
 #include "unit/package/path_cases.h"
 
 namespace VelmoraQuavin::testing {
 namespace {
-
-using Cases = std::vector<PathCase>;
-
-constexpr PathOperation kCreateDir = PathOperation::kCreateDir;
-constexpr PathOperation kExists = PathOperation::kExists;
-constexpr PathOperation kRead = PathOperation::kRead;
-constexpr PathOperation kSize = PathOperation::kSize;
-constexpr PathOperation kWrite = PathOperation::kWrite;
-constexpr PathOperation kDelete = PathOperation::kDelete;
 
 Cases outsideAscii() {
     return {

@@ -6,14 +6,6 @@
 namespace VelmoraQuavin::testing {
 namespace {
 
-constexpr PathOperation kCreateDir = PathOperation::kCreateDir;
-constexpr PathOperation kExists = PathOperation::kExists;
-constexpr PathOperation kRead = PathOperation::kRead;
-constexpr PathOperation kWrite = PathOperation::kWrite;
-constexpr PathOperation kWriteLine = PathOperation::kWriteLine;
-constexpr PathOperation kDelete = PathOperation::kDelete;
-constexpr PathOperation kDeleteOpen = PathOperation::kDeleteOpen;
-
 std::vector<PathCase> drivesAndPrefixes() {
     return {
         differs("drives", "DriveAndName", kRead, "{drive}file", "null", "content"),

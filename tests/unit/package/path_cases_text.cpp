@@ -6,14 +6,6 @@ namespace VelmoraQuavin::testing {
 namespace {
 
 using namespace std::string_literals;
-using Cases = std::vector<PathCase>;
-
-constexpr PathOperation kCreateDir = PathOperation::kCreateDir;
-constexpr PathOperation kExists = PathOperation::kExists;
-constexpr PathOperation kRead = PathOperation::kRead;
-constexpr PathOperation kSize = PathOperation::kSize;
-constexpr PathOperation kWrite = PathOperation::kWrite;
-constexpr PathOperation kDelete = PathOperation::kDelete;
 
 Cases separators() {
     return {
