@@ -1,6 +1,7 @@
 #include "bound_port.hpp"
 
 #include "failure.hpp"
+#include "runtime_call.hpp"
 
 namespace InferenceEngine::runtime {
 
@@ -55,13 +56,15 @@ void* BoundPort::checkedMemory(const Blob::Ptr& blob) const {
 void BoundPort::bind(ov_infer_request_t& request, void* memory) {
     const ov_shape_t shape{static_cast<std::int64_t>(dims_.size()), dims_.data()};
     ov_tensor_t* made = nullptr;
-    check(ov_tensor_create_from_host_ptr(type_, shape, memory, &made));
+    check([&] { return ov_tensor_create_from_host_ptr(type_, shape, memory, &made); });
     const Handle<ov_tensor_t> tensor(made);
     // What is bound after a failure is not known.
     boundMemory_ = nullptr;
-    check(direction_ == Direction::Input
-              ? ov_infer_request_set_input_tensor_by_index(&request, index_, made)
-              : ov_infer_request_set_output_tensor_by_index(&request, index_, made));
+    check([&] {
+        return direction_ == Direction::Input
+                   ? ov_infer_request_set_input_tensor_by_index(&request, index_, made)
+                   : ov_infer_request_set_output_tensor_by_index(&request, index_, made);
+    });
     boundMemory_ = memory;
 }
 

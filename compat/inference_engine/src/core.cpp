@@ -2,6 +2,7 @@
 
 #include "failure.hpp"
 #include "ie/exception.hpp"
+#include "properties.hpp"
 #include "runtime_core.hpp"
 #include "runtime_network.hpp"
 
@@ -33,7 +34,13 @@ public:
         if (read == nullptr) {
             throw runtime::Failure(NOT_IMPLEMENTED, "The network was not read by this runtime");
         }
+        runtime::useSinglePrecision(*core_, device);
         return ExecutableNetwork(read->load(*core_, device, config));
+    }
+
+    Parameter property(const std::string& device, const std::string& name) const {
+        runtime::useSinglePrecision(*core_, device);
+        return runtime::propertyOf(*core_, device, name);
     }
 
 private:
@@ -46,6 +53,14 @@ Core::Core(const std::string& configFile)
 ExecutableNetwork Core::LoadNetwork(CNNNetwork network, const std::string& device,
                                     const std::map<std::string, std::string>& config) {
     return translated([&] { return impl_->load(network, device, config); });
+}
+
+Parameter Core::GetConfig(const std::string& device, const std::string& name) const {
+    return translated([&] { return impl_->property(device, name); });
+}
+
+Parameter Core::GetMetric(const std::string& device, const std::string& name) const {
+    return translated([&] { return impl_->property(device, name); });
 }
 
 }  // namespace InferenceEngine

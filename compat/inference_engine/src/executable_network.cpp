@@ -10,12 +10,9 @@ ExecutableNetwork::ExecutableNetwork(IExecutableNetwork::Ptr network)
     : network_(std::move(network)) {}
 
 InferRequest::Ptr ExecutableNetwork::CreateInferRequestPtr() {
-    if (!network_) {
-        throw details::InferenceEngineException("ExecutableNetwork was not initialized.");
-    }
     IInferRequest::Ptr request;
     ResponseDesc response;
-    const StatusCode status = network_->CreateInferRequest(request, &response);
+    const StatusCode status = network().CreateInferRequest(request, &response);
     if (status != OK) {
         details::extract_exception(status, response.msg);
     }
@@ -23,6 +20,23 @@ InferRequest::Ptr ExecutableNetwork::CreateInferRequestPtr() {
         throw details::InferenceEngineException("Internal error: pointer to infer request is null");
     }
     return std::make_shared<InferRequest>(std::move(request));
+}
+
+Parameter ExecutableNetwork::GetConfig(const std::string& name) const {
+    Parameter value;
+    ResponseDesc response;
+    const StatusCode status = network().GetConfig(name, value, &response);
+    if (status != OK) {
+        details::extract_exception(status, response.msg);
+    }
+    return value;
+}
+
+IExecutableNetwork& ExecutableNetwork::network() const {
+    if (!network_) {
+        throw details::InferenceEngineException("ExecutableNetwork was not initialized.");
+    }
+    return *network_;
 }
 
 }  // namespace InferenceEngine

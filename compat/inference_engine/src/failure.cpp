@@ -4,17 +4,8 @@
 #include <cstring>
 #include <sstream>
 
-#include "handles.hpp"
-
 namespace InferenceEngine::runtime {
 namespace {
-
-/** The codes that the runtime shares with the interface; its others have no counterpart. */
-StatusCode statusOf(ov_status_e status) {
-    return status <= ::GENERAL_ERROR && status >= ::NETWORK_NOT_READ
-               ? static_cast<StatusCode>(status)
-               : StatusCode::GENERAL_ERROR;
-}
 
 bool startsWith(const std::string& text, const char* start) {
     return text.rfind(start, 0) == 0;
@@ -38,19 +29,10 @@ void respond(ResponseDesc* response, const char* text) noexcept {
 
 }  // namespace
 
-void check(ov_status_e status) {
-    if (status == ::OK) {
-        return;
-    }
-    // For a refused parameter the runtime leaves the text of some earlier failure.
-    std::string text;
-    if (status != ::INVALID_C_PARAM) {
-        text = usefulText(takeText(ov_get_last_err_msg()));
-    }
-    if (text.empty()) {
-        text = std::string("OpenVINO: ") + ov_get_error_info(status);
-    }
-    throw Failure(statusOf(status), text);
+StatusCode statusOf(ov_status_e status) noexcept {
+    return status <= ::GENERAL_ERROR && status >= ::NETWORK_NOT_READ
+               ? static_cast<StatusCode>(status)
+               : StatusCode::GENERAL_ERROR;
 }
 
 std::string usefulText(const std::string& runtimeText) {

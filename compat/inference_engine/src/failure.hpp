@@ -22,8 +22,9 @@ private:
     StatusCode status_;
 };
 
-/** Throws a Failure with the runtime's own text if a call of it failed. */
-void check(ov_status_e status);
+/** The codes that the runtime shares with the interface; its others have no
+ * counterpart. */
+StatusCode statusOf(ov_status_e status) noexcept;
 
 /** The lines of a text of the runtime that help a user: without source positions, in one line. */
 std::string usefulText(const std::string& runtimeText);

@@ -5,6 +5,8 @@
 
 #include "failure.hpp"
 #include "loaded_request.hpp"
+#include "properties.hpp"
+#include "runtime_call.hpp"
 
 namespace InferenceEngine::runtime {
 
@@ -22,9 +24,14 @@ StatusCode LoadedNetwork::CreateInferRequest(IInferRequest::Ptr& request,
     return answer(response, [&] { request = makeRequest(); });
 }
 
+StatusCode LoadedNetwork::GetConfig(const std::string& name, Parameter& result,
+                                    ResponseDesc* response) const noexcept {
+    return answer(response, [&] { result = propertyOf(*model_, name); });
+}
+
 IInferRequest::Ptr LoadedNetwork::makeRequest() const {
     ov_infer_request_t* made = nullptr;
-    check(ov_compiled_model_create_infer_request(model_.get(), &made));
+    check([&] { return ov_compiled_model_create_infer_request(model_.get(), &made); });
     Handle<ov_infer_request_t> handle(made);
     return details::shared_from_irelease(new LoadedRequest(std::move(handle), ports_, weights_));
 }

@@ -1,6 +1,7 @@
 // A network that the runtime has compiled for a device.
 #pragma once
 
+#include <string>
 #include <vector>
 
 #include "bound_port.hpp"
@@ -20,6 +21,8 @@ public:
     void Release() noexcept override { delete this; }
     StatusCode CreateInferRequest(IInferRequest::Ptr& request,
                                   ResponseDesc* response) noexcept override;
+    StatusCode GetConfig(const std::string& name, Parameter& result,
+                         ResponseDesc* response) const noexcept override;
 
 private:
     IInferRequest::Ptr makeRequest() const;

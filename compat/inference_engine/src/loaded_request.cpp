@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "failure.hpp"
+#include "runtime_call.hpp"
 
 namespace InferenceEngine::runtime {
 
@@ -29,7 +30,7 @@ StatusCode LoadedRequest::SetBlob(const char* name, const Blob::Ptr& blob,
 StatusCode LoadedRequest::Infer(ResponseDesc* response) noexcept {
     const StatusCode status = answer(response, [&] {
         requireBlobs();
-        check(ov_infer_request_infer(request_.get()));
+        check([&] { return ov_infer_request_infer(request_.get()); });
     });
     forgetBlobs();
     return status;

@@ -25,15 +25,11 @@ CNNNetwork::CNNNetwork(std::shared_ptr<ICNNNetwork> network) : network_(std::mov
 CNNNetwork::CNNNetwork(std::shared_ptr<ICNNNetReader> reader) : CNNNetwork(networkOf(reader)) {}
 
 InputsDataMap CNNNetwork::getInputsInfo() const {
-    InputsDataMap inputs;
-    network_->getInputsInfo(inputs);
-    return inputs;
+    return network_->getInputsInfo();
 }
 
 OutputsDataMap CNNNetwork::getOutputsInfo() const {
-    OutputsDataMap outputs;
-    network_->getOutputsInfo(outputs);
-    return outputs;
+    return network_->getOutputsInfo();
 }
 
 }  // namespace InferenceEngine

@@ -7,6 +7,7 @@
 
 #include "failure.hpp"
 #include "handles.hpp"
+#include "runtime_call.hpp"
 #include "runtime_core.hpp"
 #include "runtime_network.hpp"
 #include "topology.hpp"
@@ -37,7 +38,9 @@ Handle<ov_tensor_t> tensorOver(const TBlob<std::uint8_t>::Ptr& weights) {
     }
     auto bytes = static_cast<std::int64_t>(weights->byteSize());
     ov_tensor_t* tensor = nullptr;
-    check(ov_tensor_create_from_host_ptr(::U8, ov_shape_t{1, &bytes}, memory, &tensor));
+    check([&] {
+        return ov_tensor_create_from_host_ptr(::U8, ov_shape_t{1, &bytes}, memory, &tensor);
+    });
     return Handle<ov_tensor_t>(tensor);
 }
 
@@ -89,8 +92,10 @@ private:
         core_ = sharedCore();
         const Handle<ov_tensor_t> tensor = tensorOver(weights);
         ov_model_t* read = nullptr;
-        check(ov_core_read_model_from_memory_buffer(core_.get(), text_.data(), text_.size(),
-                                                    tensor.get(), &read));
+        checkRepeating([&] {
+            return ov_core_read_model_from_memory_buffer(core_.get(), text_.data(), text_.size(),
+                                                         tensor.get(), &read);
+        });
         Handle<ov_model_t> model(read);
         const Topology topology = readTopology({text_.data(), text_.size()});
         network_ =

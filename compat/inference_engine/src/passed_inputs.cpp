@@ -1,20 +1,23 @@
 #include "passed_inputs.hpp"
 
-#include <algorithm>
+#include <string_view>
+#include <unordered_set>
 
 #include "conversion.hpp"
 
 namespace InferenceEngine::runtime {
 
 void separatePassedInputs(Handle<ov_model_t>& model, const std::vector<Port>& ports) {
+    std::unordered_set<std::string_view> inputs;
+    for (const Port& port : ports) {
+        if (port.direction == Direction::Input) {
+            inputs.insert(port.tensor);
+        }
+    }
     std::vector<PortType> detours;
     std::vector<PortType> returns;
     for (const Port& port : ports) {
-        const bool passed =
-            port.direction == Direction::Output &&
-            std::any_of(ports.begin(), ports.end(), [&](const Port& other) {
-                return other.direction == Direction::Input && other.tensor == port.tensor;
-            });
+        const bool passed = port.direction == Direction::Output && inputs.count(port.tensor) != 0;
         // Other types are converted on their way anyhow.
         if (passed && (port.type == ::F32 || port.type == ::I32)) {
             detours.push_back({port.direction, port.index, port.type == ::F32 ? ::F64 : ::I64});

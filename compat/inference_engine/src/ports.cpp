@@ -6,6 +6,7 @@
 #include <unordered_map>
 
 #include "failure.hpp"
+#include "runtime_call.hpp"
 
 namespace InferenceEngine::runtime {
 namespace {
@@ -19,30 +20,13 @@ using PortHandle = Handle<ov_output_const_port_t>;
 struct Calls {
     ov_status_e (*count)(const ov_model_t*, std::size_t*);
     ov_status_e (*byIndex)(const ov_model_t*, std::size_t, ov_output_const_port_t**);
-    ov_status_e (*byName)(const ov_model_t*, const char*, ov_output_const_port_t**);
 };
 
 Calls callsFor(Direction direction) {
     if (direction == Direction::Input) {
-        return {&ov_model_inputs_size, &ov_model_const_input_by_index,
-                &ov_model_const_input_by_name};
+        return {&ov_model_inputs_size, &ov_model_const_input_by_index};
     }
-    return {&ov_model_outputs_size, &ov_model_const_output_by_index,
-            &ov_model_const_output_by_name};
-}
-
-/** The names given by layers, by the name that the runtime would rather use. */
-std::unordered_map<std::string, std::string> layerNames(const ov_model_t& model, const Calls& calls,
-                                                        const std::vector<std::string>& names) {
-    std::unordered_map<std::string, std::string> byAnyName;
-    for (const std::string& name : names) {
-        ov_output_const_port_t* found = nullptr;
-        if (calls.byName(&model, name.c_str(), &found) == ::OK) {
-            const PortHandle port(found);
-            byAnyName.emplace(anyName(*port), name);
-        }
-    }
-    return byAnyName;
+    return {&ov_model_outputs_size, &ov_model_const_output_by_index};
 }
 
 std::string describe(const Port& port) {
@@ -59,7 +43,7 @@ bool isDynamic(const ov_partial_shape_t& shape) {
 
 SizeVector readDims(const ov_output_const_port_t& handle, const Port& port) {
     PartialShape owner;
-    check(ov_port_get_partial_shape(&handle, owner.out()));
+    check([&] { return ov_port_get_partial_shape(&handle, owner.out()); });
     const ov_partial_shape_t& shape = owner.get();
     if (isDynamic(shape)) {
         throw Failure(NOT_IMPLEMENTED, describe(port) + " has dynamic dimensions " +
@@ -79,16 +63,16 @@ SizeVector readDims(const ov_output_const_port_t& handle, const Port& port) {
     return dims;
 }
 
-void readPorts(const ov_model_t& model, Direction direction, const std::vector<std::string>& names,
+void readPorts(const ov_model_t& model, Direction direction,
+               const std::unordered_map<std::string, std::string>& layerNames,
                const std::vector<std::string>& hidden, std::vector<Port>& ports) {
     const Calls calls = callsFor(direction);
-    const auto byAnyName = layerNames(model, calls, names);
     std::set<std::string> seen(hidden.begin(), hidden.end());
     std::size_t count = 0;
-    check(calls.count(&model, &count));
+    check([&] { return calls.count(&model, &count); });
     for (std::size_t index = 0; index < count; ++index) {
         ov_output_const_port_t* found = nullptr;
-        check(calls.byIndex(&model, index, &found));
+        check([&] { return calls.byIndex(&model, index, &found); });
         const PortHandle handle(found);
         Port port;
         port.tensor = anyName(*handle);
@@ -104,10 +88,10 @@ void readPorts(const ov_model_t& model, Direction direction, const std::vector<s
         if (!seen.insert(port.tensor).second) {
             continue;
         }
-        if (const auto layer = byAnyName.find(port.tensor); layer != byAnyName.end()) {
+        if (const auto layer = layerNames.find(port.tensor); layer != layerNames.end()) {
             port.name = layer->second;
         }
-        check(ov_port_get_element_type(handle.get(), &port.type));
+        check([&] { return ov_port_get_element_type(handle.get(), &port.type); });
         if (shownPrecision(port.type, direction) == Precision::UNSPECIFIED) {
             throw Failure(NOT_IMPLEMENTED, describe(port) + " has an element type that this " +
                                                "interface has no precision for");
@@ -121,7 +105,8 @@ void readPorts(const ov_model_t& model, Direction direction, const std::vector<s
 
 std::string anyName(const ov_output_const_port_t& port) {
     char* name = nullptr;
-    return ov_port_get_any_name(&port, &name) == ::OK ? takeText(name) : std::string();
+    return attempt([&] { return ov_port_get_any_name(&port, &name); }) == ::OK ? takeText(name)
+                                                                               : std::string();
 }
 
 std::vector<Port> readPorts(const ov_model_t& model, const Topology& topology) {

@@ -1,8 +1,9 @@
 #include "runtime_core.hpp"
 
+#include <cstring>
 #include <mutex>
 
-#include "failure.hpp"
+#include "runtime_call.hpp"
 
 namespace InferenceEngine::runtime {
 
@@ -14,7 +15,7 @@ std::shared_ptr<ov_core_t> sharedCore() {
     auto core = shared.lock();
     if (!core) {
         ov_core_t* made = nullptr;
-        check(ov_core_create(&made));
+        check([&] { return ov_core_create(&made); });
         core.reset(made, FreeHandle());
         shared = core;
     }
@@ -23,8 +24,22 @@ std::shared_ptr<ov_core_t> sharedCore() {
 
 std::shared_ptr<ov_core_t> coreFromFile(const char* configFile) {
     ov_core_t* made = nullptr;
-    check(ov_core_create_with_config(configFile, &made));
+    check([&] { return ov_core_create_with_config(configFile, &made); });
     return {made, FreeHandle()};
+}
+
+void useSinglePrecision(const ov_core_t& core, const std::string& device) noexcept {
+    constexpr const char* kSingle = "f32";
+    const char* const key = ov_property_key_hint_inference_precision;
+    char* now = nullptr;
+    if (attempt([&] { return ov_core_get_property(&core, device.c_str(), key, &now); }) != ::OK) {
+        return;
+    }
+    const Handle<const char> owner(now);
+    if (std::strcmp(now, kSingle) != 0) {
+        // Refused by devices that know no other precision than their own: they keep it.
+        attempt([&] { return ov_core_set_property(&core, device.c_str(), key, kSingle); });
+    }
 }
 
 }  // namespace InferenceEngine::runtime

@@ -26,8 +26,8 @@ public:
     ~RuntimeNetwork() override = default;
 
     void Release() noexcept override { delete this; }
-    void getInputsInfo(InputsDataMap& inputs) const noexcept override { inputs = inputs_; }
-    void getOutputsInfo(OutputsDataMap& outputs) const noexcept override { outputs = outputs_; }
+    const InputsDataMap& getInputsInfo() const noexcept override { return inputs_; }
+    const OutputsDataMap& getOutputsInfo() const noexcept override { return outputs_; }
 
     /**
      * Compiles the model with the precisions that its ports are set to now.

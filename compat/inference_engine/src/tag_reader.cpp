@@ -164,8 +164,11 @@ std::string decodeReferences(std::string_view value) {
         const auto ampersand = std::min(value.find('&'), value.size());
         decoded += value.substr(0, ampersand);
         value.remove_prefix(ampersand);
-        const auto end = value.find(';');
-        if (end != std::string_view::npos && appendReference(decoded, value.substr(1, end - 1))) {
+        // No further than the next "&", which no reference holds: or a text of
+        // nothing else would be read from each of them to its end.
+        const auto end = value.find_first_of(";&", 1);
+        if (end != std::string_view::npos && value[end] == ';' &&
+            appendReference(decoded, value.substr(1, end - 1))) {
             value.remove_prefix(end + 1);
         } else if (!value.empty()) {
             decoded += '&';

@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <charconv>
 #include <cstddef>
+#include <map>
 #include <unordered_map>
+#include <utility>
 
 #include "tag_reader.hpp"
 
@@ -15,17 +17,13 @@ constexpr int kLastVersionNamedByLayers = 10;
 struct Layer {
     std::string_view name;
     std::string_view type;
-    // Its output ports: where they begin in Graph::ports, and how many there are.
+    // Its output ports: where they begin in Graph::portNames, and how many there
+    // are.
     std::size_t firstPort = 0;
     std::size_t portCount = 0;
     // The layers that feed it, by index, where it is known.
     std::vector<std::size_t> sources;
     bool reachesOutput = false;
-};
-
-struct OutputPort {
-    std::string_view id;
-    std::string_view names;
 };
 
 struct Edge {
@@ -35,9 +33,11 @@ struct Edge {
 struct Graph {
     int version = 0;
     std::vector<Layer> layers;
-    std::vector<OutputPort> ports;
+    std::vector<std::string_view> portNames;  // of their tensors, as they are written
     std::vector<Edge> edges;
     std::unordered_map<std::string_view, std::size_t> layerById;
+    // By layer and id.
+    std::map<std::pair<std::size_t, std::string_view>, std::size_t> portById;
 
     const std::size_t* find(std::string_view layerId) const {
         const auto found = layerById.find(layerId);
@@ -67,10 +67,12 @@ Graph readGraph(std::string_view text) {
             Layer& layer = graph.layers.emplace_back();
             layer.name = tag->attribute("name");
             layer.type = tag->attribute("type");
-            layer.firstPort = graph.ports.size();
+            layer.firstPort = graph.portNames.size();
         } else if (depth == 4 && tag->name == "port" && path[3] == "output" && path[2] == "layer" &&
                    path[1] == "layers") {
-            graph.ports.push_back({tag->attribute("id"), tag->attribute("names")});
+            graph.portById.emplace(std::pair(graph.layers.size() - 1, tag->attribute("id")),
+                                   graph.portNames.size());
+            graph.portNames.push_back(tag->attribute("names"));
             ++graph.layers.back().portCount;
         } else if (depth == 2 && tag->name == "edge" && path[1] == "edges") {
             graph.edges.push_back({tag->attribute("from-layer"), tag->attribute("from-port"),
@@ -113,16 +115,6 @@ void markReachingOutput(Graph& graph) {
     }
 }
 
-std::string outputName(const Graph& graph, const Layer& layer, std::string_view portId) {
-    std::string name = decodeReferences(layer.name);
-    for (std::size_t i = 0; layer.portCount > 1 && i < layer.portCount; ++i) {
-        if (graph.ports[layer.firstPort + i].id == portId) {
-            return name + "." + std::to_string(i);
-        }
-    }
-    return name;
-}
-
 /** The names of a port are separated by commas; a backslash takes a comma into a name. */
 void appendNames(std::vector<std::string>& names, std::string_view list) {
     std::string name;
@@ -141,12 +133,47 @@ void appendNames(std::vector<std::string>& names, std::string_view list) {
     }
 }
 
+/** The names of the tensors of a layer's output ports. */
 std::vector<std::string> tensorNames(const Graph& graph, const Layer& layer) {
     std::vector<std::string> names;
     for (std::size_t i = 0; i < layer.portCount; ++i) {
-        appendNames(names, graph.ports[layer.firstPort + i].names);
+        appendNames(names, graph.portNames[layer.firstPort + i]);
     }
     return names;
+}
+
+/** Adds the output port of a layer, by its tensor's names and by the name that the layer gives. */
+void addOutput(std::unordered_map<std::string, std::string>& outputs, const Graph& graph,
+               std::size_t layerIndex, std::string_view portId) {
+    const Layer& layer = graph.layers[layerIndex];
+    std::string name = decodeReferences(layer.name);
+    std::vector<std::string> names;
+    const auto port = graph.portById.find({layerIndex, portId});
+    if (port != graph.portById.end()) {
+        appendNames(names, graph.portNames[port->second]);
+        if (layer.portCount > 1) {
+            name += "." + std::to_string(port->second - layer.firstPort);
+        }
+    }
+    outputs.emplace(name, name);
+    for (std::string& tensor : names) {
+        outputs.emplace(std::move(tensor), name);
+    }
+}
+
+void addInput(Topology& topology, const Graph& graph, const Layer& layer, bool namedByLayers) {
+    std::vector<std::string> names = tensorNames(graph, layer);
+    const std::string name = decodeReferences(layer.name);
+    if (namedByLayers) {
+        names.push_back(name);
+    }
+    for (std::string& known : names) {
+        if (!layer.reachesOutput) {
+            topology.unusedInputs.push_back(std::move(known));
+        } else if (namedByLayers) {
+            topology.inputs.emplace(std::move(known), name);
+        }
+    }
 }
 
 }  // namespace
@@ -158,18 +185,8 @@ Topology readTopology(std::string_view text) {
 
     Topology topology;
     for (const Layer& layer : graph.layers) {
-        if (layer.type != "Parameter") {
-            continue;
-        }
-        std::vector<std::string> names = tensorNames(graph, layer);
-        if (namedByLayers) {
-            names.push_back(decodeReferences(layer.name));
-        }
-        if (layer.reachesOutput && namedByLayers) {
-            topology.inputs.push_back(names.back());
-        }
-        if (!layer.reachesOutput) {
-            topology.unusedInputs.insert(topology.unusedInputs.end(), names.begin(), names.end());
+        if (layer.type == "Parameter") {
+            addInput(topology, graph, layer, namedByLayers);
         }
     }
     for (const Edge& edge : graph.edges) {
@@ -177,7 +194,7 @@ Topology readTopology(std::string_view text) {
         const std::size_t* const to = graph.find(edge.toLayer);
         if (namedByLayers && from != nullptr && to != nullptr &&
             graph.layers[*to].type == "Result") {
-            topology.outputs.push_back(outputName(graph, graph.layers[*from], edge.fromPort));
+            addOutput(topology.outputs, graph, *from, edge.fromPort);
         }
     }
     return topology;

@@ -116,8 +116,20 @@ TEST(BlobTest, HasNoMemoryWhenTheAllocatorHasNone) {
         make_shared_blob<float>(sixFloats(), std::make_shared<RecordingAllocator>(record));
     blob->allocate();
     EXPECT_TRUE(blob->buffer() == nullptr);
-    EXPECT_FALSE(blob->deallocate());
-    EXPECT_EQ(record->frees, 0);
+}
+
+TEST(BlobTest, GivesNullBackToAnAllocatorThatHadNoMemory) {
+    const auto record = std::make_shared<RecordingAllocator::Record>();
+    record->refuse = true;
+    {
+        const auto blob =
+            make_shared_blob<float>(sixFloats(), std::make_shared<RecordingAllocator>(record));
+        blob->allocate();
+        EXPECT_EQ(record->freesOfNull, 0);
+        EXPECT_FALSE(blob->deallocate());
+        EXPECT_EQ(record->freesOfNull, 1);
+    }
+    EXPECT_EQ(record->freesOfNull, 2);
 }
 
 TEST(BlobTest, OfZeroBytesIsAllocatedLikeAnyOther) {

@@ -53,22 +53,5 @@ TEST(AnswerTest, CutsATextThatIsTooLong) {
     EXPECT_EQ(std::string(response.msg), std::string(4095, 'x'));
 }
 
-TEST(CheckTest, SuccessPasses) {
-    EXPECT_NO_THROW(check(::OK));
-}
-
-TEST(CheckTest, ARefusedParameterDoesNotBringTheTextOfAnEarlierFailure) {
-    ov_core_t* core = nullptr;
-    EXPECT_THROW(check(ov_core_create_with_config("/no/such/file.xml", &core)), Failure);
-    try {
-        check(ov_core_create(nullptr));
-        ADD_FAILURE() << "nothing was thrown";
-    } catch (const Failure& failure) {
-        EXPECT_EQ(failure.status(), StatusCode::GENERAL_ERROR);
-        EXPECT_EQ(std::string(failure.what()).find("file.xml"), std::string::npos);
-        EXPECT_STRNE(failure.what(), "");
-    }
-}
-
 }  // namespace
 }  // namespace InferenceEngine::runtime

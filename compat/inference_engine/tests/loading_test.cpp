@@ -67,8 +67,12 @@ TEST(LoadingTest, ANetworkOfAnotherMakeIsRefused) {
     class OtherNetwork final : public ICNNNetwork {
     public:
         void Release() noexcept override {}
-        void getInputsInfo(InputsDataMap& /*inputs*/) const noexcept override {}
-        void getOutputsInfo(OutputsDataMap& /*outputs*/) const noexcept override {}
+        const InputsDataMap& getInputsInfo() const noexcept override { return inputs_; }
+        const OutputsDataMap& getOutputsInfo() const noexcept override { return outputs_; }
+
+    private:
+        const InputsDataMap inputs_;
+        const OutputsDataMap outputs_;
     };
     const CNNNetwork network{std::shared_ptr<ICNNNetwork>(std::make_shared<OtherNetwork>())};
     EXPECT_THROW(Core().LoadNetwork(network, "CPU"), NotImplemented);

@@ -20,6 +20,7 @@ public:
         int locks = 0;
         int unlocks = 0;
         int frees = 0;
+        int freesOfNull = 0;
         std::size_t lastSize = 0;
         LockOp lastOperation = LOCK_FOR_WRITE;
         bool refuse = false;
@@ -49,6 +50,7 @@ public:
     }
 
     bool free(void* handle) noexcept override {
+        record_->freesOfNull += handle == nullptr ? 1 : 0;
         const auto found = sizes_.find(handle);
         if (found == sizes_.end()) {
             return false;

@@ -72,5 +72,23 @@ TEST(DecodeReferencesTest, LeavesWhatIsNoReference) {
     EXPECT_EQ(decodeReferences(""), "");
 }
 
+TEST(DecodeReferencesTest, ReferencesEndAtTheNextAmpersand) {
+    EXPECT_EQ(decodeReferences("&am&lt;p;"), "&am<p;");
+    EXPECT_EQ(decodeReferences("&;&#&#65&#65;&"), "&;&#&#65A&");
+}
+
+// Minutes, if each of them were followed to the end of the text.
+TEST(DecodeReferencesTest, TakesLongTextsOfAmpersands) {
+    const std::string ampersands(2 << 20, '&');
+    EXPECT_EQ(decodeReferences(ampersands), ampersands);
+    EXPECT_EQ(decodeReferences(ampersands + "amp;"), ampersands);
+
+    std::string references;
+    for (int i = 0; i < 1 << 20; ++i) {
+        references += "&amp;";
+    }
+    EXPECT_EQ(decodeReferences(references), std::string(1 << 20, '&'));
+}
+
 }  // namespace
 }  // namespace InferenceEngine::runtime

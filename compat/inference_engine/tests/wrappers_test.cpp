@@ -5,6 +5,7 @@
 #include <inference_engine.hpp>
 #include <memory>
 #include <string>
+#include <typeinfo>
 
 namespace InferenceEngine {
 namespace {
@@ -17,12 +18,12 @@ using General = details::InferenceEngineException;
 class FakeNetwork final : public ICNNNetwork {
 public:
     void Release() noexcept override {}
-    void getInputsInfo(InputsDataMap& inputs) const noexcept override {
-        inputs["in"] = std::make_shared<InputInfo>();
-    }
-    void getOutputsInfo(OutputsDataMap& outputs) const noexcept override {
-        outputs["out"] = nullptr;
-    }
+    const InputsDataMap& getInputsInfo() const noexcept override { return inputs_; }
+    const OutputsDataMap& getOutputsInfo() const noexcept override { return outputs_; }
+
+private:
+    const InputsDataMap inputs_{{"in", std::make_shared<InputInfo>()}};
+    const OutputsDataMap outputs_{{"out", nullptr}};
 };
 
 class FakeReader final : public ICNNNetReader {
@@ -74,6 +75,13 @@ public:
                                   ResponseDesc* response) noexcept override {
         std::strcpy(response->msg, "no more requests");
         request = given;
+        return status;
+    }
+
+    StatusCode GetConfig(const std::string& name, Parameter& result,
+                         ResponseDesc* response) const noexcept override {
+        std::strcpy(response->msg, "no such value");
+        result = name + " of it";
         return status;
     }
 
@@ -161,6 +169,32 @@ TEST(ExecutableNetworkTest, ThrowsWhenTheDeviceGivesNoRequest) {
     EXPECT_THAT([&] { network.CreateInferRequestPtr(); },
                 ThrowsMessage<NetworkNotLoaded>(StrEq("no more requests")));
     EXPECT_THROW(ExecutableNetwork().CreateInferRequestPtr(), General);
+}
+
+TEST(ExecutableNetworkTest, GivesConfigurationValuesOfTheDeviceAndThrowsItsRefusals) {
+    const auto behind = std::make_shared<FakeExecutableNetwork>();
+    const ExecutableNetwork network(behind);
+    EXPECT_EQ(network.GetConfig("colour").as<std::string>(), "colour of it");
+    behind->status = NOT_FOUND;
+    EXPECT_THAT([&] { network.GetConfig("colour"); },
+                ThrowsMessage<NotFound>(StrEq("no such value")));
+    EXPECT_THROW(ExecutableNetwork().GetConfig("colour"), General);
+}
+
+TEST(ParameterTest, HoldsAValueOfOneType) {
+    EXPECT_TRUE(Parameter().empty());
+    EXPECT_FALSE(Parameter().is<std::string>());
+    EXPECT_THROW(Parameter().as<int>(), std::bad_cast);
+
+    const Parameter number = 7;
+    EXPECT_FALSE(number.empty());
+    EXPECT_TRUE(number.is<int>());
+    EXPECT_EQ(number.as<int>(), 7);
+    EXPECT_FALSE(number.is<std::string>());
+    EXPECT_THROW(number.as<std::string>(), std::bad_cast);
+
+    const Parameter copy = number;
+    EXPECT_EQ(copy.as<int>(), 7);
 }
 
 TEST(ReleaseTest, TheLastHolderReleasesTheObject) {

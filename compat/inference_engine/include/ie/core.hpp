@@ -7,6 +7,7 @@
 
 #include "ie/executable_network.hpp"
 #include "ie/network.hpp"
+#include "ie/parameter.hpp"
 
 namespace InferenceEngine {
 
@@ -26,6 +27,17 @@ public:
      */
     ExecutableNetwork LoadNetwork(CNNNetwork network, const std::string& device,
                                   const std::map<std::string, std::string>& config = {});
+
+    /**
+     * A configuration value of a device, as networks are loaded with it.
+     *
+     * @throws the exception of the runtime's status, for a device or value that is not known
+     */
+    Parameter GetConfig(const std::string& device, const std::string& name) const;
+
+    /** A fact about a device.
+     *  @throws as GetConfig does */
+    Parameter GetMetric(const std::string& device, const std::string& name) const;
 
 private:
     class Impl;

@@ -2,9 +2,11 @@
 #pragma once
 
 #include <memory>
+#include <string>
 
 #include "ie/common.hpp"
 #include "ie/infer_request.hpp"
+#include "ie/parameter.hpp"
 #include "ie/release.hpp"
 
 namespace InferenceEngine {
@@ -16,6 +18,8 @@ public:
 
     virtual StatusCode CreateInferRequest(IInferRequest::Ptr& request,
                                           ResponseDesc* response) noexcept = 0;
+    virtual StatusCode GetConfig(const std::string& name, Parameter& result,
+                                 ResponseDesc* response) const noexcept = 0;
 
 protected:
     ~IExecutableNetwork() override = default;
@@ -30,7 +34,16 @@ public:
     /** @throws the exception of the status, or the general one where the device gave no request */
     InferRequest::Ptr CreateInferRequestPtr();
 
+    /**
+     * A configuration value as the network was loaded with it.
+     *
+     * @throws the exception of the status, for a value that is not known
+     */
+    Parameter GetConfig(const std::string& name) const;
+
 private:
+    IExecutableNetwork& network() const;
+
     IExecutableNetwork::Ptr network_;
 };
 

@@ -15,10 +15,10 @@ class ICNNNetwork : public details::IRelease {
 public:
     using Ptr = std::shared_ptr<ICNNNetwork>;
 
-    /** Puts the inputs into the map, which loses what it held. */
-    virtual void getInputsInfo(InputsDataMap& inputs) const noexcept = 0;
-    /** Puts the outputs into the map, which loses what it held. */
-    virtual void getOutputsInfo(OutputsDataMap& outputs) const noexcept = 0;
+    // The genuine interface fills a map that it is given, and promises to throw nothing: a process
+    // that runs out of memory there ends. Whoever needs a copy makes it, and sees it fail.
+    virtual const InputsDataMap& getInputsInfo() const noexcept = 0;
+    virtual const OutputsDataMap& getOutputsInfo() const noexcept = 0;
 
 protected:
     ~ICNNNetwork() override = default;
@@ -36,7 +36,9 @@ public:
      */
     explicit CNNNetwork(std::shared_ptr<ICNNNetReader> reader);
 
+    /** @throws std::bad_alloc */
     InputsDataMap getInputsInfo() const;
+    /** @throws std::bad_alloc */
     OutputsDataMap getOutputsInfo() const;
 
     operator ICNNNetwork&() { return *network_; }

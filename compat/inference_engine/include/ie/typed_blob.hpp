@@ -70,7 +70,9 @@ public:
         if (!allocator_) {
             allocator_ = defaultAllocator();
         }
-        release();
+        if (handle_ != nullptr) {
+            release();
+        }
         handle_ = allocator_ ? allocator_->alloc(byteSize()) : nullptr;
     }
 
@@ -92,8 +94,10 @@ private:
         }
     }
 
+    // Null too goes back to the allocator, as releases of 2019 R3 to 2020.3 do it: allocators have
+    // to take it.
     bool release() noexcept {
-        if (overGiven_ || handle_ == nullptr) {
+        if (overGiven_ || !allocator_) {
             return false;
         }
         return allocator_->free(std::exchange(handle_, nullptr));

@@ -1,0 +1,73 @@
+#include "runtime_call.hpp"
+
+#include <array>
+#include <atomic>
+#include <chrono>
+#include <thread>
+#include <utility>
+
+#include "failure.hpp"
+#include "handles.hpp"
+
+namespace InferenceEngine::runtime {
+namespace {
+
+constexpr auto kPause = std::chrono::microseconds(100);
+
+std::atomic<std::uint64_t> failures{0};
+// Calls count themselves on one of two sides. A failure that waits for those on one sends later
+// ones to the other, so that it does not wait for these too.
+std::atomic<unsigned> side{0};
+std::array<std::atomic<std::uint64_t>, 2> underWay{};
+std::mutex failureMutex;
+
+/** Whether the calls on the side that is in use now are over in time. */
+bool waitForSide(Deadline deadline) {
+    const unsigned old = side.fetch_xor(1);
+    while (underWay.at(old) != 0) {
+        if (Deadline::clock::now() > deadline) {
+            return false;
+        }
+        std::this_thread::sleep_for(kPause);
+    }
+    return true;
+}
+
+}  // namespace
+
+CallUnderWay::CallUnderWay() noexcept : failuresBefore_(failures), side_(side) {
+    ++underWay[side_];
+}
+
+// The failure first: whoever sees that the call is over sees that it failed.
+CallUnderWay::~CallUnderWay() {
+    if (failed_) {
+        ++failures;
+    }
+    --underWay[side_];
+}
+
+CallFailure CallUnderWay::failure(ov_status_e status) const {
+    // For a refused parameter the runtime leaves the text of some earlier failure.
+    std::string text;
+    if (status != ::INVALID_C_PARAM) {
+        text = usefulText(takeText(ov_get_last_err_msg()));
+    }
+    return {status, std::move(text), failuresBefore_};
+}
+
+std::unique_lock<std::mutex> oneFailureAtATime() {
+    return std::unique_lock(failureMutex);
+}
+
+bool hasItsOwnText(const CallFailure& failure, Deadline deadline) {
+    // Both sides: a call that looked which is in use may count itself there after that has changed.
+    return waitForSide(deadline) && waitForSide(deadline) && failures == failure.failuresBefore + 1;
+}
+
+void raise(ov_status_e status, const std::string& text) {
+    throw Failure(statusOf(status),
+                  text.empty() ? std::string("OpenVINO: ") + ov_get_error_info(status) : text);
+}
+
+}  // namespace InferenceEngine::runtime
