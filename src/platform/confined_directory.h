@@ -31,8 +31,10 @@ public:
 
     /// Makes a directory and what is missing above it.
     std::string createDirectories(const Names& names);
-    /// Writes a file and makes what directories are missing above it. A file that is there already
-    /// is replaced when the new one is whole; what cannot be written whole is removed.
+    /// Writes a file and makes what directories are missing above it. It gets its name when it is
+    /// whole, and replaces a file that is there by then; what cannot be written whole is removed.
+    /// A process that is killed leaves at most a file ".quavin-..." in its directory, which the
+    /// next one removes.
     /// @param names at least one.
     std::string writeFile(const Names& names, const void* content, std::uint64_t size);
 

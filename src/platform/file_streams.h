@@ -11,9 +11,6 @@ namespace VelmoraQuavin::internal::platform {
 /// @return the stream, also where opening failed.
 /// @throws std::range_error "bad conversion" where the path is not UTF-8.
 std::fstream openFile(const String& path, std::ios::openmode mode);
-/// openFile() for reading alone: binary, at the end of the file. Directories, pipes, devices and
-/// whatever else is no plain file count as not opened.
-std::ifstream openFileAtEnd(const String& path);
 /// openFile() for writing alone: an emptied file.
 std::ofstream openFileForWriting(const String& path, std::ios::openmode mode);
 

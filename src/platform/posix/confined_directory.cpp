@@ -5,12 +5,12 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdio>
 #include <utility>
 
 #include "platform/directory_walk.h"
 #include "platform/posix/file_descriptor.h"
 #include "platform/posix/native_path.h"
+#include "platform/posix/pending_file.h"
 #include "platform/posix/whole_write.h"
 
 namespace VelmoraQuavin::internal::platform {
@@ -19,16 +19,6 @@ namespace {
 // Before the process's umask.
 constexpr mode_t kDirectoryMode = 0777;
 constexpr mode_t kFileMode = 0666;
-
-// To find a name for a file that is to replace another one.
-constexpr int kAttempts = 100;
-
-// Directories are only passed through, which needs no right to list them.
-#if defined(O_PATH)
-constexpr int kPassThrough = O_PATH | O_DIRECTORY | O_CLOEXEC;
-#else
-constexpr int kPassThrough = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
-#endif
 
 // Why an entry that is there cannot be used.
 std::string obstacle(int directory, const std::string& name, const char* otherwise, int error) {
@@ -51,12 +41,6 @@ std::string obstacle(int directory, const std::string& name, const char* otherwi
     return "something that is no plain file is in its way";
 }
 
-bool isPlainFile(int directory, const std::string& name) {
-    struct stat attributes {};
-    return ::fstatat(directory, name.c_str(), &attributes, AT_SYMLINK_NOFOLLOW) == 0 &&
-           S_ISREG(attributes.st_mode);
-}
-
 }  // namespace
 
 class ConfinedDirectory::Implementation {
@@ -70,22 +54,19 @@ public:
 
     std::string write(const std::string& name, const void* content, std::uint64_t size) {
         const int directory = walk_.current().get();
-        std::string written = name;
-        FileDescriptor file = create(directory, name);
-        // Replaced and not written into: a hard link to it elsewhere keeps its content, and so does
-        // the file itself until its successor is whole.
-        if (!file && errno == EEXIST && isPlainFile(directory, name)) {
-            file = createBeside(directory, written);
+        struct stat attributes {};
+        const bool isThere =
+            ::fstatat(directory, name.c_str(), &attributes, AT_SYMLINK_NOFOLLOW) == 0;
+        if (isThere ? !S_ISREG(attributes.st_mode) : errno != ENOENT) {
+            return obstacle(directory, name, "the file cannot be made", isThere ? EEXIST : errno);
         }
+        PendingFile file(directory, kFileMode);
         if (!file) {
-            return obstacle(directory, name, "the file cannot be made", errno);
+            return problemText("the file cannot be made", errno);
         }
-        if (!writeWhole(file.get(), content, size) || !file.close() ||
-            (written != name &&
-             ::renameat(directory, written.c_str(), directory, name.c_str()) != 0)) {
-            const int error = errno;
-            ::unlinkat(directory, written.c_str(), 0);
-            return problemText("the file cannot be written", error);
+        // Replaced and not written into: a hard link to it elsewhere keeps its content.
+        if (!file.write(content, size) || !file.replace(name)) {
+            return problemText("the file cannot be written", errno);
         }
         return "";
     }
@@ -103,24 +84,6 @@ private:
             open();
         }
         return opened ? "" : obstacle(from, name, "a directory cannot be made or opened", errno);
-    }
-
-    static FileDescriptor create(int directory, const std::string& name) {
-        constexpr int kFlags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
-        return FileDescriptor(::openat(directory, name.c_str(), kFlags, kFileMode));
-    }
-
-    // Under a name that nobody has, which it tells.
-    static FileDescriptor createBeside(int directory, std::string& name) {
-        FileDescriptor file;
-        for (int attempt = 0; !file && attempt < kAttempts; ++attempt) {
-            name = ".quavin-" + std::to_string(attempt);
-            file = create(directory, name);
-            if (!file && errno != EEXIST) {
-                break;
-            }
-        }
-        return file;
     }
 
     DirectoryWalk<FileDescriptor> walk_;

@@ -1,10 +1,18 @@
 #pragma once
 
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <utility>
 
 namespace VelmoraQuavin::internal::platform {
+
+/// To open a directory that is only passed through, which needs no right to list it.
+#if defined(O_PATH)
+constexpr int kPassThrough = O_PATH | O_DIRECTORY | O_CLOEXEC;
+#else
+constexpr int kPassThrough = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
+#endif
 
 /// Owns an open file descriptor, or none.
 class FileDescriptor {

@@ -24,9 +24,4 @@ bool isDirectory(const std::string& nativePath) {
     return ::stat(nativePath.c_str(), &attributes) == 0 && S_ISDIR(attributes.st_mode);
 }
 
-bool isSpecial(const std::string& nativePath) {
-    struct stat attributes {};
-    return ::stat(nativePath.c_str(), &attributes) == 0 && !S_ISREG(attributes.st_mode);
-}
-
 }  // namespace VelmoraQuavin::internal::platform

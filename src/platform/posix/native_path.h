@@ -13,7 +13,5 @@ std::string nativePath(const String& path);
 std::string nativeUtf8Path(const String& path);
 /// Whether a directory is at `nativePath`, or at the end of a link there.
 bool isDirectory(const std::string& nativePath);
-/// Whether something else than a plain file is at `nativePath`, or at the end of a link there.
-bool isSpecial(const std::string& nativePath);
 
 }  // namespace VelmoraQuavin::internal::platform

@@ -4,10 +4,13 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 
 #include "platform/posix/file_descriptor.h"
 #include "platform/posix/native_path.h"
+#include "platform/posix/new_name.h"
+#include "platform/posix/pending_file.h"
 #include "platform/posix/whole_write.h"
 
 namespace VelmoraQuavin::internal::platform {
@@ -16,6 +19,22 @@ namespace {
 constexpr mode_t kOwnerMode = 0600;
 constexpr mode_t kOwnerDirectoryMode = 0700;
 constexpr mode_t kEveryoneMode = 0666;
+constexpr mode_t kPermissions = 0777;
+
+// A directory, open, and a name in it.
+struct Place {
+    explicit Place(const std::string& path) {
+        const std::size_t separator = path.rfind('/');
+        const bool hasDirectory = separator != std::string::npos;
+        name = hasDirectory ? path.substr(separator + 1) : path;
+        const std::string parent =
+            hasDirectory ? path.substr(0, std::max<std::size_t>(separator, 1)) : ".";
+        directory = FileDescriptor(::open(parent.c_str(), kPassThrough));
+    }
+
+    FileDescriptor directory;
+    std::string name;
+};
 
 }  // namespace
 
@@ -33,8 +52,13 @@ PrivateReading readPrivateFile(const String& path, OpenToOthers others, unsigned
         problem = "is no plain file";
         return PrivateReading::kFailed;
     }
-    if (others == OpenToOthers::kRefused && (attributes.st_mode & (S_IRGRP | S_IROTH)) != 0) {
-        problem = "can be read by others: take their right with chmod go-r";
+    const bool readable = (attributes.st_mode & (S_IRGRP | S_IROTH)) != 0;
+    const bool writable = (attributes.st_mode & (S_IWGRP | S_IWOTH)) != 0;
+    if (others == OpenToOthers::kRefused && (readable || writable)) {
+        problem = !writable ? "can be read by others: take their right with chmod go-r"
+                  : readable
+                      ? "can be read and changed by others: take their rights with chmod go-rw"
+                      : "can be changed by others: take their right with chmod go-w";
         return PrivateReading::kOpenToOthers;
     }
     size = 0;
@@ -61,18 +85,57 @@ bool makePrivateDirectory(const String& path) {
 
 std::string writeNewFile(const String& path, const unsigned char* bytes, std::size_t count,
                          Readers readers) {
-    const std::string native = nativeUtf8Path(path);
-    const mode_t mode = readers == Readers::kOwner ? kOwnerMode : kEveryoneMode;
-    FileDescriptor file(::open(native.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode));
+    const Place place(nativeUtf8Path(path));
+    const auto& [directory, name] = place;
+    if (!directory) {
+        return problemText("cannot be made", errno);
+    }
+    struct stat attributes {};
+    if (::fstatat(directory.get(), name.c_str(), &attributes, AT_SYMLINK_NOFOLLOW) == 0) {
+        return problemText("cannot be made", EEXIST);
+    }
+    PendingFile file(directory.get(), readers == Readers::kOwner ? kOwnerMode : kEveryoneMode);
     if (!file) {
         return problemText("cannot be made", errno);
     }
-    if (!writeWhole(file.get(), bytes, count) || !file.close()) {
-        const int error = errno;
-        ::unlink(native.c_str());
-        return problemText("cannot be written", error);
+    if (!file.write(bytes, count) || !file.publish(name)) {
+        return problemText(errno == EEXIST ? "cannot be made" : "cannot be written", errno);
     }
     return "";
+}
+
+std::string replaceFile(const String& path, const unsigned char* bytes, std::size_t count) {
+    const Place place(nativeUtf8Path(path));
+    const auto& [directory, name] = place;
+    if (!directory) {
+        return problemText("cannot be made", errno);
+    }
+    // What may not be written may not be replaced either.
+    struct stat attributes {};
+    const bool isThere = ::fstatat(directory.get(), name.c_str(), &attributes, 0) == 0;
+    if (isThere && ::faccessat(directory.get(), name.c_str(), W_OK, AT_EACCESS) != 0) {
+        return problemText("cannot be written", errno);
+    }
+    PendingFile file(directory.get(), kEveryoneMode);
+    if (!file) {
+        return problemText("cannot be made", errno);
+    }
+    if (isThere) {
+        file.setMode(attributes.st_mode & kPermissions);
+    }
+    if (!file.write(bytes, count) || !file.replace(name)) {
+        return problemText("cannot be written", errno);
+    }
+    return "";
+}
+
+Moving moveToNew(const String& from, const String& to, std::string& problem) {
+    if (renameToNew(AT_FDCWD, nativeUtf8Path(from), nativeUtf8Path(to))) {
+        return Moving::kDone;
+    }
+    const bool taken = errno == EEXIST || errno == ENOTEMPTY;
+    problem = problemText("cannot be made", errno);
+    return taken ? Moving::kNameTaken : Moving::kFailed;
 }
 
 }  // namespace VelmoraQuavin::internal::platform

@@ -47,16 +47,23 @@ bool denies(BYTE type) {
            type == ACCESS_DENIED_CALLBACK_OBJECT_ACE_TYPE;
 }
 
-// Whether an entry lets somebody read. Entries of every type have their mask in the same place.
-bool allowsReading(const ACCESS_ALLOWED_ACE& entry) {
+ACCESS_MASK maskOf(Access access) {
     constexpr ACCESS_MASK kReading = FILE_READ_DATA | GENERIC_READ | GENERIC_ALL;
+    // Whoever may change the list or the owner may give himself the rest.
+    constexpr ACCESS_MASK kChanging =
+        FILE_WRITE_DATA | FILE_APPEND_DATA | WRITE_DAC | WRITE_OWNER | GENERIC_WRITE | GENERIC_ALL;
+    return access == Access::kRead ? kReading : kChanging;
+}
+
+// Whether an entry allows something. Entries of every type have their mask in the same place.
+bool allows(Access access, const ACCESS_ALLOWED_ACE& entry) {
     return !denies(entry.Header.AceType) && (entry.Header.AceFlags & INHERIT_ONLY_ACE) == 0 &&
-           (entry.Mask & kReading) != 0;
+           (entry.Mask & maskOf(access)) != 0;
 }
 
 // Null for an entry of a type that has more between its mask and its identifier. A callback's
 // condition stands behind the identifier, and is taken as met.
-PSID readerIn(ACCESS_ALLOWED_ACE& entry) {
+PSID userIn(ACCESS_ALLOWED_ACE& entry) {
     const BYTE type = entry.Header.AceType;
     const bool isNext = type == ACCESS_ALLOWED_ACE_TYPE || type == ACCESS_ALLOWED_CALLBACK_ACE_TYPE;
     return isNext ? static_cast<PSID>(&entry.SidStart) : nullptr;
@@ -71,8 +78,8 @@ UsersOwn::UsersOwn() {
     }
     const PSID identifier = identifierIn(*user);
     // The entry's own type ends in the first part of the identifier.
-    const DWORD size =
-        sizeof(ACL) + sizeof(ACCESS_ALLOWED_ACE) - sizeof(DWORD) + ::GetLengthSid(identifier);
+    const auto size = static_cast<DWORD>(sizeof(ACL) + sizeof(ACCESS_ALLOWED_ACE) - sizeof(DWORD) +
+                                         ::GetLengthSid(identifier));
     list_.resize(size);
     auto* const list = reinterpret_cast<ACL*>(list_.data());
     if (::InitializeAcl(list, size, ACL_REVISION) != 0 &&
@@ -84,7 +91,7 @@ UsersOwn::UsersOwn() {
     }
 }
 
-bool othersMayRead(HANDLE file) {
+bool othersMay(Access access, HANDLE file) {
     const std::unique_ptr<Memory> user = currentUser();
     PSID owner = nullptr;
     ACL* list = nullptr;
@@ -96,10 +103,10 @@ bool othersMayRead(HANDLE file) {
         return true;
     }
     const std::unique_ptr<void, decltype(&::LocalFree)> memory(descriptor, &::LocalFree);
-    return othersMayRead(list, owner, identifierIn(*user));
+    return othersMay(access, list, owner, identifierIn(*user));
 }
 
-bool othersMayRead(ACL* list, PSID owner, PSID user) {
+bool othersMay(Access access, ACL* list, PSID owner, PSID user) {
     if (owner == nullptr || list == nullptr) {
         return true;  // no list: everybody may do everything
     }
@@ -112,12 +119,12 @@ bool othersMayRead(ACL* list, PSID owner, PSID user) {
             return true;
         }
         auto& entry = *static_cast<ACCESS_ALLOWED_ACE*>(got);
-        if (!allowsReading(entry)) {
+        if (!allows(access, entry)) {
             continue;
         }
-        const PSID reader = readerIn(entry);
-        if (reader == nullptr || (::EqualSid(reader, owner) == 0 && ::EqualSid(reader, user) == 0 &&
-                                  !isTrustedGroup(reader))) {
+        const PSID other = userIn(entry);
+        if (other == nullptr || (::EqualSid(other, owner) == 0 && ::EqualSid(other, user) == 0 &&
+                                 !isTrustedGroup(other))) {
             return true;
         }
     }

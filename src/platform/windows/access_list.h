@@ -25,13 +25,15 @@ private:
     SECURITY_ATTRIBUTES attributes_{};
 };
 
-/// Whether an open file's access list lets anybody read it but its owner, this process's user, the
-/// system and its administrators. Also true where that cannot be told.
-bool othersMayRead(HANDLE file);
+enum class Access { kRead, kChange };
 
-/// The same for an access list in memory; where there is none, everybody may read.
+/// Whether an open file's access list allows something to anybody but its owner, this process's
+/// user, the system and its administrators. Also true where that cannot be told.
+bool othersMay(Access access, HANDLE file);
+
+/// The same for an access list in memory; where there is none, everybody may do everything.
 /// @param owner the file's.
 /// @param user this process's.
-bool othersMayRead(ACL* list, PSID owner, PSID user);
+bool othersMay(Access access, ACL* list, PSID owner, PSID user);
 
 }  // namespace VelmoraQuavin::internal::platform

@@ -2,11 +2,38 @@
 
 #include <windows.h>
 
+#include <filesystem>
+
 #include "platform/windows/access_list.h"
 #include "platform/windows/file_handle.h"
+#include "platform/windows/pending_file.h"
 #include "platform/windows/wide_path.h"
 
 namespace VelmoraQuavin::internal::platform {
+namespace {
+
+std::string writeBeside(const std::filesystem::path& path, const unsigned char* bytes,
+                        std::size_t count, PendingFile::Existing existing, void* rights) {
+    const std::filesystem::path parent = path.has_parent_path() ? path.parent_path() : L".";
+    const FileHandle directory(::CreateFileW(parent.c_str(), FILE_TRAVERSE | FILE_READ_ATTRIBUTES,
+                                             FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                                             nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS,
+                                             nullptr));
+    if (!directory) {
+        return problemText("cannot be made", ::GetLastError());
+    }
+    PendingFile file(directory.get(), rights);
+    if (!file) {
+        return problemText("cannot be made", ::GetLastError());
+    }
+    if (!file.write(bytes, count) || !file.putAt(path.filename().wstring(), existing)) {
+        return problemText("cannot be written", ::GetLastError());
+    }
+    return "";
+}
+
+}  // namespace
+
 PrivateReading readPrivateFile(const String& path, OpenToOthers others, unsigned char* buffer,
                                std::size_t capacity, std::size_t& size, std::string& problem) {
     const std::wstring wide = widePath(path);  // outlives the error number
@@ -21,10 +48,15 @@ PrivateReading readPrivateFile(const String& path, OpenToOthers others, unsigned
         problem = "is no plain file";
         return PrivateReading::kFailed;
     }
-    if (others == OpenToOthers::kRefused && othersMayRead(file.get())) {
-        problem =
-            "can be read by others: take their right with icacls (/inheritance:r, and /grant:r for "
-            "yourself)";
+    const bool readable = othersMay(Access::kRead, file.get());
+    const bool writable = othersMay(Access::kChange, file.get());
+    if (others == OpenToOthers::kRefused && (readable || writable)) {
+        const char* const rights = !writable  ? "can be read"
+                                   : readable ? "can be read and changed"
+                                              : "can be changed";
+        problem = std::string(rights) +
+                  " by others: take their right with icacls (/inheritance:r, and /grant:r for "
+                  "yourself)";
         return PrivateReading::kOpenToOthers;
     }
     size = 0;
@@ -50,27 +82,35 @@ bool makePrivateDirectory(const String& path) {
 
 std::string writeNewFile(const String& path, const unsigned char* bytes, std::size_t count,
                          Readers readers) {
-    const std::wstring wide = widePath(path);
-    SECURITY_ATTRIBUTES* rights = nullptr;  // those that the directory hands down
+    void* rights = nullptr;  // those that the directory hands down
     UsersOwn own;
     if (readers == Readers::kOwner) {
         if (!own) {
             return problemText("cannot be made for its owner alone", ::GetLastError());
         }
-        rights = own.get();
+        rights = own.get()->lpSecurityDescriptor;
     }
-    FileHandle file(::CreateFileW(wide.c_str(), GENERIC_WRITE, 0, rights, CREATE_NEW,
-                                  FILE_ATTRIBUTE_NORMAL, nullptr));
-    if (!file) {
-        return problemText("cannot be made", ::GetLastError());
+    const std::filesystem::path file = widePath(path);
+    if (::GetFileAttributesW(file.c_str()) != INVALID_FILE_ATTRIBUTES) {
+        return problemText("cannot be made", ERROR_FILE_EXISTS);
     }
-    if (!writeWhole(file.get(), bytes, count)) {
-        const DWORD error = ::GetLastError();
-        file = FileHandle();
-        ::DeleteFileW(wide.c_str());
-        return problemText("cannot be written", error);
+    return writeBeside(file, bytes, count, PendingFile::Existing::kKept, rights);
+}
+
+std::string replaceFile(const String& path, const unsigned char* bytes, std::size_t count) {
+    return writeBeside(widePath(path), bytes, count, PendingFile::Existing::kReplaced, nullptr);
+}
+
+Moving moveToNew(const String& from, const String& to, std::string& problem) {
+    const std::wstring wideFrom = widePath(from);
+    const std::wstring wideTo = widePath(to);
+    if (::MoveFileExW(wideFrom.c_str(), wideTo.c_str(), 0) != 0) {
+        return Moving::kDone;
     }
-    return "";
+    const DWORD error = ::GetLastError();
+    problem = problemText("cannot be made", error);
+    return error == ERROR_ALREADY_EXISTS || error == ERROR_FILE_EXISTS ? Moving::kNameTaken
+                                                                       : Moving::kFailed;
 }
 
 }  // namespace VelmoraQuavin::internal::platform

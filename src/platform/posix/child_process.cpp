@@ -1,0 +1,150 @@
+#include "platform/child_process.h"
+
+#include <sys/resource.h>
+#include <sys/types.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#if defined(__linux__)
+#include <sys/prctl.h>
+#endif
+
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <cstring>
+#include <iostream>
+#include <stdexcept>
+
+#include "platform/posix/file_descriptor.h"
+#include "platform/posix/whole_write.h"
+
+namespace VelmoraQuavin::internal::platform {
+namespace {
+
+constexpr int kNoAnswer = 1;
+
+[[noreturn]] void throwStartProblem() {
+    throw std::runtime_error(problemText("No process can be started", errno));
+}
+
+// A crash is to show as such, whoever handles signals in this program, and to leave nothing on the
+// disk: what crashed may hold a key.
+void crashPlainly() noexcept {
+    for (const int signal : {SIGABRT, SIGBUS, SIGFPE, SIGILL, SIGSEGV}) {
+        static_cast<void>(std::signal(signal, SIG_DFL));
+    }
+    const struct rlimit none {};
+    static_cast<void>(::setrlimit(RLIMIT_CORE, &none));
+#if defined(__linux__)
+    // The limit does not hold for images that go to a program.
+    static_cast<void>(::prctl(PR_SET_DUMPABLE, 0));
+#endif
+}
+
+void endWithParent(pid_t parent) noexcept {
+#if defined(__linux__)
+    static_cast<void>(::prctl(PR_SET_PDEATHSIG, SIGKILL));
+#endif
+    if (::getppid() != parent) {
+        ::_exit(kNoAnswer);  // too late
+    }
+}
+
+[[noreturn]] void serve(ChildWork work, std::string_view request, int pipe, pid_t parent) noexcept {
+    endWithParent(parent);
+    crashPlainly();
+    // Results of the program are not for libraries to write between.
+    if (pipe != STDOUT_FILENO) {
+        static_cast<void>(::dup2(STDERR_FILENO, STDOUT_FILENO));
+    }
+    const std::string answer = work(request);
+    const bool written = writeWhole(pipe, answer.data(), answer.size());
+    // What else the program has set up is its first process's to take down.
+    ::_exit(written ? 0 : kNoAnswer);
+}
+
+// @return false where it is longer than any answer.
+bool readAll(int pipe, std::string& text) {
+    std::array<char, 4096> some{};
+    for (;;) {
+        const ssize_t count = ::read(pipe, some.data(), some.size());
+        if (count > 0) {
+            text.append(some.data(), static_cast<std::size_t>(count));
+        } else if (count == 0 || errno != EINTR) {
+            return true;
+        }
+        if (text.size() > kLargestChildAnswer) {
+            return false;
+        }
+    }
+}
+
+int waitFor(pid_t child) {
+    int status = 0;
+    while (::waitpid(child, &status, 0) < 0 && errno == EINTR) {
+    }
+    return status;
+}
+
+std::string describeEnd(int status) {
+    if (!WIFSIGNALED(status)) {
+        return "ended with status " + std::to_string(WEXITSTATUS(status)) + " and no answer";
+    }
+    const int signal = WTERMSIG(status);
+    std::string text =
+        "was ended by signal " + std::to_string(signal) + " (" + ::strsignal(signal) + ")";
+    if (signal == SIGKILL) {
+        text += ", as the system does where memory runs out";
+    }
+    return text;
+}
+
+}  // namespace
+
+ChildResult runInChild(ChildWork work, std::string_view request) {
+    if (request.size() > kLargestChildRequest) {
+        throw std::runtime_error("A request to a process of its own is too long");
+    }
+    std::array<int, 2> ends{};
+    if (::pipe(ends.data()) != 0) {
+        throwStartProblem();
+    }
+    FileDescriptor reading(ends[0]);
+    FileDescriptor writing(ends[1]);
+    // Or what waits in buffers would be written twice.
+    std::cout.flush();
+    static_cast<void>(std::fflush(nullptr));
+    // Whoever started this program may have had it ignored: the child would leave no status.
+    static_cast<void>(std::signal(SIGCHLD, SIG_DFL));
+    const pid_t self = ::getpid();
+    const pid_t child = ::fork();
+    if (child < 0) {
+        throwStartProblem();
+    }
+    if (child == 0) {
+        reading.close();
+        serve(work, request, writing.get(), self);
+    }
+    writing.close();
+    ChildResult result;
+    const bool fits = readAll(reading.get(), result.answer);
+    if (!fits) {
+        static_cast<void>(::kill(child, SIGKILL));
+    }
+    const int status = waitFor(child);
+    if (!fits) {
+        return {"", "answered without end"};
+    }
+    if (!WIFEXITED(status) || WEXITSTATUS(status) != 0 || result.answer.empty()) {
+        return {"", describeEnd(status)};
+    }
+    return result;
+}
+
+// fork() has done it.
+std::optional<int> serveAsChild(ChildWork /*work*/) {
+    return std::nullopt;
+}
+
+}  // namespace VelmoraQuavin::internal::platform

@@ -1,0 +1,215 @@
+#include "platform/child_process.h"
+
+#include <windows.h>
+// Behind windows.h, which it needs.
+#include <fcntl.h>
+#include <io.h>
+
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <stdexcept>
+#include <utility>
+
+#include "platform/process.h"
+#include "platform/secure_memory.h"
+#include "platform/windows/file_handle.h"
+#include "platform/windows/wide_path.h"
+
+namespace VelmoraQuavin::internal::platform {
+namespace {
+
+// The only argument of a process that was started to do work. Whoever gives it by hand is asked for
+// a request on standard input, which nothing but runInChild() makes.
+constexpr const char* kMark = "--work-for-parent";
+constexpr int kNoAnswer = 1;
+
+[[noreturn]] void throwStartProblem() {
+    throw std::runtime_error(problemText("No process can be started", ::GetLastError()));
+}
+
+struct Pipe {
+    FileHandle reading;
+    FileHandle writing;
+};
+
+// @param ours the end that the child does not get.
+Pipe makePipe(FileHandle Pipe::*ours) {
+    SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
+    HANDLE reading = nullptr;
+    HANDLE writing = nullptr;
+    if (::CreatePipe(&reading, &writing, &inherited, 0) == 0) {
+        throwStartProblem();
+    }
+    Pipe pipe{FileHandle(reading), FileHandle(writing)};
+    if (::SetHandleInformation((pipe.*ours).get(), HANDLE_FLAG_INHERIT, 0) == 0) {
+        throwStartProblem();
+    }
+    return pipe;
+}
+
+std::wstring ownProgram() {
+    std::wstring path(MAX_PATH, L'\0');
+    for (;;) {
+        const auto size = static_cast<DWORD>(path.size());
+        const DWORD length = ::GetModuleFileNameW(nullptr, path.data(), size);
+        if (length == 0) {
+            throwStartProblem();
+        }
+        if (length < size) {
+            path.resize(length);
+            return path;
+        }
+        path.resize(path.size() * 2);
+    }
+}
+
+// What ends with its last handle, and its processes with it.
+HANDLE makeJob() {
+    const HANDLE job = ::CreateJobObjectW(nullptr, nullptr);
+    if (job == nullptr) {
+        return INVALID_HANDLE_VALUE;
+    }
+    JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits{};
+    limits.BasicLimitInformation.LimitFlags =
+        JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE | JOB_OBJECT_LIMIT_DIE_ON_UNHANDLED_EXCEPTION;
+    ::SetInformationJobObject(job, JobObjectExtendedLimitInformation, &limits, sizeof limits);
+    return job;
+}
+
+FileHandle start(const FileHandle& input, const FileHandle& output, const FileHandle& job) {
+    const std::wstring program = ownProgram();
+    std::wstring command = L"\"" + program + L"\" " + widePath(kMark);
+    STARTUPINFOW startup{};
+    startup.cb = sizeof startup;
+    startup.dwFlags = STARTF_USESTDHANDLES;
+    startup.hStdInput = input.get();
+    startup.hStdOutput = output.get();
+    startup.hStdError = ::GetStdHandle(STD_ERROR_HANDLE);
+    ::SetHandleInformation(startup.hStdError, HANDLE_FLAG_INHERIT, HANDLE_FLAG_INHERIT);
+    PROCESS_INFORMATION information{};
+    if (::CreateProcessW(program.c_str(), command.data(), nullptr, nullptr, TRUE, CREATE_SUSPENDED,
+                         nullptr, nullptr, &startup, &information) == 0) {
+        throwStartProblem();
+    }
+    FileHandle process(information.hProcess);
+    const FileHandle thread(information.hThread);
+    // Systems that cannot do it let the process outlive a parent that was ended: no more than that.
+    if (job) {
+        ::AssignProcessToJobObject(job.get(), process.get());
+    }
+    ::ResumeThread(thread.get());
+    return process;
+}
+
+// @return bytes read; those that do not fit are not read.
+std::size_t readInto(HANDLE pipe, char* buffer, std::size_t capacity) {
+    std::size_t size = 0;
+    DWORD count = 0;
+    while (size < capacity &&
+           ::ReadFile(pipe, buffer + size, static_cast<DWORD>(capacity - size), &count, nullptr) !=
+               0 &&
+           count != 0) {
+        size += count;
+    }
+    return size;
+}
+
+// @return false where it is longer than any answer.
+bool readAll(HANDLE pipe, std::string& text) {
+    std::array<char, 4096> some{};
+    for (;;) {
+        DWORD count = 0;
+        if (::ReadFile(pipe, some.data(), static_cast<DWORD>(some.size()), &count, nullptr) == 0 ||
+            count == 0) {
+            return true;
+        }
+        text.append(some.data(), count);
+        if (text.size() > kLargestChildAnswer) {
+            return false;
+        }
+    }
+}
+
+std::string describeEnd(DWORD status) {
+    if (status < 0x80000000U) {
+        return "ended with status " + std::to_string(status) + " and no answer";
+    }
+    constexpr std::array<std::pair<DWORD, const char*>, 6> kNames{
+        {{0xC0000005U, " (access violation)"},
+         {0xC0000017U, " (no memory)"},
+         {0xC000001DU, " (illegal instruction)"},
+         {0xC0000094U, " (division by zero)"},
+         {0xC00000FDU, " (stack overflow)"},
+         {0xC0000409U, " (fail fast)"}}};
+    std::array<char, 16> number{};
+    static_cast<void>(std::snprintf(number.data(), number.size(), "0x%08lX", status));
+    std::string text = std::string("crashed with ") + number.data();
+    for (const auto& [known, name] : kNames) {
+        text += known == status ? name : "";
+    }
+    return text;
+}
+
+}  // namespace
+
+ChildResult runInChild(ChildWork /*work*/, std::string_view request) {
+    if (request.size() > kLargestChildRequest) {
+        throw std::runtime_error("A request to a process of its own is too long");
+    }
+    Pipe requests = makePipe(&Pipe::writing);
+    Pipe answers = makePipe(&Pipe::reading);
+    static_cast<void>(std::fflush(nullptr));
+    const FileHandle job(makeJob());
+    const FileHandle process = start(requests.reading, answers.writing, job);
+    // So that each side sees when the other one has ended.
+    requests.reading = FileHandle();
+    answers.writing = FileHandle();
+    // Where this fails the process has ended, which shows below.
+    writeWhole(requests.writing.get(), request.data(), request.size());
+    requests.writing = FileHandle();
+
+    ChildResult result;
+    const bool fits = readAll(answers.reading.get(), result.answer);
+    if (!fits) {
+        ::TerminateProcess(process.get(), kNoAnswer);
+    }
+    ::WaitForSingleObject(process.get(), INFINITE);
+    DWORD status = kNoAnswer;
+    ::GetExitCodeProcess(process.get(), &status);
+    if (!fits) {
+        return {"", "answered without end"};
+    }
+    if (status != 0 || result.answer.empty()) {
+        return {"", describeEnd(status)};
+    }
+    return result;
+}
+
+std::optional<int> serveAsChild(ChildWork work) {
+    if (programArguments(0, nullptr) != std::vector<std::string>{kMark}) {
+        return std::nullopt;
+    }
+    // No window for somebody to close: a crash is an answer too.
+    ::SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX);
+    std::string request(kLargestChildRequest, '\0');
+    const std::size_t size =
+        readInto(::GetStdHandle(STD_INPUT_HANDLE), request.data(), request.size());
+    HANDLE pipe = nullptr;
+    const HANDLE self = ::GetCurrentProcess();
+    if (::DuplicateHandle(self, ::GetStdHandle(STD_OUTPUT_HANDLE), self, &pipe, 0, FALSE,
+                          DUPLICATE_SAME_ACCESS) == 0) {
+        return kNoAnswer;
+    }
+    const FileHandle answers(pipe);
+    // Results of the program are not for libraries to write between.
+    ::_dup2(::_fileno(stderr), ::_fileno(stdout));
+    const std::string answer = work(std::string_view(request).substr(0, size));
+    wipeMemory(request.data(), request.size());
+    const bool written = writeWhole(answers.get(), answer.data(), answer.size());
+    static_cast<void>(std::fflush(nullptr));
+    return written ? 0 : kNoAnswer;
+}
+
+}  // namespace VelmoraQuavin::internal::platform
