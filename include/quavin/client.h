@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "quavin/device.h"
+#include "quavin/engine_info.h"
 #include "quavin/export.h"
 #include "quavin/logging.h"
 #include "quavin/metadata.h"
@@ -32,9 +33,19 @@ public:
     std::shared_ptr<ILogProcessor> GetLogger() const { return logger_; }
     /// Replaces the log processor; null goes back to standard output.
     void SetLogger(const std::shared_ptr<ILogProcessor>& logger) { logger_ = logger; }
+    /// Whether the library reports diagnostics; false unless it was asked to.
+    bool GetDiagnostics() const { return diagnostics_; }
+    /// Asks for diagnostics: one log record for each failure whose fixed text hides the cause, such
+    /// as which file could not be read and why. The records have kDiagnosticCategory and
+    /// kDiagnosticLevel, hold no keys and no content of secured files, and are delivered one at a
+    /// time, on the thread that failed. A prediction whose input has another shape than the
+    /// network, and enough bytes, succeeds and is reported too. docs/errors.md lists the records.
+    /// Without this the library reports nothing of its own.
+    void SetDiagnostics(bool on) { diagnostics_ = on; }
 
 private:
     std::shared_ptr<ILogProcessor> logger_;
+    bool diagnostics_ = false;
 };
 
 /// The library, as a host sees it: one object for the process.
@@ -75,6 +86,12 @@ public:
     static QuavinModelType getEngineType();
     /// Always empty: no engine reports its devices. Needs no init().
     static std::map<QuavinModelType, std::vector<Device>> getDevices();
+    /// What a model that is loaded now runs on. Starts the engine and compiles a network of one
+    /// layer to know: a tenth of a second. Needs no init(); may be called on any thread.
+    /// @param info receives it; unchanged after a failure.
+    /// @return SUCCESS; FAILURE with the engine's text where it cannot start, and where memory runs
+    ///         out. Throws nothing.
+    static QuavinStatus getEngineInfo(EngineInfo& info);
 
     /// Loads the model package in a directory.
     ///
@@ -133,8 +150,13 @@ public:
     QuavinStatus getModel(std::shared_ptr<ModelMetadata> metadata,
                           std::shared_ptr<QuavinModel>& model, QuavinModelType type);
 
-    /// Has a model release its network and metadata. The host's pointer and the registry keep the
-    /// model: ModelManager::unloadModel() is what removes it from the registry.
+    /// Takes a model out of use: it predicts nothing any more (MODEL_NOT_LOADED), and lets go of
+    /// its metadata and of output memory that nobody holds.
+    ///
+    /// The memory of the network stays: the compiled network and its weights, decrypted ones too,
+    /// are released when the model is destroyed. For that, drop every pointer to it: the host's,
+    /// the registry's (ModelManager::unloadModel() removes it) and those of snapshots. Loading the
+    /// model again instead needs memory for both networks until that is done.
     /// @return what the model answers; MODEL_NOT_LOADED for a null pointer, and also (not
     ///         NOT_INITIALIZED) where the library is off.
     QuavinStatus unloadModel(std::shared_ptr<QuavinModel>& model);

@@ -5,6 +5,9 @@
 
 #include <fstream>
 #include <memory>
+#include <string>
+#include <string_view>
+#include <type_traits>
 
 #include "quavin/export.h"
 #include "quavin/status.h"
@@ -28,6 +31,15 @@ public:
     Filepath();
     /// Stores a copy of `path`.
     Filepath(const String& path);
+    /// Stores a copy of a narrow text, so that a call such as `FileUtils::createDir("models")`
+    /// needs no Filepath of its own.
+    /// @tparam Text an array of characters, a pointer that String takes, `std::string` or
+    ///         `std::string_view`; never `nullptr` and never a class of the host's.
+    template <class Text, class = std::enable_if_t<std::is_convertible_v<const Text&, String> &&
+                                                   (!std::is_class_v<Text> ||
+                                                    std::is_same_v<Text, std::string> ||
+                                                    std::is_same_v<Text, std::string_view>)>>
+    Filepath(const Text& path) : Filepath(String(path)) {}
 
     /// The text, ended by a zero byte; valid until the path changes.
     const unsigned char* c_str() const { return path_.c_str(); }

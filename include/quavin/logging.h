@@ -135,11 +135,18 @@ private:
     std::shared_ptr<ILogProcessor> next_;
 };
 
+/// The category of the library's own diagnostics; see QuavinConfig::SetDiagnostics.
+constexpr std::uint64_t kDiagnosticCategory = 4;
+/// The level of the library's own diagnostics. It and the category leave them unimportant, so that
+/// none of them stays in the log's history.
+constexpr std::uint32_t kDiagnosticLevel = 2;
+
 /// Reports one message to the process-wide log.
 ///
 /// It reaches the processor that QuavinClient::init installed, or standard output where there is
 /// none. A report made while nine others are in progress, one inside another, is dropped. Never
-/// throws. One thread at a time.
+/// throws. One thread at a time, unless diagnostics are on (QuavinConfig::SetDiagnostics): reports
+/// then wait for each other.
 ///
 /// @param direct true writes to standard output at once, past any processor.
 /// @param category stored in the record; bit 0 or 1 marks it important.

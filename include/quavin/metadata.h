@@ -16,6 +16,10 @@
 
 namespace VelmoraQuavin {
 
+namespace internal {
+struct MetadataAccess;
+}
+
 /// Inference engines, as bits.
 enum class QuavinModelType : std::uint64_t {
     Undefined = 0,        ///< No preference.
@@ -147,6 +151,8 @@ public:
     void setTargets(const Targets& targets) { targets_ = targets; }   ///< Replaces all targets.
 
 private:
+    friend struct internal::MetadataAccess;
+
     void readManifest(const Filepath& path);
 
     String id_;
@@ -158,6 +164,8 @@ private:
     Filepath rootDir_;
     Targets targets_;
     String scripts_;
+    // For diagnostics alone: what the last manifest had for "targets", in words.
+    String targetsAsWritten_;
 };
 
 }  // namespace VelmoraQuavin

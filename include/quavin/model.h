@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "quavin/device.h"
+#include "quavin/engine_info.h"
 #include "quavin/export.h"
 #include "quavin/feature.h"
 #include "quavin/files.h"
@@ -94,7 +95,8 @@ protected:
     virtual QuavinStatus loadImpl(const std::vector<ModelComponent>& components) = 0;
     /// Prepares the engine before components are loaded; SUCCESS here.
     virtual QuavinStatus prepareImpl();
-    /// Releases what loading took, the metadata too.
+    /// Takes the model out of use and releases the metadata. What else goes now, and what stays
+    /// until the model is destroyed, is the engine's choice: see QuavinClient::unloadModel().
     virtual QuavinStatus unloadImpl() = 0;
 
 public:
@@ -110,6 +112,13 @@ public:
     /// The metadata, shared; null before loading and after unloading. A load that failed leaves the
     /// metadata that it was given.
     std::shared_ptr<ModelMetadata> getMetadata() const { return metadata_; }
+    /// What computes the model's predictions, as the runtime reports it for the network that was
+    /// loaded. One thread at a time, as all calls on the model.
+    /// @param info receives it; unchanged after a failure.
+    /// @return SUCCESS; MODEL_NOT_LOADED where the model is not loaded or was unloaded; FAILURE
+    ///         for a host's own model, which nobody can ask, and where memory runs out. Throws
+    ///         nothing.
+    QuavinStatus getEngineInfo(EngineInfo& info) const;
     /// The engine.
     QuavinModelType getModelType() const { return modelType_; }
     /// The model's memory account, shared; null while the model is not registered.

@@ -2,10 +2,14 @@
 
 /// @file
 /// Includes the whole interface.
+///
+/// Pages that the headers name, such as docs/errors.md, are installed too, in
+/// share/doc/quavin_on_device_sdk.
 
 #include "quavin/client.h"
 #include "quavin/device.h"
 #include "quavin/encryption.h"
+#include "quavin/engine_info.h"
 #include "quavin/export.h"
 #include "quavin/feature.h"
 #include "quavin/files.h"

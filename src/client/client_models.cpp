@@ -1,8 +1,12 @@
+#include <cstdint>
+#include <string>
 #include <utility>
 
 #include "client/client_texts.h"
+#include "core/diagnostics.h"
 #include "core/text_tools.h"
 #include "engine/openvino/make_openvino_model.h"
+#include "package/target_problem.h"
 #include "quavin/client.h"
 
 namespace VelmoraQuavin {
@@ -116,6 +120,15 @@ QuavinStatus QuavinClient::createAndLoad(const std::shared_ptr<ModelMetadata>& m
 std::shared_ptr<QuavinModel> QuavinClient::createModel(const ModelMetadata& metadata,
                                                        const Device& device) const {
     const bool hasTarget = metadata.getTargets().count(QuavinModelType::Openvino) != 0;
+    if (!hasTarget) {
+        internal::diagnoseMissingTarget(metadata);
+    } else if (!isForThisEngine(device)) {
+        internal::diagnose([&device] {
+            return "getModel: engine type " +
+                   std::to_string(static_cast<std::uint64_t>(device.engineType)) +
+                   " is asked for, and this library has 4 (Openvino); 0 leaves the choice to it";
+        });
+    }
     if (!initialized_ || !hasTarget || !isForThisEngine(device)) {
         throw ModelMetaDataException("None of the target applicable for the platform found");
     }

@@ -1,7 +1,9 @@
 #include "quavin/client.h"
 
 #include "client/client_texts.h"
+#include "core/diagnostics.h"
 #include "core/logging_hub.h"
+#include "engine/openvino/openvino_engine_info.h"
 
 namespace VelmoraQuavin {
 namespace {
@@ -27,8 +29,9 @@ QuavinStatus QuavinClient::init(const QuavinConfig& config) {
         return {};
     }
     initialized_ = true;
-    config_.SetLogger(config.GetLogger());
+    config_ = config;
     installLogger(config_.GetLogger());
+    internal::setDiagnostics(config_.GetDiagnostics());
     return {SUCCESS, ""};
 }
 
@@ -39,6 +42,7 @@ bool QuavinClient::isInitialized() {
 void QuavinClient::terminate() {
     if (initialized_) {
         initialized_ = false;
+        internal::setDiagnostics(false);
         installLogger(nullptr);
     }
 }
@@ -57,6 +61,15 @@ QuavinModelType QuavinClient::getEngineType() {
 
 std::map<QuavinModelType, std::vector<Device>> QuavinClient::getDevices() {
     return {};
+}
+
+QuavinStatus QuavinClient::getEngineInfo(EngineInfo& info) {
+    try {
+        info = internal::openVinoEngineInfo();
+        return {SUCCESS, ""};
+    } catch (...) {
+        return getStatusFromCurrentException();
+    }
 }
 
 RuntimeStatus QuavinClient::queryRuntimeStatus() const {

@@ -1,5 +1,6 @@
 #include <iostream>
 
+#include "core/diagnostics.h"
 #include "core/logging_hub.h"
 #include "platform/clock.h"
 #include "quavin/logging.h"
@@ -14,6 +15,7 @@ void _Report_(bool direct, std::size_t category, unsigned level, const String& m
         record.level = level;
         record.time = internal::platform::monotonicTicks();
 
+        const auto delivery = internal::lockDelivery();
         internal::LoggingHub* hub = direct ? nullptr : internal::LoggingHub::find();
         if (hub != nullptr) {
             hub->handle(record);

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <algorithm>
-#include <istream>
 #include <ostream>
 
 #include "quavin/text.h"
@@ -10,18 +9,6 @@ namespace VelmoraQuavin::internal {
 
 /// The most that one call of a file's stream passes on: the C runtime of Windows counts in 32 bits.
 constexpr uint64 kLargestStreamStep = uint64{1} << 30;
-
-/// Reads up to `size` bytes.
-/// @return how many they were; fewer than `size` where the stream ended or failed.
-inline uint64 readInSteps(std::istream& stream, char* buffer, uint64 size,
-                          uint64 step = kLargestStreamStep) {
-    uint64 got = 0;
-    while (got < size && stream.good()) {
-        stream.read(buffer + got, static_cast<std::streamsize>(std::min(step, size - got)));
-        got += static_cast<uint64>(stream.gcount());
-    }
-    return got;
-}
 
 /// Writes `size` bytes; the stream tells whether it failed.
 inline void writeInSteps(std::ostream& stream, const char* data, uint64 size,

@@ -1,8 +1,23 @@
 #include <utility>
 
+#include "core/diagnostics.h"
+#include "feature/descriptor_access.h"
 #include "quavin/model.h"
+#include "tensor/tensor_texts.h"
 
 namespace VelmoraQuavin {
+namespace {
+
+void diagnoseFirstInput(const ModelFeatureDescriptor& input, const Filepath& package) {
+    internal::diagnose([&] {
+        using internal::DescriptorAccess;
+        return "loading the package " + internal::inQuotes(package.c_str()) + ": its first input " +
+               internal::inQuotes(DescriptorAccess::name(input)) + " has the shape " +
+               internal::shapeText(DescriptorAccess::shape(input.tensorDescriptor()));
+    });
+}
+
+}  // namespace
 
 QuavinStatus QuavinModel::load(std::shared_ptr<ModelMetadata> metadata) {
     if (metadata == nullptr) {
@@ -34,7 +49,12 @@ QuavinStatus QuavinModel::validateTarget() const {
     if (target->outputs.empty()) {
         return {MODEL_METADATA_ERROR, "There must be at least one defined output name"};
     }
-    if (target->inputs.front().tensorDescriptor().shape().size() < 1) {
+    const ModelFeatureDescriptor& first = target->inputs.front();
+    if (first.tensorDescriptor().variableShape()) {
+        diagnoseFirstInput(first, metadata_->getRootDir());  // the next line throws
+    }
+    if (first.tensorDescriptor().shape().size() < 1) {
+        diagnoseFirstInput(first, metadata_->getRootDir());
         return {MODEL_METADATA_ERROR, "The input shape has to be defined"};
     }
     return {SUCCESS, ""};

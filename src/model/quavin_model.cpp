@@ -2,6 +2,11 @@
 
 #include <utility>
 
+#include "core/diagnostics.h"
+#include "feature/descriptor_access.h"
+#include "model/engine_info_source.h"
+#include "tensor/tensor_texts.h"
+
 namespace VelmoraQuavin {
 namespace {
 
@@ -32,6 +37,19 @@ std::shared_ptr<QuavinFeature> makeFeature(const ModelFeatureDescriptor& descrip
             break;
     }
     throw InvalidTypeException("Undefined feature type for allocating inputs");
+}
+
+void diagnoseAllocation(const ModelFeatureDescriptor& input) {
+    internal::diagnose([&] {
+        using internal::DescriptorAccess;
+        String text = "allocateInputs: input " + internal::inQuotes(DescriptorAccess::name(input));
+        if (input.type() != QuavinFeatureType::TENSOR) {
+            return text + " has the feature type " + GetQuavinFeatureTypeName(input.type());
+        }
+        const TensorDescriptor& tensor = input.tensorDescriptor();
+        return text + " is declared as " + internal::dataTypeName(tensor.tensorType()) + " " +
+               internal::shapeText(DescriptorAccess::shape(tensor));
+    });
 }
 
 }  // namespace
@@ -73,15 +91,36 @@ ModelTarget QuavinModel::getTargetMetadata() const {
 }
 
 QuavinStatus QuavinModel::allocateInputs(std::vector<std::shared_ptr<QuavinFeature>>& features) {
+    const ModelFeatureDescriptor* current = nullptr;
     try {
         if (metadata_ == nullptr) {
             return {MODEL_NOT_LOADED, "There is no model loaded"};
         }
         if (const ModelTarget* target = findTarget()) {
             for (const ModelFeatureDescriptor& descriptor : target->inputs) {
+                current = &descriptor;
                 features.push_back(makeFeature(descriptor));
             }
         }
+        return {SUCCESS, ""};
+    } catch (...) {
+        if (current != nullptr) {
+            diagnoseAllocation(*current);
+        }
+        return getStatusFromCurrentException();
+    }
+}
+
+QuavinStatus QuavinModel::getEngineInfo(EngineInfo& info) const {
+    try {
+        if (!loaded_) {
+            return {MODEL_NOT_LOADED, "There is no model loaded"};
+        }
+        const auto* const source = dynamic_cast<const internal::EngineInfoSource*>(this);
+        if (source == nullptr) {
+            return {FAILURE, "The model does not tell what it runs on"};
+        }
+        info = source->engineInfo();
         return {SUCCESS, ""};
     } catch (...) {
         return getStatusFromCurrentException();

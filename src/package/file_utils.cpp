@@ -1,5 +1,7 @@
 #include <optional>
+#include <string>
 
+#include "core/diagnostics.h"
 #include "core/stream_steps.h"
 #include "core/text_tools.h"
 #include "package/sized_file.h"
@@ -11,6 +13,20 @@
 namespace VelmoraQuavin {
 
 using internal::SizedFile;
+
+namespace {
+
+// A failing read is not among what these operations answer: zeros stand for it.
+void readWhatThereIs(const Filepath& path, SizedFile& file, char* buffer) {
+    std::string problem;
+    if (!file.tryRead(buffer, problem)) {
+        internal::diagnose([&] {
+            return "reading the file " + internal::inQuotes(path.c_str()) + ": it " + problem;
+        });
+    }
+}
+
+}  // namespace
 
 void FileUtils::createDir(const Filepath& path) {
     using internal::platform::DirectoryCreation;
@@ -36,13 +52,14 @@ uint64 FileUtils::getFileSize(const Filepath& path) {
 }
 
 std::unique_ptr<char[]> FileUtils::readBinaryFileToBuffer(const Filepath& path, uint64& size) {
-    std::optional<SizedFile> file = SizedFile::tryOpen(path);
+    std::string problem;
+    std::optional<SizedFile> file = SizedFile::tryOpen(path, problem);
     if (!file.has_value()) {
         return nullptr;
     }
     // Not make_unique, which would first fill the memory with zeros.
     std::unique_ptr<char[]> buffer(new char[file->size()]);
-    file->read(buffer.get());
+    readWhatThereIs(path, *file, buffer.get());
     size = file->size();
     return buffer;
 }
@@ -50,7 +67,7 @@ std::unique_ptr<char[]> FileUtils::readBinaryFileToBuffer(const Filepath& path, 
 void FileUtils::readBinaryFileToAllocated(const Filepath& path, uint64& size, char* buffer) {
     SizedFile file = SizedFile::open(path);
     size = file.size();
-    file.read(buffer);
+    readWhatThereIs(path, file, buffer);
 }
 
 std::ofstream FileUtils::openFileToWriteBinaryData(const Filepath& path) {

@@ -1,12 +1,13 @@
-#include <rapidjson/memorystream.h>
-
 #include <array>
 #include <memory>
 #include <optional>
+#include <string>
 #include <string_view>
-#include <utility>
 
+#include "core/diagnostics.h"
 #include "package/json_access.h"
+#include "package/json_problems.h"
+#include "package/manifest_document.h"
 #include "package/manifest_target.h"
 #include "package/sized_file.h"
 #include "quavin/metadata.h"
@@ -14,12 +15,8 @@
 namespace VelmoraQuavin {
 namespace {
 
-// Editors put it there; the JSON library would also take a part of it.
-constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-constexpr std::string_view kLeadingBlanks = " \t\r\n";
-
-// Far more than any manifest has; a parsed document takes some thirty times its size in memory.
-constexpr uint64 kLargestManifest = uint64{16} << 20;
+using internal::ManifestFault;
+using internal::ManifestParse;
 
 // The engines in the order in which a manifest's targets are read. Tensorflow has a key but is
 // not read.
@@ -38,29 +35,59 @@ const std::array<ReadEngine, 5>& readEngines() {
     return engines;
 }
 
+// Reports why a manifest cannot be used. Always false, as the answer of readDocument().
+template <typename MakeReason>
+bool unusable(const Filepath& path, MakeReason makeReason) {
+    internal::diagnose([&] {
+        return "reading the manifest " + internal::inQuotes(path.c_str()) + ": " + makeReason();
+    });
+    return false;
+}
+
+// What a package offers instead of the target that was looked for.
+std::string targetsOf(const internal::JsonValue& targets) {
+    return targets.IsObject() ? R"("targets" has )" + internal::memberNames(targets)
+                              : R"("targets" is )" + internal::jsonKind(targets);
+}
+
+std::string reasonOf(const ManifestParse& parse, std::string_view text,
+                     const internal::JsonDocument& document) {
+    switch (parse.fault) {
+        case ManifestFault::kTooManyValues:
+            return "it holds more than " + std::to_string(internal::kMostManifestValues) +
+                   " values";
+        case ManifestFault::kEmpty:
+            return "it is empty";
+        case ManifestFault::kNoJson:
+            return internal::parseProblem(text, parse.offset, document.GetParseError());
+        case ManifestFault::kZeroByte:
+            return internal::textPosition(text, parse.offset) + ": a zero byte";
+        default:
+            return "it holds " + internal::jsonKind(document) + " and no object";
+    }
+}
+
 // Whether the file is there and holds one JSON object.
-bool parseManifest(const Filepath& path, internal::JsonDocument& document) {
-    std::optional<internal::SizedFile> file = internal::SizedFile::tryOpen(path);
-    if (!file.has_value() || file->size() > kLargestManifest) {
-        return false;
+bool readDocument(const Filepath& path, internal::JsonDocument& document) {
+    std::string problem;
+    std::optional<internal::SizedFile> file = internal::SizedFile::tryOpen(path, problem);
+    if (!file.has_value()) {
+        return unusable(path, [&problem] { return "it " + problem; });
+    }
+    if (file->size() > internal::kLargestManifest) {
+        return unusable(path, [&file] {
+            return "it has " + std::to_string(file->size()) + " bytes, and at most " +
+                   std::to_string(internal::kLargestManifest) + " are read";
+        });
     }
     const std::unique_ptr<char[]> bytes(new char[file->size()]);
-    file->read(bytes.get());
-    std::string_view text(bytes.get(), file->size());
-    if (text.substr(0, kByteOrderMark.size()) == kByteOrderMark) {
-        text.remove_prefix(kByteOrderMark.size());
+    if (!file->tryRead(bytes.get(), problem)) {
+        return unusable(path, [&problem] { return "it " + problem; });
     }
-    const std::size_t begin = text.find_first_not_of(kLeadingBlanks);
-    if (begin == std::string_view::npos) {
-        return false;
-    }
-    text.remove_prefix(begin);
-    rapidjson::MemoryStream stream(text.data(), text.size());
-    // Iterative, so that nesting costs memory and not the thread's stack.
-    document.ParseStream<rapidjson::kParseIterativeFlag, rapidjson::UTF8<>>(stream);
-    // The parser also stops at a zero byte.
-    const bool whole = stream.Tell() == text.size();
-    return !document.HasParseError() && whole && document.IsObject();
+    const std::string_view text(bytes.get(), file->size());
+    const ManifestParse parse = internal::parseManifest(text, document);
+    return parse.fault == ManifestFault::kNone ||
+           unusable(path, [&] { return reasonOf(parse, text, document); });
 }
 
 }  // namespace
@@ -91,7 +118,7 @@ QuavinStatus ModelMetadata::load(const Filepath& path) {
 
 void ModelMetadata::readManifest(const Filepath& path) {
     internal::JsonDocument document;
-    if (!parseManifest(path, document)) {
+    if (!readDocument(path, document)) {
         throw ModelMetaDataException(String("Failed to open metadata file at ") + path.c_str());
     }
     rootDir_ = path.parent_path();
@@ -104,8 +131,10 @@ void ModelMetadata::readManifest(const Filepath& path) {
 
     const internal::JsonValue* targets = internal::findMember(document, "targets");
     if (targets == nullptr) {
+        unusable(path, [&] { return "it has " + internal::memberNames(document); });
         throw ModelMetaDataException("No target found in root of manifest file");
     }
+    internal::keepForDiagnostics(targetsAsWritten_, [&] { return targetsOf(*targets); });
     for (const ReadEngine& engine : readEngines()) {
         const internal::JsonValue* target =
             internal::findMember(*targets, engine.key.str().c_str());

@@ -3,39 +3,52 @@
 #include <cstring>
 #include <utility>
 
-#include "core/stream_steps.h"
-#include "platform/file_streams.h"
+#include "core/diagnostics.h"
 #include "quavin/status.h"
 
 namespace VelmoraQuavin::internal {
+namespace {
 
-SizedFile::SizedFile(std::ifstream stream, uint64 size) : stream_(std::move(stream)), size_(size) {}
+[[noreturn]] void fail(const Filepath& path, const std::string& problem) {
+    diagnose([&] { return "reading the file " + inQuotes(path.c_str()) + ": it " + problem; });
+    throw FileException("File error!");
+}
 
-std::optional<SizedFile> SizedFile::tryOpen(const Filepath& path) {
-    std::ifstream stream = platform::openFileAtEnd(path.c_str());
-    if (!stream.is_open()) {
+}  // namespace
+
+SizedFile::SizedFile(Filepath path, platform::InputFile file)
+    : path_(std::move(path)), file_(std::move(file)) {}
+
+std::optional<SizedFile> SizedFile::tryOpen(const Filepath& path, std::string& problem) {
+    std::optional<platform::InputFile> file = platform::InputFile::open(path.c_str(), problem);
+    if (!file.has_value()) {
         return std::nullopt;
     }
-    const auto end = static_cast<std::streamoff>(stream.tellg());
-    if (end < 0) {
-        return std::nullopt;  // a pipe, say
-    }
-    return SizedFile(std::move(stream), static_cast<uint64>(end));
+    return SizedFile(path, std::move(*file));
 }
 
 SizedFile SizedFile::open(const Filepath& path) {
-    std::optional<SizedFile> file = tryOpen(path);
+    std::string problem;
+    std::optional<SizedFile> file = tryOpen(path, problem);
     if (!file.has_value()) {
-        throw FileException("File error!");
+        fail(path, problem);
     }
     return std::move(*file);
 }
 
+bool SizedFile::tryRead(char* buffer, std::string& problem) {
+    uint64 got = 0;
+    problem = file_.read(buffer, got);
+    if (got < size()) {
+        std::memset(buffer + got, 0, size() - got);
+    }
+    return problem.empty();
+}
+
 void SizedFile::read(char* buffer) {
-    stream_.seekg(0, std::ios::beg);
-    const uint64 got = readInSteps(stream_, buffer, size_);
-    if (got < size_) {
-        std::memset(buffer + got, 0, size_ - got);
+    std::string problem;
+    if (!tryRead(buffer, problem)) {
+        fail(path_, problem);
     }
 }
 

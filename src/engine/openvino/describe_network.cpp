@@ -6,6 +6,7 @@
 #include "engine/openvino/network_component.h"
 #include "engine/openvino/network_reading.h"
 #include "engine/openvino/precision.h"
+#include "package/target_problem.h"
 #include "quavin/network.h"
 
 namespace VelmoraQuavin {
@@ -14,15 +15,19 @@ namespace {
 using Features = std::vector<ModelFeatureDescriptor>;
 using internal::NetworkComponentEntry;
 
+// Releases of 2019 have the value without the name.
+constexpr int kBoolPrecision = 41;
+
 // Beside the types that tensors are made of, those that are worth naming when they are refused.
 DataType toShownType(const InferenceEngine::Precision& precision) {
+    if (precision.getPrecVal() == kBoolPrecision) {
+        return DataType::BOOL;
+    }
     switch (precision) {
         case InferenceEngine::Precision::U8:
             return DataType::UINT8;
         case InferenceEngine::Precision::U16:
             return DataType::UINT16;
-        case InferenceEngine::Precision::BOOL:
-            return DataType::BOOL;
         default:
             return internal::toDataType(precision);
     }
@@ -65,6 +70,7 @@ NetworkComponentEntry plainFile(const Filepath& path) {
 QuavinStatus describePackage(const ModelMetadata& metadata, Features& inputs, Features& outputs) {
     const auto target = metadata.getTargets().find(QuavinModelType::Openvino);
     if (target == metadata.getTargets().end()) {
+        internal::diagnoseMissingTarget(metadata);
         return {MODEL_METADATA_ERROR, "The manifest has no target for Openvino"};
     }
     const std::vector<NetworkComponentEntry> entries =

@@ -4,8 +4,10 @@
 #include <string>
 #include <typeinfo>
 
+#include "core/diagnostics.h"
 #include "engine/openvino/precision.h"
 #include "feature/descriptor_access.h"
+#include "tensor/tensor_texts.h"
 #include "tensor/variable_shape.h"
 
 namespace VelmoraQuavin::internal {
@@ -78,22 +80,88 @@ Blob::Ptr makeBlobOver(const TensorDesc& description, unsigned char* memory) {
     }
 }
 
-Blob::Ptr makeInputBlob(const std::string& name, InferenceEngine::InputInfo& info,
-                        QuavinFeature& feature) {
+TensorShape shapeOf(const TensorDesc& description) {
+    const InferenceEngine::SizeVector& extents = description.getDims();
+    return std::vector<int64>(extents.begin(), extents.end());
+}
+
+void diagnoseMissingFeature(const std::string& name,
+                            const std::vector<std::shared_ptr<QuavinFeature>>& features) {
+    diagnose([&] {
+        NameList given;
+        for (const std::shared_ptr<QuavinFeature>& feature : features) {
+            if (feature != nullptr) {
+                given.add(DescriptorAccess::name(feature->featureDescriptor()).view());
+            }
+        }
+        return "predict: the network's input " + inQuotes(name) +
+               " has no feature; given: " + (given.empty() ? "none" : given.text());
+    });
+}
+
+// What an input is like that the engine cannot read in place.
+void diagnoseRefusedInput(const std::string& name, const InferenceEngine::InputInfo& info,
+                          QuavinFeature& feature) {
+    diagnose([&] {
+        std::string text = "predict: input " + inQuotes(name) + " of the network has the shape " +
+                           shapeText(shapeOf(info.getTensorDesc()));
+        if (feature.type() != QuavinFeatureType::TENSOR) {
+            return text + ", and its feature is no tensor but of the type " +
+                   GetQuavinFeatureTypeName(feature.type()).str();
+        }
+        const TensorDescriptor& declared = feature.featureDescriptor().tensorDescriptor();
+        text += ", and its feature is declared as " + dataTypeName(declared.tensorType()) + " " +
+                shapeText(DescriptorAccess::shape(declared));
+        const std::shared_ptr<ITensor> tensor = feature.asTensor();
+        return tensor == nullptr ? text + " without a tensor"
+                                 : text + " over a tensor of " + dataTypeName(tensor->dataType()) +
+                                       " " + shapeText(tensor->shape()) + " with the strides " +
+                                       shapeText(tensor->stride());
+    });
+}
+
+// Enough bytes are enough to predict, which hides that they may stand in another order.
+void diagnoseOtherShape(const std::string& name, const TensorDesc& description,
+                        const ITensor& tensor) {
+    diagnose([&] {
+        const TensorShape given = tensor.shape();
+        const TensorShape read = shapeOf(description);
+        return given.compare(read)
+                   ? std::string()
+                   : "predict: input " + inQuotes(name) + " has the shape " + shapeText(given) +
+                         " and is read as the network's " + shapeText(read);
+    });
+}
+
+// The feature's tensor, where the engine can read it in place.
+std::shared_ptr<ITensor> readableTensor(InferenceEngine::InputInfo& info, QuavinFeature& feature) {
     const TensorDescriptor& declared = feature.featureDescriptor().tensorDescriptor();
     requireFixedShape(declared);
     info.setPrecision(toPrecision(declared.tensorType()));
 
-    const std::shared_ptr<ITensor> tensor = feature.asTensor();
+    std::shared_ptr<ITensor> tensor = feature.asTensor();
     if (tensor != nullptr && !isDense(*tensor)) {
         throw MLFrameworkException("OpenVino: Invalid use of strided tensor");
     }
-    const TensorDesc& description = info.getTensorDesc();
-    if (!isInputPrecision(description.getPrecision())) {
+    if (!isInputPrecision(info.getTensorDesc().getPrecision())) {
         throw InvalidTypeException(
             "Openvino only supports float, int8, int16, int32 input datatypes");
     }
+    return tensor;
+}
+
+Blob::Ptr makeInputBlob(const std::string& name, InferenceEngine::InputInfo& info,
+                        QuavinFeature& feature) {
+    std::shared_ptr<ITensor> tensor;
+    try {
+        tensor = readableTensor(info, feature);
+    } catch (...) {
+        diagnoseRefusedInput(name, info, feature);  // no text of these names the input
+        throw;
+    }
+    const TensorDesc& description = info.getTensorDesc();
     requireEnoughMemory(name, description, tensor.get());
+    diagnoseOtherShape(name, description, *tensor);
     return makeBlobOver(description, tensor->buffer());
 }
 
@@ -106,6 +174,7 @@ QuavinStatus makeInputBlobs(const InferenceEngine::InputsDataMap& inputsInfo,
     for (const auto& [name, info] : inputsInfo) {
         QuavinFeature* const feature = findFeature(features, name);
         if (feature == nullptr) {
+            diagnoseMissingFeature(name, features);
             return {EMPTY_INPUT_DESCRIPTOR, "Empty Input Feature Descriptor"};
         }
         blobs.push_back({&name, makeInputBlob(name, *info, *feature)});

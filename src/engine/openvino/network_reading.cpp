@@ -6,8 +6,11 @@
 #include <memory>
 #include <new>
 #include <optional>
+#include <string>
 
+#include "core/diagnostics.h"
 #include "core/secure_wipe.h"
+#include "engine/openvino/runtime_libraries.h"
 #include "engine/openvino/secret_allocator.h"
 #include "package/sized_file.h"
 #include "quavin/encryption.h"
@@ -43,6 +46,13 @@ uint64 decryptInPlace(const NetworkComponentEntry& component, char* buffer, uint
              .AES_decrypt(bytes, static_cast<unsigned int>(size), bytes,
                           component.encryption.getKey())
              .ok()) {
+        diagnose([&component, size] {
+            const bool usable = size >= kVectorSize && size % kVectorSize == 0;
+            return "decrypting " + inQuotes(component.resolvedPath) + ": it has " +
+                   std::to_string(size) + " bytes" +
+                   (usable ? ", and the system's cryptography fails"
+                           : ", and a secured file has a multiple of 16, at least 16");
+        });
         throw FileException("Could not decrypt file : " + component.resolvedPath);
     }
     std::memset(buffer + size - kVectorSize, 0, kVectorSize);
@@ -99,8 +109,13 @@ InferenceEngine::TBlob<std::uint8_t>::Ptr readWeightsBlob(const NetworkComponent
 void readNetworkFiles(InferenceEngine::ICNNNetReader& reader, const NetworkComponentEntry& topology,
                       const NetworkComponentEntry& weights) {
     readTopology(reader, topology);
+    const auto blob = readWeightsBlob(weights);
     ResponseDesc response;
-    requireOk(reader.SetWeights(readWeightsBlob(weights), &response), response);
+    const StatusCode status = reader.SetWeights(blob, &response);
+    if (status != InferenceEngine::OK) {
+        diagnoseMissingLibraries("reading a network", topology.resolvedPath);
+    }
+    requireOk(status, response);
 }
 
 void readNetwork(std::shared_ptr<InferenceEngine::ICNNNetReader>& reader,
@@ -117,6 +132,10 @@ void readNetwork(std::shared_ptr<InferenceEngine::ICNNNetReader>& reader,
     } catch (const std::exception& exception) {
         throw FileException(exception.what());
     } catch (...) {
+        diagnose([&topology] {
+            return "reading the network " + inQuotes(topology.resolvedPath) +
+                   ": the engine fails with an exception without a text";
+        });
         throw Exception("Unknown/internal exception happened.");
     }
 }

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <stdexcept>
 
+#include "core/diagnostics.h"
 #include "engine/openvino/openvino_tensor.h"
 #include "feature/descriptor_access.h"
 
@@ -21,7 +22,8 @@ Blob::Ptr allocateBlob(const TensorDesc& description, const std::shared_ptr<Outp
     return blob;
 }
 
-Blob::Ptr allocateBlob(const TensorDesc& description, const std::shared_ptr<OutputPool>& pool) {
+Blob::Ptr allocateBlob(const std::string& name, const TensorDesc& description,
+                       const std::shared_ptr<OutputPool>& pool) {
     switch (description.getPrecision()) {
         case Precision::FP32:
             return allocateBlob<float>(description, pool);
@@ -32,6 +34,10 @@ Blob::Ptr allocateBlob(const TensorDesc& description, const std::shared_ptr<Outp
         case Precision::I32:
             return allocateBlob<std::int32_t>(description, pool);
         default:
+            diagnose([&] {
+                return "predict: the network's output " + inQuotes(name) + " has the precision " +
+                       description.getPrecision().name();
+            });
             throw InvalidTypeException(
                 "Openvino only supports float, int8, int16, int32 output datatypes");
     }
@@ -53,7 +59,7 @@ NamedBlobs makeOutputBlobs(const InferenceEngine::OutputsDataMap& outputsInfo,
         const InferenceEngine::Layout layout =
             data->getDims().empty() ? InferenceEngine::SCALAR : InferenceEngine::ANY;
         const TensorDesc description(data->getPrecision(), data->getDims(), layout);
-        blobs.push_back({&name, allocateBlob(description, pools.at(name))});
+        blobs.push_back({&name, allocateBlob(name, description, pools.at(name))});
     }
     return blobs;
 }

@@ -46,6 +46,9 @@ void* OutputPool::alloc(std::size_t size) noexcept {
 }
 
 bool OutputPool::free(void* handle) noexcept {
+    if (handle == nullptr) {
+        return false;
+    }
     {
         const std::lock_guard<std::mutex> guard(mutex_);
         if (!closed_ && freeBlocks_.size() < kMostFreeBlocks) {

@@ -22,6 +22,7 @@ public:
     void unlock(void* handle) noexcept override;
     /// The block that was given back last, if it has the size; else a new one.
     void* alloc(std::size_t size) noexcept override;
+    /// False for null, which engines of 2019 and 2020 give back for a blob that never got memory.
     bool free(void* handle) noexcept override;
     void Release() noexcept override;
 

@@ -1,14 +1,27 @@
 #include "engine/openvino/quavin_openvino.h"
 
+#include "core/diagnostics.h"
+#include "engine/openvino/engine_device.h"
 #include "engine/openvino/network_reading.h"
+#include "engine/openvino/runtime_libraries.h"
 #include "quavin/status.h"
 
 namespace VelmoraQuavin {
 namespace {
 
+using internal::kEngineDevice;
 using internal::NetworkComponentEntry;
 
-constexpr const char* kEngineDevice = "CPU";
+InferenceEngine::ExecutableNetwork compile(InferenceEngine::Core& core,
+                                           const InferenceEngine::CNNNetwork& network,
+                                           const Filepath& rootDir) {
+    try {
+        return core.LoadNetwork(network, kEngineDevice, {});
+    } catch (...) {
+        internal::diagnoseMissingLibraries("loading the package", rootDir.c_str());
+        throw;
+    }
+}
 
 }  // namespace
 
@@ -28,8 +41,9 @@ QuavinStatus QuavinOpenVino::prepareImpl() {
 }
 
 QuavinStatus QuavinOpenVino::loadImpl(const std::vector<ModelComponent>& components) {
+    const Filepath rootDir = getMetadata()->getRootDir();
     const std::vector<NetworkComponentEntry> entries =
-        internal::collectNetworkComponents(components, getMetadata()->getRootDir());
+        internal::collectNetworkComponents(components, rootDir);
     QuavinStatus status = internal::checkNetworkComponents(entries);
     if (!status.ok()) {
         return status;
@@ -37,12 +51,20 @@ QuavinStatus QuavinOpenVino::loadImpl(const std::vector<ModelComponent>& compone
     if (!networkRead_) {
         internal::readNetwork(reader_, entries[0], entries[1]);
         networkRead_ = true;
+        networkSecured_ = entries[0].isSecured() || entries[1].isSecured();
     }
     const InferenceEngine::CNNNetwork network(reader_);
-    inferRequest_ = core_.LoadNetwork(network, kEngineDevice, {}).CreateInferRequestPtr();
+    InferenceEngine::ExecutableNetwork loaded = compile(core_, network, rootDir);
+    inferRequest_ = loaded.CreateInferRequestPtr();
     if (inferRequest_ == nullptr || !*inferRequest_) {
+        internal::diagnose([&rootDir] {
+            return "loading the package " + internal::inQuotes(rootDir.c_str()) +
+                   ": the engine compiled the network and made no request for it";
+        });
         return {ML_FRAMEWORK_ERROR, "OpenVino unable to load model : "};
     }
+    // Asked now, since the executable network is not kept.
+    settings_ = internal::settingsOf(loaded);
     openPools(network.getOutputsInfo());
     return {SUCCESS, ""};
 }
@@ -53,6 +75,10 @@ QuavinStatus QuavinOpenVino::unloadImpl() {
     closePools();
     releaseMetadata();
     return {SUCCESS, ""};
+}
+
+EngineInfo QuavinOpenVino::engineInfo() const {
+    return internal::makeEngineInfo(core_, kEngineDevice, settings_);
 }
 
 void QuavinOpenVino::openPools(const InferenceEngine::OutputsDataMap& outputsInfo) {

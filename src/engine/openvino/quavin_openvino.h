@@ -7,15 +7,18 @@
 #include <vector>
 
 #include "engine/openvino/network_component.h"
+#include "engine/openvino/network_settings.h"
 #include "engine/openvino/output_blobs.h"
+#include "model/engine_info_source.h"
 #include "quavin/model.h"
 
 namespace VelmoraQuavin {
 
 /// A model of the OpenVINO engine: a network read from two files and one inference request.
 ///
-/// Unloading releases the network but keeps the request and the core, which go with the model.
-class QuavinOpenVino : public QuavinModel {
+/// Unloading releases the reader and the metadata. The request and the core stay, and with them the
+/// compiled network and its weights: they go with the model.
+class QuavinOpenVino : public QuavinModel, public internal::EngineInfoSource {
 public:
     /// @param name the model's name.
     /// @param device not consulted.
@@ -24,6 +27,7 @@ public:
     ~QuavinOpenVino() override;
 
     String getName() const override;
+    EngineInfo engineInfo() const override;
 
 protected:
     QuavinStatus predictImpl(const std::vector<std::shared_ptr<QuavinFeature>>& inputs,
@@ -39,8 +43,10 @@ private:
 
     std::shared_ptr<InferenceEngine::ICNNNetReader> reader_;
     bool networkRead_ = false;
+    bool networkSecured_ = false;  // what the engine says may quote what nobody is to see
     InferenceEngine::Core core_;
     InferenceEngine::InferRequest::Ptr inferRequest_;
+    internal::NetworkSettings settings_;
 
     internal::OutputPools pools_;
 };

@@ -1,3 +1,7 @@
+#include <exception>
+#include <string>
+
+#include "core/diagnostics.h"
 #include "engine/openvino/input_blobs.h"
 #include "engine/openvino/output_blobs.h"
 #include "engine/openvino/quavin_openvino.h"
@@ -24,6 +28,17 @@ QuavinStatus checkOutputNames(const std::vector<ModelFeatureDescriptor>& declare
         }
     }
     return {SUCCESS, ""};
+}
+
+// The text of the exception that is being handled.
+std::string textOfException() {
+    try {
+        throw;
+    } catch (const std::exception& exception) {
+        return exception.what();
+    } catch (...) {
+        return "an exception without a text";
+    }
 }
 
 void setBlobs(InferenceEngine::InferRequest& request, const NamedBlobs& blobs) {
@@ -64,6 +79,11 @@ QuavinStatus QuavinOpenVino::predictImpl(const std::vector<std::shared_ptr<Quavi
         internal::appendOutputFeatures(declared, outputBlobs, outputs);
     } catch (...) {
         // The engine's own text stays inside: hosts know this one.
+        internal::diagnose([this] {
+            return networkSecured_ ? "predict: the engine fails; its text is withheld, since a "
+                                     "component is secured and the text may quote it"
+                                   : "predict: the engine fails: " + textOfException();
+        });
         throw MLFrameworkException("Unknown/internal exception happened.");
     }
     return status;

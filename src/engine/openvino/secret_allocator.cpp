@@ -17,6 +17,10 @@ public:
         return allocateSizedBlock(size, BlockPages::kLarge);
     }
     bool free(void* handle) noexcept override {
+        // Of a blob that never got memory, from engines of 2019 and 2020.
+        if (handle == nullptr) {
+            return false;
+        }
         secureWipe(handle, sizeOfBlock(handle));
         freeSizedBlock(handle);
         return true;
