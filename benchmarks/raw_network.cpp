@@ -57,6 +57,8 @@ RawNetwork::RawNetwork(const std::string& folder) {
     ov_core_t* core = nullptr;
     check(ov_core_create(&core));
     core_.reset(core);
+    // As the library does, so that both sides do the same work.
+    check(ov_core_set_property(core, "CPU", ov_property_key_hint_inference_precision, "f32"));
 
     const std::string text = readText(folder + "/model.xml");
     weights_ = readTensor(folder + "/model.bin");

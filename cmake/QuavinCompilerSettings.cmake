@@ -24,11 +24,15 @@ else()
     target_compile_options(quavin_compiler_settings INTERFACE -Werror)
   endif()
 endif()
-if(QUAVIN_SANITIZE)
+if(QUAVIN_SANITIZE AND MSVC)
+  message(FATAL_ERROR "QUAVIN_SANITIZE has options for GCC and clang alone")
+elseif(QUAVIN_SANITIZE)
   # Undefined behaviour ends the program too, so that a test that meets it fails.
   set(sanitizers -fsanitize=${QUAVIN_SANITIZERS} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_compile_options(quavin_compiler_settings INTERFACE ${sanitizers} -O1)
   target_link_options(quavin_compiler_settings INTERFACE ${sanitizers})
+elseif(QUAVIN_HARDENING)
+  include(QuavinHardening)
 endif()
 
 # quavin_private_target(<target>): the settings of every object, library and program of this project.

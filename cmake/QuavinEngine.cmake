@@ -8,29 +8,67 @@ if(NOT QUAVIN_ENGINE MATCHES "^(auto|installed|adapter)$")
   message(FATAL_ERROR "QUAVIN_ENGINE is \"${QUAVIN_ENGINE}\"; it takes auto, installed or adapter")
 endif()
 
-# Later releases carry the same package without the network reader that the engine needs.
-function(quavin_check_installed_engine usable)
-  set(CMAKE_REQUIRED_LIBRARIES IE::inference_engine)
-  check_cxx_source_compiles(
+# quavin_check_installed_engine(<problem>): why the engine that was found cannot be used, empty where it can. Later
+# releases carry the same package without the network reader.
+function(quavin_check_installed_engine problem)
+  set(source "${PROJECT_BINARY_DIR}/CMakeFiles/quavin_installed_engine.cpp")
+  file(
+    WRITE "${source}"
     "#include <inference_engine.hpp>
-     int main() { return InferenceEngine::CreateCNNNetReader() == nullptr; }"
-    QUAVIN_INSTALLED_ENGINE_HAS_READER)
-  set(${usable} "${QUAVIN_INSTALLED_ENGINE_HAS_READER}" PARENT_SCOPE)
+     int main() {
+         InferenceEngine::details::shared_from_irelease(InferenceEngine::CreateDefaultAllocator());
+         return InferenceEngine::CreateCNNNetReader() == nullptr;
+     }")
+  try_compile(
+    linked "${PROJECT_BINARY_DIR}" "${source}"
+    LINK_LIBRARIES ${quavin_installed_engine_libraries}
+    OUTPUT_VARIABLE output CXX_STANDARD 17)
+  set(usable ${linked})
+  unset(linked CACHE) # or a shell with the right environment would not help later
+  set(found "")
+  if(NOT usable)
+    string(REGEX MATCHALL "[^\n]*(error|undefined|not found|missing)[^\n]*" lines "${output}")
+    list(JOIN lines "\n  " found)
+    string(PREPEND found "  ")
+  endif()
+  set(${problem} "${found}" PARENT_SCOPE)
 endfunction()
+
+set(quavin_engine_advice
+    "It has to be a release of 2019 up to 2020.3, which brings a network reader. Its libraries find each other by the "
+    "environment that the release's own setupvars.sh sets: source it before configuring, building and running.")
+list(JOIN quavin_engine_advice "" quavin_engine_advice)
 
 set(QUAVIN_ENGINE_IS_ADAPTER TRUE)
 if(NOT QUAVIN_ENGINE STREQUAL "adapter")
   find_package(InferenceEngine QUIET)
+  set(quavin_engine_problem "")
   if(TARGET IE::inference_engine)
-    include(CheckCXXSourceCompiles)
-    quavin_check_installed_engine(quavin_installed_engine_usable)
-    if(quavin_installed_engine_usable)
+    # From 2020.2 on a part of the interface stands in a second library, which the first does not bring.
+    set(quavin_installed_engine_libraries IE::inference_engine)
+    if(TARGET IE::inference_engine_legacy)
+      list(APPEND quavin_installed_engine_libraries IE::inference_engine_legacy)
+    endif()
+    quavin_check_installed_engine(quavin_engine_problem)
+    if(quavin_engine_problem STREQUAL "")
       set(QUAVIN_ENGINE_IS_ADAPTER FALSE)
     endif()
+  elseif(InferenceEngine_DIR)
+    set(quavin_engine_problem "  its package is not complete: ${InferenceEngine_NOT_FOUND_MESSAGE}")
   endif()
-  if(QUAVIN_ENGINE STREQUAL "installed" AND QUAVIN_ENGINE_IS_ADAPTER)
-    message(FATAL_ERROR "No Inference Engine of 2019-2020 with a network reader was found: name its folder of "
-                        "InferenceEngineConfig.cmake with -DInferenceEngine_DIR=, or use QUAVIN_ENGINE=adapter")
+  if(NOT quavin_engine_problem STREQUAL "")
+    set(quavin_engine_problem
+        "The Inference Engine in ${InferenceEngine_DIR} cannot be used:\n${quavin_engine_problem}\n${quavin_engine_advice}")
+    if(QUAVIN_ENGINE STREQUAL "auto")
+      message(WARNING "${quavin_engine_problem} The adapter takes its place; with -DQUAVIN_ENGINE=adapter it does so without "
+                      "this warning.")
+    else()
+      message(FATAL_ERROR "${quavin_engine_problem}")
+    endif()
+  elseif(QUAVIN_ENGINE STREQUAL "installed" AND QUAVIN_ENGINE_IS_ADAPTER)
+    message(FATAL_ERROR "No Inference Engine was found. Source the setupvars.sh of its installation or name the folder of "
+                        "InferenceEngineConfig.cmake with -DInferenceEngine_DIR=, or use QUAVIN_ENGINE=adapter. "
+                        "${quavin_engine_advice}")
   endif()
 endif()
 
@@ -55,7 +93,7 @@ if(QUAVIN_ENGINE_IS_ADAPTER)
   message(STATUS "Engine: adapter over OpenVINO ${OpenVINO_VERSION} (${OpenVINO_DIR})")
 else()
   add_library(quavin_installed_engine INTERFACE)
-  target_link_libraries(quavin_installed_engine INTERFACE IE::inference_engine)
+  target_link_libraries(quavin_installed_engine INTERFACE ${quavin_installed_engine_libraries})
   # Releases of 2020 mark the network reader as going away.
   target_compile_options(quavin_installed_engine
                          INTERFACE $<IF:$<CXX_COMPILER_ID:MSVC>,/wd4996,-Wno-deprecated-declarations>)

@@ -1,4 +1,4 @@
-# Headers, library and CMake package; and the OpenVINO runtime beside the library where it came from
+# Headers, library, CMake package and documentation; and the OpenVINO runtime beside the library where it came from
 # the cache, since it is installed nowhere else. On Windows the toolchain's runtime comes with it.
 
 include(CMakePackageConfigHelpers)
@@ -45,6 +45,11 @@ install(
   RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/include/quavin" DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}"
         FILES_MATCHING PATTERN "*.h")
+# As they lie in the sources, so that their links, and the names of pages in the headers, lead somewhere.
+install(FILES "${PROJECT_SOURCE_DIR}/README.md" "${PROJECT_SOURCE_DIR}/CHANGELOG.md"
+              "${PROJECT_SOURCE_DIR}/CONTRIBUTING.md" DESTINATION "${CMAKE_INSTALL_DOCDIR}")
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/docs" "${PROJECT_SOURCE_DIR}/examples" DESTINATION "${CMAKE_INSTALL_DOCDIR}"
+        USE_SOURCE_PERMISSIONS PATTERN "__pycache__" EXCLUDE)
 install(EXPORT quavin_on_device_sdk_targets NAMESPACE quavin:: DESTINATION "${quavin_package_dir}")
 
 configure_package_config_file(

@@ -4,14 +4,23 @@
 enable_language(RC) # the library's version
 
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/bin")
-file(MAKE_DIRECTORY "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")
-add_compile_definitions(_WIN32_WINNT=0x0A00) # Windows 10
+set(quavin_program_folders "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")
+get_property(quavin_is_multi_config GLOBAL PROPERTY GENERATOR_IS_MULTI_CONFIG)
+if(quavin_is_multi_config) # each configuration has a folder of its own below that
+  list(TRANSFORM CMAKE_CONFIGURATION_TYPES PREPEND "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/"
+       OUTPUT_VARIABLE quavin_program_folders)
+endif()
+file(MAKE_DIRECTORY ${quavin_program_folders})
+# Windows 10; and windows.h without its macros min and max, which MinGW's C++ headers alone take out again.
+target_compile_definitions(quavin_compiler_settings INTERFACE _WIN32_WINNT=0x0A00 NOMINMAX WIN32_LEAN_AND_MEAN)
 
 # quavin_put_beside_programs(<file...>)
 function(quavin_put_beside_programs)
   foreach(file IN LISTS ARGN)
     get_filename_component(name "${file}" NAME)
-    file(CREATE_LINK "${file}" "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/${name}" COPY_ON_ERROR SYMBOLIC)
+    foreach(folder IN LISTS quavin_program_folders)
+      file(CREATE_LINK "${file}" "${folder}/${name}" COPY_ON_ERROR SYMBOLIC)
+    endforeach()
   endforeach()
 endfunction()
 
