@@ -33,7 +33,7 @@ CLI::Validator isPath() {
 void defineCommandLine(CLI::App& app) {
     app.name("quavin");
     app.description("Makes, checks and runs packages of machine-learning models.");
-    app.footer("\"quavin COMMAND --help\" tells the options of a command.");
+    app.footer("\"quavin help COMMAND\" tells the options of a command.");
     app.set_help_flag("-h,--help", "Print this help and leave");
     app.set_version_flag("--version", std::string("quavin ") + VelmoraQuavin::getVersion(),
                          "Print the version and leave");
@@ -51,9 +51,11 @@ void defineCommandLine(CLI::App& app) {
     addEncryptCommand(app);
     addDecryptCommand(app);
     addKeygenCommand(app);
+    addDoctorCommand(app);
     for (CLI::App* const command : app.get_subcommands(nullptr)) {
         command->group("Commands");
     }
+    addHelpCommand(app);
 }
 
 }  // namespace quavin_tool

@@ -27,5 +27,8 @@ void addUnpackCommand(CLI::App& app);
 void addEncryptCommand(CLI::App& app);
 void addDecryptCommand(CLI::App& app);
 void addKeygenCommand(CLI::App& app);
+void addDoctorCommand(CLI::App& app);
+/// After all others, which it looks up.
+void addHelpCommand(CLI::App& app);
 
 }  // namespace quavin_tool

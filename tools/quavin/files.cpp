@@ -5,13 +5,16 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <optional>
 #include <string>
 #include <system_error>
 #include <utility>
 
+#include "core/portable_name.h"
 #include "core/secure_wipe.h"
 #include "core/stream_steps.h"
 #include "core/text_tools.h"
+#include "platform/input_file.h"
 #include "platform/private_file.h"
 
 namespace quavin_tool {
@@ -20,6 +23,7 @@ namespace fs = std::filesystem;
 using VelmoraQuavin::FileException;
 using VelmoraQuavin::Filepath;
 using VelmoraQuavin::FileUtils;
+using VelmoraQuavin::internal::platform::InputFile;
 
 namespace {
 
@@ -33,6 +37,35 @@ void writeNew(const std::string& path, std::string_view content, Readers readers
     }
 }
 
+// For pipes and devices, which nothing can take the place of.
+void writeInto(const std::string& path, std::string_view content) {
+    std::ofstream file = FileUtils::openFileToWriteBinaryData(Filepath(path));
+    VelmoraQuavin::internal::writeInSteps(file, content.data(), content.size());
+    file.close();
+    if (!file) {
+        throw FileException(path + " cannot be written");
+    }
+}
+
+[[noreturn]] void refuseTaken(const std::string& path) {
+    throw VelmoraQuavin::InvalidArgumentsException(
+        path + " is there already; remove it, or choose another name");
+}
+
+// What links lead to, be it nothing yet: that is written, and the links stay.
+fs::path endOfLinks(fs::path file) {
+    constexpr int kMostLinks = 40;  // as many as the system follows
+    std::error_code problem;
+    for (int i = 0; i < kMostLinks && fs::is_symlink(file, problem); ++i) {
+        const fs::path next = fs::read_symlink(file, problem);
+        if (problem) {
+            break;
+        }
+        file = file.parent_path() / next;
+    }
+    return file;
+}
+
 }  // namespace
 
 void require(const VelmoraQuavin::QuavinStatus& status) {
@@ -42,8 +75,6 @@ void require(const VelmoraQuavin::QuavinStatus& status) {
 }
 
 Bytes::Bytes(std::uint64_t size) : data_(new char[size]), size_(size) {}
-Bytes::Bytes(std::unique_ptr<char[]> data, std::uint64_t size)
-    : data_(std::move(data)), size_(size) {}
 Bytes::Bytes(Bytes&& other) noexcept
     : data_(std::move(other.data_)), size_(std::exchange(other.size_, 0)) {}
 Bytes& Bytes::operator=(Bytes&& other) noexcept {
@@ -70,25 +101,35 @@ void Bytes::truncate(std::uint64_t size) {
 }
 
 Bytes readFile(const std::string& path) {
-    std::uint64_t size = 0;
-    std::unique_ptr<char[]> data = FileUtils::readBinaryFileToBuffer(Filepath(path), size);
-    if (data == nullptr) {
-        throw FileException(path + " cannot be opened, or is no plain file");
+    std::string problem;
+    std::optional<InputFile> file = InputFile::open(path, problem);
+    if (!file.has_value()) {
+        throw FileException(path + " " + problem);
     }
-    return {std::move(data), size};
+    Bytes bytes(file->size());
+    std::uint64_t got = 0;
+    problem = file->read(bytes.data(), got);
+    if (problem.empty() && got < file->size()) {
+        problem = "has become shorter while it was read";
+    }
+    if (!problem.empty()) {
+        throw FileException(path + " " + problem);
+    }
+    return bytes;
 }
 
 void writeFile(const std::string& path, std::string_view content) {
-    std::ofstream file = FileUtils::openFileToWriteBinaryData(Filepath(path));
-    const bool opened = file.is_open();
-    VelmoraQuavin::internal::writeInSteps(file, content.data(), content.size());
-    file.close();
-    if (!file) {
-        std::error_code ignored;
-        if (opened && fs::is_regular_file(fs::u8path(path), ignored)) {
-            fs::remove(fs::u8path(path), ignored);
-        }
-        throw FileException(path + " cannot be written");
+    std::error_code ignored;
+    const fs::path file = endOfLinks(fs::u8path(path));
+    const fs::file_type type = fs::status(file, ignored).type();
+    if (type != fs::file_type::regular && type != fs::file_type::not_found) {
+        writeInto(path, content);
+        return;
+    }
+    const std::string problem = VelmoraQuavin::internal::platform::replaceFile(
+        file.u8string(), reinterpret_cast<const unsigned char*>(content.data()), content.size());
+    if (!problem.empty()) {
+        throw FileException(path + " " + problem);
     }
 }
 
@@ -107,8 +148,29 @@ bool isThere(const std::string& path) {
 
 void requireAbsent(const std::string& path) {
     if (isThere(path)) {
+        refuseTaken(path);
+    }
+}
+
+void requirePortableName(const std::string& path, const std::string& advice) {
+    const std::string name = fileName(path);
+    const bool isPlace = name.empty() || name == "." || name == "..";
+    if (!isPlace && !VelmoraQuavin::internal::isPortableName(name)) {
         throw VelmoraQuavin::InvalidArgumentsException(
-            path + " is there already; remove it, or choose another name");
+            "\"" + name + "\" is a name that Windows reserves or does not take: " + advice);
+    }
+}
+
+void moveToNew(const std::string& from, const std::string& to, const std::string& shown) {
+    using VelmoraQuavin::internal::platform::Moving;
+    std::string problem;
+    switch (VelmoraQuavin::internal::platform::moveToNew(from, to, problem)) {
+        case Moving::kDone:
+            return;
+        case Moving::kNameTaken:
+            refuseTaken(shown);
+        default:
+            throw FileException(shown + " " + problem);
     }
 }
 
@@ -174,6 +236,16 @@ std::string fileName(const std::string& path) {
 
 std::string stemOf(const std::string& path) {
     return fs::u8path(fileName(path)).stem().u8string();
+}
+
+std::string inSmallLetters(std::string_view text) {
+    std::string small(text);
+    for (char& character : small) {
+        if (character >= 'A' && character <= 'Z') {
+            character = static_cast<char>(character - 'A' + 'a');
+        }
+    }
+    return small;
 }
 
 std::string readableSize(std::uint64_t bytes) {

@@ -20,7 +20,6 @@ class Bytes {
 public:
     Bytes() = default;
     explicit Bytes(std::uint64_t size);
-    Bytes(std::unique_ptr<char[]> data, std::uint64_t size);
     Bytes(Bytes&& other) noexcept;
     Bytes& operator=(Bytes&& other) noexcept;
     ~Bytes();
@@ -42,7 +41,8 @@ private:
 /// Reads a whole file.
 /// @throws FileException naming it.
 Bytes readFile(const std::string& path);
-/// Writes a whole file, replacing what is there; one that cannot be written whole is removed.
+/// Writes a whole file. One that is there keeps its content until its successor is whole, and stays
+/// where that fails.
 /// @throws FileException naming it.
 void writeFile(const std::string& path, std::string_view content);
 /// Writes a new file; nothing may be there yet.
@@ -51,6 +51,13 @@ void writeNewFile(const std::string& path, std::string_view content);
 void writeOwnFile(const std::string& path, std::string_view content);
 /// @throws InvalidArgumentsException where something is there.
 void requireAbsent(const std::string& path);
+/// @param advice what to do about a name that not every system takes.
+/// @throws InvalidArgumentsException where the last name of a path is one.
+void requirePortableName(const std::string& path, const std::string& advice);
+/// Gives a file or directory another name, where nothing is there at that moment.
+/// @param shown the new name as the user gave it.
+/// @throws InvalidArgumentsException where something is there; FileException where it fails.
+void moveToNew(const std::string& from, const std::string& to, const std::string& shown);
 /// Whether something is there, be it a link that leads nowhere.
 bool isThere(const std::string& path);
 
@@ -83,6 +90,8 @@ std::string join(const std::string& directory, const std::string& name);
 std::string fileName(const std::string& path);
 /// The same without its ending.
 std::string stemOf(const std::string& path);
+/// A text with its ASCII letters in lower case.
+std::string inSmallLetters(std::string_view text);
 /// "12 bytes", "3.4 MiB".
 std::string readableSize(std::uint64_t bytes);
 

@@ -20,6 +20,7 @@ using VelmoraQuavin::internal::secureWipe;
 using VelmoraQuavin::internal::WipeOnExit;
 namespace platform = VelmoraQuavin::internal::platform;
 
+const std::string kGivenFile = "The --key-file that was given";
 constexpr const char* kForms = "a key is 16 raw bytes or 32 hexadecimal digits";
 
 // Of a longer file this much is enough to see that it is no key.
@@ -29,6 +30,19 @@ int digitValue(unsigned char digit) {
     constexpr std::string_view kDigits = "0123456789abcdef0123456789ABCDEF";
     const std::size_t found = kDigits.find(static_cast<char>(digit));
     return found == std::string_view::npos ? -1 : static_cast<int>(found % 16);
+}
+
+bool isDigit(char character) {
+    return digitValue(static_cast<unsigned char>(character)) >= 0;
+}
+
+bool hasShapeOfKey(std::string_view text) {
+    return text.size() == 2 * kKeySize && std::all_of(text.begin(), text.end(), isDigit);
+}
+
+// For a name of nothing: sixteen characters may be the key as well.
+bool mayBeKey(std::string_view name) {
+    return hasShapeOfKey(name) || name.size() == kKeySize;
 }
 
 std::size_t withoutLineEnd(const unsigned char* text, std::size_t size) {
@@ -55,7 +69,7 @@ void addKeyOptions(CLI::App& command, KeyOptions& options) {
         ->type_name("NAME")
         ->excludes(file);
     command.add_flag("--allow-open-key-file", options.allowOpenFile,
-                     "Accept a key file that others than its owner may read");
+                     "Accept a key file that others than its owner may read or change");
 }
 
 Key::Key(const KeyOptions& options) {
@@ -77,22 +91,30 @@ Key::Key(const KeyOptions& options) {
             problem += ", or give --allow-open-key-file";
             [[fallthrough]];
         default:
-            throw FileException("The key file " + options.file + " " + problem);
+            throw FileException(
+                (mayBeKey(options.file) ? kGivenFile : "The key file " + options.file) + " " +
+                problem);
     }
     if (!parse(text.data(), size)) {
-        throw InvalidArgumentsException("The file " + options.file + " holds no key: " + kForms);
+        throw InvalidArgumentsException(
+            (hasShapeOfKey(options.file) ? kGivenFile : "The file " + options.file) +
+            " holds no key: " + kForms);
     }
 }
 
 void Key::readVariable(const std::string& name) {
     std::optional<std::string> value = platform::environmentVariable(name);
     if (!value.has_value()) {
-        throw InvalidArgumentsException("There is no environment variable " + name);
+        throw InvalidArgumentsException(
+            mayBeKey(name)
+                ? "There is no environment variable of the name that was given with --key-env"
+                : "There is no environment variable " + name);
     }
     std::string& text = *value;
     const WipeOnExit wipe(text.data(), text.size());
     if (!parse(reinterpret_cast<const unsigned char*>(text.data()), text.size())) {
-        throw InvalidArgumentsException("The environment variable " + name +
+        throw InvalidArgumentsException((hasShapeOfKey(name) ? "The --key-env that was given"
+                                                             : "The environment variable " + name) +
                                         " holds no key: " + kForms);
     }
 }
@@ -111,6 +133,23 @@ std::unique_ptr<Key> readKey(const KeyOptions& options) {
     return options.given() ? std::make_unique<Key>(options) : nullptr;
 }
 
+std::string withoutKeys(const std::string& text) {
+    // A digest in a longer name is not meant, but each name in a path counts.
+    constexpr std::string_view kOfNames =
+        "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789._-";
+    std::string shown;
+    for (std::size_t begin = 0; begin < text.size();) {
+        const std::size_t end = std::min(text.find_first_not_of(kOfNames, begin), text.size());
+        const std::string word = text.substr(begin, end - begin);
+        shown += hasShapeOfKey(word) ? "(32 hexadecimal digits)" : word;
+        if (end < text.size()) {
+            shown += text[end];
+        }
+        begin = end + 1;
+    }
+    return shown;
+}
+
 bool Key::parse(const unsigned char* text, std::size_t size) {
     if (size == kKeySize) {
         std::memcpy(bytes_.data(), text, kKeySize);
@@ -119,7 +158,6 @@ bool Key::parse(const unsigned char* text, std::size_t size) {
     if (withoutLineEnd(text, size) != 2 * kKeySize) {
         return false;
     }
-    const auto isDigit = [](unsigned char character) { return digitValue(character) >= 0; };
     // Before the first byte of the key is there: what is no key is not kept.
     if (!std::all_of(text, text + 2 * kKeySize, isDigit)) {
         return false;

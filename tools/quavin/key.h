@@ -46,4 +46,8 @@ private:
 /// The key that the options name; null where they name none.
 std::unique_ptr<Key> readKey(const KeyOptions& options);
 
+/// A text for people without the words in it that have the shape of a key: somebody may have given
+/// one in place of a file's name.
+std::string withoutKeys(const std::string& text);
+
 }  // namespace quavin_tool

@@ -7,9 +7,14 @@
 #include <vector>
 
 #include "command_line.h"
+#include "key.h"
+#include "notes.h"
+#include "platform/child_process.h"
 #include "platform/process.h"
 #include "printing.h"
 #include "quavin/client.h"
+#include "trial.h"
+#include "usage.h"
 
 namespace {
 
@@ -17,49 +22,41 @@ constexpr int kFailure = 1;
 constexpr int kUsage = 2;
 
 int fail(const VelmoraQuavin::QuavinStatus& status) {
-    std::cout.flush();
+    quavin_tool::printNotes();
     std::cerr << "quavin: status " << status.getCode() << ": "
-              << quavin_tool::printable(status.getDescription()) << '\n';
+              << quavin_tool::withoutKeys(quavin_tool::printable(status.getDescription())) << '\n';
     return kFailure;
 }
 
-// The parser's own text, but for two cases: its word for a command is "subcommand", and arguments
-// that are not expected are not repeated, since somebody may have typed a key there.
-std::string textOf(const CLI::App& app, const CLI::ParseError& error, bool noArguments) {
-    if (noArguments) {
-        return "A COMMAND is required";
-    }
-    if (dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr) {
-        std::string text = "There are arguments that the command does not take";
-        for (const std::string& argument : app.remaining(true)) {
-            // Of a short option its letter: what is attached to it is its value.
-            const bool isLong = argument.substr(0, 2) == "--";
-            if (argument.substr(0, 1) == "-") {
-                text +=
-                    " " + (isLong ? argument.substr(0, argument.find('=')) : argument.substr(0, 2));
-            }
+// A command that succeeded may still have surprised: an input was read in another shape.
+void explainSuccess(const CLI::App& app) {
+    for (const CLI::App* const command : app.get_subcommands()) {
+        const CLI::Option* const quiet = command->get_option_no_throw("--quiet");
+        if (quiet == nullptr || quiet->count() == 0) {
+            quavin_tool::printNotes();
         }
-        return text;
     }
-    return error.what();
 }
 
 int run(CLI::App& app, std::vector<std::string> arguments) {
-    const bool noArguments = arguments.empty();
     try {
         std::reverse(arguments.begin(), arguments.end());  // as the parser takes them
         app.parse(std::move(arguments));
     } catch (const CLI::Success& request) {
         app.exit(request);  // help, or the version
     } catch (const CLI::ParseError& error) {
-        const std::string text = textOf(app, error, noArguments);
-        std::cerr << "quavin: " << quavin_tool::printable(text)
+        const std::string text = quavin_tool::usageText(app, error);
+        std::cerr << "quavin: " << quavin_tool::withoutKeys(quavin_tool::printable(text))
                   << "\nRun with --help for more information.\n";
         return kUsage;
     }
     // A result that nobody got is no success.
     std::cout.flush();
-    return std::cout ? 0 : fail({VelmoraQuavin::FILE_ERROR, "Standard output cannot be written"});
+    if (std::cout) {
+        explainSuccess(app);
+        return 0;
+    }
+    return fail({VelmoraQuavin::FILE_ERROR, "Standard output cannot be written"});
 }
 
 }  // namespace
@@ -68,7 +65,13 @@ int main(int argc, char** argv) {
     namespace platform = VelmoraQuavin::internal::platform;
     const platform::OutputSession session;
     try {
-        const VelmoraQuavin::QuavinClientInitTerm library{VelmoraQuavin::QuavinConfig()};
+        VelmoraQuavin::QuavinConfig config;
+        config.SetDiagnostics(true);
+        config.SetLogger(quavin_tool::noteKeeper());
+        const VelmoraQuavin::QuavinClientInitTerm library(config);
+        if (const auto status = platform::serveAsChild(quavin_tool::answerTrial)) {
+            return *status;
+        }
         CLI::App app;
         quavin_tool::defineCommandLine(app);
         return run(app, platform::programArguments(argc, argv));

@@ -75,7 +75,9 @@ void writePage(std::ostream& page, const CLI::App& app) {
     }
     page << ".SH COMMANDS\n";
     for (const CLI::App* command : app.get_subcommands(nullptr)) {
-        writeCommand(page, *command);
+        if (!command->get_group().empty()) {
+            writeCommand(page, *command);
+        }
     }
     page << ".SH EXIT STATUS\n0 on success, 1 after a failure, 2 for a call that makes no sense.\n"
          << "Failures are told on standard error, with the status code and text.\n";

@@ -1,17 +1,16 @@
 #include "manifest_lint.h"
 
-#include <rapidjson/document.h>
-
 #include <algorithm>
 #include <array>
 #include <string_view>
 
 #include "files.h"
+#include "package/manifest_document.h"
 
 namespace quavin_tool {
 namespace {
 
-using Json = rapidjson::Value;
+using Json = VelmoraQuavin::internal::JsonValue;
 
 constexpr std::array<std::string_view, 5> kTexts{"id", "name", "author", "description",
                                                  "sdkVersion"};
@@ -103,14 +102,9 @@ void lintTarget(const Json& target, Findings& findings) {
 
 void lintManifest(const std::string& path, Findings& findings) {
     const Bytes bytes = readFile(path);
-    constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-    std::string_view text = bytes.text();
-    if (text.substr(0, kByteOrderMark.size()) == kByteOrderMark) {
-        text.remove_prefix(kByteOrderMark.size());
-    }
-    rapidjson::Document root;
-    root.Parse<rapidjson::kParseIterativeFlag>(text.data(), text.size());
-    if (root.HasParseError() || !root.IsObject()) {
+    VelmoraQuavin::internal::JsonDocument root;
+    if (VelmoraQuavin::internal::parseManifest(bytes.text(), root).fault !=
+        VelmoraQuavin::internal::ManifestFault::kNone) {
         return;  // told by whoever read it first
     }
     lintIdentity(root, findings);

@@ -1,9 +1,12 @@
 #include "npy.h"
 
+#include <algorithm>
+#include <iterator>
 #include <limits>
 #include <optional>
 
 #include "npy_header.h"
+#include "package.h"
 #include "printing.h"
 
 namespace quavin_tool {
@@ -20,15 +23,17 @@ constexpr std::size_t kLengthOffset = 8;
 // Elements begin at a multiple of this.
 constexpr std::size_t kAlignment = 64;
 
+// By the type code of NumPy, without its byte order.
 struct ElementType {
     std::string_view code;
     DataType type;
     int64 size;
 };
-constexpr ElementType kTypes[] = {{"<f4", DataType::FLOAT, 4},
-                                  {"|i1", DataType::INT8, 1},
-                                  {"<i2", DataType::INT16, 2},
-                                  {"<i4", DataType::INT32, 4}};
+constexpr ElementType kTypes[] = {
+    {"f4", DataType::FLOAT, 4},  {"i1", DataType::INT8, 1},    {"i2", DataType::INT16, 2},
+    {"i4", DataType::INT32, 4},  {"i8", DataType::INT64, 8},   {"u1", DataType::UINT8, 1},
+    {"u2", DataType::UINT16, 2}, {"u4", DataType::UINT32, 4},  {"u8", DataType::UINT64, 8},
+    {"b1", DataType::BOOL, 1},   {"f2", DataType::FLOAT16, 2}, {"f8", DataType::DOUBLE, 8}};
 
 // A little-endian number.
 std::size_t numberAt(std::string_view text, std::size_t offset, std::size_t bytes) {
@@ -43,19 +48,26 @@ std::size_t numberAt(std::string_view text, std::size_t offset, std::size_t byte
     throw VelmoraQuavin::InvalidArgumentsException(path + " " + reason);
 }
 
-const ElementType& elementType(const std::string& path, std::string_view code) {
-    for (const ElementType& candidate : kTypes) {
-        if (candidate.code == code) {
-            return candidate;
-        }
-    }
-    if (!code.empty() && code.front() == '>') {
+const ElementType& elementType(const std::string& path, std::string_view code, Casts casts) {
+    const auto* const found =
+        std::find_if(std::begin(kTypes), std::end(kTypes), [code](const ElementType& candidate) {
+            const std::string_view order = code.substr(0, 1);
+            const bool isOrder = candidate.size == 1 ? order == "|" : order == "<" || order == ">";
+            return isOrder && code.substr(1) == candidate.code;
+        });
+    const bool isKnown = found != std::end(kTypes);
+    const std::string cast = isKnown ? ", or give --cast" : "";
+    if (casts == Casts::kRefused && code.substr(0, 1) == ">") {
         refuse(path, "is big-endian (" + printable(code) +
-                         "); save it after array.astype(array.dtype.newbyteorder('<'))");
+                         "); save it after array.astype(array.dtype.newbyteorder('<'))" + cast);
     }
-    refuse(path, "holds elements of type '" + printable(code) +
-                     "'; the engine takes float32, int8, int16 and int32: convert it with "
-                     "array.astype(...)");
+    if (!isKnown || (casts == Casts::kRefused && !isInputType(found->type))) {
+        refuse(path, "holds elements of type '" + printable(code) +
+                         "'; the engine takes float32, int8, int16 and int32: convert it with "
+                         "array.astype(...)" +
+                         cast);
+    }
+    return *found;
 }
 
 // Bytes of the elements; nothing where they do not fit a number.
@@ -73,7 +85,7 @@ std::optional<std::uint64_t> byteCount(const std::vector<int64>& shape, int64 el
 
 }  // namespace
 
-NpyArray readNpy(const std::string& path) {
+NpyArray readNpy(const std::string& path, Casts casts) {
     NpyArray array;
     array.file = readFile(path);
     const std::string_view text = array.file.text();
@@ -94,7 +106,7 @@ NpyArray readNpy(const std::string& path) {
     if (!header.has_value()) {
         refuse(path, "has a .npy header that makes no sense, or a type of several fields");
     }
-    const ElementType& type = elementType(path, header->type);
+    const ElementType& type = elementType(path, header->type, casts);
     if (header->fortranOrder) {
         refuse(path, "is in Fortran order; save numpy.ascontiguousarray(array)");
     }
@@ -107,15 +119,16 @@ NpyArray readNpy(const std::string& path) {
                          shapeText(TensorShape(header->shape)) + " takes");
     }
     array.type = type.type;
+    array.isBigEndian = header->type.front() == '>';
     array.shape = TensorShape(header->shape);
     return array;
 }
 
 std::string npyText(DataType type, const TensorShape& shape, std::string_view elements) {
-    std::string_view code;
+    std::string code;
     for (const ElementType& candidate : kTypes) {
         if (candidate.type == type) {
-            code = candidate.code;
+            code = (candidate.size == 1 ? "|" : "<") + std::string(candidate.code);
         }
     }
     std::string dimensions;
@@ -128,8 +141,8 @@ std::string npyText(DataType type, const TensorShape& shape, std::string_view el
     } else if (shape.dimension() == 1) {
         dimensions.pop_back();
     }
-    std::string header = "{'descr': '" + std::string(code) +
-                         "', 'fortran_order': False, 'shape': (" + dimensions + "), }";
+    std::string header =
+        "{'descr': '" + code + "', 'fortran_order': False, 'shape': (" + dimensions + "), }";
     const std::size_t begin = kLengthOffset + 2;
     const std::size_t whole =
         (begin + header.size() + 1 + kAlignment - 1) / kAlignment * kAlignment;

@@ -8,9 +8,13 @@
 
 namespace quavin_tool {
 
-/// An array as NumPy saves it: little-endian, in C order, of a type that the engine takes.
+/// Whether elements of another type than an input's are refused, or converted.
+enum class Casts { kRefused, kDone };
+
+/// An array as NumPy saves it, in C order.
 struct NpyArray {
     VelmoraQuavin::DataType type = VelmoraQuavin::DataType::UNDEFINED;
+    bool isBigEndian = false;
     VelmoraQuavin::TensorShape shape;
     Bytes file;
     std::uint64_t offset = 0;  ///< Where the elements begin in the file.
@@ -18,9 +22,10 @@ struct NpyArray {
     const unsigned char* elements() const { return file.data() + offset; }
 };
 
-/// Reads a ".npy" file.
+/// Reads a ".npy" file of numbers or booleans.
+/// @param casts where they are refused, little-endian numbers of a type that the engine takes.
 /// @throws InvalidArgumentsException saying what is wrong with it and what to do.
-NpyArray readNpy(const std::string& path);
+NpyArray readNpy(const std::string& path, Casts casts);
 
 /// The content of a ".npy" file.
 /// @param elements as many as the shape has.

@@ -10,6 +10,7 @@
 #include <string_view>
 #include <utility>
 
+#include "core/portable_name.h"
 #include "files.h"
 #include "npy.h"
 #include "printing.h"
@@ -20,6 +21,7 @@ namespace {
 using VelmoraQuavin::DataType;
 using VelmoraQuavin::ITensor;
 using VelmoraQuavin::QuavinFeature;
+using VelmoraQuavin::internal::isPortableName;
 
 template <typename Element>
 Summary summarize(const ITensor& tensor) {
@@ -47,29 +49,29 @@ Summary summarize(const ITensor& tensor) {
     return summary;
 }
 
+// As many as a person looks at.
+template <typename Element>
+std::vector<double> firstValues(const ITensor& tensor) {
+    constexpr std::int64_t kShown = 10;
+    std::vector<double> values;
+    for (std::int64_t i = 0; i < std::min(tensor.shape().size(), kShown); ++i) {
+        Element element{};
+        std::memcpy(&element, tensor.buffer() + static_cast<std::size_t>(i) * sizeof element,
+                    sizeof element);
+        values.push_back(static_cast<double>(element));
+    }
+    return values;
+}
+
+std::vector<double> firstValues(const ITensor& tensor) {
+    return tensor.dataType() == DataType::FLOAT ? firstValues<float>(tensor)
+                                                : firstValues<std::int32_t>(tensor);
+}
+
 // Outputs are floats or 32-bit integers.
 Summary summarize(const ITensor& tensor) {
     return tensor.dataType() == DataType::FLOAT ? summarize<float>(tensor)
                                                 : summarize<std::int32_t>(tensor);
-}
-
-std::string inSmallLetters(std::string_view text) {
-    std::string small(text);
-    for (char& character : small) {
-        if (character >= 'A' && character <= 'Z') {
-            character = static_cast<char>(character - 'A' + 'a');
-        }
-    }
-    return small;
-}
-
-// What Windows takes for a device in every directory, whatever ending it has.
-bool isDeviceName(std::string_view name) {
-    const std::string stem = inSmallLetters(name.substr(0, name.find('.')));
-    const std::string_view family = std::string_view(stem).substr(0, 3);
-    const bool isNumbered = stem.size() == 4 && stem[3] >= '0' && stem[3] <= '9';
-    return stem == "con" || stem == "prn" || stem == "aux" || stem == "nul" ||
-           (isNumbered && (family == "com" || family == "lpt"));
 }
 
 // A name from a package must not lead anywhere else. The same on every system, so that whoever
@@ -83,27 +85,49 @@ std::string fileNameFor(const std::string& name) {
             character = '_';
         }
     }
-    if (safe.empty() || safe.front() == '.' || isDeviceName(safe)) {
+    if (safe.empty() || safe.front() == '.' || !isPortableName(safe + ".npy")) {
         safe.insert(safe.begin(), '_');
     }
     return safe;
 }
 
 std::string numberText(double value) {
+    if (std::isnan(value)) {
+        return "nan";  // some C libraries write it with a sign
+    }
     std::array<char, 32> text{};
     static_cast<void>(std::snprintf(text.data(), text.size(), "%.6g", value));
     return text.data();
 }
 
+std::string headText(const ITensor& tensor) {
+    const bool isWhole = tensor.dataType() == DataType::INT32;
+    const std::vector<double> values = firstValues(tensor);
+    std::string text;
+    for (const double value : values) {
+        text += (text.empty() ? "" : ", ") +
+                (isWhole ? std::to_string(std::llround(value)) : numberText(value));
+    }
+    return static_cast<std::size_t>(tensor.shape().size()) > values.size() ? text + ", ..." : text;
+}
+
 }  // namespace
 
-std::vector<Output> writeOutputs(const Features& features, const std::string& directory, bool raw) {
-    NewDirectories(directory).keep();
+std::vector<Output> summarizeOutputs(const Features& features) {
     std::vector<Output> outputs;
-    std::set<std::string> taken;
     for (const std::shared_ptr<QuavinFeature>& feature : features) {
         const ITensor& tensor = *feature->asTensor();
-        Output output{feature->featureDescriptor().name().str(), "", &tensor, summarize(tensor)};
+        outputs.push_back(
+            {feature->featureDescriptor().name().str(), "", &tensor, summarize(tensor)});
+    }
+    return outputs;
+}
+
+void writeOutputs(std::vector<Output>& outputs, const std::string& directory, bool raw) {
+    NewDirectories(directory).keep();
+    std::set<std::string> taken;
+    for (Output& output : outputs) {
+        const ITensor& tensor = *output.tensor;
         std::string stem = fileNameFor(output.name);
         // There are file systems that do not tell capital letters from small ones.
         while (!taken.insert(inSmallLetters(stem)).second) {
@@ -117,20 +141,20 @@ std::vector<Output> writeOutputs(const Features& features, const std::string& di
         } else {
             writeFile(output.file, npyText(tensor.dataType(), tensor.shape(), elements));
         }
-        outputs.push_back(std::move(output));
     }
-    return outputs;
 }
 
 void printOutputs(const std::vector<Output>& outputs) {
+    const bool written = !outputs.empty() && !outputs.front().file.empty();
     std::vector<std::vector<std::string>> rows{
-        {"OUTPUT", "TYPE", "SHAPE", "MIN", "MAX", "MEAN", "MAX AT", "FILE"}};
+        {"OUTPUT", "TYPE", "SHAPE", "MIN", "MAX", "MEAN", "MAX AT", written ? "FILE" : "VALUES"}};
     for (const Output& output : outputs) {
         const Summary& summary = output.summary;
         rows.push_back({printable(output.name), typeName(output.tensor->dataType()),
                         shapeText(output.tensor->shape()), numberText(summary.minimum),
                         numberText(summary.maximum), numberText(summary.mean),
-                        std::to_string(summary.indexOfMaximum), output.file});
+                        std::to_string(summary.indexOfMaximum),
+                        written ? output.file : headText(*output.tensor)});
         if (summary.notFinite != 0) {
             rows.back().push_back(std::to_string(summary.notFinite) +
                                   " elements are not finite and were left out");
@@ -154,7 +178,11 @@ void printOutputsAsJson(const std::vector<Output>& outputs) {
         json.member("mean", output.summary.mean);
         json.member("indexOfMaximum", output.summary.indexOfMaximum);
         json.member("notFinite", output.summary.notFinite);
-        json.member("file", output.file);
+        if (output.file.empty()) {
+            json.numbers("firstValues", firstValues(*output.tensor));
+        } else {
+            json.member("file", output.file);
+        }
         json.endObject();
     }
     json.endArray();

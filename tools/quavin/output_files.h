@@ -20,17 +20,21 @@ struct Summary {
 /// An output of a prediction and the file that it was written to.
 struct Output {
     std::string name;
-    std::string file;
+    std::string file;                      ///< Empty where it was not written.
     const VelmoraQuavin::ITensor* tensor;  ///< The feature's own.
     Summary summary;
 };
 
-/// Writes every output into a directory, under names that lead nowhere else.
+/// The outputs as they are, without files.
 /// @param features of a prediction; stay alive as long as what is returned.
+std::vector<Output> summarizeOutputs(const Features& features);
+
+/// Writes every output into a directory, under names that lead nowhere else.
 /// @param directory made where it is missing.
 /// @param raw elements alone instead of ".npy" files.
-std::vector<Output> writeOutputs(const Features& features, const std::string& directory, bool raw);
+void writeOutputs(std::vector<Output>& outputs, const std::string& directory, bool raw);
 
+/// Prints what the outputs are like, with their files or, without those, their first elements.
 void printOutputs(const std::vector<Output>& outputs);
 void printOutputsAsJson(const std::vector<Output>& outputs);
 

@@ -2,9 +2,12 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <string_view>
 #include <system_error>
+#include <utility>
 
 #include "files.h"
+#include "secured_bytes.h"
 
 namespace quavin_tool {
 
@@ -17,13 +20,39 @@ using VelmoraQuavin::ModelTarget;
 using VelmoraQuavin::QuavinModel;
 using VelmoraQuavin::QuavinModelType;
 
+namespace {
+
+// The text of a network, as opposed to what a wrong key makes of one.
+bool isNetwork(std::string_view text) {
+    return text.find("<net") != std::string_view::npos &&
+           text.find("</net>") != std::string_view::npos;
+}
+
+// A component's bytes, decrypted where they are secured.
+Bytes contentOf(const std::string& package, const ModelComponent& component) {
+    const std::string path = componentPath(package, component.path);
+    Bytes content = readFile(path);
+    return component.name == ComponentKind::SecuredFile
+               ? decrypt(content, component.encryption.getKey(), path)
+               : std::move(content);
+}
+
+// One text behind another, whether or not the first ends as a sentence.
+std::string joined(const std::string& text, const char* advice) {
+    const bool ends =
+        !text.empty() && std::string_view(".!?").find(text.back()) != std::string::npos;
+    return text + (ends ? " " : ". ") + advice;
+}
+
+}  // namespace
+
 std::string packageProblem(const std::string& package) {
     std::error_code ignored;
     if (fs::is_directory(fs::u8path(package), ignored)) {
         return "";
     }
-    return isThere(package) ? package + " is no directory; unpack an archive first: quavin unpack"
-                            : "There is no directory " + package;
+    return isThere(package) ? package + " is neither a directory nor an archive"
+                            : "There is no directory or archive " + package;
 }
 
 Metadata readManifest(const std::string& package) {
@@ -52,27 +81,54 @@ bool isSecured(const ModelTarget& target) {
 }
 
 void setKey(ModelTarget& target, const Key& key) {
+    setKey(target, key.bytes());
+}
+
+void setKey(ModelTarget& target, const unsigned char* key) {
     for (ModelComponent& component : target.components) {
-        component.setCryptoKey(key.bytes());
+        component.setCryptoKey(key);
     }
 }
 
-Metadata openPackage(const std::string& package, const KeyOptions& key) {
+bool decryptsToNoNetwork(const std::string& package, const ModelTarget& target) {
+    std::vector<const ModelComponent*> files;  // the network, the weights
+    for (const ModelComponent& component : target.components) {
+        if (component.name == ComponentKind::File || component.name == ComponentKind::SecuredFile) {
+            files.push_back(&component);
+        }
+    }
+    if (files.size() < 2 || files[0]->name != ComponentKind::SecuredFile) {
+        return false;
+    }
+    try {
+        static_cast<void>(contentOf(package, *files[1]));
+        return !isNetwork(contentOf(package, *files[0]).text());
+    } catch (const VelmoraQuavin::Exception&) {
+        return false;
+    }
+}
+
+Metadata openPackage(const std::string& package, const Key* key) {
     Metadata metadata = readManifest(package);
     ModelTarget& target = engineTarget(*metadata);
-    if (key.given()) {
-        setKey(target, Key(key));
+    if (key != nullptr) {
+        setKey(target, *key);
     } else if (isSecured(target)) {
         throw VelmoraQuavin::InvalidArgumentsException(
-            "The package is secured: give its key with --key-file or --key-env");
+            std::string("The package's files are secured. ") + kMissingKeyAdvice);
     }
     return metadata;
 }
 
 std::shared_ptr<QuavinModel> loadModel(const Metadata& metadata) {
     std::shared_ptr<QuavinModel> model;
-    require(VelmoraQuavin::QuavinClient::instance().getModel(metadata, model,
-                                                             QuavinModelType::Openvino));
+    VelmoraQuavin::QuavinStatus status = VelmoraQuavin::QuavinClient::instance().getModel(
+        metadata, model, QuavinModelType::Openvino);
+    if (!status.ok() &&
+        decryptsToNoNetwork(shellPath(metadata->getRootDir()), engineTarget(*metadata))) {
+        status.setDescription(joined(status.getDescription().str(), kWrongKeyAdvice));
+    }
+    require(status);
     return model;
 }
 

@@ -29,12 +29,26 @@ bool isSecured(const VelmoraQuavin::ModelTarget& target);
 
 /// Sets a key on all components.
 void setKey(VelmoraQuavin::ModelTarget& target, const Key& key);
+/// The same for the sixteen bytes of one.
+void setKey(VelmoraQuavin::ModelTarget& target, const unsigned char* key);
 
-/// Reads a package's manifest, and its key where the package needs one.
-/// @throws InvalidArgumentsException where it needs one and none is given.
-Metadata openPackage(const std::string& package, const KeyOptions& key);
+/// Whether a package's secured files can be read and decrypted, and show no network: the key is
+/// wrong then, or a file is damaged. Whatever else keeps it from being loaded is not the key's.
+bool decryptsToNoNetwork(const std::string& package, const VelmoraQuavin::ModelTarget& target);
+
+/// What to do where secured files have no key, or one that makes no network of them.
+constexpr const char* kMissingKeyAdvice = "Give the key with --key-file or --key-env.";
+constexpr const char* kWrongKeyAdvice =
+    "The key is wrong, or a file is damaged: what was decrypted is no network.";
+constexpr const char* kWrongArchiveKeyAdvice =
+    "Give the key that it was encrypted with, or get the file once more.";
+
+/// Reads a package's manifest, and sets its key where there is one.
+/// @throws InvalidArgumentsException where the package needs one and there is none.
+Metadata openPackage(const std::string& package, const Key* key);
 
 /// Loads the model of a manifest.
+/// @throws Exception as loading fails, with advice where a key may be the cause.
 std::shared_ptr<VelmoraQuavin::QuavinModel> loadModel(const Metadata& metadata);
 
 /// Inputs of zeros.

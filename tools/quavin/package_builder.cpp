@@ -5,15 +5,16 @@
 #include <string_view>
 #include <utility>
 
+#include "conversion.h"
+#include "network_text.h"
 #include "printing.h"
-#include "quavin/network.h"
 #include "secured_bytes.h"
+#include "trial.h"
 
 namespace quavin_tool {
 namespace {
 
 namespace fs = std::filesystem;
-using VelmoraQuavin::Filepath;
 using VelmoraQuavin::InvalidArgumentsException;
 using VelmoraQuavin::ModelFeatureDescriptor;
 
@@ -44,18 +45,39 @@ void checkInput(const ModelFeatureDescriptor& input) {
     }
 }
 
-void describe(const std::string& network, const std::string& weights, NetworkFiles& files) {
-    const VelmoraQuavin::QuavinStatus status = VelmoraQuavin::describeNetwork(
-        Filepath(network), Filepath(weights), files.inputs, files.outputs);
-    if (!status.ok()) {
-        throw VelmoraQuavin::Exception(
-            network + " cannot be packed: " + status.getDescription() +
-                (weights.empty()
-                     ? "; there is no .bin file beside it: name its weights if it has any"
-                     : "; what can be packed is OpenVINO IR of version 10 or 11, with "
-                       "fixed dimensions"),
-            status.getCode());
+void requireNoCrash(const Trial& trial, const std::string& network) {
+    if (!trial.crash.empty()) {
+        throw VelmoraQuavin::Exception(network + " cannot be packed: " + trial.crash,
+                                       VelmoraQuavin::ML_FRAMEWORK_ERROR);
     }
+}
+
+// Why a network cannot be read is the engine's to say; this is what to do.
+std::string adviceOn(std::string_view networkText, const std::string& weights) {
+    std::string advice = fixedDimensionsAdvice(networkText);
+    if (!advice.empty()) {
+        return advice;
+    }
+    return weights.empty() ? "there is no .bin file beside it: name its weights if it has any"
+                           : "what can be packed is OpenVINO IR of version " QUAVIN_IR_VERSIONS
+                             ", with fixed dimensions";
+}
+
+void describe(const std::string& network, const std::string& weights, NetworkFiles& files) {
+    const std::string_view text = files.contents.front().text();
+    Trial trial = tryToDescribe(network, weights);
+    requireNoCrash(trial, network);
+    const VelmoraQuavin::QuavinStatus& status = trial.status;
+    if (!status.ok()) {
+        throw VelmoraQuavin::Exception(network + " cannot be packed: " + status.getDescription() +
+                                           "; " + adviceOn(text, weights),
+                                       status.getCode());
+    }
+    files.inputs = std::move(trial.inputs);
+    files.outputs = std::move(trial.outputs);
+    const TextPorts ports = readTextPorts(text);
+    sortAsInText(ports.inputs, files.inputs);
+    sortAsInText(ports.outputs, files.outputs);
     if (files.inputs.empty() || files.outputs.empty()) {
         throw InvalidArgumentsException(network +
                                         " has no inputs or no outputs, and a package needs both");
@@ -72,6 +94,7 @@ Bytes bytesOf(std::string_view text) {
 }  // namespace
 
 NetworkFiles readNetworkFiles(const std::string& network, const std::string& namedWeights) {
+    requireConverted(network);
     const std::string weights = findWeights(network, namedWeights);
     NetworkFiles files;
     // Read first: it tells which of the two is missing.
@@ -87,6 +110,9 @@ NetworkFiles readNetworkFiles(const std::string& network, const std::string& nam
             networkName + " and " + weightsName);
     }
     files.names = {networkName, weightsName};
+    for (const std::string& name : files.names) {
+        requirePortableName(name, "rename the file, so that the package can be used everywhere");
+    }
     return files;
 }
 
@@ -109,12 +135,9 @@ void writeAndTry(const std::vector<PackageFile>& package, const std::string& dir
     for (const PackageFile& file : package) {
         writeNewFile(join(directory, file.name), file.content.text());
     }
-    const Metadata metadata = readManifest(directory);
-    if (key != nullptr) {
-        setKey(engineTarget(*metadata), *key);
-    }
-    const std::shared_ptr<VelmoraQuavin::QuavinModel> model = loadModel(metadata);
-    predict(*model, zeroInputs(*model));
+    const Trial trial = tryToPredict(directory, key);
+    requireNoCrash(trial, package[1].name);
+    require(trial.status);
 }
 
 }  // namespace quavin_tool

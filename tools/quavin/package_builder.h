@@ -14,7 +14,7 @@ namespace quavin_tool {
 struct NetworkFiles {
     std::vector<std::string> names;  ///< Of the files in a package.
     std::vector<Bytes> contents;     ///< In the same order.
-    Descriptors inputs;
+    Descriptors inputs;              ///< In the network's own order, and so are the outputs.
     Descriptors outputs;
 };
 

@@ -10,8 +10,8 @@
 #include "package.h"
 #include "port_check.h"
 #include "printing.h"
-#include "quavin/network.h"
 #include "secured_bytes.h"
+#include "trial.h"
 
 namespace quavin_tool {
 namespace {
@@ -31,7 +31,8 @@ public:
     Findings run() {
         const std::string problem = packageProblem(package_);
         if (!problem.empty()) {
-            findings_.error("package", problem, "Name the directory that holds manifest.json.");
+            findings_.error("package", problem,
+                            "Name the directory that holds manifest.json, or an archive of it.");
             return findings_;
         }
         metadata_ = std::make_shared<VelmoraQuavin::ModelMetadata>();
@@ -43,13 +44,13 @@ public:
                 "Write one as docs/package-format.md tells, or let \"quavin pack\" do it.");
             return findings_;
         }
+        lintManifest(join(package_, "manifest.json"), findings_);  // it sees misspelt targets too
         if (metadata_->getTargets().count(VelmoraQuavin::QuavinModelType::Openvino) == 0) {
             findings_.error("manifest.json", "There is no target \"Openvino\"",
                             "Add it: this library uses no other.");
             return findings_;
         }
         ModelTarget& target = engineTarget(*metadata_);
-        lintManifest(join(package_, "manifest.json"), findings_);
         checkComponents(target);
         const bool filesAreThere = !findings_.hasErrors();
         checkDeclarations(target);
@@ -148,50 +149,49 @@ private:
         } else if (isSecured(target)) {
             findings_.error("components",
                             "They are secured, and were not looked into without their key",
-                            "Give the key with --key-file or --key-env.");
+                            kMissingKeyAdvice);
             return false;
         }
         return true;
     }
 
     void checkNetwork(const ModelTarget& target) {
-        Descriptors inputs;
-        Descriptors outputs;
-        const QuavinStatus status = VelmoraQuavin::describeNetwork(*metadata_, inputs, outputs);
-        if (!status.ok()) {
-            const bool secured = isSecured(target);
-            findings_.error(
-                "network", status.getDescription().str(),
-                secured ? "The key is wrong, or a file is damaged: what was decrypted is no "
-                          "network."
-                        : "Export the network again, as OpenVINO IR of version 10 or 11 with "
-                          "fixed dimensions, with its weights.");
+        const Trial trial = tryToDescribe(package_, key_);
+        if (!trial.crash.empty()) {
+            reportCrash("network", "Reading it fails: " + trial.crash);
             return;
         }
-        comparePorts(PortKind::kInput, target.inputs, inputs, findings_);
-        comparePorts(PortKind::kOutput, target.outputs, outputs, findings_);
+        if (!trial.ok()) {
+            const bool wrongKey = decryptsToNoNetwork(package_, target);
+            findings_.error(
+                "network", trial.status.getDescription().str(),
+                wrongKey ? kWrongKeyAdvice
+                         : "Export the network again, as OpenVINO IR of version " QUAVIN_IR_VERSIONS
+                           " with fixed dimensions, with its weights.");
+            return;
+        }
+        comparePorts(PortKind::kInput, target.inputs, trial.inputs, findings_);
+        comparePorts(PortKind::kOutput, target.outputs, trial.outputs, findings_);
     }
 
     void predictOnce() {
-        try {
-            const std::shared_ptr<VelmoraQuavin::QuavinModel> model = loadModel(metadata_);
-            Features inputs = zeroInputs(*model);
-            const bool incomplete =
-                std::any_of(inputs.begin(), inputs.end(), [](const auto& input) {
-                    return input->featureDescriptor().tensorDescriptor().variableShape();
-                });
-            if (incomplete) {
-                return;  // said above: the host has to give such an input its shape
-            }
-            predict(*model, inputs);
-        } catch (...) {
-            const QuavinStatus status = VelmoraQuavin::getStatusFromCurrentException();
+        const Trial trial = tryToPredict(package_, key_);
+        if (!trial.crash.empty()) {
+            reportCrash("prediction", "Loading and predicting once fails: " + trial.crash);
+        } else if (!trial.ok()) {
             findings_.error(
                 "prediction",
                 "Loading and predicting once fails with status " +
-                    std::to_string(status.getCode()) + ": " + status.getDescription().str(),
+                    std::to_string(trial.status.getCode()) + ": " +
+                    trial.status.getDescription().str(),
                 "Try the network by itself: the engine may lack one of its operations.");
         }
+    }
+
+    void reportCrash(const char* where, const std::string& what) {
+        findings_.error(where, what,
+                        "Do not load it: it would take its host down too. It is faulty, or made to "
+                        "do harm.");
     }
 
     std::string package_;

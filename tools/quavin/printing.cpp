@@ -11,6 +11,7 @@
 #include <string_view>
 
 #include "core/text_tools.h"
+#include "tensor/tensor_texts.h"
 
 namespace quavin_tool {
 
@@ -72,42 +73,11 @@ std::string table(const std::vector<std::vector<std::string>>& rows) {
 }
 
 std::string typeName(DataType type) {
-    switch (type) {
-        case DataType::BOOL:
-            return "bool";
-        case DataType::INT8:
-            return "int8";
-        case DataType::UINT8:
-            return "uint8";
-        case DataType::INT16:
-            return "int16";
-        case DataType::UINT16:
-            return "uint16";
-        case DataType::INT32:
-            return "int32";
-        case DataType::UINT32:
-            return "uint32";
-        case DataType::INT64:
-            return "int64";
-        case DataType::UINT64:
-            return "uint64";
-        case DataType::FLOAT16:
-            return "float16";
-        case DataType::FLOAT:
-            return "float";
-        case DataType::DOUBLE:
-            return "double";
-        default:
-            return "none";
-    }
+    return VelmoraQuavin::internal::dataTypeName(type);
 }
 
 std::string shapeText(const TensorShape& shape) {
-    std::string text;
-    for (const VelmoraQuavin::int64 extent : shape.shapeVector()) {
-        text += (text.empty() ? "" : ", ") + std::to_string(extent);
-    }
-    return "[" + text + "]";
+    return VelmoraQuavin::internal::shapeText(shape);
 }
 
 std::string shapeText(const TensorDescriptor& descriptor) {
@@ -115,9 +85,21 @@ std::string shapeText(const TensorDescriptor& descriptor) {
 }
 
 void JsonOutput::member(const char* name, const VelmoraQuavin::String& value) {
-    const std::string text = jsonString(value.view());
     writer_.Key(name);
+    string(value);
+}
+
+void JsonOutput::string(const VelmoraQuavin::String& value) {
+    const std::string text = jsonString(value.view());
     writer_.RawValue(text.data(), text.size(), rapidjson::kStringType);
+}
+
+void JsonOutput::texts(const char* name, const std::vector<VelmoraQuavin::String>& values) {
+    beginArray(name);
+    for (const VelmoraQuavin::String& value : values) {
+        string(value);
+    }
+    endArray();
 }
 
 void JsonOutput::member(const char* name, bool value) {
@@ -137,7 +119,22 @@ void JsonOutput::member(const char* name, std::uint64_t value) {
 
 void JsonOutput::member(const char* name, double value) {
     writer_.Key(name);
-    // JSON has no other numbers.
+    number(value);
+}
+
+void JsonOutput::numbers(const char* name, const std::vector<double>& values) {
+    writer_.Key(name);
+    writer_.SetFormatOptions(rapidjson::kFormatSingleLineArray);
+    writer_.StartArray();
+    for (const double value : values) {
+        number(value);
+    }
+    writer_.EndArray();
+    writer_.SetFormatOptions(rapidjson::kFormatDefault);
+}
+
+void JsonOutput::number(double value) {
+    // JSON has no others.
     if (std::isfinite(value)) {
         writer_.Double(value);
     } else {

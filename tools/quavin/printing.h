@@ -49,8 +49,11 @@ public:
     void member(const char* name, int value);
     void member(const char* name, std::uint64_t value);
     void member(const char* name, double value);
+    /// Numbers as an array; null in the place of those that are not finite.
+    void numbers(const char* name, const std::vector<double>& values);
     /// A shape as an array; null for a variable one.
     void shape(const char* name, const VelmoraQuavin::TensorShape* value);
+    void texts(const char* name, const std::vector<VelmoraQuavin::String>& values);
     /// An array of objects with the name, type and shape of each tensor.
     void ports(const char* name,
                const std::vector<VelmoraQuavin::ModelFeatureDescriptor>& features);
@@ -59,6 +62,8 @@ public:
     std::string text() const;
 
 private:
+    void string(const VelmoraQuavin::String& value);
+    void number(double value);
     void port(const VelmoraQuavin::ModelFeatureDescriptor& feature);
 
     rapidjson::StringBuffer buffer_;

@@ -45,7 +45,7 @@ std::string securedLengthProblem(std::uint64_t length) {
     return "";
 }
 
-Bytes decrypt(const Bytes& secured, const Key& key, const std::string& name) {
+Bytes decrypt(const Bytes& secured, const unsigned char* key, const std::string& name) {
     const std::string problem = securedLengthProblem(secured.size());
     if (!problem.empty()) {
         throw InvalidArgumentsException(name + " " + problem);
@@ -53,8 +53,7 @@ Bytes decrypt(const Bytes& secured, const Key& key, const std::string& name) {
     Bytes plain(secured.size() - kBlock);
     unsigned char* output = plain.data();
     if (!VelmoraQuavin::QuavinEncryption()
-             .AES_decrypt(secured.data(), static_cast<unsigned int>(secured.size()), output,
-                          key.bytes())
+             .AES_decrypt(secured.data(), static_cast<unsigned int>(secured.size()), output, key)
              .ok()) {
         throw VelmoraQuavin::FileException(name + " cannot be decrypted");
     }

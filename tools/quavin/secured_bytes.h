@@ -19,7 +19,7 @@ Bytes encrypt(std::string_view plain, const Key& key);
 /// @param key sixteen bytes.
 /// @param name of the file, for messages.
 /// @throws InvalidArgumentsException where the length is none of a secured file.
-Bytes decrypt(const Bytes& secured, const Key& key, const std::string& name);
+Bytes decrypt(const Bytes& secured, const unsigned char* key, const std::string& name);
 
 /// The bytes of PKCS#7 padding at the end of a plain form; nothing where there is none.
 std::optional<std::uint64_t> paddingOf(std::string_view plain);

@@ -1,9 +1,6 @@
-#include <algorithm>
-#include <array>
 #include <chrono>
 #include <cmath>
 #include <cstdint>
-#include <cstdio>
 #include <cstdlib>
 #include <iostream>
 #include <memory>
@@ -12,27 +9,39 @@
 
 #include "command_line.h"
 #include "files.h"
+#include "input_files.h"
 #include "key.h"
 #include "package.h"
+#include "package_place.h"
 #include "platform/process.h"
 #include "printing.h"
+#include "quavin/engine_info.h"
+#include "timings.h"
 
 namespace quavin_tool {
 namespace {
 
 struct Options {
     std::string package;
+    std::vector<std::string> inputs;
+    bool raw = false;
+    Casts casts = Casts::kRefused;
     double seconds = 3;
+    std::uint64_t iterations = 0;  // 0: as many as fit
+    std::uint64_t warmUp = 0;
     KeyOptions key;
     OutputOptions output;
 };
 
-struct Timings {
-    double load = 0;
-    double first = 0;
-    std::vector<double> predictions;  // sorted
-    double elapsed = 0;               // the sum of all
+struct Report {
+    double load;
+    double first;
+    Timings predictions;
+    VelmoraQuavin::EngineInfo engine;
 };
+
+// Of each the time is kept.
+constexpr std::uint64_t kMostPredictions = 10'000'000;
 
 using Clock = std::chrono::steady_clock;
 
@@ -45,84 +54,112 @@ double secondsSince(Clock::time_point start) {
     return std::chrono::duration<double>(Clock::now() - start).count();
 }
 
-// The smallest time that a share of all predictions did not exceed.
-double percentile(const std::vector<double>& sorted, double share) {
-    const double rank = std::ceil(share * static_cast<double>(sorted.size()));
-    return sorted[static_cast<std::size_t>(std::max(rank, 1.0)) - 1];
-}
+class Bench {
+public:
+    explicit Bench(const Options& options)
+        : options_(options), files_(parseInputs(options.inputs)) {}
 
-Timings measure(const Options& options) {
-    Timings timings;
-    const Metadata metadata = openPackage(options.package, options.key);
-
-    Clock::time_point start = Clock::now();
-    const std::shared_ptr<VelmoraQuavin::QuavinModel> model = loadModel(metadata);
-    timings.load = secondsSince(start);
-
-    const Features inputs = zeroInputs(*model);
-    start = Clock::now();
-    predict(*model, inputs);
-    timings.first = secondsSince(start);
-
-    ProgressBar progress("Predicting", options.output);
-    const Clock::time_point begin = Clock::now();
-    do {
-        start = Clock::now();
-        predict(*model, inputs);
-        timings.predictions.push_back(secondsSince(start));
-        timings.elapsed += timings.predictions.back();
-        progress.show(secondsSince(begin) / options.seconds);
-    } while (secondsSince(begin) < options.seconds);
-    std::sort(timings.predictions.begin(), timings.predictions.end());
-    return timings;
-}
-
-std::string timeText(double seconds) {
-    constexpr std::array<const char*, 3> kUnits{"s", "ms", "us"};
-    std::size_t unit = 0;
-    while (seconds < 1 && unit + 1 < kUnits.size()) {
-        seconds *= 1000;
-        ++unit;
+    Report run() {
+        const std::unique_ptr<Key> key = readKey(options_.key);
+        const PackagePlace place(options_.package, key.get());
+        const Metadata metadata = openPackage(place.directory(), key.get());
+        Clock::time_point start = Clock::now();
+        model_ = loadModel(metadata);
+        const double load = secondsSince(start);
+        inputs_ = readInputs(*model_, files_, options_.raw, MissingInputs::kZeros, options_.casts);
+        const double first = predictOnce();
+        for (std::uint64_t i = 0; i < options_.warmUp; ++i) {
+            predictOnce();
+        }
+        VelmoraQuavin::EngineInfo engine;
+        require(model_->getEngineInfo(engine));
+        return {load, first, Timings(predictAll()), engine};
     }
-    std::array<char, 32> text{};
-    static_cast<void>(std::snprintf(text.data(), text.size(), "%.2f %s", seconds, kUnits.at(unit)));
-    return text.data();
+
+private:
+    double predictOnce() {
+        const Clock::time_point start = Clock::now();
+        predict(*model_, inputs_);
+        return secondsSince(start);
+    }
+
+    std::vector<double> predictAll() {
+        std::vector<double> times;
+        ProgressBar progress("Predicting", options_.output);
+        const Clock::time_point begin = Clock::now();
+        for (double done = 0; done < 1 && times.size() < kMostPredictions;) {
+            times.push_back(predictOnce());
+            done = options_.iterations == 0 ? secondsSince(begin) / options_.seconds
+                                            : static_cast<double>(times.size()) /
+                                                  static_cast<double>(options_.iterations);
+            progress.show(done);
+        }
+        return times;
+    }
+
+    const Options& options_;
+    InputFiles files_;
+    std::shared_ptr<VelmoraQuavin::QuavinModel> model_;
+    Features inputs_;
+};
+
+void print(const Report& report) {
+    const Timings& predictions = report.predictions;
+    std::cout << table({{"load", timeText(report.load)},
+                        {"first prediction", timeText(report.first)},
+                        {"minimum", timeText(predictions.minimum())},
+                        {"mean", timeText(predictions.mean())},
+                        {"median", timeText(predictions.percentile(0.5))},
+                        {"p90", timeText(predictions.percentile(0.9))},
+                        {"p99", timeText(predictions.percentile(0.99))},
+                        {"maximum", timeText(predictions.maximum())},
+                        {"predictions", std::to_string(predictions.count()) + " in " +
+                                            timeText(predictions.sum())},
+                        {"per second", std::to_string(std::llround(1 / predictions.mean()))},
+                        {"precision", printable(report.engine.precision)},
+                        {"threads", std::to_string(report.engine.threads)},
+                        {"streams", std::to_string(report.engine.streams)},
+                        {"peak memory",
+                         readableSize(VelmoraQuavin::internal::platform::peakResidentMemory())}})
+              << '\n'
+              << histogramText(predictions.histogram());
 }
 
-void print(const Timings& timings) {
-    const std::vector<double>& predictions = timings.predictions;
-    const double perSecond = static_cast<double>(predictions.size()) / timings.elapsed;
-    std::cout << table(
-        {{"load", timeText(timings.load)},
-         {"first prediction", timeText(timings.first)},
-         {"median", timeText(percentile(predictions, 0.5))},
-         {"p90", timeText(percentile(predictions, 0.9))},
-         {"p99", timeText(percentile(predictions, 0.99))},
-         {"predictions", std::to_string(predictions.size()) + " in " + timeText(timings.elapsed)},
-         {"per second", std::to_string(std::llround(perSecond))},
-         {"peak memory", readableSize(VelmoraQuavin::internal::platform::peakResidentMemory())}});
-}
-
-void printJson(const Timings& timings) {
-    const std::vector<double>& predictions = timings.predictions;
+void printJson(const Report& report) {
+    const Timings& predictions = report.predictions;
     JsonOutput json;
     json.beginObject();
-    json.member("loadSeconds", timings.load);
-    json.member("firstPredictionSeconds", timings.first);
-    json.member("medianSeconds", percentile(predictions, 0.5));
-    json.member("p90Seconds", percentile(predictions, 0.9));
-    json.member("p99Seconds", percentile(predictions, 0.99));
-    json.member("predictions", static_cast<std::uint64_t>(predictions.size()));
-    json.member("elapsedSeconds", timings.elapsed);
-    json.member("predictionsPerSecond", static_cast<double>(predictions.size()) / timings.elapsed);
+    json.member("loadSeconds", report.load);
+    json.member("firstPredictionSeconds", report.first);
+    json.member("minimumSeconds", predictions.minimum());
+    json.member("meanSeconds", predictions.mean());
+    json.member("medianSeconds", predictions.percentile(0.5));
+    json.member("p90Seconds", predictions.percentile(0.9));
+    json.member("p99Seconds", predictions.percentile(0.99));
+    json.member("maximumSeconds", predictions.maximum());
+    json.member("predictions", predictions.count());
+    json.member("elapsedSeconds", predictions.sum());
+    json.member("predictionsPerSecond", 1 / predictions.mean());
+    json.member("precision", report.engine.precision);
+    json.member("threads", report.engine.threads);
+    json.member("streams", report.engine.streams);
     json.member("peakResidentBytes", VelmoraQuavin::internal::platform::peakResidentMemory());
+    json.beginArray("histogram");
+    for (const Timings::Bar& bar : predictions.histogram()) {
+        json.beginObject();
+        json.member("fromSeconds", bar.from);
+        json.member("toSeconds", bar.to);
+        json.member("predictions", bar.count);
+        json.endObject();
+    }
+    json.endArray();
     json.endObject();
     std::cout << json.text() << '\n';
 }
 
 void bench(const Options& options) {
-    const Timings timings = measure(options);
-    options.output.json ? printJson(timings) : print(timings);
+    const Report report = Bench(options).run();
+    options.output.json ? printJson(report) : print(report);
 }
 
 }  // namespace
@@ -131,13 +168,30 @@ void addBenchCommand(CLI::App& app) {
     auto options = std::make_shared<Options>();
     CLI::App* const command =
         app.add_subcommand("bench", "Measures how long loading and predicting take.");
-    command->add_option("PACKAGE", options->package, "The package's directory")
-        ->type_name("DIR")
+    command->add_option("PACKAGE", options->package, "The package's directory, or its archive")
+        ->type_name("DIR|FILE.tar")
         ->check(isPath())
         ->required();
-    command->add_option("-s,--seconds", options->seconds, "How long to predict")
+    addInputOption(*command, options->inputs)
+        ->description("The file for an input; zeros for those that are not given");
+    CLI::Option* const raw =
+        command->add_flag("--raw", options->raw,
+                          "Files hold elements alone: little-endian, the last dimension fastest");
+    addCastOption(*command, options->casts)->excludes(raw);
+    CLI::Option* const seconds =
+        command->add_option("-s,--seconds", options->seconds, "How long to predict")
+            ->type_name("NUMBER")
+            ->check(CLI::Range(0.01, 86400.0) & CLI::Validator(isNumber, ""))
+            ->capture_default_str();
+    command->add_option("-n,--iterations", options->iterations, "How often to predict instead")
         ->type_name("NUMBER")
-        ->check(CLI::Range(0.01, 86400.0) & CLI::Validator(isNumber, ""))
+        ->check(CLI::Range(std::uint64_t{1}, kMostPredictions).description(""))
+        ->excludes(seconds);
+    command
+        ->add_option("-w,--warm-up", options->warmUp,
+                     "How often to predict, after the first, before it counts")
+        ->type_name("NUMBER")
+        ->check(CLI::Range(std::uint64_t{0}, kMostPredictions).description(""))
         ->capture_default_str();
     addKeyOptions(*command, options->key);
     addOutputOptions(*command, options->output);

@@ -40,7 +40,7 @@ void decryptFile(const Options& options) {
     requireKey(options.key);
     requireAbsent(options.result);
     const Key key(options.key);
-    Bytes plain = decrypt(readFile(options.input), key, options.input);
+    Bytes plain = decrypt(readFile(options.input), key.bytes(), options.input);
     if (!options.keepPadding) {
         const std::optional<std::uint64_t> padding = paddingOf(plain.text());
         if (!padding.has_value()) {

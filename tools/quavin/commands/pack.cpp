@@ -1,3 +1,5 @@
+#include <algorithm>
+#include <array>
 #include <filesystem>
 #include <iostream>
 #include <memory>
@@ -40,15 +42,31 @@ bool encryptsArchive(const Options& options) {
     return options.encrypt == "archive";
 }
 
+// In small letters; none of a path that a separator at its end makes a directory's.
+std::string endingOf(const std::string& path) {
+    const std::string name = inSmallLetters(fs::u8path(path).filename().u8string());
+    return name.substr(std::min(name.rfind('.'), name.size()));
+}
+
 bool makesArchive(const Options& options) {
-    constexpr std::string_view kEnding = ".tar";
-    const std::string_view result = options.result;
-    return result.size() >= kEnding.size() &&
-           result.substr(result.size() - kEnding.size()) == kEnding;
+    return endingOf(options.result) == ".tar";
+}
+
+// A directory of such a name would be taken for an archive that it is not.
+void requireNoOtherArchive(const Options& options) {
+    constexpr std::array<std::string_view, 16> kOthers{
+        ".zip", ".gz",   ".tgz", ".bz2",  ".tbz", ".tbz2", ".xz",  ".txz",
+        ".zst", ".tzst", ".7z",  ".lzma", ".lz",  ".lz4",  ".rar", ".z"};
+    const std::string ending = endingOf(options.result);
+    if (std::find(kOthers.begin(), kOthers.end(), ending) != kOthers.end()) {
+        throw CLI::ValidationError(
+            "--output", "ends in " + ending + ", which is not made: an archive ends in .tar");
+    }
 }
 
 // What is wrong with the call itself.
 void checkOptions(const Options& options) {
+    requireNoOtherArchive(options);
     const bool encrypts = !options.encrypt.empty();
     if (encrypts && !options.key.given()) {
         throw CLI::ValidationError("--encrypt", "needs --key-file or --key-env");
@@ -74,6 +92,7 @@ std::string rootName(const Options& options) {
             "\" cannot be the archive's directory, since not every host unpacks such a name: "
             "choose another with --root, without white space and separators");
     }
+    requirePortableName(root, "choose another --root");
     return root;
 }
 
@@ -135,6 +154,7 @@ void print(const Options& options, const NetworkFiles& network) {
 
 void pack(const Options& options) {
     checkOptions(options);
+    requirePortableName(options.result, "choose another --output");
     requireAbsent(options.result);
     if (makesArchive(options)) {
         rootName(options);
@@ -167,7 +187,7 @@ void pack(const Options& options) {
         result = join(stage.path(), "archive");
         writeArchive(options, package, key.get(), result);
     }
-    fs::rename(fs::u8path(result), target);
+    moveToNew(result, target.u8string(), options.result);
     parents.keep();
     if (options.output.json) {
         printJson(options, package, network);

@@ -1,10 +1,13 @@
 #include <iostream>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "command_line.h"
 #include "key.h"
+#include "package.h"
 #include "package_check.h"
+#include "package_place.h"
 #include "printing.h"
 
 namespace quavin_tool {
@@ -20,13 +23,15 @@ void printJson(const Findings& findings) {
     JsonOutput json;
     json.beginObject();
     json.member("ok", !findings.hasErrors());
+    // Nothing in a package proves who made it.
+    json.member("authenticated", false);
     json.beginArray("findings");
     for (const Finding& finding : findings.all()) {
         json.beginObject();
         json.member("level", finding.isError ? "error" : "warning");
-        json.member("where", finding.where);
-        json.member("what", finding.what);
-        json.member("advice", finding.advice);
+        json.member("where", withoutKeys(finding.where));
+        json.member("what", withoutKeys(finding.what));
+        json.member("advice", withoutKeys(finding.advice));
         json.endObject();
     }
     json.endArray();
@@ -34,24 +39,49 @@ void printJson(const Findings& findings) {
     std::cout << json.text() << '\n';
 }
 
+std::string shown(const std::string& text) {
+    return withoutKeys(printable(text));
+}
+
 void print(const Findings& findings, const Options& options) {
     for (const Finding& finding : findings.all()) {
         std::cout << inMood(finding.isError ? "error" : "warning",
                             finding.isError ? Mood::kBad : Mood::kWarning, options.output)
-                  << ": " << printable(finding.where) << ": " << printable(finding.what) << "\n    "
-                  << printable(finding.advice) << '\n';
+                  << ": " << shown(finding.where) << ": " << shown(finding.what) << "\n    "
+                  << shown(finding.advice) << '\n';
     }
     if (!findings.hasErrors()) {
         say(inMood("ok", Mood::kGood, options.output) + ": " + options.package +
                 (findings.all().empty() ? " loads, matches its network and predicts"
-                                        : " can be used; see the warnings"),
+                                        : " can be used; see the warnings") +
+                "; who made it was not checked",
             options.output);
     }
 }
 
+Findings check(const Options& options, const Key* key) {
+    std::optional<PackagePlace> place;
+    Findings findings;
+    try {
+        place.emplace(options.package, key);
+    } catch (const ArchiveKeyException& problem) {
+        findings.error("package", problem.what(),
+                       key == nullptr
+                           ? "Name the directory that holds manifest.json, or an archive of it; "
+                             "give the key of an encrypted one with --key-file or --key-env."
+                           : kWrongArchiveKeyAdvice);
+        return findings;
+    } catch (const VelmoraQuavin::Exception& problem) {
+        findings.error("package", problem.what(),
+                       "Name the directory that holds manifest.json, or an archive of it.");
+        return findings;
+    }
+    return checkPackage(place->directory(), key);
+}
+
 void verify(const Options& options) {
     const std::unique_ptr<Key> key = readKey(options.key);
-    const Findings findings = checkPackage(options.package, key.get());
+    const Findings findings = check(options, key.get());
     options.output.json ? printJson(findings) : print(findings, options);
     if (findings.hasErrors()) {
         throw VelmoraQuavin::ModelMetaDataException(options.package + " cannot be used as it is");
@@ -64,8 +94,8 @@ void addVerifyCommand(CLI::App& app) {
     auto options = std::make_shared<Options>();
     CLI::App* const command =
         app.add_subcommand("verify", "Checks a package's files, manifest and network.");
-    command->add_option("PACKAGE", options->package, "The package's directory")
-        ->type_name("DIR")
+    command->add_option("PACKAGE", options->package, "The package's directory, or its archive")
+        ->type_name("DIR|FILE.tar")
         ->check(isPath())
         ->required();
     addKeyOptions(*command, options->key);

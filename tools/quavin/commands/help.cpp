@@ -1,0 +1,38 @@
+#include <iostream>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "command_line.h"
+#include "usage.h"
+
+namespace quavin_tool {
+namespace {
+
+void printHelp(const CLI::App& app, const std::string& topic) {
+    if (topic.empty()) {
+        // Not App::help(), which would be that of the command that was given: "help".
+        std::cout << app.get_formatter()->make_help(&app, app.get_name(),
+                                                    CLI::AppFormatMode::Normal);
+        return;
+    }
+    const std::vector<const CLI::App*> commands = app.get_subcommands(
+        [&topic](const CLI::App* command) { return command->get_name() == topic; });
+    if (commands.empty()) {
+        throw CLI::ArgumentMismatch(unknownCommandText(app, topic));
+    }
+    std::cout << commands.front()->help(app.get_name());
+}
+
+}  // namespace
+
+void addHelpCommand(CLI::App& app) {
+    auto topic = std::make_shared<std::string>();
+    CLI::App* const command = app.add_subcommand("help", "Prints the help of a command.");
+    command->add_option("COMMAND", *topic, "The command; without one, help on all of them")
+        ->type_name("");
+    command->callback([topic, &app] { printHelp(app, *topic); });
+    command->group("");  // "--help" shows it in its last line, not among what works on packages
+}
+
+}  // namespace quavin_tool
