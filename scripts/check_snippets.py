@@ -1,8 +1,9 @@
 #!/usr/bin/env python3
 """Checks that the documentation tells the truth about the tree.
 
-- A ```cpp block of README.md or docs/*.md stands below a line "<!-- from PATH -->" and appears in that
-  file as it is, apart from common indentation: what is quoted is what is compiled.
+- A ```cpp or ```python block of README.md or docs/*.md stands below a line "<!-- from PATH -->" and appears
+  in that file as it is, apart from common indentation: what is quoted is what is compiled or run. A block of
+  another language may.
 - Relative links of every page lead to a file, and their #anchors to a heading.
 - Every file of docs/ can be reached by links from docs/README.md.
 - Every status code of the public header, with its number, has a row in a table of a reachable page.
@@ -99,7 +100,8 @@ class Checker:
 
     def check_snippets(self, page):
         for line, language, source, text in page.blocks:
-            if language not in ("cpp", "c++", "cxx"):
+            needs_source = language in ("cpp", "c++", "cxx", "python")
+            if source is None and not needs_source:
                 continue
             self.snippets += 1
             if source is None:

@@ -17,8 +17,9 @@ COMMANDS = {
     "encrypt": ["plain", "new", "--key-file", "key"],
     "decrypt": ["secured", "new", "--key-file", "key"],
     "keygen": ["new"],
+    "doctor": [],
 }
-REPORTING = ["pack", "inspect", "verify", "run", "bench", "unpack"]
+REPORTING = ["pack", "inspect", "verify", "run", "bench", "unpack", "doctor"]
 
 
 class WithAPackage(CommandLineTest):

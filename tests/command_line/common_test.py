@@ -20,6 +20,20 @@ class Help(CommandLineTest):
         listed = re.findall(r"^  ([a-z]+) ", self.succeed("--help").split("Commands:")[1], re.M)
         self.assertEqual(sorted(listed), sorted(COMMANDS))
 
+    def test_command_prints_what_the_option_prints(self):
+        self.assertEqual(self.succeed("help"), self.succeed("--help"))
+        for command in COMMANDS:
+            with self.subTest(command):
+                self.assertEqual(self.succeed("help", command), self.succeed(command, "--help"))
+
+    def test_of_the_tool_names_the_help_command(self):
+        self.assertIn('"quavin help COMMAND"', self.succeed("--help"))
+
+    def test_of_a_command_that_there_is_not(self):
+        self.assertIn('did you mean "pack"?', self.misused("help", "pakc"))
+        self.assertIn("quavin help", self.misused("help", "frobnicate"))
+        self.misused("help", "pack", "unpack")
+
     def test_version_goes_to_standard_output(self):
         self.assertRegex(self.succeed("--version"), r"\Aquavin \d+\.\d+\.\d+\n\Z")
 
@@ -29,7 +43,56 @@ class Misuse(CommandLineTest):
         self.misused()
 
     def test_an_unknown_command(self):
-        self.misused("frobnicate")
+        for word in "frobnicate", "x", "", KEY_HEX, "-", "\x1b[31mpack" + 40 * "k":
+            with self.subTest(word):
+                text = self.misused(word)
+                self.assertIn("no such command" if word not in ("", "-") else "quavin: ", text)
+                self.assertNotIn("did you mean", text)
+
+    def test_a_misspelt_command_is_answered_with_the_one_that_was_meant(self):
+        for typed, meant in {
+            "pakc": "pack",
+            "pac": "pack",
+            "PACK": "pack",
+            "unpakc": "unpack",
+            "inspekt": "inspect",
+            "insp": "inspect",
+            "verfiy": "verify",
+            "rnu": "run",
+            "rin": "run",
+            "benchmark": "bench",
+            "encrpyt": "encrypt",
+            "dcrypt": "decrypt",
+            "key-gen": "keygen",
+            "hlep": "help",
+        }.items():
+            with self.subTest(typed):
+                text = self.misused(typed, "a", "--quiet")
+                self.assertIn(f'no such command; did you mean "{meant}"?', text)
+
+    def test_a_misspelt_option_is_answered_with_the_one_that_was_meant(self):
+        for typed, meant in {
+            "--iput": "--input",
+            "--ouptut=new": "--output",
+            "--JSON": "--json",
+            "--key": "--key-file",
+            "--key-evn=KEY": "--key-env",
+        }.items():
+            with self.subTest(typed):
+                text = self.misused("run", "package", "-i", "x=x.npy", "-o", "new", typed)
+                self.assertIn(f"{typed.split('=')[0]}; did you mean {meant}?", text)
+        unknown = self.misused("verify", "package", "--frobnicate")
+        self.assertIn("Unknown argument: --frobnicate\n", unknown)
+        self.assertNotIn("did you mean", unknown)
+
+    def test_a_misspelt_option_before_any_command_is_answered_too(self):
+        self.assertIn("Unknown argument: --verison; did you mean --version?", self.misused("--verison"))
+        self.assertIn("Unknown argument: --frobnicate\n", self.misused("--frobnicate"))
+        self.assertIn("A COMMAND is required", self.misused())
+
+    def test_a_misspelt_option_is_told_where_the_right_one_is_missing(self):
+        text = self.misused("run", "package", "--iput", "x=x.npy", "-o", "new")
+        self.assertIn("--iput; did you mean --input?", text)
 
     def test_an_unknown_option(self):
         for command, arguments in COMMANDS.items():
@@ -42,7 +105,7 @@ class Misuse(CommandLineTest):
                 self.misused(command, *arguments, "one", "more")
 
     def test_missing_arguments(self):
-        for command in COMMANDS:
+        for command in COMMANDS.keys() - {"doctor"}:  # which takes none
             with self.subTest(command):
                 self.misused(command)
 
@@ -51,7 +114,6 @@ class Misuse(CommandLineTest):
             ["pack", "net.xml"],
             ["pack", "-o", "new"],
             ["run", "package", "-o", "results"],
-            ["run", "package", "-i", "x=x.npy"],
             ["unpack", "a.tar"],
             ["encrypt", "plain", "--key-file", "key"],
             ["encrypt", "plain", "new"],
@@ -70,7 +132,14 @@ class Misuse(CommandLineTest):
 
     def test_a_key_as_an_argument_is_not_taken_and_not_repeated(self):
         self.write("plain", "text")
-        for key in ["--key", KEY_HEX], ["--key=" + KEY_HEX], ["-k", KEY_HEX], [KEY_HEX]:
+        for key in (
+            ["--key", KEY_HEX],
+            ["--key=" + KEY_HEX],
+            ["-k", KEY_HEX],
+            ["-k" + KEY_HEX],
+            ["--" + KEY_HEX],
+            [KEY_HEX],
+        ):
             with self.subTest(key), self.nothing_changes():
                 self.misused("encrypt", "plain", "new", *key)
 
@@ -104,7 +173,7 @@ class Output(WithAPackage):
                 self.remove_results()
 
     def test_help_that_cannot_be_written_is_a_failure(self):
-        for call in ["--help"], ["--version"], ["pack", "--help"]:
+        for call in ["--help"], ["--version"], ["pack", "--help"], ["help"], ["help", "pack"]:
             with self.subTest(call):
                 self.refuse_to_write_nowhere(call)
 

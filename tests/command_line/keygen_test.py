@@ -134,7 +134,7 @@ class KeyForms(CommandLineTest):
 
     def test_a_file_that_others_may_read(self):
         # The emulator makes no access list of what a group may do.
-        modes = [0o604, 0o644, 0o666] + ([] if process.WINDOWS else [0o640])
+        modes = [0o604, 0o644] + ([] if process.WINDOWS else [0o640])
         for mode in modes:
             with self.subTest(oct(mode)):
                 self.key_file(mode=mode)

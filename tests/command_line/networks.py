@@ -102,6 +102,17 @@ def dynamic():
     return net
 
 
+def joined(shapes):
+    """One output "y": inputs "x0", "x1", ... of the shapes, as text, joined along their first dimension."""
+    net = Network("joined")
+    dims = [[d if d.isdigit() else "-1" for d in shape.split(",")] for shape in shapes]
+    inputs = [net.parameter(f"x{i}", shape) for i, shape in enumerate(dims)]
+    for i, shape in enumerate(shapes):
+        net._layers[i] = net._layers[i].replace(f'shape="{",".join(dims[i])}"', f'shape="{shape}"')
+    net.result(net.layer("Concat", "y", inputs, (-1, *dims[0][1:]), axis=0))
+    return net
+
+
 def uncompilable():
     """Reads well, but the engine has no normalisation of seven dimensions."""
     net = Network("uncompilable")
@@ -110,4 +121,15 @@ def uncompilable():
     axes = net.constant("axes", np.int64([5, 6]))
     data = {"alpha": 1.0, "beta": 1.0, "bias": 1.0, "size": 3}
     net.result(net.layer("LRN", "y", [x, axes], shape, **data))
+    return net
+
+
+def crashing():
+    """Compiles well, but predicting reads far outside of memory: the engine believes the index of a
+    constant."""
+    net = Network("crashing")
+    x = net.parameter("x", (2, 1024))
+    row = net.constant("row", np.int64([[1 << 30]]))
+    net.result(net.layer("GatherND", "y", [x, row], (1, 1024), batch_dims=0))
+    net._layers[2] = net._layers[2].replace("opset1", "opset5")  # where the layer is defined
     return net

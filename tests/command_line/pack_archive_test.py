@@ -66,6 +66,15 @@ class Archive(PackTest):
         self.assertEqual(len(archive) % 512, 0)
         self.assertEqual(archive[-1024:], bytes(1024))
 
+    def test_may_end_in_capital_letters(self):
+        listed = self.unpacked_with("tar", self.pack("model.TAR"), "-t")
+        self.assertEqual(listed.splitlines(), LIST)
+
+    def test_is_a_directory_where_the_name_ends_in_a_separator(self):
+        names = sorted(name.split("/")[1] for name in LIST if not name.endswith("/"))
+        for name in "model.tar", "model.zip":
+            self.assertEqual(sorted(tree(self.pack(name + "/"))), names)
+
     def test_has_the_directory_that_was_given(self):
         self.pack("my model.tar", "--root", "other")
         listed = self.unpacked_with("tar", "my model.tar", "-t").splitlines()

@@ -1,5 +1,6 @@
 """quavin pack: what it refuses, why, and that nothing is left of it."""
 
+import concurrent.futures
 import os
 import unittest
 
@@ -33,10 +34,73 @@ class Networks(PackRefusals):
                 self.assertIn('"pixels"', reason)
                 self.assertIn("Convert layer", reason)
 
+    @process.adapter_only(process.OWN_TEXTS)
     def test_with_dimensions_that_are_not_known(self):
         reason = self.pack_refused(3, networks.dynamic())
         self.assertIn('"frames"', reason)
         self.assertIn("fixed dimensions", reason)
+
+    @process.adapter_only(process.OTHER_NETWORKS)
+    def test_with_dimensions_that_are_not_known_come_with_the_option_that_fixes_them(self):
+        option = '--input "frames[1,4]"'
+        self.assertIn(f"ovc MODEL {option}", self.pack_refused(3, networks.dynamic()))
+        (self.dir / "net.bin").unlink()
+        self.assertIn(option, self.refused_without_traces(3, "pack", "net.xml", "-o", "new"))
+
+    @process.adapter_only(process.OTHER_NETWORKS)
+    def test_with_several_dimensions_that_are_not_known_come_with_one_option(self):
+        reason = self.pack_refused(3, networks.joined(("-1,3", "2,3", "?,3", "1..8,3")))
+        self.assertIn('--input "x0[1,3],x2[1,3],x3[1,3]"', reason)
+
+    @process.adapter_only(process.OTHER_NETWORKS)
+    def test_with_dimensions_that_are_not_known_are_named_as_the_converter_names_them(self):
+        # Version 11, where a tensor has a name of its own.
+        path = packages.write_network(self.dir, networks.dynamic())
+        text = path.read_text().replace('version="10"', 'version="11"').replace("-1,4", "?,4")
+        port = '<port id="0" precision="FP32"><dim>-1'
+        text = text.replace(port, port.replace('P32"', 'P32" names="a &amp; b,other"'), 1)
+        path.write_text(text)
+        reason = self.refused_without_traces(3, "pack", "net.xml", "-o", "new")
+        self.assertIn('--input "a & b[1,4]"', reason)
+
+    def test_of_other_formats_that_the_converter_takes(self):
+        for name in "net.onnx", "NET.ONNX", "net.pb", "a b/net.tflite", "net.pdmodel", "net.pt2":
+            with self.subTest(name):
+                self.write(name, "a model")
+                reason = self.refused_without_traces(7, "pack", name, "-o", "new")
+                quoted = f'"{name}"' if " " in name else name
+                self.assertIn(f"convert it with: ovc {quoted} --compress_to_fp16=False", reason)
+                self.assertIn("pip install openvino", reason)
+                self.assertIn(f"pack the {os.path.basename(name).rsplit('.')[0]}.xml", reason)
+
+    def test_of_other_formats_in_a_directory(self):
+        self.write("saved/saved_model.pb", "a model")
+        reason = self.refused_without_traces(7, "pack", "saved", "-o", "new")
+        self.assertIn("ovc saved --compress_to_fp16=False", reason)
+
+    def test_of_formats_that_have_to_be_exported_first(self):
+        for name in "net.pt", "net.pth", "net.ckpt":
+            with self.subTest(name):
+                self.write(name, "a model")
+                reason = self.refused_without_traces(7, "pack", name, "-o", "new")
+                self.assertIn("torch.onnx.export", reason)
+                self.assertIn("ovc net.onnx --compress_to_fp16=False", reason)
+        for name in "net.pkl", "net.joblib":
+            with self.subTest(name):
+                self.write(name, "a model")
+                reason = self.refused_without_traces(7, "pack", name, "-o", "new")
+                self.assertIn("skl2onnx", reason)
+                self.assertIn("ovc net.onnx --compress_to_fp16=False", reason)
+        for name in "net.h5", "net.keras":
+            with self.subTest(name):
+                self.write(name, "a model")
+                reason = self.refused_without_traces(7, "pack", name, "-o", "new")
+                self.assertIn('model.export("net")', reason)
+                self.assertIn("ovc net --compress_to_fp16=False", reason)
+
+    def test_of_other_formats_that_are_not_there(self):
+        reason = self.refused_without_traces(3, "pack", "net.onnx", "-o", "new")
+        self.assertIn("net.onnx cannot be opened", reason)
 
     def test_that_are_none(self):
         self.write("net.bin", "weights")
@@ -45,7 +109,7 @@ class Networks(PackRefusals):
                 self.write("net.xml", text)
                 reason = self.refused_without_traces(3, "pack", "net.xml", "-o", "new")
                 self.assertIn("net.xml", reason)
-                self.assertIn("IR", reason)
+                self.assertIn("OpenVINO IR of version " + process.IR_VERSIONS, reason)
 
     def test_without_inputs_and_outputs(self):
         self.write("net.xml", '<net name="a" version="10"/>')
@@ -93,6 +157,64 @@ class Networks(PackRefusals):
         self.assertIn("net.xml", self.refused_without_traces(7, *call))
 
 
+class ReservedNames(PackRefusals):
+    """Names that Windows keeps for itself, refused everywhere: packages go from system to system."""
+
+    NAMES = ["con", "aux.model", "nul", "COM1", "lpt9", "com¹", "conin$", "a:b", "what?", "dot.", "two|"]
+
+    def test_of_outputs(self):
+        for name in self.NAMES:
+            for output in name, name + ".tar", "deep/" + name:
+                with self.subTest(output):
+                    reason = self.pack_refused(7, networks.affine(), output=output)
+                    self.assertIn("Windows", reason)
+
+    def test_of_the_archives_directory(self):
+        for name in self.NAMES:
+            with self.subTest(name):
+                reason = self.pack_refused(7, networks.affine(), "--root", name, output="new.tar")
+                self.assertIn("--root", reason)
+
+    @process.posix_only("no file has such a name there")
+    def test_of_networks_and_weights(self):
+        for stem in "aux", "Con", "prn.net", "a:b":
+            with self.subTest(stem):
+                packages.write_network(self.dir / "nets", networks.affine(), stem)
+                for output in "new", "new.tar":
+                    call = ["pack", f"nets/{stem}.xml", "-o", output]
+                    reason = self.refused_without_traces(7, *call)
+                    self.assertIn(f'"{stem}.xml"', reason)
+                    self.assertIn("rename", reason)
+        packages.write_network(self.dir, networks.affine())
+        (self.dir / "net.bin").rename(self.dir / "nul.bin")
+        reason = self.refused_without_traces(7, "pack", "net.xml", "nul.bin", "-o", "new")
+        self.assertIn('"nul.bin"', reason)
+
+    def test_are_not_names_that_only_look_alike(self):
+        packages.write_network(self.dir, networks.affine())
+        for output in "console", "aux1", "com10", "nul_.tar", ".nul":
+            with self.subTest(output):
+                self.succeed("pack", "net.xml", "-o", output, "--quiet")
+
+
+class SeveralAtOnce(PackRefusals):
+    def test_make_one_package_and_the_others_say_so(self):
+        packages.write_network(self.dir, networks.affine())
+        for output in "new.tar", "new":
+            with self.subTest(output):
+                with concurrent.futures.ThreadPoolExecutor(4) as pool:
+                    call = ["pack", "net.xml", "-o", output, "--quiet"]
+                    results = list(pool.map(lambda _: self.quavin(*call), range(4)))
+                self.assertEqual(sorted(result.status for result in results), [0, 1, 1, 1])
+                for result in results:
+                    if result.status != 0:
+                        reason = self.failure_text(7, result)
+                        self.assertIn(f"{output} is there already", reason)
+        self.assertEqual(
+            sorted(path.name for path in self.dir.iterdir()), ["net.bin", "net.xml", "new", "new.tar"]
+        )
+
+
 class Outputs(PackRefusals):
     def test_that_are_there(self):
         self.write("file", "precious")
@@ -134,6 +256,24 @@ class Outputs(PackRefusals):
         reason = self.refused_without_traces(7, *call)
         self.assertIn(stem, reason)
         self.assertIn("99", reason)
+
+
+class Endings(PackRefusals):
+    OTHERS = ".zip", ".gz", ".tgz", ".bz2", ".tbz2", ".xz", ".txz", ".zst", ".7z", ".rar"
+
+    def test_of_other_archives_are_not_made(self):
+        for ending in *self.OTHERS, ".tar.gz", ".tar.xz", ".tar.bz2", ".tar.zst", ".ZIP", ".Tar.Gz":
+            with self.subTest(ending):
+                text = self.pack_misused(output="new" + ending)
+                self.assertIn("--output", text)
+                self.assertIn(ending.lower().rsplit(".")[-1], text)
+                self.assertIn("an archive ends in .tar", text)
+
+    def test_of_other_archives_are_not_made_with_a_key_either(self):
+        self.key_file()
+        for what in "components", "archive":
+            text = self.pack_misused("--encrypt", what, "--key-file", "key", output="new.tar.gz")
+            self.assertIn("an archive ends in .tar", text)
 
 
 class Options(PackRefusals):

@@ -1,12 +1,57 @@
 """quavin pack: what is in a package, compared with manifests written by hand."""
 
+import re
+import shutil
 import unittest
 
 import networks
 import packages
+import process
 from support import CommandLineTest, tree
 
 NAMES = ["manifest.json", "net.bin", "net.xml"]
+
+# A network of three inputs and two outputs, none of them in the order of its name. " NAMES" marks where
+# the names of tensors go.
+DIM = '<dim>2</dim>'
+HEAD = '<?xml version="1.0"?><net name="ordered" version="%d"><layers>'
+PARAMETER = (
+    '<layer id="%d" name="%s" type="Parameter" version="opset1"><data element_type="f32" shape="2"/>'
+    '<output><port id="0" precision="FP32" NAMES="%s">' + DIM + "</port></output></layer>"
+)
+PARAMETERS = "".join(PARAMETER % (i, name, name) for i, name in enumerate("zma"))
+ADD = "".join(
+    f'<layer id="{i}" name="{name}" type="Add" version="opset1"><input><port id="0">{DIM}</port>'
+    f'<port id="1">{DIM}</port></input><output><port id="2" precision="FP32" NAMES="{mark}">{DIM}'
+    "</port></output></layer>"
+    for i, name, mark in ((3, "b &amp; c", "b"), (4, "y", "y"))
+)
+RESULT = (
+    '<layer id="%d" name="%s" type="Result" version="opset1"><input><port id="0">' + DIM
+    + "</port></input></layer>"
+)
+EDGE = '<edge from-layer="%d" from-port="%d" to-layer="%d" to-port="%d"/>'
+# The first result shows the second sum.
+RESULTS = RESULT % (6, "r1") + RESULT % (5, "r2")
+EDGES = (0, 0, 3, 0), (1, 0, 3, 1), (1, 0, 4, 0), (2, 0, 4, 1), (3, 2, 5, 0), (4, 2, 6, 0)
+FOOT = "</layers><edges>" + "".join(EDGE % edge for edge in EDGES) + "</edges></net>"
+SPLIT = (
+    '<layer id="0" name="x" type="Parameter" version="opset1"><data element_type="f32" shape="6"/>'
+    '<output><port id="0" precision="FP32"><dim>6</dim></port></output></layer>'
+    '<layer id="1" name="axis" type="Const" version="opset1"><data element_type="i64" shape="" '
+    'offset="0" size="8"/><output><port id="0" precision="I64"/></output></layer>'
+    '<layer id="2" name="s" type="Split" version="opset1"><data num_splits="3"/><input><port id="0">'
+    '<dim>6</dim></port><port id="1"/></input><output>'
+    + "".join(f'<port id="{i}" precision="FP32">{DIM}</port>' for i in (2, 3, 4))
+    + "</output></layer>"
+)
+
+
+def ordered(version, names):
+    """The network, with names of tensors by the marks of their ports."""
+    text = HEAD % version + PARAMETERS + ADD + RESULTS + FOOT
+    named = (lambda found: f' names="{names[found[1]]}"') if names else ""
+    return re.sub(r' NAMES="(.*?)"', named, text)
 
 
 def port(name, shape, data_type):
@@ -76,18 +121,24 @@ class Manifest(PackTest):
     def test_declares_several_inputs_and_outputs(self):
         target = self.packed(networks.arithmetic())
         inputs = [port("left", [2, 3], "float"), port("right", [2, 3], "float")]
-        self.assertCountEqual(target["inputs"], inputs)
+        self.assertEqual(target["inputs"], inputs)
         outputs = [port("sum", [2, 3], "float"), port("product", [2, 3], "float")]
-        self.assertCountEqual(target["outputs"], outputs)
+        self.assertEqual(target["outputs"], outputs)
 
     def test_declares_types_as_predictions_take_them(self):
         target = self.packed(networks.typed_sum())
         inputs = [port("whole", [3], "int32"), port("half", [3], "float")]
-        self.assertCountEqual(target["inputs"], [*inputs, port("real", [3], "float")])
+        self.assertEqual(target["inputs"], [*inputs, port("real", [3], "float")])
 
     def test_declares_each_element_type(self):
-        types = {"i8": "int8", "i16": "int16", "i32": "int32", "i64": "int32"}
-        for element_type, declared in {**types, "f16": "float", "f64": "float"}.items():
+        self.assert_declared({"f16": "float", "i16": "int16", "i32": "int32"})
+
+    @process.adapter_only(process.FEWER_TYPES)
+    def test_declares_the_element_types_that_are_converted(self):
+        self.assert_declared({"f64": "float", "i8": "int8", "i64": "int32"})
+
+    def assert_declared(self, types):
+        for element_type, declared in types.items():
             with self.subTest(element_type):
                 name = "net-" + element_type
                 packages.write_network(self.dir, networks.affine(dtype=element_type), name)
@@ -108,6 +159,43 @@ class Manifest(PackTest):
         target = self.packed(networks.affine("größe/ein:1", 'aus "gabe"'))
         self.assertEqual(target["inputs"][0]["name"], "größe/ein:1")
         self.assertEqual(target["outputs"][0]["name"], 'aus "gabe"')
+
+
+class Order(PackTest):
+    """Inputs and outputs stand as the network's text has them, not by name."""
+
+    def packed_names(self, text):
+        self.write("net.xml", text)
+        self.write("net.bin", bytes(8))
+        self.succeed("pack", "net.xml", "-o", "new")
+        target = packages.read_manifest(self.dir / "new")["targets"]["Openvino"]
+        return [[p["name"] for p in target[kind]] for kind in ("inputs", "outputs")]
+
+    def test_of_version_10_is_that_of_its_layers(self):
+        for names in {}, {"z": "t9", "m": "t5", "a": "t7", "y": "out2", "b": "out1"}:
+            with self.subTest(names):
+                text = ordered(10, names)
+                self.assertEqual(self.packed_names(text), [["z", "m", "a"], ["y", "b & c"]])
+                shutil.rmtree(self.dir / "new")
+
+    @process.adapter_only(process.OTHER_NETWORKS)
+    def test_of_version_11_is_that_of_its_layers_by_the_names_of_tensors(self):
+        names = {"z": "t9", "m": "t&lt;5", "a": "t7", "y": "out\\,2", "b": "out1"}
+        text = ordered(11, names)
+        self.assertEqual(self.packed_names(text), [["t9", "t<5", "t7"], ["out,2", "out1"]])
+
+    def test_of_a_layers_several_outputs_is_that_of_the_results(self):
+        parts = SPLIT + "".join(RESULT % (9 - i, f"r{i}") for i in (2, 0, 1))
+        edges = "".join(EDGE % (2, 2 + i, 9 - i, 0) for i in range(3))
+        edges += EDGE % (0, 0, 2, 0) + EDGE % (1, 0, 2, 1)
+        text = HEAD % 10 + parts + "</layers><edges>" + edges + "</edges></net>"
+        self.assertEqual(self.packed_names(text), [["x"], ["s.2", "s.0", "s.1"]])
+
+    def test_is_found_among_what_xml_allows_elsewhere(self):
+        text = ordered(10, {}).replace("<layers>", "<!-- <layers><layer type='Parameter'> --><layers>")
+        text = text.replace('<layer id="0" name="z"', "<layer\n\tname = 'z'\n id='0' ")
+        text = text.replace("</net>", '<rt_info><layers><layer name="a"/></layers></rt_info></net>')
+        self.assertEqual(self.packed_names(text), [["z", "m", "a"], ["y", "b & c"]])
 
 
 class Files(PackTest):
@@ -162,8 +250,8 @@ class Report(PackTest):
         files = {file["name"]: file["bytes"] for file in report["files"]}
         written = {name: len(content) for name, content in tree(self.dir / "new").items()}
         self.assertEqual(files, written)
-        inputs = [shown("half", [3], "float"), shown("real", [3], "float")]
-        self.assertCountEqual(report["inputs"], [*inputs, shown("whole", [3], "int32")])
+        inputs = [shown("whole", [3], "int32"), shown("half", [3], "float")]
+        self.assertEqual(report["inputs"], [*inputs, shown("real", [3], "float")])
         self.assertEqual(report["outputs"], [shown("total", [3], "float")])
 
     def test_for_people_names_the_package_and_its_ports(self):

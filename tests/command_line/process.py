@@ -17,6 +17,11 @@ TOOL = os.environ["QUAVIN_TOOL"]
 # A program and its own arguments, which a program and its arguments follow.
 EMULATOR = [part for part in os.environ.get("QUAVIN_TOOL_EMULATOR", "").split(";") if part]
 WINDOWS = TOOL.endswith(".exe")
+# What stands behind the engine interface, and which networks it reads.
+ADAPTER = os.environ.get("QUAVIN_ENGINE", "adapter") == "adapter"
+IR_VERSIONS = "10 or 11" if ADAPTER else "7 or 10"
+
+SANITIZED = "QUAVIN_SANITIZED" in os.environ
 
 # Long enough for a sanitized tool on a busy machine; for one that hangs.
 PATIENCE = 120
@@ -41,6 +46,16 @@ def posix_only(reason):
     """For a test of what Windows does not have; the reason says what that is."""
     return unittest.skipIf(WINDOWS, "Not on Windows: " + reason)
 
+
+def adapter_only(reason):
+    """For a test of what an installed engine of 2019 or 2020 does otherwise; the reason says how."""
+    return unittest.skipUnless(ADAPTER, "Not on an installed engine: " + reason)
+
+
+OWN_TEXTS = "its texts are its own"
+OTHER_NETWORKS = "it reads other versions, and fails otherwise over free dimensions"
+OTHER_RUNTIME = "its libraries, and what it tells about itself, are others"
+FEWER_TYPES = "it refuses these element types"
 
 # It sees what they lead to, and nothing where they lead nowhere.
 NO_LINKS = "the emulator shows no links as such"

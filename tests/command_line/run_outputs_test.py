@@ -45,6 +45,68 @@ class Report(RunCase):
         self.assertEqual((output["mean"], output["indexOfMaximum"]), (6, 2))
 
 
+class Printed(RunCase):
+    """Without --output."""
+
+    def printed(self, x, network=None, *options):
+        self.package(network)
+        call = ["run", "package", "-i", "x=" + self.save("x.npy", x), *options]
+        with self.nothing_changes():
+            return self.succeed(*call)
+
+    def test_are_the_first_values_and_what_all_are_like(self):
+        out = self.printed(np.float32([[1.5, -2, 3, 0.25]]))
+        # 2 x + (0.5, 1, 1.5, 2)
+        self.assertRegex(out, r"\A  OUTPUT +TYPE +SHAPE +MIN +MAX +MEAN +MAX AT +VALUES\n")
+        row = r"  y +float +\[1, 4\] +-3 +7\.5 +2\.625 +2 +3\.5, -3, 7\.5, 2\.5\n\Z"
+        self.assertRegex(out, row)
+
+    def test_are_at_most_ten_values(self):
+        net = networks.Network("long")
+        x = net.parameter("x", (12,))
+        net.result(net.layer("Add", "y", [x, x], (12,)))
+        out = self.printed(np.arange(12, dtype=np.float32), net)
+        self.assertTrue(out.endswith("  0, 2, 4, 6, 8, 10, 12, 14, 16, 18, ...\n"), out)
+
+    def test_are_integers_where_the_network_gives_such(self):
+        out = self.printed(np.int32([-7, 0, 5, 400_000_000]), networks.tripling_integers())
+        self.assertTrue(out.endswith("  -21, 0, 15, 1200000000\n"), out)
+
+    def test_are_not_always_finite(self):
+        out = self.printed(np.float32([[np.nan, -np.nan, np.inf, -np.inf]]))
+        self.assertIn("  nan, nan, inf, -inf  4 elements are not finite", out)
+
+    def test_are_of_a_scalar_too(self):
+        out = self.printed(np.array(4.5, np.float32), networks.scalar())
+        self.assertRegex(out, r"  y +float +\[\] +45 +45 +45 +0 +45\n\Z")
+
+    def test_are_printed_quietly_too(self):
+        self.assertIn("VALUES", self.printed(X, None, "--quiet"))
+
+    def test_are_json(self):
+        self.package()
+        x = np.float32([[1.5, np.nan, 3, np.inf]])
+        call = ["run", "package", "-i", "x=" + self.save("x.npy", x)]
+        [output] = self.succeed_json(*call)["outputs"]
+        expected = {
+            "name": "y",
+            "dataType": "float",
+            "shape": [1, 4],
+            "minimum": 3.5,
+            "maximum": 7.5,
+            "mean": 5.5,
+            "indexOfMaximum": 2,
+            "notFinite": 2,
+            "firstValues": [3.5, None, 7.5, None],
+        }
+        self.assertEqual(output, expected)
+
+    def test_come_from_raw_files_too(self):
+        self.package()
+        self.write("x.raw", X.astype("<f4").tobytes())
+        self.assertIn("VALUES", self.succeed("run", "package", "--raw", "-i", "x=x.raw"))
+
+
 class OutputNames(RunCase):
     def test_do_not_lead_out_of_the_directory(self):
         np.save(self.dir / "x.npy", X)
@@ -72,6 +134,18 @@ class OutputNames(RunCase):
                 self.succeed("run", "package", "-i", "x=x.npy", "-o", "out")
                 self.assertEqual([p.name for p in (self.dir / "out").iterdir()], [stem + ".npy"])
                 (self.dir / "out" / (stem + ".npy")).unlink()
+
+    def test_of_directories_that_windows_does_not_take_are_refused(self):
+        np.save(self.dir / "x.npy", X)
+        self.package(networks.affine())
+        for name in "con", "deep/nul", "aux.d", "COM²", "a:b", "dot.":
+            with self.subTest(name), self.nothing_changes():
+                reason = self.refused(7, "run", "package", "-i", "x=x.npy", "-o", name)
+                self.assertIn("Windows", reason)
+                self.assertIn("--output", reason)
+        for name in ".", "./", "out/", "out/..", "console":
+            with self.subTest(name):
+                self.succeed("run", "package", "-i", "x=x.npy", "-o", name)
 
     def test_that_become_one_have_files_of_their_own(self):
         # Some file systems do not tell capital letters from small ones.

@@ -52,16 +52,25 @@ class CommandLineTest(unittest.TestCase):
         return report
 
     def refused(self, code, *arguments, **options):
-        """The text of the only line that a failed call writes."""
+        """The text of the only line, but for notes, that a failed call writes."""
         result = self.quavin(*arguments, **options)
         self.assertEqual((result.status, result.out), (1, ""), result.err)
         return self.failure_text(code, result)
 
     def failure_text(self, code, result):
-        self.assertEqual(result.err.count("\n"), 1, result.err)
-        self.assertRegex(result.err, rf"\Aquavin: status {code}: .+\n\Z")
+        self.assertRegex(result.err, rf"\A(quavin: note: .+\n)*quavin: status {code}: .+\n\Z")
         self.assert_shows_no_key(result)
-        return result.err.split(": ", 2)[2].rstrip("\n")
+        return result.err.splitlines()[-1].split(": ", 2)[2]
+
+    def notes(self, *arguments, **options):
+        """The notes on standard error of a call, however it ends; nobody else gets them."""
+        result = self.quavin(*arguments, **options)
+        self.assertNotIn("note:", result.out)
+        self.assertNotIn("\x1b", result.err)
+        self.assert_shows_no_key(result)
+        prefix = "quavin: note: "
+        lines = result.err.splitlines()
+        return [line[len(prefix):] for line in lines if line.startswith(prefix)]
 
     def misused(self, *arguments, **options):
         """Standard error of a call that makes no sense."""

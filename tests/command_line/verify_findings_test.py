@@ -46,9 +46,9 @@ class FindingsTest(CommandLineTest):
 class Package(FindingsTest):
     def test_is_missing_or_no_directory(self):
         self.package.rename(self.dir / "other")
-        self.assert_found("error", "package", "no directory package", "holds manifest.json")
+        self.assert_found("error", "package", "no directory or archive package", "holds manifest.json")
         self.write("package", "an archive, perhaps")
-        self.assert_found("error", "package", "quavin unpack", "holds manifest.json")
+        self.assert_found("error", "package", "neither a directory nor", "holds manifest.json")
 
 
 class Manifest(FindingsTest):
@@ -68,7 +68,7 @@ class Manifest(FindingsTest):
 
     def test_has_no_target_for_the_engine(self):
         manifest = packages.read_manifest(self.package)
-        manifest["targets"]["OpenVino"] = manifest["targets"].pop("Openvino")
+        manifest["targets"]["CoreML"] = manifest["targets"].pop("Openvino")
         packages.write_manifest(self.package, manifest)
         self.assert_found("error", "manifest.json", '"Openvino"', "no other")
 

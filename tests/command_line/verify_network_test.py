@@ -11,6 +11,7 @@ from verify_findings_test import FLOATS, FindingsTest
 
 
 class Network(FindingsTest):
+    @process.adapter_only(process.OWN_TEXTS)
     def test_cannot_be_read(self):
         self.write("package/net.xml", "no network")
         self.assert_found("error", "network", "XML", "Export the network again")
@@ -19,6 +20,7 @@ class Network(FindingsTest):
         os.truncate(self.package / "net.bin", 79)
         self.assert_found("error", "network", "weights", "with its weights")
 
+    @process.adapter_only(process.OWN_TEXTS)
     def test_has_unknown_dimensions(self):
         packages.write_network(self.package, networks.dynamic())
         self.assert_found("error", "network", '"frames"', "fixed dimensions")

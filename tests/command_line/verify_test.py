@@ -6,7 +6,7 @@ import networks
 import packages
 from support import KEY_HEX, OTHER_KEY_HEX, CommandLineTest
 
-GOOD = {"ok": True, "findings": []}
+GOOD = {"ok": True, "authenticated": False, "findings": []}
 
 
 class Verify(CommandLineTest):
@@ -16,6 +16,14 @@ class Verify(CommandLineTest):
                 packages.write_package(self.dir / name, getattr(networks, name)())
                 self.assertEqual(self.succeed_json("verify", name), GOOD)
                 self.assertRegex(self.succeed("verify", name), rf"\Aok: {name} .+\n\Z")
+
+    def test_does_not_claim_to_know_who_made_a_package(self):
+        packages.write_package(self.dir / "package")
+        claim = "ok: package loads, matches its network and predicts; who made it was not checked\n"
+        self.assertEqual(self.succeed("verify", "package"), claim)
+        with packages.changed_manifest(self.dir / "package") as target:
+            target["components"].append({"name": "file", "path": "more.bin"})
+        self.assertIn("warnings; who made it was not checked\n", self.succeed("verify", "package"))
 
     def test_changes_nothing(self):
         packages.write_package(self.dir / "package")

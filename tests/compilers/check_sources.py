@@ -3,7 +3,7 @@
 The compiler's front end alone runs, with the C and C++ headers of the toolchain that the library is built
 with, and with extensions of all compilers as errors: what passes is plain C++17.
 
-    check_sources.py --compiler clang++-14 --system-include DIR... --include DIR... FILE...
+    check_sources.py --compiler clang++-14 --system-include DIR... --include DIR... [--in-front HEADER] FILE...
 """
 
 import argparse
@@ -27,6 +27,7 @@ OPTIONS = [
     "-Wpedantic",
     "-Wgnu",
     "-Wmicrosoft",
+    "-Wshorten-64-to-32",
     "-Werror",
 ]
 
@@ -55,9 +56,12 @@ def main(arguments=None):
     parser = argparse.ArgumentParser(description=__doc__.split("\n", maxsplit=1)[0])
     add_reading_arguments(parser)
     parser.add_argument("--define", action="append", default=[])
+    parser.add_argument("--in-front", metavar="HEADER", help="included before each file")
     parser.add_argument("files", nargs="+")
     given = parser.parse_args(arguments)
     options = include_options(given) + [f"-D{definition}" for definition in given.define]
+    if given.in_front:
+        options += ["-include", given.in_front]
 
     refused = []
     for path in given.files:

@@ -12,7 +12,10 @@ import check_sources
 OPTIONS = os.environ["QUAVIN_CHECK_OPTIONS"].split("|")
 
 
-def outcome(*contents):
+LIKE_MICROSOFT = ["--in-front", str(Path(__file__).with_name("like_microsoft.h"))]
+
+
+def outcome(*contents, more=()):
     """The status and what is said about headers 0.h, 1.h, ... of these contents."""
     with tempfile.TemporaryDirectory() as folder:
         paths = [Path(folder, f"{number}.h") for number in range(len(contents))]
@@ -20,7 +23,7 @@ def outcome(*contents):
             path.write_text(content, encoding="utf-8")
         said = io.StringIO()
         with contextlib.redirect_stdout(said):
-            status = check_sources.main([*OPTIONS, *map(str, paths)])
+            status = check_sources.main([*OPTIONS, *more, *map(str, paths)])
         return status, said.getvalue().replace(folder + os.sep, "")
 
 
@@ -56,6 +59,26 @@ class CheckSourcesTest(unittest.TestCase):
         status, said = outcome("inline int f(int unused) { return 1; }\n")
         self.assertEqual(status, 1)
         self.assertIn("unused parameter", said)
+
+    def test_microsofts_macros_are_seen(self):
+        content = "#include <algorithm>\ninline int f(int a) { return std::max(a, 1); }\n"
+        status, said = outcome(content, more=LIKE_MICROSOFT)
+        self.assertEqual(status, 1)
+        self.assertIn("expanded from macro 'max'", said)
+        self.assertEqual(outcome(content, more=[*LIKE_MICROSOFT, "--define", "NOMINMAX"]),
+                         (0, "1 of 1 files pass\n"))
+
+    def test_what_microsofts_headers_lack_is_seen(self):
+        content = "#include <windows.h>\n#include <winternl.h>\ninline auto f() { return &%s; }\n"
+        status, said = outcome(content % "NtSetInformationFile", more=LIKE_MICROSOFT)
+        self.assertEqual(status, 1)
+        self.assertIn("poisoned", said)
+        self.assertEqual(outcome(content % "NtCreateFile", more=LIKE_MICROSOFT)[0], 0)
+
+    def test_sizes_that_are_cut_are_seen(self):
+        status, said = outcome("inline unsigned f(decltype(sizeof 1) a) { return a; }\n")
+        self.assertEqual(status, 1)
+        self.assertIn("loses integer precision", said)
 
     def test_a_header_brings_what_it_needs(self):
         status, _ = outcome("inline std::string f() { return {}; }\n")

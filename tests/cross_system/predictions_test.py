@@ -12,6 +12,7 @@ import packages
 from exchange import SYSTEMS
 
 DIGITS = Path(os.environ["QUAVIN_DIGITS_EXAMPLE"])
+NUMBERS = Path(__file__).resolve().parents[1] / "data/numbers"
 
 
 class Predictions(exchange.ExchangeTest):
@@ -40,6 +41,18 @@ class Predictions(exchange.ExchangeTest):
         for given in self.predictions("package", {"left": left, "right": right}):
             np.testing.assert_allclose(given["sum"], left + right, rtol=1e-5)
             np.testing.assert_allclose(given["product"], left * right, rtol=1e-5)
+
+    def test_of_numbers_that_half_precision_cannot_hold_agree(self):
+        for package in "just_above_one", "cancelling_sums", "convolution", "classifier":
+            with self.subTest(package):
+                shutil.copytree(NUMBERS / package, self.dir / package)
+                [declared] = packages.read_manifest(NUMBERS / package)["targets"]["Openvino"]["inputs"]
+                x = np.fromfile(NUMBERS / package / "x.f32", "<f4").reshape(declared["tensor"]["shape"])
+                expected = np.fromfile(NUMBERS / package / "y.f64", "<f8")
+                for given in self.predictions(package, {"x": x}):
+                    np.testing.assert_allclose(given["y"].ravel(), expected, rtol=1e-5)
+                for system in SYSTEMS:
+                    shutil.rmtree(self.dir / f"results-{system}")
 
     def test_of_integers_are_equal(self):
         packages.write_package(self.dir / "package", networks.tripling_integers())

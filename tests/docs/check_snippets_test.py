@@ -65,6 +65,14 @@ class CheckSnippetsTest(unittest.TestCase):
         text = "<!-- from gone.cpp -->\n```cpp\nreturn 0;\n```\n"
         self.assertEqual(["README.md:2: there is no gone.cpp"], self.with_readme(text))
 
+    def test_python_needs_a_source_too(self):
+        self.assertEqual(['README.md:1: no "<!-- from PATH -->" above this block'],
+                         self.with_readme("```python\nreturn 0\n```\n"))
+
+    def test_a_block_of_another_language_is_compared_where_it_names_a_source(self):
+        text = "<!-- from main.cpp -->\n```text\nreturn 1;\n```\n"
+        self.assertEqual(["README.md:2: this block is not in main.cpp"], self.with_readme(text))
+
     def test_blocks_of_other_languages_need_no_source(self):
         self.assertEqual([], self.with_readme("```sh\ntrue\n```\n"))
 

@@ -99,8 +99,8 @@ class TranscriptsTest(unittest.TestCase):
         page = PAGE.read_text(encoding="utf-8")
         for command in commands:
             with self.subTest(command):
-                self.assertRegex(page, rf"(?m)^\$ quavin {command} ")
-                self.assertRegex(page, rf"(?m)^    quavin {command} ")
+                self.assertRegex(page, rf"(?m)^\$ quavin {command}\b")
+                self.assertRegex(page, rf"(?m)^    quavin {command}\b")
                 told = set(re.findall(r"--[a-z-]+", page))
                 self.assertLessEqual(set(re.findall(r"--[a-z-]+", help_of(command))), told)
 

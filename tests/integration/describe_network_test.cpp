@@ -31,6 +31,18 @@ protected:
         return describeNetwork(metadata, inputs_, outputs_);
     }
 
+    // An affine network's; gives its key.
+    CryptoKey writeSecuredPackage() {
+        const IrNetwork network = affineNetwork();
+        PackageText text = describe(network);
+        text.components = {{"secured_file", "net.xml"}, {"secured_file", "net.bin"}};
+        writeManifest(directory_, text);
+        const CryptoKey key = countingKey();
+        directory_.write("net.xml", secured(network.topology(), key, BlockFilling::kPkcs7));
+        directory_.write("net.bin", secured(network.weights(), key, BlockFilling::kPkcs7));
+        return key;
+    }
+
     static std::vector<std::string> namesOf(const std::vector<ModelFeatureDescriptor>& features) {
         std::vector<std::string> names;
         for (const ModelFeatureDescriptor& feature : features) {
@@ -88,15 +100,18 @@ TEST_P(DescribeNetworkTypes, AreThoseThatLoadingShows) {
     EXPECT_EQ(outputs_.at(0).tensorDescriptor().tensorType(), DataType::FLOAT);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    , DescribeNetworkTypes,
-    ::testing::Values(std::pair("f32", DataType::FLOAT), std::pair("f16", DataType::FLOAT),
-                      std::pair("f64", DataType::FLOAT), std::pair("i8", DataType::INT8),
-                      std::pair("i16", DataType::INT16), std::pair("i32", DataType::INT32),
-                      std::pair("u32", DataType::INT32), std::pair("i64", DataType::INT32),
-                      std::pair("u8", DataType::UINT8), std::pair("boolean", DataType::UINT8),
-                      std::pair("u16", DataType::UINT16)),
-    [](const auto& tested) { return std::string(tested.param.first); });
+constexpr std::pair<const char*, DataType> kShownTypes[] = {
+    {"f32", DataType::FLOAT},     {"f16", DataType::FLOAT}, {"i8", DataType::INT8},
+    {"i16", DataType::INT16},     {"i32", DataType::INT32}, {"u8", DataType::UINT8},
+    {"u16", DataType::UINT16},
+#ifdef QUAVIN_ENGINE_IS_ADAPTER  // others refuse these, or show them otherwise
+    {"f64", DataType::FLOAT},     {"u32", DataType::INT32}, {"i64", DataType::INT32},
+    {"boolean", DataType::UINT8},
+#endif
+};
+
+INSTANTIATE_TEST_SUITE_P(, DescribeNetworkTypes, ::testing::ValuesIn(kShownTypes),
+                         [](const auto& tested) { return std::string(tested.param.first); });
 
 TEST_F(DescribeNetwork, IntegerOutputsStayIntegers) {
     ASSERT_THAT(describeFiles(integerNetwork()), IsOk());
@@ -121,6 +136,7 @@ TEST_F(DescribeNetwork, OfMissingFilesAnswersFileErrorAndChangesNothing) {
     EXPECT_EQ(inputs_.size(), 1U);
 }
 
+#ifdef QUAVIN_ENGINE_IS_ADAPTER  // whose texts these are
 TEST_F(DescribeNetwork, OfTextThatIsNoNetworkAnswersFileError) {
     directory_.write("net.xml", "no network");
     directory_.write("net.bin", "");
@@ -135,6 +151,13 @@ TEST_F(DescribeNetwork, OfDynamicDimensionsNamesTheInput) {
                                                           HasSubstr("dynamic dimensions"))));
 }
 
+TEST_F(DescribeNetwork, OfASecuredPackageWithAWrongKeySaysThatItIsNoNetwork) {
+    writeSecuredPackage();
+    const CryptoKey wrong{};
+    EXPECT_THAT(describePackage(&wrong), IsStatusWith(FILE_ERROR, HasSubstr("not an XML text")));
+}
+#endif
+
 TEST_F(DescribeNetwork, OfAPathThatIsNotUtf8AnswersFileError) {
     EXPECT_THAT(describeNetwork(Filepath("\xFF.xml"), Filepath("x"), inputs_, outputs_),
                 IsStatus(FILE_ERROR, "bad conversion"));
@@ -147,18 +170,9 @@ TEST_F(DescribeNetwork, OfAPackageReadsItsComponents) {
 }
 
 TEST_F(DescribeNetwork, OfASecuredPackageDecryptsInMemory) {
-    const IrNetwork network = affineNetwork();
-    PackageText text = describe(network);
-    text.components = {{"secured_file", "net.xml"}, {"secured_file", "net.bin"}};
-    writeManifest(directory_, text);
-    const CryptoKey key = countingKey();
-    directory_.write("net.xml", secured(network.topology(), key, BlockFilling::kPkcs7));
-    directory_.write("net.bin", secured(network.weights(), key, BlockFilling::kPkcs7));
+    const CryptoKey key = writeSecuredPackage();
     ASSERT_THAT(describePackage(&key), IsOk());
     EXPECT_THAT(namesOf(inputs_), ElementsAre("x"));
-
-    const CryptoKey wrong{};
-    EXPECT_THAT(describePackage(&wrong), IsStatusWith(FILE_ERROR, HasSubstr("not an XML text")));
 }
 
 TEST_F(DescribeNetwork, OfAPackageWithoutATargetAnswersMetadataError) {

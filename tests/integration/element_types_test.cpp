@@ -24,6 +24,7 @@ TEST_F(ElementTypes, FloatInputIsReadAsFloat) {
     EXPECT_THAT(valuesOf<float>(outputs_.at(0)), ElementsAre(0.5F, -1.5F, 500.F, 0.25F));
 }
 
+#ifdef QUAVIN_ENGINE_IS_ADAPTER  // others convert no int8
 TEST_F(ElementTypes, Int8InputIsReadAsInt8) {
     ASSERT_THAT(loadNetwork(halvingNetwork("i8")), IsOk());
     ASSERT_THAT(allocateInputs(), IsOk());
@@ -32,6 +33,7 @@ TEST_F(ElementTypes, Int8InputIsReadAsInt8) {
     ASSERT_THAT(predict(), IsOk());
     EXPECT_THAT(valuesOf<float>(outputs_.at(0)), ElementsAre(0.5F, -1.5F, 63.5F, -64.F));
 }
+#endif
 
 TEST_F(ElementTypes, Int16InputIsReadAsInt16) {
     ASSERT_THAT(loadNetwork(halvingNetwork("i16")), IsOk());
@@ -59,6 +61,7 @@ TEST_F(ElementTypes, Int32OutputComesAsInt32) {
     EXPECT_THAT(valuesOf<std::int32_t>(outputs_.at(0)), ElementsAre(3, -6, 300000, 0));
 }
 
+#ifdef QUAVIN_ENGINE_IS_ADAPTER  // as above
 TEST_F(ElementTypes, OneNetworkTakesAllFourTypesAtOnce) {
     IrNetwork net("all types");
     const IrNetwork::Shape shape = {1, 2};
@@ -78,6 +81,7 @@ TEST_F(ElementTypes, OneNetworkTakesAllFourTypesAtOnce) {
     ASSERT_THAT(predict(), IsOk());
     EXPECT_THAT(valuesOf<float>(outputs_.at(0)), ElementsAre(70299.25F, 79601.5F));
 }
+#endif
 
 TEST_F(ElementTypes, FloatAndInt32OutputsComeFromOneNetwork) {
     IrNetwork net("two types");

@@ -18,7 +18,9 @@ namespace VelmoraQuavin::testing {
 /// A host with the library switched on, a directory for a package, and a model.
 class ModelTest : public ::testing::Test {
 protected:
-    ModelTest() : client_(QuavinClient::instance()) {}
+    ModelTest() : ModelTest(QuavinConfig()) {}
+    explicit ModelTest(const QuavinConfig& config)
+        : switchedOn_(config), client_(QuavinClient::instance()) {}
     /// Leaves no model registered for the next test.
     ~ModelTest() override {
         for (const auto& model : client_.queryRuntimeStatus().getLoadedModels()) {
@@ -60,7 +62,7 @@ protected:
         return valuesOf<float>(outputs_.at(0));
     }
 
-    const QuavinClientInitTerm switchedOn_{QuavinConfig()};
+    const QuavinClientInitTerm switchedOn_;
     QuavinClient& client_;
     TempDirectory directory_;
     std::shared_ptr<QuavinModel> model_;

@@ -16,4 +16,8 @@ InferRequest::Ptr ExecutableNetwork::CreateInferRequestPtr() {
                                                              : nullptr;
 }
 
+Parameter ExecutableNetwork::GetConfig(const std::string& /*name*/) const {
+    return {};
+}
+
 }  // namespace InferenceEngine

@@ -76,16 +76,25 @@ public:
         }
         return give(engine.makingRequest, response);
     }
+
+    StatusCode GetConfig(const std::string& name, Parameter& result,
+                         ResponseDesc* response) const noexcept override {
+        const auto& settings = faultyEngine().settings;
+        const auto found = settings.find(name);
+        if (found == settings.end()) {
+            return give({NOT_FOUND, "no setting " + name}, response);
+        }
+        result = found->second;
+        return OK;
+    }
 };
 
 class FaultyNetwork final : public ICNNNetwork {
 public:
     void Release() noexcept override { delete this; }
-    void getInputsInfo(InputsDataMap& inputs) const noexcept override {
-        inputs = faultyEngine().inputs;
-    }
-    void getOutputsInfo(OutputsDataMap& outputs) const noexcept override {
-        outputs = faultyEngine().outputs;
+    const InputsDataMap& getInputsInfo() const noexcept override { return faultyEngine().inputs; }
+    const OutputsDataMap& getOutputsInfo() const noexcept override {
+        return faultyEngine().outputs;
     }
 };
 
@@ -155,6 +164,19 @@ ExecutableNetwork Core::LoadNetwork(CNNNetwork /*network*/, const std::string& d
         details::extract_exception(engine.loading.status, engine.loading.text.data());
     }
     return ExecutableNetwork(details::shared_from_irelease(new FaultyExecutable));
+}
+
+Parameter Core::GetMetric(const std::string& device, const std::string& name) const {
+    const auto& metrics = faultyEngine().metrics;
+    const auto found = metrics.find({device, name});
+    if (found == metrics.end()) {
+        throw 42;
+    }
+    return found->second;
+}
+
+const Version* GetInferenceEngineVersion() noexcept {
+    return faultyEngine().version;
 }
 
 }  // namespace InferenceEngine

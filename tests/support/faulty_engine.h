@@ -6,6 +6,7 @@
 #include <inference_engine.hpp>
 #include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace VelmoraQuavin::testing {
@@ -41,6 +42,11 @@ struct FaultyEngine {
     InferenceEngine::InputsDataMap inputs;
     InferenceEngine::OutputsDataMap outputs;
     std::function<void(const InferenceEngine::BlobMap&)> onInfer;
+    std::map<std::string, InferenceEngine::Parameter> settings;  ///< Of whatever is loaded.
+
+    /// The engine itself; refuses what is not here.
+    const InferenceEngine::Version* version = nullptr;
+    std::map<std::pair<std::string, std::string>, InferenceEngine::Parameter> metrics;
     std::function<void(const void*, std::size_t)> onRead;
 
     /// What was asked for.
@@ -49,6 +55,7 @@ struct FaultyEngine {
     InferenceEngine::TBlob<std::uint8_t>::Ptr weights;
     std::vector<Loading> loadings;
     std::vector<std::string> boundNames;
+    /// Held until the next blob of the name is bound, as releases of 2020 do it.
     InferenceEngine::BlobMap bound;
     int inferences = 0;
     int readersMade = 0;

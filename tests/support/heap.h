@@ -16,4 +16,8 @@ void* allocateAligned(std::size_t alignment, std::size_t size) noexcept;
 std::size_t sizeOfAligned(void* block, std::size_t alignment) noexcept;
 void freeAligned(void* block) noexcept;
 
+/// Whether an address of code, from which something was allocated, is of this program itself or of
+/// what the standard library does for it; not of another library, such as the engine's runtime.
+bool isOfThisProgram(const void* code) noexcept;
+
 }  // namespace VelmoraQuavin::testing

@@ -12,6 +12,7 @@ class RecordingLogProcessor : public ILogProcessor {
 public:
     void process(const LogRecord& record) override { records_.push_back(record); }
 
+    void clear() { records_.clear(); }
     const std::vector<LogRecord>& records() const { return records_; }
     std::vector<std::string> messages() const {
         std::vector<std::string> messages;

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "client_fixture.h"
+#include "core/diagnostics.h"
 #include "quavin/client.h"
 #include "quavin/logging.h"
 #include "support/captured_output.h"
@@ -93,6 +94,26 @@ TEST_F(ClientLoggingTest, TheLoggerIsKeptUntilTheNextInit) {
     EXPECT_FALSE(watched.expired());
     QuavinClient::init(configOf(other_));
     EXPECT_TRUE(watched.expired());
+}
+
+TEST_F(ClientLoggingTest, DiagnosticsAreOnFromInitToTerminateWhereTheHostAsks) {
+    QuavinConfig config = configOf(logger_);
+    config.SetDiagnostics(true);
+    QuavinClient::init(config);
+    internal::diagnose([] { return "while on"; });
+    QuavinClient::terminate();
+    QuavinClient::init(configOf(logger_));
+    internal::diagnose([] { return "not asked for"; });
+    EXPECT_THAT(logger_->messages(), ElementsAre("while on"));
+}
+
+TEST_F(ClientLoggingTest, ASecondInitDoesNotSwitchDiagnosticsOn) {
+    QuavinClient::init(configOf(logger_));
+    QuavinConfig config = configOf(logger_);
+    config.SetDiagnostics(true);
+    QuavinClient::init(config);
+    internal::diagnose([] { return "hidden"; });
+    EXPECT_THAT(logger_->messages(), IsEmpty());
 }
 
 TEST_F(ClientLoggingTest, AScopeInstallsAndTakesOutItsLogger) {

@@ -20,6 +20,16 @@ TEST(QuavinConfigTest, LoadIsAFailureWithoutAText) {
     EXPECT_THAT(QuavinConfig().load(), IsStatus(FAILURE, ""));
 }
 
+TEST(QuavinConfigTest, AsksForNoDiagnosticsByDefault) {
+    EXPECT_FALSE(QuavinConfig().GetDiagnostics());
+}
+
+TEST(QuavinConfigTest, CopiesCarryTheWishForDiagnostics) {
+    QuavinConfig config;
+    config.SetDiagnostics(true);
+    EXPECT_TRUE(QuavinConfig(config).GetDiagnostics());
+}
+
 TEST(QuavinConfigTest, SharesItsLogger) {
     const auto logger = std::make_shared<RecordingLogProcessor>();
     QuavinConfig config;

@@ -8,6 +8,7 @@ quavin_unit_test(
   byte_traits_test.cpp
   debug_log_format_test.cpp
   default_log_chain_test.cpp
+  diagnostics_test.cpp
   exceptions_test.cpp
   log_processor_container_test.cpp
   log_processor_file_system_test.cpp
@@ -15,6 +16,7 @@ quavin_unit_test(
   log_processor_ostream_test.cpp
   logging_hub_history_test.cpp
   logging_hub_test.cpp
+  portable_name_test.cpp
   report_at_exit_test.cpp
   report_test.cpp
   secure_wipe_test.cpp

@@ -14,12 +14,20 @@ constexpr std::size_t kWideAlignment = 64;
 
 std::atomic<int> alignedBlocks{0};
 std::atomic<FreeWatch*> activeWatch{nullptr};
+thread_local int allocationsUntilFailure = 0;  // none fails at 0
 
-void* allocate(std::size_t size) noexcept {
-    return std::malloc(size);
+bool mustFail(const void* caller) noexcept {
+    return allocationsUntilFailure > 0 && isOfThisProgram(caller) && --allocationsUntilFailure == 0;
 }
 
-void* allocate(std::size_t size, std::align_val_t alignment) noexcept {
+void* allocate(const void* caller, std::size_t size) noexcept {
+    return mustFail(caller) ? nullptr : std::malloc(size);
+}
+
+void* allocate(const void* caller, std::size_t size, std::align_val_t alignment) noexcept {
+    if (mustFail(caller)) {
+        return nullptr;
+    }
     const auto multiple = static_cast<std::size_t>(alignment);
     void* const block = allocateAligned(multiple, size);
     if (block != nullptr && multiple >= kWideAlignment) {
@@ -67,6 +75,18 @@ int alignedBlocksInUse() noexcept {
     return alignedBlocks;
 }
 
+AllocationFailure::AllocationFailure(int which) {
+    allocationsUntilFailure = which;
+}
+
+AllocationFailure::~AllocationFailure() {
+    allocationsUntilFailure = 0;
+}
+
+bool AllocationFailure::happened() const {
+    return allocationsUntilFailure == 0;
+}
+
 FreeWatch::FreeWatch() {
     activeWatch = this;
 }
@@ -98,28 +118,28 @@ using VelmoraQuavin::testing::release;
 
 // All forms, since an instrumented build has array forms that do not call the others.
 void* operator new(std::size_t size) {
-    return orThrow(allocate(size));
+    return orThrow(allocate(__builtin_return_address(0), size));
 }
 void* operator new[](std::size_t size) {
-    return orThrow(allocate(size));
+    return orThrow(allocate(__builtin_return_address(0), size));
 }
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-    return allocate(size);
+    return allocate(__builtin_return_address(0), size);
 }
 void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
-    return allocate(size);
+    return allocate(__builtin_return_address(0), size);
 }
 void* operator new(std::size_t size, std::align_val_t alignment) {
-    return orThrow(allocate(size, alignment));
+    return orThrow(allocate(__builtin_return_address(0), size, alignment));
 }
 void* operator new[](std::size_t size, std::align_val_t alignment) {
-    return orThrow(allocate(size, alignment));
+    return orThrow(allocate(__builtin_return_address(0), size, alignment));
 }
 void* operator new(std::size_t size, std::align_val_t alignment, const std::nothrow_t&) noexcept {
-    return allocate(size, alignment);
+    return allocate(__builtin_return_address(0), size, alignment);
 }
 void* operator new[](std::size_t size, std::align_val_t alignment, const std::nothrow_t&) noexcept {
-    return allocate(size, alignment);
+    return allocate(__builtin_return_address(0), size, alignment);
 }
 
 void operator delete(void* block) noexcept {

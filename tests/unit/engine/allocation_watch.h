@@ -8,6 +8,20 @@ namespace VelmoraQuavin::testing {
 /// in programs that compile allocation_watch.cpp, which replaces the global operators.
 int alignedBlocksInUse() noexcept;
 
+/// Has one allocation fail that this thread makes in this program's own code: the engine's runtime
+/// does not survive all failures of its own allocations. One at a time.
+class AllocationFailure {
+public:
+    /// @param which 1 for the next allocation, 2 for the one behind it, ...
+    explicit AllocationFailure(int which);
+    AllocationFailure(const AllocationFailure&) = delete;
+    AllocationFailure& operator=(const AllocationFailure&) = delete;
+    ~AllocationFailure();
+
+    /// Whether there have been that many allocations.
+    bool happened() const;
+};
+
 /// Watches a run of bytes until the block that holds it is freed. One at a time.
 class FreeWatch {
 public:

@@ -1,6 +1,11 @@
 // Loading on an engine whose requests are wrappers with nothing inside, or no wrappers at all.
 
+#include <gmock/gmock.h>
+
+#include "core/diagnostics.h"
+#include "core/logging_hub.h"
 #include "faulty_model_test.h"
+#include "support/recording_log_processor.h"
 
 namespace VelmoraQuavin::testing {
 namespace {
@@ -28,6 +33,19 @@ TEST_F(BareRequest, TheNetworkStaysReadForTheNextLoad) {
     expectNotLoaded();
     EXPECT_EQ(engine_.readTexts.size(), 1U);
     EXPECT_EQ(engine_.loadings.size(), 2U);
+}
+
+TEST_F(BareRequest, DiagnosticsNameThePackage) {
+    const auto recorder = std::make_shared<RecordingLogProcessor>();
+    internal::LoggingHub::find()->setProcessor(recorder);
+    internal::setDiagnostics(true);
+    expectNotLoaded();
+    internal::setDiagnostics(false);
+    internal::LoggingHub::find()->setProcessor(nullptr);
+    EXPECT_THAT(
+        recorder->messages(),
+        ::testing::ElementsAre("loading the package \"" + directory_.text() +
+                               "\": the engine compiled the network and made no request for it"));
 }
 
 }  // namespace

@@ -112,6 +112,20 @@ TEST_F(FaultyInference, EveryCallHasOutputBlobsOfItsOwn) {
     EXPECT_NE(outputs_.at(0)->asTensor()->buffer(), outputs_.at(1)->asTensor()->buffer());
 }
 
+// This engine holds its blobs until the next ones are bound, as releases of 2020 do.
+TEST_F(FaultyInference, MemoryThatTheEngineStillHoldsIsHandedOutOneCallLater) {
+    const auto addressOfOutput = [&] {
+        outputs_.clear();
+        EXPECT_THAT(predict(), IsOk());
+        return outputs_.at(0)->asTensor()->buffer();
+    };
+    const auto* const first = addressOfOutput();
+    const auto* const second = addressOfOutput();
+    EXPECT_NE(second, first);
+    EXPECT_EQ(addressOfOutput(), first);
+    EXPECT_EQ(addressOfOutput(), second);
+}
+
 TEST_F(FaultyInference, ANullOutputIsALogicErrorBeforeInference) {
     engine_.outputs.at("y") = nullptr;
     try {

@@ -148,6 +148,16 @@ TEST_F(OutputPoolTest, ASizeThatNoMemoryHasGivesNull) {
     EXPECT_EQ(pool_->alloc(std::numeric_limits<std::size_t>::max()), nullptr);
 }
 
+TEST_F(OutputPoolTest, TakesNullBackForABlobThatGotNoMemory) {
+    EXPECT_FALSE(pool_->free(nullptr));
+    void* const block = pool_->alloc(100);
+    EXPECT_NE(block, nullptr);
+    EXPECT_TRUE(pool_->free(block));
+    EXPECT_EQ(blocks(), 1);
+    pool_->close();
+    EXPECT_FALSE(pool_->free(nullptr));
+}
+
 // Every thread writes all over its blocks; a block that two of them got would show.
 TEST_F(OutputPoolTest, BlocksComeBackFromSeveralThreadsAtOnce) {
     constexpr std::size_t kSize = 256;

@@ -69,6 +69,10 @@ TEST(SecretAllocator, GivesABlockForZeroBytes) {
     EXPECT_EQ(blob->byteSize(), 0U);
 }
 
+TEST(SecretAllocator, TakesNullBackForABlobThatGotNoMemory) {
+    EXPECT_FALSE(makeSecretAllocator()->free(nullptr));
+}
+
 TEST(SecretAllocator, FreeingNothingIsHarmless) {
     const auto blob = InferenceEngine::make_shared_blob<std::uint8_t>(
         InferenceEngine::TensorDesc(InferenceEngine::Precision::U8, {16}, InferenceEngine::ANY),

@@ -1,6 +1,7 @@
 quavin_unit_test(
   engine
   allocation_watch.cpp
+  memory_exhaustion_test.cpp
   network_component_test.cpp
   openvino_tensor_test.cpp
   output_pool_test.cpp
@@ -27,7 +28,9 @@ if(QUAVIN_ENGINE_IS_ADAPTER)
   quavin_faulty_engine_test(
     quavin_faulty_engine_tests
     allocation_watch.cpp
+    engine_info_test.cpp
     faulty_describing_test.cpp
+    faulty_diagnostics_test.cpp
     faulty_inference_test.cpp
     faulty_loading_test.cpp
     network_reading_test.cpp)

@@ -108,6 +108,18 @@ TEST(QuavinModelTest, TargetMetadataIsEmptyWithoutMetadata) {
     EXPECT_THAT(model.getTargetMetadata().components, IsEmpty());
 }
 
+// Models of the engine are asked in the tests of the engine.
+TEST(QuavinModelTest, EngineInfoNeedsALoadedModelThatKnows) {
+    RecordingModel model;
+    EngineInfo info;
+    info.device = "as it was";
+    EXPECT_THAT(model.getEngineInfo(info), IsStatus(MODEL_NOT_LOADED, "There is no model loaded"));
+    ASSERT_THAT(model.load(metadataOf(completeTarget())), IsOk());
+    EXPECT_THAT(model.getEngineInfo(info),
+                IsStatus(FAILURE, "The model does not tell what it runs on"));
+    EXPECT_EQ(info.device, "as it was");
+}
+
 class PredictTest : public ::testing::Test {
 protected:
     RecordingModel model_;

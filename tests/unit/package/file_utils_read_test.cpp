@@ -8,6 +8,7 @@
 #include "quavin/files.h"
 #include "support/status_matcher.h"
 #include "support/temp_directory.h"
+#include "support/unreadable_file.h"
 
 namespace VelmoraQuavin {
 namespace {
@@ -134,6 +135,16 @@ TEST_F(FileUtilsReadToAllocated, ThrowsForADirectoryAndLeavesSizeAndBuffer) {
         FILE_ERROR, "File error!");
     EXPECT_EQ(size, kUntouched);
     EXPECT_EQ(buffer, std::string(16, '#'));
+}
+
+TEST_F(FileUtilsReadToBuffer, GivesZerosWhereTheSystemCannotReadTheFile) {
+    directory_.write("file", allBytes());
+    const testing::UnreadableFile unreadable(directory_.path() / "file");
+    uint64 size = kUntouched;
+    const std::unique_ptr<char[]> buffer = FileUtils::readBinaryFileToBuffer(path("file"), size);
+    ASSERT_NE(buffer, nullptr);
+    ASSERT_EQ(size, 400u * 256u);
+    EXPECT_EQ(std::string(buffer.get(), size), std::string(size, '\0'));
 }
 
 }  // namespace

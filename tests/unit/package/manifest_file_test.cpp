@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <string>
 
+#include "support/unreadable_file.h"
 #include "unit/package/manifest_fixture.h"
 
 namespace VelmoraQuavin {
@@ -104,12 +105,18 @@ TEST_F(ManifestFile, FailsForAPieceOfAByteOrderMark) {
     expectUnreadable("\xBF{\"targets\": {}}");
 }
 
-TEST_F(ManifestFile, MayHaveSixteenMebibytesAndNoMore) {
-    constexpr std::size_t most = std::size_t{16} << 20;
+TEST_F(ManifestFile, MayHaveOneMebibyteAndNoMore) {
+    constexpr std::size_t most = std::size_t{1} << 20;
     const std::string manifest = R"({"targets": {}})";
     EXPECT_THAT(load(manifest + std::string(most - manifest.size(), ' ')), IsOk());
     EXPECT_THAT(load(manifest + std::string(most + 1 - manifest.size(), ' ')),
                 IsStatus(MODEL_METADATA_ERROR, failedToOpen()));
+}
+
+TEST_F(ManifestFile, FailsWhereItCannotBeRead) {
+    directory_.write("manifest.json", R"({"targets": {}})");
+    const testing::UnreadableFile unreadable(directory_.path() / "manifest.json");
+    EXPECT_THAT(metadata_.load(path()), IsStatus(MODEL_METADATA_ERROR, failedToOpen()));
 }
 
 TEST_F(ManifestFile, FailsWithoutTargets) {

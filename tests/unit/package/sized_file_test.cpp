@@ -1,5 +1,6 @@
 #include "package/sized_file.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -8,6 +9,7 @@
 
 #include "support/status_matcher.h"
 #include "support/temp_directory.h"
+#include "support/unreadable_file.h"
 
 namespace VelmoraQuavin::internal {
 namespace {
@@ -80,10 +82,29 @@ TEST_F(SizedFileTest, ReadsNothingOfAnEmptyFileThatHasGrown) {
 TEST_F(SizedFileTest, CannotOpenWhatIsMissingOrADirectory) {
     std::filesystem::create_directory(directory_.path() / "folder");
     for (const char* name : {"missing", "missing\\file", "folder"}) {
-        EXPECT_FALSE(SizedFile::tryOpen(path(name)).has_value());
+        std::string problem;
+        EXPECT_FALSE(SizedFile::tryOpen(path(name), problem).has_value());
+        EXPECT_THAT(problem, ::testing::AnyOf(::testing::StartsWith("cannot be opened: "),
+                                              "is no plain file"));
         testing::expectThrows<FileException>([&] { SizedFile::open(path(name)); }, FILE_ERROR,
                                              "File error!");
     }
+}
+
+TEST_F(SizedFileTest, FailsWhereTheSystemCannotReadIt) {
+    const testing::UnreadableFile unreadable(directory_.path() / "file");
+    SizedFile file = SizedFile::open(path());
+    testing::expectThrows<FileException>([&] { read(file); }, FILE_ERROR, "File error!");
+}
+
+TEST_F(SizedFileTest, GivesZerosAndSaysWhyWhereTheSystemCannotReadIt) {
+    const testing::UnreadableFile unreadable(directory_.path() / "file");
+    SizedFile file = SizedFile::open(path());
+    std::string buffer(kSize + 16, '#');
+    std::string problem;
+    EXPECT_FALSE(file.tryRead(buffer.data(), problem));
+    EXPECT_EQ(buffer, std::string(kSize, '\0') + std::string(16, '#'));
+    EXPECT_THAT(problem, ::testing::StartsWith("cannot be read: "));
 }
 
 }  // namespace

@@ -25,6 +25,8 @@ quavin_unit_test(
   file_utils_write_test.cpp
   filepath_test.cpp
   manifest_components_test.cpp
+  manifest_diagnostics_test.cpp
+  manifest_document_test.cpp
   manifest_example_test.cpp
   manifest_feature_block_test.cpp
   manifest_features_test.cpp
@@ -36,6 +38,7 @@ quavin_unit_test(
   manifest_targets_test.cpp
   model_metadata_test.cpp
   model_type_test.cpp
+  path_arguments_test.cpp
   path_cases.cpp
   path_cases_lengths.cpp
   path_cases_names.cpp

@@ -106,8 +106,8 @@ Bytes listOf(const std::vector<Entry>& entries) {
 
 bool othersMayReadBy(const std::vector<Entry>& entries) {
     Bytes list = listOf(entries);
-    return othersMayRead(reinterpret_cast<ACL*>(list.data()), identifier(kOwner).data(),
-                         identifier(kUser).data());
+    return othersMay(Access::kRead, reinterpret_cast<ACL*>(list.data()), identifier(kOwner).data(),
+                     identifier(kUser).data());
 }
 
 struct Row {
@@ -171,20 +171,41 @@ TEST(AccessList, ThatIsEmptyLetsNobodyRead) {
 }
 
 TEST(AccessList, ThatIsNotThereLetsEverybodyRead) {
-    EXPECT_TRUE(othersMayRead(nullptr, identifier(kOwner).data(), identifier(kUser).data()));
+    EXPECT_TRUE(
+        othersMay(Access::kRead, nullptr, identifier(kOwner).data(), identifier(kUser).data()));
 }
 
 TEST(AccessList, OfAFileWithoutAnOwnerCannotBeTold) {
     Bytes list = listOf({{kAllowed, 0, kEverything, kUser}});
-    EXPECT_TRUE(
-        othersMayRead(reinterpret_cast<ACL*>(list.data()), nullptr, identifier(kUser).data()));
+    EXPECT_TRUE(othersMay(Access::kRead, reinterpret_cast<ACL*>(list.data()), nullptr,
+                          identifier(kUser).data()));
 }
 
 TEST(AccessList, ThatEndsInsideItsLastEntryCannotBeTold) {
     Bytes list = listOf({{kAllowed, 0, kEverything, kUser}});
     list[10] = static_cast<unsigned char>(list[10] + 4);  // the entry's size
-    EXPECT_TRUE(othersMayRead(reinterpret_cast<ACL*>(list.data()), identifier(kOwner).data(),
-                              identifier(kUser).data()));
+    EXPECT_TRUE(othersMay(Access::kRead, reinterpret_cast<ACL*>(list.data()),
+                          identifier(kOwner).data(), identifier(kUser).data()));
+}
+
+TEST(AccessList, LetsWhoeverMayChangeTheFileOrTheListChangeIt) {
+    const std::vector<DWORD> masks = {0x2, 0x4, 0x40000, 0x80000, 0x40000000, kGenericAll};
+    for (const DWORD mask : masks) {
+        Bytes list = listOf({{kAllowed, 0, mask, kUsers}});
+        EXPECT_TRUE(othersMay(Access::kChange, reinterpret_cast<ACL*>(list.data()),
+                              identifier(kOwner).data(), identifier(kUser).data()))
+            << mask;
+    }
+}
+
+TEST(AccessList, ThatLetsOthersReadAloneDoesNotLetThemChange) {
+    Bytes list = listOf({{kAllowed, 0, kReadData, kEveryone},
+                         {kAllowed, 0, kGenericRead, kUsers},
+                         {kDenied, 0, kEverything, kEveryone},
+                         {kAllowed, 0, kEverything, kUser},
+                         {kAllowed, 0, kEverything, kOwner}});
+    EXPECT_FALSE(othersMay(Access::kChange, reinterpret_cast<ACL*>(list.data()),
+                           identifier(kOwner).data(), identifier(kUser).data()));
 }
 
 }  // namespace

@@ -40,20 +40,6 @@ TEST(OpenFile, GivesAClosedStreamWhereItCannot) {
     EXPECT_FALSE(openFile(directory.entry("missing\\file"), std::ios::out).is_open());
 }
 
-TEST(OpenFileAtEnd, StandsBehindTheLastByte) {
-    const TempDirectory directory;
-    directory.write("file", "12345");
-    std::ifstream stream = openFileAtEnd(directory.entry("file"));
-    ASSERT_TRUE(stream.is_open());
-    EXPECT_EQ(stream.tellg(), std::streampos(5));
-}
-
-TEST(OpenFileAtEnd, RefusesADirectory) {
-    const TempDirectory directory;
-    EXPECT_FALSE(openFileAtEnd(directory.text()).is_open());
-    EXPECT_FALSE(openFileAtEnd(directory.text() + "\\").is_open());
-}
-
 TEST(OpenFileForWriting, EmptiesTheFile) {
     const TempDirectory directory;
     directory.write("file", "earlier");
@@ -69,7 +55,6 @@ TEST(OpenFileForWriting, GivesAClosedStreamForADirectory) {
 
 TEST(FileStreams, AreABadConversionForAPathThatIsNoUtf8) {
     EXPECT_THROW(openFile("\xFF", std::ios::in), std::range_error);
-    EXPECT_THROW(openFileAtEnd("\xFF"), std::range_error);
     EXPECT_THROW(openFileForWriting("\xFF", std::ios::binary), std::range_error);
 }
 

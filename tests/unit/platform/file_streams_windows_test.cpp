@@ -1,4 +1,4 @@
-// Devices, which have names in every directory here, and sharing.
+// What others may do to a file meanwhile.
 
 #include <gtest/gtest.h>
 #include <windows.h>
@@ -7,6 +7,7 @@
 #include <string>
 
 #include "platform/file_streams.h"
+#include "platform/input_file.h"
 #include "platform/windows/file_handle.h"
 #include "support/temp_directory.h"
 
@@ -14,16 +15,6 @@ namespace VelmoraQuavin::internal::platform {
 namespace {
 
 using testing::TempDirectory;
-
-TEST(OpenFileAtEnd, RefusesADevice) {
-    EXPECT_FALSE(openFileAtEnd("NUL").is_open());
-    EXPECT_FALSE(openFileAtEnd("nul").is_open());
-    EXPECT_FALSE(openFileAtEnd("\\\\.\\NUL").is_open());
-}
-
-TEST(OpenFileAtEnd, RefusesTheRootOfADrive) {
-    EXPECT_FALSE(openFileAtEnd("C:\\").is_open());
-}
 
 // What the C runtime's streams let others do: all but deleting.
 class FileSharing : public ::testing::Test {
@@ -54,8 +45,9 @@ TEST_F(FileSharing, OfAClosedFileIsComplete) {
 }
 
 TEST_F(FileSharing, OfAFileThatIsReadIsForReadingAndWriting) {
-    const std::ifstream stream = openFileAtEnd(path());
-    ASSERT_TRUE(stream.is_open());
+    std::string problem;
+    const auto file = InputFile::open(path(), problem);
+    ASSERT_TRUE(file.has_value()) << problem;
     expectSharedForReadingAndWriting();
 }
 

@@ -56,19 +56,5 @@ TEST(IsDirectory, FollowsLinks) {
     EXPECT_FALSE(isDirectory(""));
 }
 
-TEST(IsSpecial, IsTrueForWhatIsThereAndNoPlainFile) {
-    const testing::TempDirectory directory;
-    const std::string base = directory.text();
-    directory.write("file", "content");
-    std::filesystem::create_symlink(base + "/file", base + "/file_link");
-    std::filesystem::create_directory_symlink(base, base + "/folder_link");
-    EXPECT_TRUE(isSpecial(base));
-    EXPECT_TRUE(isSpecial(base + "/folder_link"));
-    EXPECT_TRUE(isSpecial("/dev/null"));
-    EXPECT_FALSE(isSpecial(base + "/file"));
-    EXPECT_FALSE(isSpecial(base + "/file_link"));
-    EXPECT_FALSE(isSpecial(base + "/missing"));
-}
-
 }  // namespace
 }  // namespace VelmoraQuavin::internal::platform

@@ -25,6 +25,10 @@ protected:
                             reinterpret_cast<const unsigned char*>(content.data()), content.size(),
                             readers);
     }
+    std::string replace(const std::string& name, const std::string& content) {
+        return replaceFile(directory_.entry(name),
+                           reinterpret_cast<const unsigned char*>(content.data()), content.size());
+    }
     std::string got() const { return {reinterpret_cast<const char*>(buffer_.data()), size_}; }
 
     testing::TempDirectory directory_;

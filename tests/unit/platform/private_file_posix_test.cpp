@@ -43,6 +43,25 @@ TEST_F(PrivateFileMode, IsRefusedWhereItsGroupOrOthersMayReadIt) {
     }
 }
 
+TEST_F(PrivateFileMode, IsRefusedWhereItsGroupOrOthersMayChangeIt) {
+    for (const fs::perms more : {fs::perms::group_write, fs::perms::others_write}) {
+        writeWithMode("key", "secret", kOwner | more);
+        EXPECT_EQ(read("key"), "can be changed by others: take their right with chmod go-w");
+        EXPECT_EQ(outcome_, PrivateReading::kOpenToOthers);
+        EXPECT_THAT(read("key", OpenToOthers::kAllowed), IsEmpty());
+        EXPECT_EQ(got(), "secret");
+    }
+    writeWithMode("key", "secret", kOwner | fs::perms::group_write | fs::perms::others_read);
+    EXPECT_EQ(read("key"), "can be read and changed by others: take their rights with chmod go-rw");
+}
+
+TEST_F(PrivateFileMode, StaysThatOfTheFileThatIsReplaced) {
+    writeWithMode("file", "old", kOwner | fs::perms::group_write);
+    EXPECT_THAT(replace("file", "new"), IsEmpty());
+    EXPECT_EQ(fs::status(directory_.path() / "file").permissions(),
+              kOwner | fs::perms::group_write);
+}
+
 TEST_F(PrivateFileMode, IsWrittenForItsOwnerAlone) {
     const mode_t before = ::umask(0);
     EXPECT_THAT(write("key", "secret"), IsEmpty());

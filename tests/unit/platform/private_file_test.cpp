@@ -3,17 +3,29 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <string>
+#include <vector>
 
 #include "private_file_case.h"
 
 namespace VelmoraQuavin::internal::platform {
 namespace {
 
+using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 namespace fs = std::filesystem;
+
+std::vector<std::string> namesIn(const testing::TempDirectory& directory) {
+    std::vector<std::string> names;
+    for (const fs::directory_entry& entry : fs::directory_iterator(directory.path())) {
+        names.push_back(entry.path().filename().u8string());
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+}
 
 TEST_F(PrivateFile, IsReadAsItWasWritten) {
     EXPECT_THAT(write("key", "secret"), IsEmpty());
@@ -47,6 +59,67 @@ TEST_F(PrivateFile, ReplacesNothing) {
     directory_.write("key", "old");
     EXPECT_THAT(write("key", "new"), HasSubstr("cannot be made: "));
     EXPECT_EQ(directory_.read("key"), "old");
+}
+
+TEST_F(PrivateFile, LeavesNothingWhereItCannotBePut) {
+    fs::create_directory(directory_.path() / "folder");
+    EXPECT_THAT(write("folder", "new"), HasSubstr("cannot be made: "));
+    EXPECT_THAT(namesIn(directory_), ElementsAre("folder"));
+}
+
+TEST_F(PrivateFile, StandsAloneWhenItIsWritten) {
+    EXPECT_THAT(write("key", "secret"), IsEmpty());
+    EXPECT_THAT(namesIn(directory_), ElementsAre("key"));
+}
+
+TEST_F(PrivateFile, OrAnyOtherIsReplaced) {
+    EXPECT_THAT(replace("file", "first"), IsEmpty());
+    EXPECT_EQ(directory_.read("file"), "first");
+    EXPECT_THAT(replace("file", ""), IsEmpty());
+    EXPECT_EQ(directory_.read("file"), "");
+    EXPECT_THAT(namesIn(directory_), ElementsAre("file"));
+}
+
+TEST_F(PrivateFile, OrAnyOtherIsNotReplacedWhereTheNewOneCannotBePut) {
+    directory_.write("folder/file", "old");
+    EXPECT_THAT(replace("folder", "new"), HasSubstr("cannot be written: "));
+    EXPECT_THAT(replace("no\\file", "new"), HasSubstr("cannot be made: "));
+    EXPECT_EQ(directory_.read("folder/file"), "old");
+    EXPECT_THAT(namesIn(directory_), ElementsAre("folder"));
+}
+
+TEST_F(PrivateFile, OrAnyOtherIsMovedToANewName) {
+    directory_.write("file", "content");
+    directory_.write("folder/file", "inner");
+    std::string problem;
+    EXPECT_EQ(moveToNew(directory_.entry("file"), directory_.entry("moved"), problem),
+              Moving::kDone);
+    EXPECT_EQ(moveToNew(directory_.entry("folder"), directory_.entry("there"), problem),
+              Moving::kDone);
+    EXPECT_EQ(directory_.read("moved"), "content");
+    EXPECT_EQ(directory_.read("there/file"), "inner");
+    EXPECT_THAT(namesIn(directory_), ElementsAre("moved", "there"));
+}
+
+TEST_F(PrivateFile, OrAnyOtherIsNotMovedToANameThatIsTaken) {
+    directory_.write("file", "content");
+    directory_.write("folder/file", "inner");
+    directory_.write("taken", "precious");
+    fs::create_directory(directory_.path() / "taken folder");
+    for (const char* from : {"file", "folder"}) {
+        for (const char* to : {"taken", "taken folder"}) {
+            std::string problem;
+            EXPECT_EQ(moveToNew(directory_.entry(from), directory_.entry(to), problem),
+                      Moving::kNameTaken)
+                << from << to << problem;
+        }
+        std::string problem;
+        EXPECT_EQ(moveToNew(directory_.entry(from), directory_.entry("no\\new"), problem),
+                  Moving::kFailed);
+        EXPECT_THAT(problem, HasSubstr("cannot be made: "));
+    }
+    EXPECT_EQ(directory_.read("taken"), "precious");
+    EXPECT_THAT(namesIn(directory_), ElementsAre("file", "folder", "taken", "taken folder"));
 }
 
 TEST_F(PrivateFile, InAMissingDirectoryIsRefused) {

@@ -108,6 +108,15 @@ TEST_F(PrivateFileAccessList, IsRefusedWhereItLetsEverybodyReadIt) {
     EXPECT_EQ(got(), "secret");
 }
 
+TEST_F(PrivateFileAccessList, IsRefusedWhereItLetsEverybodyChangeIt) {
+    EXPECT_THAT(write("key", "secret"), IsEmpty());
+    setList("key", L"D:P(A;;FA;;;BA)(A;;FW;;;WD)");
+    EXPECT_THAT(read("key"), HasSubstr("changed by others: "));
+    EXPECT_EQ(outcome_, PrivateReading::kOpenToOthers);
+    EXPECT_THAT(read("key", OpenToOthers::kAllowed), IsEmpty());
+    EXPECT_EQ(got(), "secret");
+}
+
 TEST_F(PrivateFileAccessList, OfANewFileNamesNobodyElse) {
     EXPECT_THAT(write("key", "secret"), IsEmpty());
     // Or the system, its administrators and whoever owns the file.

@@ -5,12 +5,14 @@ if(WIN32)
       confined_directory_windows_test.cpp
       file_streams_windows_test.cpp
       file_system_windows_test.cpp
-      possible_name_windows_test.cpp
+      input_file_windows_test.cpp
+      pending_file_windows_test.cpp
       wide_path_windows_test.cpp)
 else()
   # Links, pipes and permissions as POSIX has them.
   set(system_tests aes_memory_posix.cpp confined_directory_posix_test.cpp
-                   file_streams_posix_test.cpp native_path_posix_test.cpp)
+                   input_file_posix_test.cpp native_path_posix_test.cpp
+                   new_name_posix_test.cpp pending_file_posix_test.cpp)
 endif()
 quavin_unit_test(
   platform
@@ -21,6 +23,7 @@ quavin_unit_test(
   confined_directory_test.cpp
   file_streams_test.cpp
   file_system_test.cpp
+  input_file_test.cpp
   secure_memory_test.cpp)
 target_link_libraries(quavin_platform_tests PRIVATE quavin_test_packages)
 
@@ -28,7 +31,8 @@ target_link_libraries(quavin_platform_tests PRIVATE quavin_test_packages)
 if(QUAVIN_BUILD_TOOLS)
   target_sources(
     quavin_platform_tests
-    PRIVATE platform/aes_encryption_test.cpp platform/private_file_test.cpp platform/process_test.cpp)
+    PRIVATE platform/aes_encryption_test.cpp platform/child_process_test.cpp
+            platform/loaded_libraries_test.cpp platform/private_file_test.cpp platform/process_test.cpp)
   if(WIN32)
     target_sources(
       quavin_platform_tests PRIVATE platform/access_list_windows_test.cpp

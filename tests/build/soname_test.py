@@ -1,0 +1,20 @@
+"""A host is bound to the versions of the library that it works with: the minor one up to 1.0, then the major."""
+
+import os
+import re
+import subprocess
+import unittest
+
+
+class SonameTest(unittest.TestCase):
+    def test_it_names_the_compatible_versions(self):
+        with open(os.environ["QUAVIN_VERSION_HEADER"], encoding="utf-8") as file:
+            major, minor = re.findall(r"#define QUAVIN_VERSION_M\w+ (\d+)", file.read())
+        compatible = f"0.{minor}" if major == "0" else major
+        headers = subprocess.run([os.environ["QUAVIN_READELF"], "-dW", os.environ["QUAVIN_LIBRARY"]],
+                                 stdout=subprocess.PIPE, text=True, check=True).stdout
+        self.assertIn(f"[libquavin_on_device_sdk.so.{compatible}]", headers)
+
+
+if __name__ == "__main__":
+    unittest.main()

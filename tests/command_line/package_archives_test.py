@@ -1,0 +1,249 @@
+"""Packages in archives, plain and encrypted, for the commands that load them."""
+
+import io
+import json
+import os
+import subprocess
+import tarfile
+import threading
+import unittest
+
+import numpy as np
+
+import networks
+import packages
+import process
+from support import KEY_HEX, OTHER_KEY_HEX, CommandLineTest
+
+X = np.float32([[1.5, -2, 3, 0.25]])
+COMMANDS = {
+    "run": ["-i", "x=x.npy", "-o", "out"],
+    "bench": ["--seconds", "0.01"],
+    "verify": [],
+}
+KEY_OPTIONS = ["--key-file", "key"]
+
+
+class ArchiveCase(CommandLineTest):
+    def setUp(self):
+        super().setUp()
+        np.save(self.dir / "x.npy", X)
+        self.key_file()
+
+    def archive(self, network=None, directory="model", **options):
+        """An archive as GNU tar makes it of a package."""
+        packages.write_package(self.dir / "source" / directory, network, **options)
+        self.tar("p.tar", directory)
+
+    def tar(self, name, *what):
+        subprocess.run(
+            ["tar", "-cf", self.dir / name, *what], cwd=self.dir / "source", check=True
+        )
+
+    def encrypt(self, name="p.tar", result="p.secret"):
+        plain = (self.dir / name).read_bytes()
+        self.write(result, packages.openssl_encrypt(plain, KEY_HEX, bytes(range(16))))
+
+    def used(self, archive, *options):
+        """Uses an archive with each command, and compares what comes out of it."""
+        for command, arguments in COMMANDS.items():
+            with self.subTest(command):
+                self.succeed(command, archive, *arguments, *options)
+        np.testing.assert_array_equal(np.load(self.dir / "out/y.npy"), networks.affine_result(X))
+        self.assertEqual(list(self.temporary.iterdir()), [])
+
+    def refused_by_each(self, code, archive, *options):
+        """The texts with which each command refuses an archive; nothing is left behind."""
+        reasons = []
+        for command, arguments in COMMANDS.items():
+            with self.subTest(command), self.nothing_changes():
+                if command == "verify":
+                    result = self.quavin(command, archive, "--json", *options)
+                    self.failure_text(12, process.Result(1, "", result.err))
+                    [finding] = json.loads(result.out)["findings"]
+                    reasons.append(finding["what"])
+                else:
+                    reasons.append(self.refused(code, command, archive, *arguments, *options))
+        return reasons
+
+
+class Plain(ArchiveCase):
+    def test_is_used_as_its_directory_is(self):
+        self.archive()
+        self.used("p.tar")
+
+    def test_is_used_with_the_package_at_its_root(self):
+        self.archive()
+        for name, what in ("files.tar", ["manifest.json", "net.xml", "net.bin"]), ("dot.tar", ["."]):
+            subprocess.run(
+                ["tar", "-cf", self.dir / name, *what], cwd=self.dir / "source/model", check=True
+            )
+            self.used(name)
+
+    def test_is_used_without_entries_of_directories(self):
+        self.archive()
+        files = [f"model/{name}" for name in ("net.bin", "manifest.json", "net.xml")]
+        self.tar("flat.tar", *files)
+        self.used("flat.tar")
+
+    def test_may_have_any_name_and_place(self):
+        self.archive()
+        (self.dir / "deep").mkdir()
+        (self.dir / "p.tar").rename(self.dir / "deep" / "größe")
+        self.used("deep/größe")
+
+    def test_may_hold_secured_files(self):
+        self.archive(key_hex=KEY_HEX)
+        self.used("p.tar", *KEY_OPTIONS)
+
+    def test_holds_secured_files_without_their_key(self):
+        self.archive(key_hex=KEY_HEX)
+        for reason in self.refused_by_each(7, "p.tar"):
+            self.assertIn("secured", reason)
+
+    def test_holds_no_package(self):
+        self.write("source/file", "text")
+        self.tar("p.tar", "file")
+        for reason in self.refused_by_each(12, "p.tar"):
+            self.assertIn("p.tar holds no manifest.json", reason)
+
+    def test_is_none(self):
+        for content in b"", b"some text", bytes(4096), os.urandom(4096):
+            self.write("p.tar", content)
+            for reason in self.refused_by_each(21, "p.tar"):
+                self.assertIn("p.tar is neither a directory nor a tar archive", reason)
+                self.assertIn("--key-file", reason)
+
+    def test_leads_elsewhere(self):
+        self.archive()
+        with tarfile.open(self.dir / "p.tar", "a") as archive:
+            entry = tarfile.TarInfo("../evil")
+            entry.size = 4
+            archive.addfile(entry, io.BytesIO(b"evil"))
+        for reason in self.refused_by_each(7, "p.tar"):
+            self.assertIn("../evil", reason)
+
+    def test_is_cut_off(self):
+        self.archive()
+        os.truncate(self.dir / "p.tar", 2048)
+        self.refused_by_each(7, "p.tar")
+
+    def test_of_pack_is_used(self):
+        packages.write_network(self.dir, networks.affine())
+        self.succeed("pack", "net.xml", "-o", "p.tar")
+        self.used("p.tar")
+
+
+class Encrypted(ArchiveCase):
+    def test_is_used_with_its_key(self):
+        self.archive()
+        self.encrypt()
+        self.used("p.secret", *KEY_OPTIONS)
+
+    def test_of_pack_is_used(self):
+        packages.write_network(self.dir, networks.affine())
+        options = ["--encrypt", "archive", *KEY_OPTIONS]
+        self.succeed("pack", "net.xml", "-o", "p.tar", *options)
+        self.used("p.tar", *KEY_OPTIONS)
+
+    def test_may_hold_files_that_are_secured_with_the_same_key(self):
+        self.archive(key_hex=KEY_HEX)
+        self.encrypt()
+        self.used("p.secret", *KEY_OPTIONS)
+
+    def test_may_hold_files_in_directories(self):
+        self.archive()
+        source = self.dir / "source/model"
+        (source / "a/b").mkdir(parents=True)
+        (source / "net.xml").rename(source / "a/b/net.xml")
+        with packages.changed_manifest(source) as target:
+            target["components"][0]["path"] = "a\\./b/net.xml"
+        self.tar("p.tar", "model")
+        self.encrypt()
+        self.used("p.secret", *KEY_OPTIONS)
+
+    def test_may_hold_a_network_without_constants(self):
+        self.archive(networks.doubling())
+        self.encrypt()
+        np.save(self.dir / "x.npy", np.float32([1, 2]))
+        self.succeed("run", "p.secret", "-i", "x=x.npy", "-o", "out", *KEY_OPTIONS)
+        self.assertEqual(np.load(self.dir / "out/y.npy").tolist(), [2, 4])
+
+    def test_is_verified_as_its_directory_is(self):
+        self.archive()
+        source = self.dir / "source/model"
+        manifest = packages.read_manifest(source)
+        manifest["more"] = {"numbers": [1, 2.5, -3, 123456789012345678901234567890], "text": "ü\n"}
+        manifest["targets"]["Openvino"]["outputs"][0]["tensor"]["shape"] = [4]
+        packages.write_manifest(source, manifest)
+        self.tar("p.tar", "model")
+        self.encrypt()
+        (self.dir / "source/model").rename(self.dir / "model")
+        expected = self.succeed_json("verify", "model")
+        self.assertEqual(len(expected["findings"]), 2)
+        self.assertEqual(self.succeed_json("verify", "p.tar"), expected)
+        self.assertEqual(self.succeed_json("verify", "p.secret", *KEY_OPTIONS), expected)
+
+    def test_needs_its_key(self):
+        self.archive()
+        self.encrypt()
+        for reason in self.refused_by_each(21, "p.secret"):
+            self.assertIn("an encrypted archive needs --key-file or --key-env", reason)
+        self.key_file(OTHER_KEY_HEX)
+        for reason in self.refused_by_each(21, "p.secret", *KEY_OPTIONS):
+            self.assertIn("the key is wrong", reason)
+
+    def test_of_another_length_than_secured_files_have(self):
+        self.write("p.secret", os.urandom(4097))
+        for reason in self.refused_by_each(7, "p.secret", *KEY_OPTIONS):
+            self.assertIn("4097 bytes", reason)
+
+    @process.posix_only("the emulator's place for temporary files is not the test's")
+    def test_shows_no_network_on_the_disk(self):
+        self.archive()
+        self.encrypt()
+        seen = Watch(self.temporary)
+        with seen:
+            self.succeed("bench", "p.secret", "--seconds", "3", *KEY_OPTIONS)
+        self.assertIn("net.xml", seen.files)
+        plain = (self.dir / "source/model/net.xml").read_bytes()[40:80]
+        weights = (self.dir / "source/model/net.bin").read_bytes()[64:80]
+        for name in "net.xml", "net.bin":
+            for content in seen.files[name]:
+                self.assertNotIn(plain, content)
+                self.assertNotIn(weights, content)
+        self.assertEqual(seen.modes, {0o700})
+
+
+class Watch:
+    """Everything that is to be seen in a directory for as long as the block lasts."""
+
+    def __init__(self, directory):
+        self.files = {}
+        self.modes = set()
+        self._directory = directory
+        self._over = threading.Event()
+        self._thread = threading.Thread(target=self._watch)
+
+    def __enter__(self):
+        self._thread.start()
+
+    def __exit__(self, *_):
+        self._over.set()
+        self._thread.join()
+
+    def _watch(self):
+        while not self._over.is_set():
+            for place, _, names in os.walk(self._directory):
+                try:
+                    if place != str(self._directory):
+                        self.modes.add(os.stat(place).st_mode & 0o777)
+                    for name in names:
+                        with open(os.path.join(place, name), "rb") as file:
+                            self.files.setdefault(name, set()).add(file.read())
+                except FileNotFoundError:
+                    pass  # just gone
+
+
+if __name__ == "__main__":
+    unittest.main()

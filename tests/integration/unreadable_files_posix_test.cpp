@@ -1,0 +1,82 @@
+// What getModel answers where files can be opened and then not read. Reads of the library can be
+// made to fail in the same process on POSIX systems alone; elsewhere unit tests do it.
+
+#include <gmock/gmock.h>
+
+#include <filesystem>
+
+#include "integration/get_model_test.h"
+#include "support/recording_log_processor.h"
+#include "support/unreadable_file.h"
+
+namespace VelmoraQuavin::testing {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::StartsWith;
+
+TEST_F(GetModel, AComponentThatTheSystemCannotReadAnswers3) {
+    directory_.write("net.bin", "to be read");  // the network has no constants
+    for (const char* name : {"net.xml", "net.bin"}) {
+        const UnreadableFile unreadable(directory_.path() / name);
+        EXPECT_THAT(load(), IsStatus(FILE_ERROR, "File error!")) << name;
+        std::vector<ModelFeatureDescriptor> inputs;
+        std::vector<ModelFeatureDescriptor> outputs;
+        EXPECT_THAT(describeNetwork(*readManifest(), inputs, outputs),
+                    IsStatus(FILE_ERROR, "File error!"))
+            << name;
+    }
+    EXPECT_THAT(load(), IsOk());
+}
+
+TEST_F(GetModel, AManifestThatTheSystemCannotReadAnswers12) {
+    const UnreadableFile unreadable(directory_.path() / "manifest.json");
+    EXPECT_THAT(load(), IsStatus(MODEL_METADATA_ERROR, "Failed to open metadata file at " +
+                                                           directory_.entry("manifest.json")));
+}
+
+/// A host that has asked for diagnostics.
+class DiagnosedGetModel : public ::testing::Test {
+protected:
+    DiagnosedGetModel() {
+        writePackage(directory_, sumNetwork());
+        directory_.write("net.bin", "to be read");  // the network has no constants
+    }
+
+    // What the log gets of a load.
+    std::vector<std::string> recordsOfLoading() {
+        auto log = std::make_shared<RecordingLogProcessor>();
+        QuavinConfig config;
+        config.SetLogger(log);
+        config.SetDiagnostics(true);
+        const QuavinClientInitTerm library(config);
+        std::shared_ptr<QuavinModel> model;
+        EXPECT_FALSE(QuavinClient::instance()
+                         .getModel(directory_.text(), model, 0, QuavinModelType::Openvino)
+                         .ok());
+        return log->messages();
+    }
+    std::string readingOf(const std::string& name) const {
+        return std::string("reading the ") + (name == "manifest.json" ? "manifest" : "file") +
+               " \"" + directory_.entry(name) + "\": it cannot be ";
+    }
+
+    TempDirectory directory_;
+};
+
+TEST_F(DiagnosedGetModel, NamesTheFileThatTheSystemCannotReadAndWhy) {
+    for (const char* name : {"manifest.json", "net.xml", "net.bin"}) {
+        const UnreadableFile unreadable(directory_.path() / name);
+        EXPECT_THAT(recordsOfLoading(), ElementsAre(StartsWith(readingOf(name) + "read: ")));
+    }
+}
+
+TEST_F(DiagnosedGetModel, NamesTheFileThatIsMissingAndWhy) {
+    for (const char* name : {"net.bin", "net.xml", "manifest.json"}) {
+        std::filesystem::remove(directory_.path() / name);
+        EXPECT_THAT(recordsOfLoading(), ElementsAre(StartsWith(readingOf(name) + "opened: ")));
+    }
+}
+
+}  // namespace
+}  // namespace VelmoraQuavin::testing

@@ -1,0 +1,76 @@
+// Stands in for the C library's read() in the programs that link it: a disk that fails is not to be
+// had otherwise.
+
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <sys/types.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <stdexcept>
+
+#include "support/unreadable_file.h"
+
+namespace {
+
+struct Entry {
+    dev_t device = 0;
+    ino_t number = 0;
+};
+const Entry* unreadable = nullptr;
+
+ssize_t readUnlessBroken(int file, void* buffer, size_t count) {
+    struct stat attributes {};
+    if (unreadable != nullptr && ::fstat(file, &attributes) == 0 &&
+        attributes.st_dev == unreadable->device && attributes.st_ino == unreadable->number) {
+        errno = EIO;
+        return -1;
+    }
+    return ::syscall(SYS_read, file, buffer, count);
+}
+
+}  // namespace
+
+// read(), and what it becomes where the compiler checks the sizes of buffers. Under names of their
+// own here, since the C library's headers declare the first and the second is reserved.
+extern "C" {
+[[gnu::visibility("default")]] ssize_t readOfThisProgram(int file, void* buffer,
+                                                         size_t count) asm("read");
+[[gnu::visibility("default")]] ssize_t checkedReadOfThisProgram(int file, void* buffer,
+                                                                size_t count,
+                                                                size_t room) asm("__read_chk");
+
+ssize_t readOfThisProgram(int file, void* buffer, size_t count) {
+    return readUnlessBroken(file, buffer, count);
+}
+
+ssize_t checkedReadOfThisProgram(int file, void* buffer, size_t count, size_t /*room*/) {
+    return readUnlessBroken(file, buffer, count);
+}
+}  // extern "C"
+
+namespace VelmoraQuavin::testing {
+
+class UnreadableFile::Implementation {
+public:
+    explicit Implementation(const std::filesystem::path& path) {
+        struct stat attributes {};
+        if (::stat(path.c_str(), &attributes) != 0) {
+            throw std::runtime_error("there is no " + path.string());
+        }
+        entry_ = {attributes.st_dev, attributes.st_ino};
+        unreadable = &entry_;
+    }
+    Implementation(const Implementation&) = delete;
+    Implementation& operator=(const Implementation&) = delete;
+    ~Implementation() { unreadable = nullptr; }
+
+private:
+    Entry entry_;
+};
+
+UnreadableFile::UnreadableFile(const std::filesystem::path& path)
+    : implementation_(std::make_unique<Implementation>(path)) {}
+UnreadableFile::~UnreadableFile() = default;
+
+}  // namespace VelmoraQuavin::testing

@@ -1,0 +1,74 @@
+// Stands in for the system's ReadFile() as the objects of a program call it: a disk that fails is
+// not to be had otherwise. What a DLL reads is not met.
+
+#include <windows.h>
+
+#include <stdexcept>
+
+#include "support/unreadable_file.h"
+
+namespace {
+
+struct Entry {
+    DWORD volume = 0;
+    DWORD indexHigh = 0;
+    DWORD indexLow = 0;
+};
+const Entry* unreadable = nullptr;
+
+Entry entryOf(HANDLE file) {
+    BY_HANDLE_FILE_INFORMATION information{};
+    ::GetFileInformationByHandle(file, &information);
+    return {information.dwVolumeSerialNumber, information.nFileIndexHigh,
+            information.nFileIndexLow};
+}
+
+BOOL WINAPI readUnlessBroken(HANDLE file, void* buffer, DWORD count, DWORD* got,
+                             OVERLAPPED* overlapped) {
+    if (unreadable != nullptr) {
+        const Entry entry = entryOf(file);
+        if (entry.volume == unreadable->volume && entry.indexHigh == unreadable->indexHigh &&
+            entry.indexLow == unreadable->indexLow) {
+            ::SetLastError(ERROR_CRC);
+            return FALSE;
+        }
+    }
+    static auto* const systems = reinterpret_cast<decltype(&::ReadFile)>(
+        reinterpret_cast<void*>(::GetProcAddress(::GetModuleHandleW(L"kernel32.dll"), "ReadFile")));
+    return systems(file, buffer, count, got, overlapped);
+}
+
+}  // namespace
+
+// The pointer that calls of the function go through.
+extern "C" decltype(&::ReadFile) __imp_ReadFile;
+decltype(&::ReadFile) __imp_ReadFile = &readUnlessBroken;
+
+namespace VelmoraQuavin::testing {
+
+class UnreadableFile::Implementation {
+public:
+    explicit Implementation(const std::filesystem::path& path) {
+        const HANDLE file = ::CreateFileW(path.c_str(), FILE_READ_ATTRIBUTES,
+                                          FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                                          nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+        if (file == INVALID_HANDLE_VALUE) {
+            throw std::runtime_error("there is no " + path.string());
+        }
+        entry_ = entryOf(file);
+        ::CloseHandle(file);
+        unreadable = &entry_;
+    }
+    Implementation(const Implementation&) = delete;
+    Implementation& operator=(const Implementation&) = delete;
+    ~Implementation() { unreadable = nullptr; }
+
+private:
+    Entry entry_;
+};
+
+UnreadableFile::UnreadableFile(const std::filesystem::path& path)
+    : implementation_(std::make_unique<Implementation>(path)) {}
+UnreadableFile::~UnreadableFile() = default;
+
+}  // namespace VelmoraQuavin::testing

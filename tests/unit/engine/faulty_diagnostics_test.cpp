@@ -1,0 +1,147 @@
+// What a host that asks for diagnostics learns of failures that no real engine gives when it is
+// wanted.
+
+#include <gmock/gmock.h>
+
+#include <vector>
+
+#include "core/diagnostics.h"
+#include "core/logging_hub.h"
+#include "faulty_model_test.h"
+#include "quavin/network.h"
+#include "support/recording_log_processor.h"
+
+namespace VelmoraQuavin::testing {
+namespace {
+
+using InferenceEngine::Precision;
+using InferenceEngine::TensorDesc;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::Not;
+using Components = std::vector<std::pair<std::string, std::string>>;
+
+constexpr const char* kWithheld =
+    "predict: the engine fails; its text is withheld, since a component is secured and the text "
+    "may quote it";
+
+class FaultyDiagnostics : public FaultyModelTest {
+protected:
+    FaultyDiagnostics() {
+        internal::setDiagnostics(true);
+        internal::LoggingHub::find()->setProcessor(recorder_);
+    }
+    ~FaultyDiagnostics() override {
+        internal::LoggingHub::find()->setProcessor(nullptr);
+        internal::setDiagnostics(false);
+    }
+
+    std::vector<std::string> records() const { return recorder_->messages(); }
+    void failToPredict() { EXPECT_THROW(predict(), MLFrameworkException); }
+    // Loads files that are secured with a key of zeros.
+    void loadSecured(const Components& components) {
+        text_.components = components;
+        for (const auto& [kind, path] : components) {
+            if (kind == "secured_file") {
+                directory_.write(path, secured("content", CryptoKey{}, BlockFilling::kPkcs7));
+            }
+        }
+        loadWithInput();
+    }
+
+    const std::shared_ptr<RecordingLogProcessor> recorder_ =
+        std::make_shared<RecordingLogProcessor>();
+};
+
+TEST_F(FaultyDiagnostics, TellTheEnginesWordsWherePredictHidesThem) {
+    loadWithInput();
+    engine_.inferring = {InferenceEngine::GENERAL_ERROR, "layer 3:\nno memory"};
+    failToPredict();
+    engine_.inferring = {};
+    engine_.binding["x"] = {InferenceEngine::PARAMETER_MISMATCH,
+                            "a text that is longer than the one before"};
+    failToPredict();
+    EXPECT_THAT(
+        records(),
+        ElementsAre("predict: the engine fails: layer 3: no memory",
+                    "predict: the engine fails: a text that is longer than the one before"));
+}
+
+TEST_F(FaultyDiagnostics, SayThatTheEngineHasNoWords) {
+    loadWithInput();
+    engine_.throwsNumbers = true;
+    engine_.inferring.status = InferenceEngine::GENERAL_ERROR;
+    failToPredict();
+    EXPECT_THAT(records(), ElementsAre("predict: the engine fails: an exception without a text"));
+}
+
+TEST_F(FaultyDiagnostics, WithholdTheEnginesWordsWhereAComponentIsSecured) {
+    for (const Components& components :
+         {Components{{"secured_file", "net.xml"}, {"file", "net.bin"}},
+          Components{{"file", "net.xml"}, {"secured_file", "net.bin"}}}) {
+        recorder_->clear();
+        model_ = std::make_shared<OpenModel>("m", Device());
+        loadSecured(components);
+        engine_.inferring = {InferenceEngine::GENERAL_ERROR, "layer secret"};
+        failToPredict();
+        EXPECT_THAT(records(), ElementsAre(kWithheld));
+    }
+}
+
+TEST_F(FaultyDiagnostics, DoNotWithholdForASecuredFileThatIsNotRead) {
+    loadSecured({{"file", "net.xml"}, {"file", "net.bin"}, {"secured_file", "more"}});
+    engine_.inferring = {InferenceEngine::GENERAL_ERROR, "its words"};
+    failToPredict();
+    EXPECT_THAT(records(), ElementsAre("predict: the engine fails: its words"));
+}
+
+TEST_F(FaultyDiagnostics, GoByTheFilesThatWereRead) {
+    loadSecured({{"secured_file", "net.xml"}, {"file", "net.bin"}});
+    // Loaded again without unloading: nothing is read, whatever the manifest says by now.
+    text_.components[0].first = "file";
+    ASSERT_THAT(load(), IsOk());
+    engine_.inferring = {InferenceEngine::GENERAL_ERROR, "layer secret"};
+    failToPredict();
+    EXPECT_THAT(records(), ElementsAre(kWithheld));
+}
+
+TEST_F(FaultyDiagnostics, NameTheOutputWhoseTypeIsNotTaken) {
+    loadWithInput();
+    engine_.addOutput("y", TensorDesc(Precision::FP16, {1, 4}, InferenceEngine::NC));
+    EXPECT_THROW(predict(), InvalidTypeException);
+    EXPECT_THAT(records(),
+                ElementsAre("predict: the network's output \"y\" has the precision FP16"));
+}
+
+TEST_F(FaultyDiagnostics, NameTheNetworkWhereTheEngineHasNoWordsForReadingIt) {
+    engine_.throwsNumbers = true;
+    engine_.reading.status = InferenceEngine::GENERAL_ERROR;
+    const std::string record = "reading the network \"" + directory_.entry("net.xml") +
+                               "\": the engine fails with an exception without a text";
+    EXPECT_THROW(load(), Exception);
+    EXPECT_THAT(records(), ElementsAre(record));
+    std::vector<ModelFeatureDescriptor> ports;
+    EXPECT_FALSE(describeNetwork(Filepath(directory_.entry("net.xml")),
+                                 Filepath(directory_.entry("net.bin")), ports, ports)
+                     .ok());
+    EXPECT_THAT(records(), ElementsAre(record, record));
+}
+
+TEST_F(FaultyDiagnostics, AreNotMadeWhereTheStatusHasTheEnginesWords) {
+    engine_.reading = {InferenceEngine::GENERAL_ERROR, "line 1: no such layer"};
+    expectThrows<FileException>([&] { load(); }, FILE_ERROR, "line 1: no such layer");
+    EXPECT_THAT(records(), IsEmpty());
+}
+
+TEST_F(FaultyDiagnostics, AreNotMadeUnlessAskedFor) {
+    internal::setDiagnostics(false);
+    loadWithInput();
+    engine_.inferring.status = InferenceEngine::GENERAL_ERROR;
+    failToPredict();
+    inputs_.clear();
+    EXPECT_THAT(predict(), Not(IsOk()));
+    EXPECT_THAT(records(), IsEmpty());
+}
+
+}  // namespace
+}  // namespace VelmoraQuavin::testing

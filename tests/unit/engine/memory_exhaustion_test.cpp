@@ -1,0 +1,86 @@
+// Memory that runs out, at each allocation of the library in turn.
+
+#include <gmock/gmock.h>
+
+#include <exception>
+#include <memory>
+
+#include "allocation_watch.h"
+#include "integration/model_test.h"
+
+namespace VelmoraQuavin::testing {
+namespace {
+
+using ::testing::ElementsAre;
+
+constexpr int kMostAllocations = 100'000;
+constexpr int kAllocationsBetweenLoads = 8;
+
+class MemoryExhaustion : public ModelTest {
+protected:
+    MemoryExhaustion() { writePackage(directory_, affineNetwork()); }
+
+    // y = 2 x + (0.5, 1, 1.5, 2)
+    void expectPrediction() {
+        ASSERT_NE(model_, nullptr);
+        ASSERT_THAT(allocateInputs(), IsOk());
+        EXPECT_THAT(predictFloats({1, -2, 3, 100}), ElementsAre(2.5F, -3.F, 7.5F, 202.F));
+    }
+
+    void loadAndPredict() {
+        ASSERT_THAT(load(), IsOk());
+        expectPrediction();
+    }
+};
+
+TEST_F(MemoryExhaustion, WhileLoadingIsAnsweredWithAStatus) {
+    loadAndPredict();
+    const String path(directory_.text());
+    const std::shared_ptr<QuavinModel> first = model_;  // keeps the engine's devices
+    bool happened = true;
+    int succeeded = 0;
+    for (int which = 1; happened && which < kMostAllocations; ++which) {
+        SCOPED_TRACE(which);
+        QuavinStatus status;
+        {
+            const AllocationFailure failure(which);
+            ASSERT_NO_THROW(status = client_.getModel(path, model_, 0, QuavinModelType::Openvino));
+            happened = failure.happened();
+        }
+        ASSERT_TRUE(happened || status.ok()) << status.getDescription();
+        if (status.ok()) {
+            ++succeeded;  // without what the engine would have told about itself
+            expectPrediction();
+        }
+        if (which % kAllocationsBetweenLoads == 0) {
+            loadAndPredict();
+        }
+    }
+    EXPECT_FALSE(happened);
+    // Beside the load that had all its memory, those that lacked it for such a question.
+    EXPECT_LT(succeeded, 20);
+}
+
+TEST_F(MemoryExhaustion, WhilePredictingIsThrownAndTheNextPredictionIsRight) {
+    loadAndPredict();
+    bool happened = true;
+    for (int which = 1; happened && which < kMostAllocations; ++which) {
+        SCOPED_TRACE(which);
+        QuavinStatus status;
+        outputs_.clear();
+        {
+            const AllocationFailure failure(which);
+            try {
+                status = model_->predict(inputs_, outputs_);
+            } catch (const std::exception&) {
+            }
+            happened = failure.happened();
+        }
+        ASSERT_NE(status.ok(), happened);
+        expectPrediction();
+    }
+    EXPECT_FALSE(happened);
+}
+
+}  // namespace
+}  // namespace VelmoraQuavin::testing

@@ -1,0 +1,142 @@
+#include "platform/child_process.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <stdexcept>
+
+namespace VelmoraQuavin::internal::platform {
+namespace {
+
+using ::testing::HasSubstr;
+
+// The request says what to do.
+std::string work(std::string_view request) {
+#if defined(_WIN32)
+    if (request == "crash") {
+        volatile int* const nowhere = nullptr;
+        *nowhere = 1;
+    }
+#else
+    // Sanitizers would report a real one first and end the process otherwise.
+    if (request == "crash") {
+        static_cast<void>(std::raise(SIGSEGV));
+    }
+    if (request == "kill") {
+        static_cast<void>(std::raise(SIGKILL));
+    }
+#endif
+    if (request == "exit") {
+        std::_Exit(3);
+    }
+    if (request == "throw") {
+        throw std::runtime_error("thrown in the child");
+    }
+    if (request == "nothing") {
+        return {};
+    }
+    if (request == "too much") {
+        return std::string(kLargestChildAnswer + 1, 'x');
+    }
+    if (request == "print") {
+        static_cast<void>(std::puts("printed by the child"));
+        static_cast<void>(std::fflush(stdout));
+    }
+    return "answer to " + std::string(request);
+}
+
+// Where the process is started anew, it begins here and not with the tests.
+const bool isParent = [] {
+    if (const std::optional<int> status = serveAsChild(work)) {
+        std::_Exit(*status);
+    }
+    return true;
+}();
+
+TEST(RunInChild, GivesTheAnswerOfTheWork) {
+    ASSERT_TRUE(isParent);
+    const ChildResult result = runInChild(work, std::string_view("one\0two\xff\n", 9));
+    EXPECT_EQ(result.problem, "");
+    EXPECT_EQ(result.answer, std::string("answer to one\0two\xff\n", 19));
+}
+
+TEST(RunInChild, TakesRequestsUpToTheLimit) {
+    const std::string request(kLargestChildRequest, 'r');
+    EXPECT_EQ(runInChild(work, request).answer, "answer to " + request);
+}
+
+TEST(RunInChild, RefusesLongerRequests) {
+    const std::string request(kLargestChildRequest + 1, 'r');
+    EXPECT_THROW(runInChild(work, request), std::runtime_error);
+}
+
+TEST(RunInChild, TellsOfACrash) {
+    const ChildResult result = runInChild(work, "crash");
+    EXPECT_EQ(result.answer, "");
+#if defined(_WIN32)
+    EXPECT_EQ(result.problem, "crashed with 0xC0000005 (access violation)");
+#else
+    EXPECT_EQ(result.problem, "was ended by signal 11 (Segmentation fault)");
+#endif
+}
+
+#if !defined(_WIN32)
+TEST(RunInChild, TellsOfAProcessThatWasKilledAsWhereMemoryRunsOut) {
+    EXPECT_EQ(runInChild(work, "kill").problem,
+              "was ended by signal 9 (Killed), as the system does where memory runs out");
+}
+#endif
+
+#if !defined(_WIN32)
+// Programs inherit this, and the system then keeps no status of a child.
+TEST(RunInChild, GetsTheStatusWhereTheEndOfChildrenWasIgnored) {
+    const auto before = std::signal(SIGCHLD, SIG_IGN);
+    const std::string crashed = runInChild(work, "crash").problem;
+    const std::string exited = runInChild(work, "exit").problem;
+    static_cast<void>(std::signal(SIGCHLD, before));
+    EXPECT_EQ(crashed, "was ended by signal 11 (Segmentation fault)");
+    EXPECT_EQ(exited, "ended with status 3 and no answer");
+}
+#endif
+
+TEST(RunInChild, TellsOfAnExit) {
+    const ChildResult result = runInChild(work, "exit");
+    EXPECT_EQ(result.answer, "");
+    EXPECT_EQ(result.problem, "ended with status 3 and no answer");
+}
+
+TEST(RunInChild, TellsOfAnEndByAnException) {
+    const ChildResult result = runInChild(work, "throw");
+    EXPECT_EQ(result.answer, "");
+    EXPECT_NE(result.problem, "");
+}
+
+TEST(RunInChild, TakesNoEmptyAnswer) {
+    EXPECT_THAT(runInChild(work, "nothing").problem, HasSubstr("status 0 and no answer"));
+}
+
+TEST(RunInChild, TakesNoAnswerWithoutEnd) {
+    const ChildResult result = runInChild(work, "too much");
+    EXPECT_EQ(result.answer, "");
+    EXPECT_EQ(result.problem, "answered without end");
+}
+
+TEST(RunInChild, KeepsWhatTheWorkPrintsOffStandardOutput) {
+    ::testing::internal::CaptureStdout();
+    const ChildResult result = runInChild(work, "print");
+    EXPECT_EQ(::testing::internal::GetCapturedStdout(), "");
+    EXPECT_EQ(result.answer, "answer to print");
+}
+
+TEST(RunInChild, DoesTheWorkAnewEachTime) {
+    for (const char* const request : {"first", "crash", "second"}) {
+        const ChildResult result = runInChild(work, request);
+        EXPECT_EQ(result.problem.empty(), std::string(request) != "crash") << request;
+    }
+}
+
+}  // namespace
+}  // namespace VelmoraQuavin::internal::platform

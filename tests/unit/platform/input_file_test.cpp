@@ -1,0 +1,116 @@
+#include "platform/input_file.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <stdexcept>
+#include <string>
+
+#include "support/system.h"
+#include "support/temp_directory.h"
+#include "support/unreadable_file.h"
+
+namespace VelmoraQuavin::internal::platform {
+namespace {
+
+using ::testing::HasSubstr;
+using ::testing::StartsWith;
+using testing::UnreadableFile;
+
+// Longer than a page, so that it takes more than one.
+constexpr std::size_t kSize = 300'000;
+
+class InputFileTest : public ::testing::Test {
+protected:
+    InputFileTest() { directory_.write("file", std::string(kSize, 'x')); }
+
+    InputFile open() {
+        std::string problem;
+        return std::move(InputFile::open(directory_.entry("file"), problem).value());
+    }
+    // Why a file cannot be opened.
+    static std::string refusal(const std::string& path) {
+        std::string problem;
+        EXPECT_FALSE(InputFile::open(path, problem).has_value()) << path;
+        return problem;
+    }
+    // Reads into a buffer that is larger than the file and full of something else.
+    std::string read(InputFile& file) {
+        std::string buffer(kSize + 16, '#');
+        problem_ = file.read(buffer.data(), got_);
+        return buffer;
+    }
+    void resize(std::size_t size) const {
+        std::filesystem::resize_file(directory_.path() / "file", size);
+    }
+
+    testing::TempDirectory directory_;
+    std::uint64_t got_ = 0;
+    std::string problem_ = "not read";
+};
+
+TEST_F(InputFileTest, IsReadWhole) {
+    InputFile file = open();
+    EXPECT_EQ(file.size(), kSize);
+    EXPECT_EQ(read(file), std::string(kSize, 'x') + std::string(16, '#'));
+    EXPECT_EQ(got_, kSize);
+    EXPECT_EQ(problem_, "");
+}
+
+TEST_F(InputFileTest, ThatHasBecomeShorterGivesWhatIsLeft) {
+    InputFile file = open();
+    resize(1000);
+    EXPECT_EQ(read(file), std::string(1000, 'x') + std::string(kSize - 1000 + 16, '#'));
+    EXPECT_EQ(got_, 1000u);
+    EXPECT_EQ(problem_, "");
+}
+
+TEST_F(InputFileTest, ThatHasGrownGivesNoMore) {
+    InputFile file = open();
+    resize(kSize + 10);
+    EXPECT_EQ(read(file), std::string(kSize, 'x') + std::string(16, '#'));
+    EXPECT_EQ(got_, kSize);
+}
+
+TEST_F(InputFileTest, ThatCannotBeReadSaysWhy) {
+    const UnreadableFile unreadable(directory_.path() / "file");
+    InputFile file = open();
+    EXPECT_EQ(read(file), std::string(kSize + 16, '#'));
+    EXPECT_EQ(got_, 0u);
+    EXPECT_THAT(problem_, StartsWith("cannot be read: "));
+}
+
+TEST_F(InputFileTest, ThatIsMissingSaysWhy) {
+    EXPECT_THAT(refusal(directory_.entry("missing")), StartsWith("cannot be opened: "));
+    EXPECT_THAT(refusal(directory_.entry("missing\\file")), StartsWith("cannot be opened: "));
+    EXPECT_THAT(refusal(directory_.entry("file\\file")), StartsWith("cannot be opened: "));
+    EXPECT_THAT(refusal(""), StartsWith("cannot be opened: "));
+}
+
+TEST_F(InputFileTest, IsNoDirectory) {
+    EXPECT_EQ(refusal(directory_.text()), "is no plain file");
+    EXPECT_EQ(refusal(directory_.text() + "\\"), "is no plain file");
+}
+
+TEST_F(InputFileTest, NeedsAPathThatIsUtf8) {
+    std::string problem;
+    EXPECT_THROW(InputFile::open("\xFF", problem), std::range_error);
+}
+
+TEST_F(InputFileTest, IsClosedInTheEnd) {
+    const std::size_t before = testing::openFiles();
+    {
+        InputFile file = open();
+        InputFile moved = std::move(file);
+        EXPECT_EQ(testing::openFiles(), before + 1);
+        file = std::move(moved);
+        EXPECT_EQ(read(file).front(), 'x');
+    }
+    EXPECT_EQ(testing::openFiles(), before);
+    EXPECT_THAT(refusal(directory_.text()), HasSubstr("plain"));
+    EXPECT_EQ(testing::openFiles(), before);
+}
+
+}  // namespace
+}  // namespace VelmoraQuavin::internal::platform
