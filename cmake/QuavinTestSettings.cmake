@@ -25,9 +25,10 @@ if(NOT MSVC)
   endif()
 endif()
 
-# quavin_discover_tests(<program> <prefix> [<discovery option>...]): a test of its own for each test of a
-# program; or, where starting a program takes long, one for the whole program, which leaves a report.
-option(QUAVIN_WHOLE_TEST_PROGRAMS "Run each test program whole, not a process for each test" OFF)
+# quavin_discover_tests(<program> <prefix> [<discovery option>...]): one entry of ctest for a whole program,
+# which leaves a report of its tests; or an entry for each test. Every start loads the runtime, which takes
+# longer than most tests.
+option(QUAVIN_WHOLE_TEST_PROGRAMS "Run each test program whole, not a process for each test" ON)
 function(quavin_discover_tests program prefix)
   if(NOT QUAVIN_WHOLE_TEST_PROGRAMS)
     gtest_discover_tests(${program} TEST_PREFIX "${prefix}" DISCOVERY_TIMEOUT 60 NO_PRETTY_VALUES ${ARGN})

@@ -11,8 +11,7 @@ install_packages $packages_build $packages_test
 for preset in "${@:-release asan-ubsan}"; do
     for name in $preset; do
         configure_and_build "$name"
-        say "Testing $name"
-        (cd "$root" && ctest --preset "$name" -j "$(nproc)" --no-tests=error)
+        run_and_count_tests "$name"
     done
 done
 

@@ -42,7 +42,9 @@ class KeysInPlaceOfNames(WithAPackage):
             with self.subTest(key):
                 reason = self.refused(7, "encrypt", "plain", "new", "--key-env", key)
                 self.assertIn("--key-env", reason)
-        reason = self.refused(7, "encrypt", "plain", "new", "--key-env", KEY_HEX, **{KEY_HEX: "x"})
+        # A shell on the way to the tool passes on no name that begins with a digit.
+        name = "abcdef0123456789" * 2
+        reason = self.refused(7, "encrypt", "plain", "new", "--key-env", name, **{name: "x"})
         self.assertIn("The --key-env that was given holds no key", reason)
 
     def test_of_other_files_are_not_shown(self):

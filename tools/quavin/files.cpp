@@ -153,7 +153,10 @@ void requireAbsent(const std::string& path) {
 }
 
 void requirePortableName(const std::string& path, const std::string& advice) {
-    const std::string name = fileName(path);
+    // "a:b" is a place on a drive for Windows, and a name elsewhere.
+    const fs::path file = fs::u8path(path);
+    const bool onDrive = file.has_root_name() && !file.has_root_directory();
+    const std::string name = onDrive ? path : fileName(path);
     const bool isPlace = name.empty() || name == "." || name == "..";
     if (!isPlace && !VelmoraQuavin::internal::isPortableName(name)) {
         throw VelmoraQuavin::InvalidArgumentsException(
@@ -176,7 +179,9 @@ void moveToNew(const std::string& from, const std::string& to, const std::string
 
 NewDirectories::NewDirectories(const std::string& path) {
     std::error_code error;
-    for (fs::path missing = fs::u8path(path); !missing.empty() && !fs::exists(missing, error);
+    // A drive, as any root, is its own parent.
+    for (fs::path missing = fs::u8path(path);
+         missing.has_relative_path() && !fs::exists(missing, error);
          missing = missing.parent_path()) {
         if (missing.has_filename()) {
             made_.push_back(missing.u8string());

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <system_error>
 #include <utility>
 
 #include "platform/windows/wide_path.h"
@@ -9,6 +10,12 @@
 namespace VelmoraQuavin::internal::platform {
 
 std::string problemText(const char* what, DWORD error) {
+    // In the words of other systems, if they have any for it.
+    const std::error_condition known =
+        std::system_category().default_error_condition(static_cast<int>(error));
+    if (known.category() == std::generic_category()) {
+        return std::string(what) + ": " + known.message();
+    }
     std::array<wchar_t, 512> text{};
     const DWORD length =
         ::FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, error,

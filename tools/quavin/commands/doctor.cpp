@@ -124,33 +124,7 @@ void predictAndCompare(VelmoraQuavin::QuavinModel& model) {
     }
 }
 
-// From a package on the disk to numbers, as hosts do it.
-QuavinStatus tryEngine(EngineInfo& engine, bool& crashed) {
-    try {
-        const TemporaryDirectory directory;
-        writePackage(directory.path());
-        // A broken installation may crash: another process finds out first.
-        const Trial trial = tryToPredict(directory.path(), nullptr);
-        crashed = !trial.crash.empty();
-        if (crashed) {
-            throw VelmoraQuavin::MLFrameworkException(trial.crash);
-        }
-        const std::shared_ptr<VelmoraQuavin::QuavinModel> model =
-            loadModel(readManifest(directory.path()));
-        require(model->getEngineInfo(engine));
-        predictAndCompare(*model);
-        return {VelmoraQuavin::SUCCESS, ""};
-    } catch (...) {
-        return VelmoraQuavin::getStatusFromCurrentException();
-    }
-}
-
-Diagnosis diagnose() {
-    Diagnosis diagnosis;
-    diagnosis.status = tryEngine(diagnosis.engine, diagnosis.crashed);
-    if (!diagnosis.status.ok()) {
-        forgetNotes();  // the process that tried it first has printed them
-    }
+void listLibraries(Diagnosis& diagnosis) {
     for (const std::string& file : VelmoraQuavin::internal::platform::loadedLibraries()) {
         const std::string name = fileName(file);
         if (isAnyIn(kOfInterest, name)) {
@@ -164,6 +138,36 @@ Diagnosis diagnose() {
         if (!found && !diagnosis.crashed) {
             diagnosis.missing.emplace_back(part.name);
         }
+    }
+}
+
+// From a package on the disk to numbers, as hosts do it.
+void tryEngine(Diagnosis& diagnosis) {
+    const TemporaryDirectory directory;
+    writePackage(directory.path());
+    // A broken installation may crash: another process finds out first.
+    const Trial trial = tryToPredict(directory.path(), nullptr);
+    diagnosis.crashed = !trial.crash.empty();
+    if (diagnosis.crashed) {
+        throw VelmoraQuavin::MLFrameworkException(trial.crash);
+    }
+    const std::shared_ptr<VelmoraQuavin::QuavinModel> model =
+        loadModel(readManifest(directory.path()));
+    require(model->getEngineInfo(diagnosis.engine));
+    predictAndCompare(*model);
+    // While the model is there: Windows unloads the device's library together with the last one.
+    listLibraries(diagnosis);
+    diagnosis.status = {VelmoraQuavin::SUCCESS, ""};
+}
+
+Diagnosis diagnose() {
+    Diagnosis diagnosis;
+    try {
+        tryEngine(diagnosis);
+    } catch (...) {
+        diagnosis.status = VelmoraQuavin::getStatusFromCurrentException();
+        forgetNotes();  // the process that tried it first has printed them
+        listLibraries(diagnosis);
     }
     return diagnosis;
 }
