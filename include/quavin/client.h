@@ -181,8 +181,6 @@ private:
     QuavinStatus createAndLoad(const std::shared_ptr<ModelMetadata>& metadata,
                                std::shared_ptr<QuavinModel>& model, const Device& device,
                                Registration registration);
-    std::shared_ptr<QuavinModel> createModel(const ModelMetadata& metadata,
-                                             const Device& device) const;
 
     static bool initialized_;
     static QuavinConfig config_;

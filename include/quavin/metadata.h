@@ -125,6 +125,12 @@ public:
     ///         a path that is not UTF-8 ("bad conversion"), and where memory runs out. What was
     ///         read before a failure stays. Throws nothing.
     QuavinStatus load(const Filepath& path);
+    /// The same for a manifest in memory; the root directory becomes empty.
+    /// @param manifest its bytes; not kept.
+    /// @param size bytes at `manifest`.
+    /// @return as above; INVALID_ARGUMENTS for null, and "The bytes in memory are no manifest"
+    ///         instead of the text with the path.
+    QuavinStatus loadFromMemory(const void* manifest, uint64 size);
 
     String getId() const { return id_; }                    ///< A copy of "id".
     String getName() const { return name_; }                ///< A copy of "name".
@@ -152,8 +158,6 @@ public:
 
 private:
     friend struct internal::MetadataAccess;
-
-    void readManifest(const Filepath& path);
 
     String id_;
     String sdkVersion_;

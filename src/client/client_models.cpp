@@ -1,13 +1,9 @@
-#include <cstdint>
-#include <string>
 #include <utility>
 
 #include "client/client_texts.h"
-#include "core/diagnostics.h"
-#include "core/text_tools.h"
-#include "engine/openvino/make_openvino_model.h"
-#include "package/target_problem.h"
+#include "engine/engine.h"
 #include "quavin/client.h"
+#include "text/unicode.h"
 
 namespace VelmoraQuavin {
 namespace {
@@ -16,11 +12,6 @@ Device deviceOfType(QuavinModelType type) {
     Device device;
     device.engineType = type;
     return device;
-}
-
-bool isForThisEngine(const Device& device) {
-    return device.engineType == QuavinModelType::Undefined ||
-           device.engineType == QuavinModelType::Openvino;
 }
 
 QuavinStatus notInitialized() {
@@ -92,10 +83,10 @@ QuavinStatus QuavinClient::loadMetadata(const std::shared_ptr<ModelMetadata>& me
     if (!initialized_) {
         return notInitialized();
     }
+    if (metadata == nullptr) {
+        return {INVALID_ARGUMENTS, "There is no metadata to load a model from"};
+    }
     try {
-        if (metadata == nullptr) {
-            throw InvalidArgumentsException("There is no metadata to load a model from");
-        }
         return createAndLoad(metadata, model, device, registration);
     } catch (...) {
         return getStatusFromCurrentException();
@@ -105,7 +96,11 @@ QuavinStatus QuavinClient::loadMetadata(const std::shared_ptr<ModelMetadata>& me
 QuavinStatus QuavinClient::createAndLoad(const std::shared_ptr<ModelMetadata>& metadata,
                                          std::shared_ptr<QuavinModel>& model, const Device& device,
                                          Registration registration) {
-    model = createModel(*metadata, device);
+    const internal::Engine* const engine = internal::chooseEngine(*metadata, device.engineType);
+    if (engine == nullptr) {
+        return {MODEL_METADATA_ERROR, "None of the target applicable for the platform found"};
+    }
+    model = engine->makeModel(metadata->getName(), device);
     if (registration == Registration::kRegistered) {
         modelManager_.registerModel(model);
     }
@@ -115,24 +110,6 @@ QuavinStatus QuavinClient::createAndLoad(const std::shared_ptr<ModelMetadata>& m
         model.reset();
     }
     return status;
-}
-
-std::shared_ptr<QuavinModel> QuavinClient::createModel(const ModelMetadata& metadata,
-                                                       const Device& device) const {
-    const bool hasTarget = metadata.getTargets().count(QuavinModelType::Openvino) != 0;
-    if (!hasTarget) {
-        internal::diagnoseMissingTarget(metadata);
-    } else if (!isForThisEngine(device)) {
-        internal::diagnose([&device] {
-            return "getModel: engine type " +
-                   std::to_string(static_cast<std::uint64_t>(device.engineType)) +
-                   " is asked for, and this library has 4 (Openvino); 0 leaves the choice to it";
-        });
-    }
-    if (!initialized_ || !hasTarget || !isForThisEngine(device)) {
-        throw ModelMetaDataException("None of the target applicable for the platform found");
-    }
-    return internal::makeOpenVinoModel(metadata.getName(), device);
 }
 
 }  // namespace VelmoraQuavin

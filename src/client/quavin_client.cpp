@@ -3,7 +3,7 @@
 #include "client/client_texts.h"
 #include "core/diagnostics.h"
 #include "core/logging_hub.h"
-#include "engine/openvino/openvino_engine_info.h"
+#include "engine/engine.h"
 
 namespace VelmoraQuavin {
 namespace {
@@ -56,7 +56,7 @@ QuavinClient& QuavinClient::instance() {
 }
 
 QuavinModelType QuavinClient::getEngineType() {
-    return QuavinModelType::Openvino;
+    return internal::builtInEngines().front()->type();
 }
 
 std::map<QuavinModelType, std::vector<Device>> QuavinClient::getDevices() {
@@ -65,7 +65,7 @@ std::map<QuavinModelType, std::vector<Device>> QuavinClient::getDevices() {
 
 QuavinStatus QuavinClient::getEngineInfo(EngineInfo& info) {
     try {
-        info = internal::openVinoEngineInfo();
+        info = internal::builtInEngines().front()->info();
         return {SUCCESS, ""};
     } catch (...) {
         return getStatusFromCurrentException();

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <atomic>
 
-#include "core/text_tools.h"
 #include "quavin/logging.h"
+#include "text/unicode.h"
 
 namespace VelmoraQuavin::internal {
 namespace {

@@ -2,9 +2,9 @@
 #include <stdexcept>
 #include <string>
 
-#include "core/text_tools.h"
 #include "platform/file_streams.h"
 #include "quavin/logging.h"
+#include "text/unicode.h"
 
 namespace VelmoraQuavin {
 namespace {

@@ -1,7 +1,7 @@
 #include <ostream>
 
-#include "core/text_tools.h"
 #include "quavin/logging.h"
+#include "text/unicode.h"
 
 namespace VelmoraQuavin {
 

@@ -70,7 +70,9 @@ QuavinStatus QuavinModel::runLoadingSequence() {
         return status;
     }
     // A copy: the hook may release the metadata that the target lives in.
-    const std::vector<ModelComponent> components = getTargetMetadata().components;
+    const ModelTarget* target = findTarget();
+    const std::vector<ModelComponent> components =
+        target == nullptr ? std::vector<ModelComponent>() : target->components;
     if (components.empty()) {
         return {MODEL_METADATA_ERROR, "No model component found"};
     }

@@ -1,19 +1,14 @@
+#include "engine/openvino/describe_network.h"
+
 #include <inference_engine.hpp>
 #include <memory>
 #include <string>
-#include <utility>
 
-#include "engine/openvino/network_component.h"
 #include "engine/openvino/network_reading.h"
 #include "engine/openvino/precision.h"
-#include "package/target_problem.h"
-#include "quavin/network.h"
 
-namespace VelmoraQuavin {
+namespace VelmoraQuavin::internal {
 namespace {
-
-using Features = std::vector<ModelFeatureDescriptor>;
-using internal::NetworkComponentEntry;
 
 // Releases of 2019 have the value without the name.
 constexpr int kBoolPrecision = 41;
@@ -29,7 +24,7 @@ DataType toShownType(const InferenceEngine::Precision& precision) {
         case InferenceEngine::Precision::U16:
             return DataType::UINT16;
         default:
-            return internal::toDataType(precision);
+            return toDataType(precision);
     }
 }
 
@@ -45,64 +40,21 @@ ModelFeatureDescriptor describe(const std::string& name,
             ImageDescriptor()};
 }
 
-void describe(const NetworkComponentEntry& topology, const NetworkComponentEntry& weights,
-              Features& inputs, Features& outputs) {
-    std::shared_ptr<InferenceEngine::ICNNNetReader> reader;
-    internal::readNetwork(reader, topology, weights);
-    const InferenceEngine::CNNNetwork network(reader);
-
-    Features networkInputs;
-    for (const auto& [name, info] : network.getInputsInfo()) {
-        networkInputs.push_back(describe(name, info->getTensorDesc()));
-    }
-    Features networkOutputs;
-    for (const auto& [name, data] : network.getOutputsInfo()) {
-        networkOutputs.push_back(describe(name, data->getTensorDesc()));
-    }
-    inputs = std::move(networkInputs);
-    outputs = std::move(networkOutputs);
-}
-
-NetworkComponentEntry plainFile(const Filepath& path) {
-    return {path.c_str(), ComponentKind::File, path.c_str(), Encryption()};
-}
-
-QuavinStatus describePackage(const ModelMetadata& metadata, Features& inputs, Features& outputs) {
-    const auto target = metadata.getTargets().find(QuavinModelType::Openvino);
-    if (target == metadata.getTargets().end()) {
-        internal::diagnoseMissingTarget(metadata);
-        return {MODEL_METADATA_ERROR, "The manifest has no target for Openvino"};
-    }
-    const std::vector<NetworkComponentEntry> entries =
-        internal::collectNetworkComponents(target->second.components, metadata.getRootDir());
-    QuavinStatus status = internal::checkNetworkComponents(entries);
-    if (status.ok()) {
-        describe(entries[0], entries[1], inputs, outputs);
-    }
-    return status;
-}
-
 }  // namespace
 
-QuavinStatus describeNetwork(const Filepath& topology, const Filepath& weights,
-                             std::vector<ModelFeatureDescriptor>& inputs,
-                             std::vector<ModelFeatureDescriptor>& outputs) {
-    try {
-        describe(plainFile(topology), plainFile(weights), inputs, outputs);
-        return {SUCCESS, ""};
-    } catch (...) {
-        return getStatusFromCurrentException();
+NetworkPorts describeOpenVinoNetwork(const NetworkComponents& network) {
+    std::shared_ptr<InferenceEngine::ICNNNetReader> reader;
+    readNetwork(reader, network);
+    const InferenceEngine::CNNNetwork description(reader);
+
+    NetworkPorts ports;
+    for (const auto& [name, info] : description.getInputsInfo()) {
+        ports.inputs.push_back(describe(name, info->getTensorDesc()));
     }
+    for (const auto& [name, data] : description.getOutputsInfo()) {
+        ports.outputs.push_back(describe(name, data->getTensorDesc()));
+    }
+    return ports;
 }
 
-QuavinStatus describeNetwork(const ModelMetadata& metadata,
-                             std::vector<ModelFeatureDescriptor>& inputs,
-                             std::vector<ModelFeatureDescriptor>& outputs) {
-    try {
-        return describePackage(metadata, inputs, outputs);
-    } catch (...) {
-        return getStatusFromCurrentException();
-    }
-}
-
-}  // namespace VelmoraQuavin
+}  // namespace VelmoraQuavin::internal

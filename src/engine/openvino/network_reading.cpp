@@ -1,8 +1,6 @@
 #include "engine/openvino/network_reading.h"
 
 #include <cstdint>
-#include <cstring>
-#include <limits>
 #include <memory>
 #include <new>
 #include <optional>
@@ -12,8 +10,6 @@
 #include "core/secure_wipe.h"
 #include "engine/openvino/runtime_libraries.h"
 #include "engine/openvino/secret_allocator.h"
-#include "package/sized_file.h"
-#include "quavin/encryption.h"
 #include "quavin/status.h"
 
 namespace VelmoraQuavin::internal {
@@ -23,53 +19,20 @@ using InferenceEngine::Precision;
 using InferenceEngine::ResponseDesc;
 using InferenceEngine::StatusCode;
 
-constexpr uint64 kVectorSize = 16;
-
 void requireOk(StatusCode status, ResponseDesc& response) {
     if (status != InferenceEngine::OK) {
         InferenceEngine::details::extract_exception(status, response.msg);
     }
 }
 
-SizedFile openComponent(const NetworkComponentEntry& component) {
-    SizedFile file = SizedFile::open(Filepath(component.resolvedPath));
-    if (component.isSecured() && file.size() > std::numeric_limits<unsigned int>::max()) {
-        throw FileException("Secured file of 4 GiB or more : " + component.resolvedPath);
-    }
-    return file;
-}
-
-// Returns the size of the plaintext, which stands at the beginning of the buffer.
-uint64 decryptInPlace(const NetworkComponentEntry& component, char* buffer, uint64 size) {
-    auto* bytes = reinterpret_cast<unsigned char*>(buffer);
-    if (!QuavinEncryption()
-             .AES_decrypt(bytes, static_cast<unsigned int>(size), bytes,
-                          component.encryption.getKey())
-             .ok()) {
-        diagnose([&component, size] {
-            const bool usable = size >= kVectorSize && size % kVectorSize == 0;
-            return "decrypting " + inQuotes(component.resolvedPath) + ": it has " +
-                   std::to_string(size) + " bytes" +
-                   (usable ? ", and the system's cryptography fails"
-                           : ", and a secured file has a multiple of 16, at least 16");
-        });
-        throw FileException("Could not decrypt file : " + component.resolvedPath);
-    }
-    std::memset(buffer + size - kVectorSize, 0, kVectorSize);
-    return size - kVectorSize;
-}
-
-void readTopology(InferenceEngine::ICNNNetReader& reader, const NetworkComponentEntry& component) {
-    SizedFile file = openComponent(component);
-    uint64 size = file.size();
-    const std::unique_ptr<char[]> buffer(new char[size]);
-    file.read(buffer.get());
-
+void readTopology(InferenceEngine::ICNNNetReader& reader, const NetworkComponents& network) {
+    ComponentReader component(network.source, network.topology);
+    const std::unique_ptr<char[]> buffer(new char[component.size()]);
     std::optional<WipeOnExit> wipe;
-    if (component.isSecured()) {
-        wipe.emplace(buffer.get(), size);
-        size = decryptInPlace(component, buffer.get(), size);
+    if (network.topology.isSecured()) {
+        wipe.emplace(buffer.get(), component.size());
     }
+    const uint64 size = component.read(buffer.get());
     ResponseDesc response;
     requireOk(reader.ReadNetwork(buffer.get(), size, &response), response);
 }
@@ -86,40 +49,33 @@ InferenceEngine::TBlob<std::uint8_t>::Ptr makeWeightsBlob(uint64 size, bool secu
     return blob;
 }
 
-// The blob has the size of the file; what decryption takes off stays behind the weights as zeros.
-InferenceEngine::TBlob<std::uint8_t>::Ptr readWeightsBlob(const NetworkComponentEntry& component) {
-    if (component.resolvedPath.empty()) {
+// The blob has the stored size: what decryption takes off stands behind the weights as zeros.
+InferenceEngine::TBlob<std::uint8_t>::Ptr readWeightsBlob(const NetworkComponents& network) {
+    if (network.weights.resolvedPath.empty()) {
         return makeWeightsBlob(0, false);
     }
-    SizedFile file = openComponent(component);
-    auto blob = makeWeightsBlob(file.size(), component.isSecured());
-    {
-        const auto memory = blob->buffer();
-        char* const buffer = memory.as<char*>();
-        file.read(buffer);
-        if (component.isSecured()) {
-            decryptInPlace(component, buffer, file.size());
-        }
-    }
+    ComponentReader component(network.source, network.weights);
+    auto blob = makeWeightsBlob(component.size(), network.weights.isSecured());
+    const auto memory = blob->buffer();
+    component.read(memory.as<char*>());
     return blob;
 }
 
 }  // namespace
 
-void readNetworkFiles(InferenceEngine::ICNNNetReader& reader, const NetworkComponentEntry& topology,
-                      const NetworkComponentEntry& weights) {
-    readTopology(reader, topology);
-    const auto blob = readWeightsBlob(weights);
+void readComponents(InferenceEngine::ICNNNetReader& reader, const NetworkComponents& network) {
+    readTopology(reader, network);
+    const auto blob = readWeightsBlob(network);
     ResponseDesc response;
     const StatusCode status = reader.SetWeights(blob, &response);
     if (status != InferenceEngine::OK) {
-        diagnoseMissingLibraries("reading a network", topology.resolvedPath);
+        diagnoseMissingLibraries("reading a network", network.topology.resolvedPath);
     }
     requireOk(status, response);
 }
 
 void readNetwork(std::shared_ptr<InferenceEngine::ICNNNetReader>& reader,
-                 const NetworkComponentEntry& topology, const NetworkComponentEntry& weights) {
+                 const NetworkComponents& network) {
     try {
         if (reader == nullptr) {
             reader = InferenceEngine::details::shared_from_irelease(
@@ -128,12 +84,12 @@ void readNetwork(std::shared_ptr<InferenceEngine::ICNNNetReader>& reader,
         if (reader == nullptr) {
             throw MLFrameworkException("The engine has no network reader to give");
         }
-        readNetworkFiles(*reader, topology, weights);
+        readComponents(*reader, network);
     } catch (const std::exception& exception) {
         throw FileException(exception.what());
     } catch (...) {
-        diagnose([&topology] {
-            return "reading the network " + inQuotes(topology.resolvedPath) +
+        diagnose([&network] {
+            return "reading the network " + inQuotes(network.topology.resolvedPath) +
                    ": the engine fails with an exception without a text";
         });
         throw Exception("Unknown/internal exception happened.");

@@ -10,15 +10,14 @@ namespace VelmoraQuavin {
 namespace {
 
 using internal::kEngineDevice;
-using internal::NetworkComponentEntry;
 
 InferenceEngine::ExecutableNetwork compile(InferenceEngine::Core& core,
                                            const InferenceEngine::CNNNetwork& network,
-                                           const Filepath& rootDir) {
+                                           const String& package) {
     try {
         return core.LoadNetwork(network, kEngineDevice, {});
     } catch (...) {
-        internal::diagnoseMissingLibraries("loading the package", rootDir.c_str());
+        internal::diagnoseMissingLibraries("loading the package", package);
         throw;
     }
 }
@@ -41,24 +40,24 @@ QuavinStatus QuavinOpenVino::prepareImpl() {
 }
 
 QuavinStatus QuavinOpenVino::loadImpl(const std::vector<ModelComponent>& components) {
-    const Filepath rootDir = getMetadata()->getRootDir();
-    const std::vector<NetworkComponentEntry> entries =
-        internal::collectNetworkComponents(components, rootDir);
+    const auto source = internal::makeComponentSource(*getMetadata());
+    const auto entries = internal::collectNetworkComponents(components, *source);
     QuavinStatus status = internal::checkNetworkComponents(entries);
     if (!status.ok()) {
         return status;
     }
     if (!networkRead_) {
-        internal::readNetwork(reader_, entries[0], entries[1]);
+        const internal::NetworkComponents files{*source, entries[0], entries[1]};
+        internal::readNetwork(reader_, files);
         networkRead_ = true;
-        networkSecured_ = entries[0].isSecured() || entries[1].isSecured();
+        networkSecured_ = files.areSecured();
     }
     const InferenceEngine::CNNNetwork network(reader_);
-    InferenceEngine::ExecutableNetwork loaded = compile(core_, network, rootDir);
+    InferenceEngine::ExecutableNetwork loaded = compile(core_, network, source->name());
     inferRequest_ = loaded.CreateInferRequestPtr();
     if (inferRequest_ == nullptr || !*inferRequest_) {
-        internal::diagnose([&rootDir] {
-            return "loading the package " + internal::inQuotes(rootDir.c_str()) +
+        internal::diagnose([&source] {
+            return "loading the package " + internal::inQuotes(source->name()) +
                    ": the engine compiled the network and made no request for it";
         });
         return {ML_FRAMEWORK_ERROR, "OpenVino unable to load model : "};

@@ -6,7 +6,6 @@
 #include <string>
 #include <vector>
 
-#include "engine/openvino/network_component.h"
 #include "engine/openvino/network_settings.h"
 #include "engine/openvino/output_blobs.h"
 #include "model/engine_info_source.h"

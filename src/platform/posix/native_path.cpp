@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "core/text_tools.h"
+#include "text/unicode.h"
 
 namespace VelmoraQuavin::internal::platform {
 

@@ -71,7 +71,7 @@ PSID userIn(ACCESS_ALLOWED_ACE& entry) {
 
 }  // namespace
 
-UsersOwn::UsersOwn() {
+OwnerOnlyAccess::OwnerOnlyAccess() {
     const std::unique_ptr<Memory> user = currentUser();
     if (user == nullptr) {
         return;

@@ -8,12 +8,12 @@ namespace VelmoraQuavin::internal::platform {
 
 /// The access list of a new file that this process's user alone may use, whatever its directory
 /// hands down.
-class UsersOwn {
+class OwnerOnlyAccess {
 public:
-    UsersOwn();
-    UsersOwn(const UsersOwn&) = delete;
-    UsersOwn& operator=(const UsersOwn&) = delete;
-    ~UsersOwn() = default;
+    OwnerOnlyAccess();
+    OwnerOnlyAccess(const OwnerOnlyAccess&) = delete;
+    OwnerOnlyAccess& operator=(const OwnerOnlyAccess&) = delete;
+    ~OwnerOnlyAccess() = default;
 
     /// Whether the system has told who the user is; GetLastError() tells why not.
     explicit operator bool() const { return attributes_.lpSecurityDescriptor != nullptr; }

@@ -4,12 +4,12 @@
 
 #include <utility>
 
-#include "core/portable_name.h"
 #include "platform/directory_walk.h"
 #include "platform/windows/directory_entry.h"
 #include "platform/windows/file_handle.h"
 #include "platform/windows/pending_file.h"
 #include "platform/windows/wide_path.h"
+#include "text/portable_name.h"
 
 namespace VelmoraQuavin::internal::platform {
 namespace {

@@ -83,7 +83,7 @@ bool makePrivateDirectory(const String& path) {
 std::string writeNewFile(const String& path, const unsigned char* bytes, std::size_t count,
                          Readers readers) {
     void* rights = nullptr;  // those that the directory hands down
-    UsersOwn own;
+    OwnerOnlyAccess own;
     if (readers == Readers::kOwner) {
         if (!own) {
             return problemText("cannot be made for its owner alone", ::GetLastError());

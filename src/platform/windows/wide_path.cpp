@@ -2,7 +2,7 @@
 
 #include <windows.h>
 
-#include "core/text_tools.h"
+#include "text/unicode.h"
 
 namespace VelmoraQuavin::internal::platform {
 

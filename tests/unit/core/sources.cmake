@@ -16,7 +16,6 @@ quavin_unit_test(
   log_processor_ostream_test.cpp
   logging_hub_history_test.cpp
   logging_hub_test.cpp
-  portable_name_test.cpp
   report_at_exit_test.cpp
   report_test.cpp
   secure_wipe_test.cpp
@@ -25,5 +24,4 @@ quavin_unit_test(
   status_test.cpp
   stream_steps_test.cpp
   text_test.cpp
-  text_tools_test.cpp
   version_test.cpp)

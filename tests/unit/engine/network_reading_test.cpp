@@ -9,7 +9,7 @@ namespace VelmoraQuavin::testing {
 namespace {
 
 using internal::NetworkComponentEntry;
-using internal::readNetworkFiles;
+using internal::readComponents;
 using ::testing::HasSubstr;
 
 class NetworkReading : public ::testing::Test {
@@ -25,10 +25,12 @@ protected:
         encryption.setKey(countingKey().data());
         return {directory_.entry(name), secured ? "secured_file" : "file", name, encryption};
     }
-    void readPlain() { readNetworkFiles(*reader_, entry("net.xml"), entry("net.bin")); }
-    void readSecured() {
-        readNetworkFiles(*reader_, entry("net.xml", true), entry("net.bin", true));
+    void read(const NetworkComponentEntry& topology, const NetworkComponentEntry& weights) {
+        const internal::DirectorySource source{Filepath()};
+        readComponents(*reader_, {source, topology, weights});
     }
+    void readPlain() { read(entry("net.xml"), entry("net.bin")); }
+    void readSecured() { read(entry("net.xml", true), entry("net.bin", true)); }
     std::string weights() const {
         const auto& blob = faultyEngine().weights;
         return {blob->cbuffer().as<const char*>(), blob->byteSize()};
@@ -92,7 +94,7 @@ TEST_F(NetworkReading, TheNameOfAComponentAloneDecidesAboutDecryption) {
     directory_.write("net.xml", topology);
     directory_.write("net.bin", secured("weights", countingKey(), BlockFilling::kPkcs7));
     // A key on a plain file changes nothing.
-    readNetworkFiles(*reader_, entry("net.xml"), entry("net.bin", true));
+    read(entry("net.xml"), entry("net.bin", true));
     EXPECT_EQ(faultyEngine().readTexts, (std::vector<std::string>{topology}));
     EXPECT_EQ(weights(), "weights" + std::string(9, '\x09') + std::string(16, '\0'));
 }

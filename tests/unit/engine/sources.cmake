@@ -2,7 +2,6 @@ quavin_unit_test(
   engine
   allocation_watch.cpp
   memory_exhaustion_test.cpp
-  network_component_test.cpp
   openvino_tensor_test.cpp
   output_pool_test.cpp
   precision_test.cpp
@@ -37,3 +36,9 @@ if(QUAVIN_ENGINE_IS_ADAPTER)
   quavin_faulty_engine_test(quavin_bare_request_tests bare_request_test.cpp)
   target_sources(quavin_bare_request_tests PRIVATE "${PROJECT_SOURCE_DIR}/tests/support/bare_request.cpp")
 endif()
+
+# The library over an engine of the test's own.
+add_executable(quavin_second_engine_tests engine/second_engine_test.cpp)
+quavin_private_target(quavin_second_engine_tests)
+target_link_libraries(quavin_second_engine_tests PRIVATE quavin_test_packages quavin_objects)
+quavin_discover_tests(quavin_second_engine_tests "unit.engine.")

@@ -4,7 +4,7 @@
 
 #include "quavin/encryption.h"
 #include "support/status_matcher.h"
-#include "unit/package/secured_bytes.h"
+#include "unit/package/secured/secured_bytes.h"
 #include "unit/platform/aes_memory.h"
 
 namespace VelmoraQuavin {

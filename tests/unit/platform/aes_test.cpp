@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cstddef>
 
-#include "unit/package/secured_bytes.h"
+#include "unit/package/secured/secured_bytes.h"
 
 namespace VelmoraQuavin::internal::platform {
 namespace {

@@ -9,7 +9,7 @@
 
 #include "platform/aes.h"
 #include "support/system.h"
-#include "unit/package/secured_bytes.h"
+#include "unit/package/secured/secured_bytes.h"
 #include "unit/platform/aes_memory.h"
 #include "unit/platform/aes_scratch_windows.h"
 

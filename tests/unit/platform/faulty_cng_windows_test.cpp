@@ -11,7 +11,7 @@
 #include "quavin/encryption.h"
 #include "support/case_name.h"
 #include "support/status_matcher.h"
-#include "unit/package/secured_bytes.h"
+#include "unit/package/secured/secured_bytes.h"
 #include "unit/platform/aes_scratch_windows.h"
 #include "unit/platform/faulty_cng_windows.h"
 

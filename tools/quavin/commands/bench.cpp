@@ -7,16 +7,16 @@
 #include <string>
 #include <vector>
 
-#include "command_line.h"
-#include "files.h"
-#include "input_files.h"
-#include "key.h"
-#include "package.h"
-#include "package_place.h"
 #include "platform/process.h"
-#include "printing.h"
 #include "quavin/engine_info.h"
-#include "timings.h"
+#include "tools/quavin/cli/command_line.h"
+#include "tools/quavin/cli/printing.h"
+#include "tools/quavin/commands/timings.h"
+#include "tools/quavin/io/input_files.h"
+#include "tools/quavin/io/require.h"
+#include "tools/quavin/package/key.h"
+#include "tools/quavin/package/package.h"
+#include "tools/quavin/package/package_place.h"
 
 namespace quavin_tool {
 namespace {

@@ -2,10 +2,13 @@
 #include <optional>
 #include <string>
 
-#include "command_line.h"
-#include "files.h"
-#include "key.h"
-#include "secured_bytes.h"
+#include "tools/quavin/cli/command_line.h"
+#include "tools/quavin/cli/printing.h"
+#include "tools/quavin/io/file.h"
+#include "tools/quavin/io/new_path.h"
+#include "tools/quavin/io/wiped_bytes.h"
+#include "tools/quavin/package/key.h"
+#include "tools/quavin/package/secured_bytes.h"
 
 namespace quavin_tool {
 namespace {
@@ -28,8 +31,8 @@ void encryptFile(const Options& options) {
     requireKey(options.key);
     requireAbsent(options.result);
     const Key key(options.key);
-    const Bytes plain = readFile(options.input);
-    const Bytes secured = encrypt(plain.text(), key);
+    const WipedBytes plain = readFile(options.input);
+    const WipedBytes secured = encrypt(plain.text(), key);
     writeNewFile(options.result, secured.text());
     say("Encrypted " + options.input + " (" + readableSize(plain.size()) + ") as " +
             options.result + " (" + readableSize(secured.size()) + ")",
@@ -40,7 +43,7 @@ void decryptFile(const Options& options) {
     requireKey(options.key);
     requireAbsent(options.result);
     const Key key(options.key);
-    Bytes plain = decrypt(readFile(options.input), key.bytes(), options.input);
+    WipedBytes plain = decrypt(readFile(options.input), key.bytes(), options.input);
     if (!options.keepPadding) {
         const std::optional<std::uint64_t> padding = paddingOf(plain.text());
         if (!padding.has_value()) {
@@ -51,7 +54,7 @@ void decryptFile(const Options& options) {
         }
         plain.truncate(plain.size() - *padding);
     }
-    writeOwnFile(options.result, plain.text());
+    writePrivateFile(options.result, plain.text());
     say("Decrypted " + options.input + " as " + options.result + " (" + readableSize(plain.size()) +
             ")",
         options.output);

@@ -7,17 +7,19 @@
 #include <string_view>
 #include <vector>
 
-#include "command_line.h"
-#include "files.h"
-#include "manifest_text.h"
-#include "notes.h"
-#include "package.h"
 #include "platform/loaded_libraries.h"
-#include "printing.h"
 #include "quavin/engine_info.h"
 #include "quavin/version.h"
-#include "temporary_directory.h"
-#include "trial.h"
+#include "tools/quavin/check/trial.h"
+#include "tools/quavin/cli/command_line.h"
+#include "tools/quavin/cli/notes.h"
+#include "tools/quavin/cli/printing.h"
+#include "tools/quavin/io/file.h"
+#include "tools/quavin/io/path_text.h"
+#include "tools/quavin/io/require.h"
+#include "tools/quavin/io/temporary_directory.h"
+#include "tools/quavin/package/manifest_text.h"
+#include "tools/quavin/package/package.h"
 
 namespace quavin_tool {
 namespace {
@@ -86,7 +88,7 @@ constexpr std::array<std::string_view, 7> kOfInterest{
 
 template <typename Parts>
 bool isAnyIn(const Parts& parts, const std::string& name) {
-    const std::string small = inSmallLetters(name);
+    const std::string small = toAsciiLower(name);
     return std::any_of(parts.begin(), parts.end(), [&small](std::string_view part) {
         return small.find(part) != std::string::npos;
     });

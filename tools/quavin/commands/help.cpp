@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
-#include "command_line.h"
-#include "usage.h"
+#include "tools/quavin/cli/command_line.h"
+#include "tools/quavin/cli/usage.h"
 
 namespace quavin_tool {
 namespace {

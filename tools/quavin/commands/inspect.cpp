@@ -6,11 +6,11 @@
 #include <system_error>
 #include <vector>
 
-#include "command_line.h"
-#include "files.h"
-#include "inspected_package.h"
-#include "package.h"
-#include "printing.h"
+#include "text/vocabulary.h"
+#include "tools/quavin/cli/command_line.h"
+#include "tools/quavin/cli/printing.h"
+#include "tools/quavin/package/inspected_package.h"
+#include "tools/quavin/package/package.h"
 
 namespace quavin_tool {
 namespace {
@@ -39,19 +39,8 @@ Targets sortedTargets(const VelmoraQuavin::ModelMetadata& metadata) {
 
 // As the manifest has it, which is not the engine's display name.
 std::string keyOf(QuavinModelType type) {
-    using VelmoraQuavin::EngineKey;
-    switch (type) {
-        case QuavinModelType::CoreML:
-            return EngineKey::CoreML.str();
-        case QuavinModelType::WinML:
-            return EngineKey::WinML.str();
-        case QuavinModelType::Openvino:
-            return EngineKey::Openvino.str();
-        case QuavinModelType::TensorflowLite:
-            return EngineKey::TensorflowLite.str();
-        default:
-            return EngineKey::MockML.str();
-    }
+    using namespace VelmoraQuavin::internal;
+    return std::string(wordFor(kEngines, type, ""));
 }
 
 std::string kindOf(const ModelFeatureDescriptor& feature) {

@@ -2,10 +2,11 @@
 #include <memory>
 #include <string>
 
-#include "command_line.h"
 #include "core/secure_wipe.h"
-#include "files.h"
-#include "key.h"
+#include "tools/quavin/cli/command_line.h"
+#include "tools/quavin/io/file.h"
+#include "tools/quavin/io/new_path.h"
+#include "tools/quavin/package/key.h"
 
 namespace quavin_tool {
 namespace {
@@ -28,7 +29,7 @@ void makeKey(const Options& options) {
     }
     text.back() = '\n';
     const std::string_view raw(reinterpret_cast<const char*>(key.bytes()), kKeySize);
-    writeOwnFile(options.file, options.raw ? raw : std::string_view(text.data(), text.size()));
+    writePrivateFile(options.file, options.raw ? raw : std::string_view(text.data(), text.size()));
     say("Wrote a new key to " + options.file, options.output);
 }
 

@@ -8,15 +8,18 @@
 #include <utility>
 #include <vector>
 
-#include "command_line.h"
-#include "files.h"
-#include "key.h"
-#include "package/tar_entry_path.h"
-#include "package_builder.h"
-#include "printing.h"
-#include "secured_bytes.h"
-#include "tar_text.h"
-#include "temporary_directory.h"
+#include "package/archive/tar_entry_path.h"
+#include "tools/quavin/cli/command_line.h"
+#include "tools/quavin/cli/printing.h"
+#include "tools/quavin/io/file.h"
+#include "tools/quavin/io/new_path.h"
+#include "tools/quavin/io/path_text.h"
+#include "tools/quavin/io/temporary_directory.h"
+#include "tools/quavin/io/wiped_bytes.h"
+#include "tools/quavin/package/key.h"
+#include "tools/quavin/package/package_builder.h"
+#include "tools/quavin/package/secured_bytes.h"
+#include "tools/quavin/package/tar_writer.h"
 
 namespace quavin_tool {
 namespace {
@@ -44,7 +47,7 @@ bool encryptsArchive(const Options& options) {
 
 // In small letters; none of a path that a separator at its end makes a directory's.
 std::string endingOf(const std::string& path) {
-    const std::string name = inSmallLetters(fs::u8path(path).filename().u8string());
+    const std::string name = toAsciiLower(fs::u8path(path).filename().u8string());
     return name.substr(std::min(name.rfind('.'), name.size()));
 }
 
@@ -106,12 +109,12 @@ Identity fillIn(Identity identity, const Options& options) {
 void writeArchive(const Options& options, const Package& package, const Key* key,
                   const std::string& path) {
     const std::string root = rootName(options) + "/";
-    TarText tar;
+    TarWriter tar;
     tar.addDirectory(root);
     for (const PackageFile& file : package) {
         tar.addFile(root + file.name, file.content.text());
     }
-    const Bytes archive = tar.finish();
+    const WipedBytes archive = tar.finish();
     if (encryptsArchive(options)) {
         writeNewFile(path, encrypt(archive.text(), *key).text());
     } else {
@@ -160,7 +163,7 @@ void pack(const Options& options) {
         rootName(options);
     }
     const std::unique_ptr<Key> key = readKey(options.key);
-    const NetworkFiles network = readNetworkFiles(options.network, options.weights);
+    const NetworkFiles network = readFilesToPack(options.network, options.weights);
     const Identity identity = fillIn(options.identity, options);
 
     // Made beside its place and moved there whole, so that no half of a package is left behind.

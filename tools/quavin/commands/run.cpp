@@ -2,13 +2,13 @@
 #include <string>
 #include <vector>
 
-#include "command_line.h"
-#include "files.h"
-#include "input_files.h"
-#include "key.h"
-#include "output_files.h"
-#include "package.h"
-#include "package_place.h"
+#include "tools/quavin/cli/command_line.h"
+#include "tools/quavin/io/input_files.h"
+#include "tools/quavin/io/new_path.h"
+#include "tools/quavin/io/output_files.h"
+#include "tools/quavin/package/key.h"
+#include "tools/quavin/package/package.h"
+#include "tools/quavin/package/package_place.h"
 
 namespace quavin_tool {
 namespace {

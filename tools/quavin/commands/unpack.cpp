@@ -2,11 +2,15 @@
 #include <memory>
 #include <string>
 
-#include "command_line.h"
-#include "files.h"
-#include "key.h"
-#include "package/tar_reader.h"
-#include "printing.h"
+#include "package/archive/tar_reader.h"
+#include "tools/quavin/cli/command_line.h"
+#include "tools/quavin/cli/printing.h"
+#include "tools/quavin/io/file.h"
+#include "tools/quavin/io/new_path.h"
+#include "tools/quavin/io/path_text.h"
+#include "tools/quavin/io/require.h"
+#include "tools/quavin/io/wiped_bytes.h"
+#include "tools/quavin/package/key.h"
 
 namespace quavin_tool {
 namespace {
@@ -22,7 +26,7 @@ struct Options {
     OutputOptions output;
 };
 
-QuavinStatus extract(const Bytes& archive, const Key* key, Filepath& destination) {
+QuavinStatus extract(const WipedBytes& archive, const Key* key, Filepath& destination) {
     return key == nullptr ? FileUtils::extractTarball(archive.data(), archive.size(), destination)
                           : FileUtils::extractSecuredTarball(archive.data(), archive.size(),
                                                              key->bytes(), destination);
@@ -41,7 +45,7 @@ QuavinStatus withAdvice(QuavinStatus status, const Options& options) {
 
 void unpack(const Options& options) {
     const std::unique_ptr<Key> key = readKey(options.key);
-    const Bytes archive = readFile(options.archive);
+    const WipedBytes archive = readFile(options.archive);
     if (key == nullptr && VelmoraQuavin::internal::isFalseTarEnd(archive.data(), archive.size())) {
         throw VelmoraQuavin::Exception(
             options.archive + " is no tar archive; an encrypted one needs --key-file or --key-env",

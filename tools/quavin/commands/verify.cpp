@@ -3,12 +3,12 @@
 #include <optional>
 #include <string>
 
-#include "command_line.h"
-#include "key.h"
-#include "package.h"
-#include "package_check.h"
-#include "package_place.h"
-#include "printing.h"
+#include "tools/quavin/check/package_check.h"
+#include "tools/quavin/cli/command_line.h"
+#include "tools/quavin/cli/printing.h"
+#include "tools/quavin/package/key.h"
+#include "tools/quavin/package/package.h"
+#include "tools/quavin/package/package_place.h"
 
 namespace quavin_tool {
 namespace {

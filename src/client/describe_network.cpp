@@ -1,0 +1,68 @@
+#include <utility>
+
+#include "engine/engine.h"
+#include "quavin/network.h"
+#include "text/vocabulary.h"
+
+namespace VelmoraQuavin {
+namespace {
+
+using Features = std::vector<ModelFeatureDescriptor>;
+using internal::Engine;
+using internal::NetworkComponentEntry;
+
+void describe(const Engine& engine, const internal::NetworkComponents& network, Features& inputs,
+              Features& outputs) {
+    internal::NetworkPorts ports = engine.describe(network);
+    inputs = std::move(ports.inputs);
+    outputs = std::move(ports.outputs);
+}
+
+NetworkComponentEntry plainFile(const Filepath& path) {
+    return {path.c_str(), ComponentKind::File, path.c_str(), Encryption()};
+}
+
+QuavinStatus describePackage(const ModelMetadata& metadata, Features& inputs, Features& outputs) {
+    const Engine* const engine = internal::chooseEngine(metadata, QuavinModelType::Undefined);
+    if (engine == nullptr) {
+        const auto needed = internal::builtInEngines().front()->type();
+        return {MODEL_METADATA_ERROR,
+                String("The manifest has no target for ") +
+                    internal::wordFor(internal::kEngines, needed, "this library")};
+    }
+    const auto source = internal::makeComponentSource(metadata);
+    const auto entries = internal::collectNetworkComponents(
+        metadata.getTargets().at(engine->type()).components, *source);
+    QuavinStatus status = internal::checkNetworkComponents(entries);
+    if (status.ok()) {
+        describe(*engine, {*source, entries[0], entries[1]}, inputs, outputs);
+    }
+    return status;
+}
+
+}  // namespace
+
+QuavinStatus describeNetwork(const Filepath& topology, const Filepath& weights,
+                             std::vector<ModelFeatureDescriptor>& inputs,
+                             std::vector<ModelFeatureDescriptor>& outputs) {
+    try {
+        const internal::DirectorySource source{Filepath()};  // the paths are whole
+        describe(*internal::builtInEngines().front(),
+                 {source, plainFile(topology), plainFile(weights)}, inputs, outputs);
+        return {SUCCESS, ""};
+    } catch (...) {
+        return getStatusFromCurrentException();
+    }
+}
+
+QuavinStatus describeNetwork(const ModelMetadata& metadata,
+                             std::vector<ModelFeatureDescriptor>& inputs,
+                             std::vector<ModelFeatureDescriptor>& outputs) {
+    try {
+        return describePackage(metadata, inputs, outputs);
+    } catch (...) {
+        return getStatusFromCurrentException();
+    }
+}
+
+}  // namespace VelmoraQuavin

@@ -1,0 +1,30 @@
+#include "engine/engine.h"
+#include "engine/openvino/describe_network.h"
+#include "engine/openvino/openvino_engine_info.h"
+#include "engine/openvino/quavin_openvino.h"
+
+namespace VelmoraQuavin::internal {
+namespace {
+
+class OpenVinoEngine : public Engine {
+public:
+    QuavinModelType type() const noexcept override { return QuavinModelType::Openvino; }
+    std::shared_ptr<QuavinModel> makeModel(const String& name,
+                                           const Device& device) const override {
+        return std::make_shared<QuavinOpenVino>(name, device);
+    }
+    NetworkPorts describe(const NetworkComponents& network) const override {
+        return describeOpenVinoNetwork(network);
+    }
+    EngineInfo info() const override { return openVinoEngineInfo(); }
+};
+
+}  // namespace
+
+const std::vector<const Engine*>& builtInEngines() {
+    static const OpenVinoEngine openVino;
+    static const std::vector<const Engine*> engines{&openVino};
+    return engines;
+}
+
+}  // namespace VelmoraQuavin::internal

@@ -1,0 +1,83 @@
+#pragma once
+
+#include <rapidjson/document.h>
+
+#include <cstdint>
+#include <cstdlib>
+#include <new>
+
+#include "quavin/text.h"
+#include "text/unicode.h"
+
+namespace VelmoraQuavin::internal {
+
+/// Memory for JSON documents that fails with the standard exception: the library's own allocator
+/// hands out null, and the parser writes through it.
+class JsonAllocator {
+public:
+    static const bool kNeedFree = true;  // part of the interface that documents expect
+
+    void* Malloc(std::size_t size) { return size == 0 ? nullptr : require(std::malloc(size)); }
+    void* Realloc(void* original, std::size_t /*originalSize*/, std::size_t size) {
+        if (size == 0) {
+            std::free(original);
+            return nullptr;
+        }
+        return require(std::realloc(original, size));
+    }
+    static void Free(void* memory) { std::free(memory); }
+
+private:
+    static void* require(void* memory) {
+        if (memory == nullptr) {
+            throw std::bad_alloc();
+        }
+        return memory;
+    }
+};
+
+using JsonPool = rapidjson::MemoryPoolAllocator<JsonAllocator>;
+using JsonDocument = rapidjson::GenericDocument<rapidjson::UTF8<>, JsonPool, JsonAllocator>;
+using JsonValue = JsonDocument::ValueType;
+
+/// The member `key` of a JSON value; null where the value is no object or has no such member.
+inline const JsonValue* findMember(const JsonValue& object, const char* key) {
+    if (!object.IsObject()) {
+        return nullptr;
+    }
+    const auto member = object.FindMember(key);
+    return member == object.MemberEnd() ? nullptr : &member->value;
+}
+
+/// The member `key` as an object; null where it is absent or something else.
+inline const JsonValue* findObject(const JsonValue& object, const char* key) {
+    const JsonValue* member = findMember(object, key);
+    return member != nullptr && member->IsObject() ? member : nullptr;
+}
+
+/// The member `key` as an array; null where it is absent or something else.
+inline const JsonValue* findArray(const JsonValue& object, const char* key) {
+    const JsonValue* member = findMember(object, key);
+    return member != nullptr && member->IsArray() ? member : nullptr;
+}
+
+/// Stores the member `key` into `target`, up to its first zero character, where it is a string.
+/// @return whether it is.
+inline bool readString(const JsonValue& object, const char* key, String& target) {
+    const JsonValue* member = findMember(object, key);
+    if (member == nullptr || !member->IsString()) {
+        return false;
+    }
+    target = untilZeroByte({member->GetString(), member->GetStringLength()});
+    return true;
+}
+
+/// Stores the member `key` into `target` where it is a whole number of 32 bits.
+inline void readInt(const JsonValue& object, const char* key, std::int32_t& target) {
+    const JsonValue* member = findMember(object, key);
+    if (member != nullptr && member->IsInt()) {
+        target = member->GetInt();
+    }
+}
+
+}  // namespace VelmoraQuavin::internal

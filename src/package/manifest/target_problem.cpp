@@ -1,0 +1,17 @@
+#include "package/manifest/target_problem.h"
+
+#include "core/diagnostics.h"
+#include "package/manifest/metadata_access.h"
+
+namespace VelmoraQuavin::internal {
+
+void diagnoseMissingTarget(const ModelMetadata& metadata, std::string_view needed) noexcept {
+    diagnose([&metadata, needed] {
+        const String& written = MetadataAccess::targetsAsWritten(metadata);
+        return "loading the package " + inQuotes(metadata.getRootDir().c_str()) + ": the target " +
+               inQuotes(needed) + " is needed, and " +
+               (written.empty() ? "the metadata have none" : written.str());
+    });
+}
+
+}  // namespace VelmoraQuavin::internal

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <string_view>
+
+#include "quavin/metadata.h"
+
+namespace VelmoraQuavin::internal {
+
+/// Reports what a package has in place of the target that is needed.
+/// @param needed the engine's name in manifests.
+void diagnoseMissingTarget(const ModelMetadata& metadata, std::string_view needed) noexcept;
+
+}  // namespace VelmoraQuavin::internal

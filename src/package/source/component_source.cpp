@@ -1,0 +1,44 @@
+#include "package/source/component_source.h"
+
+#include <utility>
+
+#include "package/source/network_components.h"
+#include "package/source/sized_file.h"
+
+namespace VelmoraQuavin::internal {
+namespace {
+
+class FileBytes : public StoredBytes {
+public:
+    explicit FileBytes(SizedFile file) : file_(std::move(file)) {}
+
+    uint64 size() const override { return file_.size(); }
+    void read(char* buffer) override { file_.read(buffer); }
+
+private:
+    SizedFile file_;
+};
+
+}  // namespace
+
+DirectorySource::DirectorySource(Filepath directory) : directory_(std::move(directory)) {}
+
+String DirectorySource::name() const {
+    return directory_.c_str();
+}
+
+String DirectorySource::resolve(const String& path) const {
+    Filepath resolved(directory_);
+    resolved.append(Filepath(path));
+    return resolved.c_str();
+}
+
+std::unique_ptr<StoredBytes> DirectorySource::open(const NetworkComponentEntry& component) const {
+    return std::make_unique<FileBytes>(SizedFile::open(Filepath(component.resolvedPath)));
+}
+
+std::unique_ptr<ComponentSource> makeComponentSource(const ModelMetadata& metadata) {
+    return std::make_unique<DirectorySource>(metadata.getRootDir());
+}
+
+}  // namespace VelmoraQuavin::internal

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <memory>
+
+#include "quavin/files.h"
+#include "quavin/metadata.h"
+#include "quavin/text.h"
+
+namespace VelmoraQuavin::internal {
+
+struct NetworkComponentEntry;
+
+/// The stored bytes of one component, to be read once.
+class StoredBytes {
+public:
+    StoredBytes() = default;
+    StoredBytes(const StoredBytes&) = delete;
+    StoredBytes& operator=(const StoredBytes&) = delete;
+    virtual ~StoredBytes() = default;
+
+    virtual uint64 size() const = 0;
+    /// Reads size() bytes.
+    /// @throws FileException "File error!" if that fails.
+    virtual void read(char* buffer) = 0;
+};
+
+/// Where the bytes of a package's components come from. Any thread may ask.
+class ComponentSource {
+public:
+    ComponentSource() = default;
+    ComponentSource(const ComponentSource&) = delete;
+    ComponentSource& operator=(const ComponentSource&) = delete;
+    virtual ~ComponentSource() = default;
+
+    /// What messages call the package; for one in a directory, the directory.
+    virtual String name() const = 0;
+    /// Resolves the path of a component; for files, that is where they are.
+    virtual String resolve(const String& path) const = 0;
+    /// @throws FileException "File error!" if the component cannot be opened.
+    virtual std::unique_ptr<StoredBytes> open(const NetworkComponentEntry& component) const = 0;
+};
+
+/// A package in a directory. Paths are joined to the directory as written.
+class DirectorySource : public ComponentSource {
+public:
+    explicit DirectorySource(Filepath directory);
+
+    String name() const override;
+    String resolve(const String& path) const override;
+    std::unique_ptr<StoredBytes> open(const NetworkComponentEntry& component) const override;
+
+private:
+    Filepath directory_;
+};
+
+/// The source of a package's components.
+std::unique_ptr<ComponentSource> makeComponentSource(const ModelMetadata& metadata);
+
+}  // namespace VelmoraQuavin::internal

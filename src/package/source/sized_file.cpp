@@ -1,0 +1,55 @@
+#include "package/source/sized_file.h"
+
+#include <cstring>
+#include <utility>
+
+#include "core/diagnostics.h"
+#include "quavin/status.h"
+
+namespace VelmoraQuavin::internal {
+namespace {
+
+[[noreturn]] void fail(const Filepath& path, const std::string& problem) {
+    diagnose([&] { return "reading the file " + inQuotes(path.c_str()) + ": it " + problem; });
+    throw FileException("File error!");
+}
+
+}  // namespace
+
+SizedFile::SizedFile(Filepath path, platform::InputFile file)
+    : path_(std::move(path)), file_(std::move(file)) {}
+
+std::optional<SizedFile> SizedFile::tryOpen(const Filepath& path, std::string& problem) {
+    std::optional<platform::InputFile> file = platform::InputFile::open(path.c_str(), problem);
+    if (!file.has_value()) {
+        return std::nullopt;
+    }
+    return SizedFile(path, std::move(*file));
+}
+
+SizedFile SizedFile::open(const Filepath& path) {
+    std::string problem;
+    std::optional<SizedFile> file = tryOpen(path, problem);
+    if (!file.has_value()) {
+        fail(path, problem);
+    }
+    return std::move(*file);
+}
+
+bool SizedFile::tryRead(char* buffer, std::string& problem) {
+    uint64 got = 0;
+    problem = file_.read(buffer, got);
+    if (got < size()) {
+        std::memset(buffer + got, 0, size() - got);
+    }
+    return problem.empty();
+}
+
+void SizedFile::read(char* buffer) {
+    std::string problem;
+    if (!tryRead(buffer, problem)) {
+        fail(path_, problem);
+    }
+}
+
+}  // namespace VelmoraQuavin::internal

@@ -1,0 +1,43 @@
+// Names that both forms extract to the same on POSIX systems alone: others take no white space at
+// the end, and have a narrow interface, which the form without a length makes directories with,
+// that takes names outside ASCII for other ones.
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "unit/package/archive/tar_fixture.h"
+
+namespace VelmoraQuavin {
+namespace {
+
+using testing::fileInTree;
+using testing::FileTree;
+using testing::IsOk;
+using testing::kDirectoryInTree;
+using testing::TarDestination;
+using testing::tarDirectory;
+using testing::tarEnd;
+using testing::tarFile;
+
+void expectBothExtract(const std::string& archive, const FileTree& tree) {
+    TarDestination unbounded;
+    EXPECT_THAT(unbounded.extractUnbounded(archive), IsOk());
+    EXPECT_EQ(unbounded.tree(), tree);
+    TarDestination bounded;
+    EXPECT_THAT(bounded.extract(archive), IsOk());
+    EXPECT_EQ(bounded.tree(), tree);
+}
+
+TEST(TarBothFormsOnPosix, TakeWhiteSpaceAtTheEndOfAFilesName) {
+    expectBothExtract(tarFile(" my\tfile\n", "content") + tarEnd(),
+                      {{" my\tfile\n", fileInTree("content")}});
+}
+
+TEST(TarBothFormsOnPosix, MakeDirectoriesWithNamesOutsideAscii) {
+    expectBothExtract(tarDirectory("größe/") + tarFile("größe/模型", "content") + tarEnd(),
+                      {{"größe", kDirectoryInTree}, {"größe/模型", fileInTree("content")}});
+}
+
+}  // namespace
+}  // namespace VelmoraQuavin

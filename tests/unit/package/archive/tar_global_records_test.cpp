@@ -1,0 +1,60 @@
+// Pax records for all entries, which git writes for one: a comment.
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "unit/package/archive/tar_fixture.h"
+
+namespace VelmoraQuavin {
+namespace {
+
+using testing::fileInTree;
+using testing::FileTree;
+using testing::gnuLongName;
+using testing::IsOk;
+using testing::paxHeader;
+using testing::paxRecord;
+using testing::tarEnd;
+using testing::TarExtraction;
+using testing::tarFile;
+
+class TarGlobalRecords : public TarExtraction {
+protected:
+    static std::string global(const std::string& records) { return paxHeader(records, 'g'); }
+};
+
+TEST_F(TarGlobalRecords, ThatSayNothingOfNamesAndSizesAreTaken) {
+    EXPECT_THAT(to_.extract(global(paxRecord("comment", "654fd6d8") + paxRecord("mtime", "0")) +
+                            tarFile("file") + tarEnd()),
+                IsOk());
+    EXPECT_EQ(to_.tree(), (FileTree{{"file", fileInTree("")}}));
+}
+
+TEST_F(TarGlobalRecords, NeedNoEntryBehindThem) {
+    EXPECT_THAT(to_.extract(global(paxRecord("comment", "x")) + tarEnd()), IsOk());
+    EXPECT_EQ(to_.result(), "");
+}
+
+TEST_F(TarGlobalRecords, LeaveTheExtensionsBeforeThemAlone) {
+    EXPECT_THAT(to_.extract(gnuLongName("long") + global(paxRecord("comment", "x")) +
+                            tarFile("file") + tarEnd()),
+                IsOk());
+    EXPECT_EQ(to_.tree(), (FileTree{{"long", fileInTree("")}}));
+}
+
+TEST_F(TarGlobalRecords, OfOneNameOrSizeAreRefused) {
+    for (const std::string key : {"path", "size", "GNU.sparse.size"}) {
+        expectRefused(tarFile("good") + global(paxRecord(key, "7")) + tarFile("file") + tarEnd(),
+                      TAR_UNSUPPORTED_ENTRY,
+                      "Archive entry 2: one name or size for all entries is not supported");
+    }
+}
+
+TEST_F(TarGlobalRecords, ThatMakeNoSenseAreRefused) {
+    expectRefused(global("no records") + tarFile("file") + tarEnd(), INVALID_ARGUMENTS,
+                  "Archive entry 1: its pax records make no sense");
+}
+
+}  // namespace
+}  // namespace VelmoraQuavin

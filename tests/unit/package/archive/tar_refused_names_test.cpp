@@ -1,0 +1,166 @@
+// Names that could lead out of the destination, and others that are refused, wherever an archive
+// has them from. Nothing is written then, also not what stands before them.
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <tuple>
+
+#include "unit/package/archive/tar_fixture.h"
+
+namespace VelmoraQuavin {
+namespace {
+
+using testing::fileInTree;
+using testing::FileTree;
+using testing::gnuLongName;
+using testing::IsOk;
+using testing::paxHeader;
+using testing::paxRecord;
+using testing::tarDirectory;
+using testing::tarEnd;
+using testing::tarEntry;
+using testing::TarExtraction;
+using testing::TarFields;
+using testing::tarFile;
+
+struct RefusedName {
+    std::string label;
+    std::string name;
+    std::string reason;
+};
+
+// How an archive may tell an entry's name.
+struct Telling {
+    std::string label;
+    std::string (*entry)(const std::string& name, char type);
+};
+
+std::string inTheHeader(const std::string& name, char type) {
+    TarFields fields;
+    fields.name = name;
+    fields.type = type;
+    return tarEntry(fields);
+}
+
+// Split at the first slash, which is put back between prefix and name.
+std::string inThePrefix(const std::string& name, char type) {
+    const std::size_t slash = name.find('/', 1);
+    if (slash == std::string::npos) {
+        return inTheHeader(name, type);
+    }
+    TarFields fields;
+    fields.prefix = name.substr(0, slash);
+    fields.name = name.substr(slash + 1);
+    fields.type = type;
+    return tarEntry(fields);
+}
+
+std::string inPaxRecords(const std::string& name, char type) {
+    return paxHeader(paxRecord("path", name)) + inTheHeader("innocent", type);
+}
+
+std::string inALongName(const std::string& name, char type) {
+    return gnuLongName(name) + inTheHeader("innocent", type);
+}
+
+class TarRefusedNames : public TarExtraction,
+                        public ::testing::WithParamInterface<std::tuple<RefusedName, Telling>> {
+protected:
+    void expectRefusedAs(char type) {
+        const auto& [refused, telling] = GetParam();
+        expectRefused(tarDirectory("root/") + tarFile("root/file", "x") +
+                          telling.entry(refused.name, type) + tarEnd(),
+                      INVALID_ARGUMENTS,
+                      "Archive entry \"" + refused.name + "\": " + refused.reason);
+    }
+};
+
+TEST_P(TarRefusedNames, OfFilesAre) {
+    expectRefusedAs('0');
+}
+
+TEST_P(TarRefusedNames, OfDirectoriesAre) {
+    expectRefusedAs('5');
+}
+
+const std::string kTwoDots = "its name holds \"..\"";
+const std::string kAbsolute = "its name is absolute";
+const std::string kDrive = "its name begins with a drive letter";
+
+INSTANTIATE_TEST_SUITE_P(
+    Names, TarRefusedNames,
+    ::testing::Combine(
+        ::testing::Values(RefusedName{"TwoDotsFirst", "../x", kTwoDots},
+                          RefusedName{"TwoDotsFirstWithBackslash", "..\\x", kTwoDots},
+                          RefusedName{"TwoDotsBehindADot", "./../x", kTwoDots},
+                          RefusedName{"TwoDotsInside", "root/../x", kTwoDots},
+                          RefusedName{"TwoDotsFarUp", "root/../../../../x", kTwoDots},
+                          RefusedName{"TwoDotsInsideWithBackslashes", "a\\..\\..\\x", kTwoDots},
+                          RefusedName{"TwoDotsWithBoth", "root/..\\../x", kTwoDots},
+                          RefusedName{"TwoDotsLast", "root/..", kTwoDots},
+                          RefusedName{"TwoDotsLastWithSlash", "root/../", kTwoDots},
+                          RefusedName{"TwoDotsAlone", "..", kTwoDots},
+                          RefusedName{"Absolute", "/etc/x", kAbsolute},
+                          RefusedName{"AbsoluteWithBackslash", "\\x", kAbsolute},
+                          RefusedName{"OfAServer", "\\\\server\\share\\x", kAbsolute},
+                          RefusedName{"TheRoot", "/", kAbsolute},
+                          RefusedName{"Drive", "C:x", kDrive},
+                          RefusedName{"DriveAlone", "C:", kDrive},
+                          RefusedName{"DriveBehindADot", "./C:x", kDrive},
+                          RefusedName{"SmallDrive", "c:/x", kDrive},
+                          RefusedName{"DriveWithBackslash", "C:\\x", kDrive}),
+        ::testing::Values(Telling{"InTheHeader", inTheHeader}, Telling{"InThePrefix", inThePrefix},
+                          Telling{"InPaxRecords", inPaxRecords},
+                          Telling{"InALongName", inALongName})),
+    [](const auto& test) { return std::get<0>(test.param).label + std::get<1>(test.param).label; });
+
+class TarRefusedName : public TarExtraction {};
+
+TEST_F(TarRefusedName, ThatLeadsToAPlaceBesideTheDestinationIs) {
+    const std::string name = (to_.outer() / "beside").u8string();
+    const std::string text = "Archive entry \"" + name + "\": ";
+    expectRefused(tarFile(name, "x") + tarEnd(), INVALID_ARGUMENTS,
+                  ::testing::AnyOf(text + kAbsolute, text + kDrive));
+}
+
+TEST_F(TarRefusedName, MadeOfAPrefixIs) {
+    TarFields fields;
+    fields.name = "../x";
+    fields.prefix = "root";
+    expectRefused(tarEntry(fields) + tarEnd(), INVALID_ARGUMENTS,
+                  "Archive entry \"root/../x\": its name holds \"..\"");
+}
+
+TEST_F(TarRefusedName, ThatIsEmptyIs) {
+    expectRefused(gnuLongName("") + tarFile("innocent") + tarEnd(), INVALID_ARGUMENTS,
+                  "Archive entry \"\": it has no name");
+}
+
+TEST_F(TarRefusedName, ThatIsNotUtf8Is) {
+    expectRefused(tarFile("b\xFFz", "x") + tarEnd(), INVALID_ARGUMENTS,
+                  "Archive entry \"b?z\": its name is not UTF-8");
+    expectRefused(inPaxRecords("\xC0\xAE\xC0\xAE/x", '0') + tarEnd(), INVALID_ARGUMENTS,
+                  ::testing::EndsWith(": its name is not UTF-8"));
+}
+
+TEST_F(TarRefusedName, ThatIsTooLongIs) {
+    const std::string name(4097, 'n');
+    const std::string text =
+        "Archive entry \"" + std::string(200, 'n') + "...\": its name is longer than 4096 bytes";
+    expectRefused(inPaxRecords(name, '0') + tarEnd(), INVALID_ARGUMENTS, text);
+    expectRefused(inALongName(name, '0') + tarEnd(), INVALID_ARGUMENTS, text);
+}
+
+TEST_F(TarRefusedName, IsShownWithoutControlCharacters) {
+    expectRefused(tarFile("../\x1B[2J\n\x7F") + tarEnd(), INVALID_ARGUMENTS,
+                  "Archive entry \"../?[2J??\": its name holds \"..\"");
+}
+
+TEST_F(TarRefusedName, BehindTheEndDoesNotCount) {
+    EXPECT_THAT(to_.extract(tarFile("good", "x") + tarEnd() + tarFile("../x", "x")), IsOk());
+    EXPECT_EQ(to_.tree(), (FileTree{{"good", fileInTree("x")}}));
+}
+
+}  // namespace
+}  // namespace VelmoraQuavin

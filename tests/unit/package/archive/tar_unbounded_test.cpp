@@ -1,0 +1,170 @@
+// How the form without a length walks an archive, and what it makes of the destination.
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "support/case_name.h"
+#include "unit/package/archive/tar_fixture.h"
+
+namespace VelmoraQuavin {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::CaseName;
+using testing::fileInTree;
+using testing::FileTree;
+using testing::IsOk;
+using testing::listingOf;
+using testing::readTarData;
+using testing::tarDirectory;
+using testing::tarEnd;
+using testing::tarEntry;
+using testing::TarExtraction;
+using testing::TarFields;
+using testing::tarFile;
+
+class TarUnbounded : public TarExtraction {};
+
+const std::string kZeroByte(1, '\0');
+
+TEST_F(TarUnbounded, AZeroByteInTheBeginningIsAnEmptyArchive) {
+    EXPECT_THAT(to_.extractUnbounded(kZeroByte), IsOk());
+    EXPECT_EQ(to_.result(), "");
+    EXPECT_EQ(to_.tree(), FileTree());
+}
+
+TEST_F(TarUnbounded, FilesAloneAreWrittenAndEmptyTheDestination) {
+    EXPECT_THAT(to_.extractUnbounded(tarFile("one", "1") + tarFile("two", "22") + tarEnd()),
+                IsOk());
+    EXPECT_EQ(to_.tree(), (FileTree{{"one", fileInTree("1")}, {"two", fileInTree("22")}}));
+    EXPECT_EQ(to_.result(), "");
+}
+
+TEST_F(TarUnbounded, TheFirstDirectoryBecomesTheDestination) {
+    EXPECT_THAT(to_.extractUnbounded(tarFile("file") + tarDirectory("first") +
+                                     tarDirectory("second") + tarEnd()),
+                IsOk());
+    EXPECT_EQ(to_.result(), to_.text() + "\\first");
+}
+
+TEST_F(TarUnbounded, TheDestinationKeepsTheSeparatorsThatTheArchiveHas) {
+    fs::create_directory(to_.path() / "above");
+    EXPECT_THAT(to_.extractUnbounded(tarDirectory("above/top/") + tarEnd()), IsOk());
+    EXPECT_EQ(to_.result(), to_.text() + "\\above/top/");
+    EXPECT_TRUE(fs::is_directory(to_.path() / "above" / "top"));
+}
+
+TEST_F(TarUnbounded, ADirectoryThatWasThereAlreadyBecomesTheDestinationToo) {
+    to_.write("root/kept", "content");
+    EXPECT_THAT(to_.extractUnbounded(tarDirectory("root/") + tarEnd()), IsOk());
+    EXPECT_EQ(to_.result(), to_.text() + "\\root/");
+    EXPECT_EQ(to_.tree(), (FileTree{{"root", "directory"}, {"root/kept", fileInTree("content")}}));
+}
+
+TEST_F(TarUnbounded, FilesAreWrittenIntoTheDirectoriesBeforeThem) {
+    EXPECT_THAT(to_.extractUnbounded(tarDirectory("a/") + tarDirectory("a/b/") +
+                                     tarFile("a/b/file", "deep") + tarEnd()),
+                IsOk());
+    EXPECT_EQ(
+        to_.tree(),
+        (FileTree{{"a", "directory"}, {"a/b", "directory"}, {"a/b/file", fileInTree("deep")}}));
+}
+
+TEST_F(TarUnbounded, AFileIsReplaced) {
+    to_.write("file", "something longer");
+    EXPECT_THAT(to_.extractUnbounded(tarFile("file", "short") + tarEnd()), IsOk());
+    EXPECT_EQ(to_.tree(), (FileTree{{"file", fileInTree("short")}}));
+}
+
+TEST_F(TarUnbounded, OneZeroByteWhereAHeaderIsDueEnds) {
+    EXPECT_THAT(to_.extractUnbounded(tarDirectory("root") + tarFile("file", "x") + kZeroByte),
+                IsOk());
+    EXPECT_EQ(to_.result(), to_.text() + "\\root");
+}
+
+TEST_F(TarUnbounded, WhatFollowsOneZeroBlockIsIgnored) {
+    const std::string zeroBlock(512, '\0');
+    EXPECT_THAT(to_.extractUnbounded(tarFile("file", "x") + zeroBlock + tarFile("behind", "y") +
+                                     "no header at all"),
+                IsOk());
+    EXPECT_EQ(to_.tree(), (FileTree{{"file", fileInTree("x")}}));
+}
+
+TEST_F(TarUnbounded, OtherFieldsDoNotCount) {
+    TarFields fields;
+    fields.name = "file";
+    fields.linkName = "../../elsewhere";
+    // Mode, owner and group; time; the version, the owner's names and device; the block's rest.
+    fields.patches = {{100, std::string(24, '\xFF')},
+                      {136, std::string(12, 'z')},
+                      {263, std::string(82, '\x80')},
+                      {500, std::string(12, '!')}};
+    EXPECT_THAT(to_.extractUnbounded(tarEntry(fields, "content") + tarEnd()), IsOk());
+    EXPECT_EQ(to_.tree(), (FileTree{{"file", fileInTree("content")}}));
+}
+
+TEST_F(TarUnbounded, ADirectorysContentIsPassedOver) {
+    TarFields fields;
+    fields.name = "root";
+    fields.type = '5';
+    EXPECT_THAT(to_.extractUnbounded(tarEntry(fields, std::string(513, 'x')) +
+                                     tarFile("root/file", "content") + tarEnd()),
+                IsOk());
+    EXPECT_EQ(to_.tree(), (FileTree{{"root", "directory"}, {"root/file", fileInTree("content")}}));
+}
+
+TEST_F(TarUnbounded, ExtractsWhatGnuTarWrites) {
+    EXPECT_THAT(to_.extractUnbounded(readTarData("accepted/simple.tar")), IsOk());
+    EXPECT_EQ(listingOf(to_.tree()), readTarData("accepted/simple.listing"));
+    EXPECT_EQ(to_.result(), to_.text() + "\\package/");
+}
+
+// Contents around whole blocks; the file behind them shows that the walk goes on at the right
+// place.
+class TarUnboundedContents : public TarExtraction,
+                             public ::testing::WithParamInterface<std::size_t> {};
+
+TEST_P(TarUnboundedContents, FillWholeBlocks) {
+    const std::string content(GetParam(), 'c');
+    const std::string archive = tarFile("file", content);
+    ASSERT_EQ(archive.size() % 512, 0u);
+    EXPECT_THAT(to_.extractUnbounded(archive + tarFile("next", "next") + tarEnd()), IsOk());
+    EXPECT_EQ(to_.tree(), (FileTree{{"file", fileInTree(content)}, {"next", fileInTree("next")}}));
+}
+
+INSTANTIATE_TEST_SUITE_P(Sizes, TarUnboundedContents,
+                         ::testing::Values(0, 1, 511, 512, 513, 1023, 1024, 1025, 100000));
+
+struct SizeField {
+    std::string name;
+    std::string field;
+    std::size_t size;
+};
+
+class TarUnboundedSizes : public TarExtraction, public ::testing::WithParamInterface<SizeField> {};
+
+TEST_P(TarUnboundedSizes, AreReadAsOctalTextUpToItsEnd) {
+    TarFields fields;
+    fields.name = "file";
+    fields.size = GetParam().field;
+    const std::string content(GetParam().size, 'c');
+    EXPECT_THAT(to_.extractUnbounded(tarEntry(fields, content) + tarFile("next") + tarEnd()),
+                IsOk());
+    EXPECT_EQ(to_.tree(), (FileTree{{"file", fileInTree(content)}, {"next", fileInTree("")}}));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Fields, TarUnboundedSizes,
+    ::testing::Values(SizeField{"Padded", "00000000017", 15}, SizeField{"Short", "17", 15},
+                      SizeField{"BehindBlanks", "        17 ", 15},
+                      SizeField{"BlankBehind", "00000000017 ", 15},
+                      SizeField{"OtherDigitBehind", "179", 15},
+                      SizeField{"TextBehind", "17bytes", 15},
+                      SizeField{"TwelveDigits", "000000000017", 15}, SizeField{"Empty", "", 0},
+                      SizeField{"Blanks", "            ", 0}, SizeField{"Text", "many", 0},
+                      SizeField{"BinaryForm", std::string("\x80\0\0\0\0\0\0\0\0\0\0\5", 12), 0}),
+    CaseName());
+
+}  // namespace
+}  // namespace VelmoraQuavin

@@ -1,0 +1,1 @@
+quavin_unit_test(text portable_name_test.cpp unicode_test.cpp)

@@ -1,0 +1,124 @@
+#include "tools/quavin/check/manifest_lint.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+#include "package/manifest/manifest_document.h"
+#include "text/vocabulary.h"
+#include "tools/quavin/io/file.h"
+#include "tools/quavin/io/wiped_bytes.h"
+
+namespace quavin_tool {
+namespace {
+
+using VelmoraQuavin::internal::kDataTypes;
+using VelmoraQuavin::internal::kEngines;
+using VelmoraQuavin::internal::kFeatureTypes;
+using VelmoraQuavin::internal::meaningOf;
+using Json = VelmoraQuavin::internal::JsonValue;
+
+constexpr std::array<std::string_view, 5> kTexts{"id", "name", "author", "description",
+                                                 "sdkVersion"};
+constexpr std::array<std::string_view, 3> kLists{"components", "inputs", "outputs"};
+template <typename Names>
+bool holds(const Names& names, std::string_view name) {
+    return std::find(names.begin(), names.end(), name) != names.end();
+}
+
+std::string_view textOf(const Json& value) {
+    return {value.GetString(), value.GetStringLength()};
+}
+
+void lintIdentity(const Json& root, Findings& findings) {
+    for (const auto& member : root.GetObject()) {
+        const std::string_view name = textOf(member.name);
+        const std::string where = "\"" + std::string(name) + "\"";
+        if (holds(kTexts, name)) {
+            if (!member.value.IsString()) {
+                findings.warning(where, "It is no text and is not read", "Put it into quotes.");
+            }
+        } else if (name == "version") {
+            if (!member.value.IsInt()) {
+                findings.warning(where, "It is no whole number of 32 bits and is not read",
+                                 "Write a plain number, as 3.");
+            }
+        } else if (name != "targets" && name != "$schema") {
+            findings.warning(where, "No such member is read", "Look at how it is spelt.");
+        }
+    }
+}
+
+void lintFeature(const std::string& where, const Json& feature, Findings& findings) {
+    if (!feature.IsObject()) {
+        findings.warning(where, "It is no object", "Declare a name, a featureType and a block.");
+        return;
+    }
+    const auto kind = feature.FindMember("featureType");
+    if (kind == feature.MemberEnd() || !kind->value.IsString() ||
+        meaningOf(kFeatureTypes, textOf(kind->value)) == nullptr) {
+        findings.warning(where, "Its featureType is none that is known", "Write \"tensor\".");
+        return;
+    }
+    const auto block = feature.FindMember(kind->value.GetString());
+    if (block == feature.MemberEnd() || !block->value.IsObject()) {
+        findings.warning(where, "It has no block \"" + std::string(textOf(kind->value)) + "\"",
+                         "Add one with the shape and the dataType.");
+        return;
+    }
+    const auto type = block->value.FindMember("dataType");
+    if (type != block->value.MemberEnd() &&
+        (!type->value.IsString() || meaningOf(kDataTypes, textOf(type->value)) == nullptr)) {
+        findings.warning(where, "Its dataType is none that is known",
+                         "Write float, int8, int16 or int32.");
+    }
+}
+
+void lintTarget(const Json& target, Findings& findings) {
+    if (!target.IsObject()) {
+        return;  // an error of its own: it has no components
+    }
+    for (const auto& member : target.GetObject()) {
+        const std::string name(textOf(member.name));
+        if (!holds(kLists, name)) {
+            findings.warning("\"" + name + "\" of the target", "No such member is read",
+                             "Look at how it is spelt.");
+        } else if (!member.value.IsArray()) {
+            findings.warning("\"" + name + "\" of the target", "It is no list and is not read",
+                             "Put it into brackets.");
+        } else if (name != "components") {
+            rapidjson::SizeType index = 0;
+            for (const Json& feature : member.value.GetArray()) {
+                lintFeature("number " + std::to_string(++index) + " of \"" + name + "\"", feature,
+                            findings);
+            }
+        }
+    }
+}
+
+}  // namespace
+
+void lintManifest(const std::string& path, Findings& findings) {
+    const WipedBytes bytes = readFile(path);
+    VelmoraQuavin::internal::JsonDocument root;
+    if (VelmoraQuavin::internal::parseManifest(bytes.text(), root).fault !=
+        VelmoraQuavin::internal::ManifestFault::kNone) {
+        return;  // told by whoever read it first
+    }
+    lintIdentity(root, findings);
+    const auto targets = root.FindMember("targets");
+    if (targets == root.MemberEnd() || !targets->value.IsObject()) {
+        return;
+    }
+    for (const auto& target : targets->value.GetObject()) {
+        const std::string_view engine = textOf(target.name);
+        if (meaningOf(kEngines, engine) == nullptr) {
+            findings.warning("target \"" + std::string(engine) + "\"", "No such engine is known",
+                             "The one of this library is \"Openvino\".");
+        } else if (engine == "Openvino") {
+            lintTarget(target.value, findings);
+        }
+    }
+}
+
+}  // namespace quavin_tool

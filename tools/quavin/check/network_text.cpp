@@ -1,0 +1,177 @@
+#include "tools/quavin/check/network_text.h"
+
+#include <algorithm>
+#include <initializer_list>
+#include <map>
+#include <optional>
+#include <unordered_map>
+#include <utility>
+
+#include "tools/quavin/check/xml_tags.h"
+
+namespace quavin_tool {
+namespace {
+
+// A list with commas between its parts, where a backslash takes a comma into a part.
+std::vector<std::string> split(const std::string& list) {
+    std::vector<std::string> parts;
+    if (list.empty()) {
+        return parts;
+    }
+    parts.emplace_back();
+    for (std::size_t i = 0; i < list.size(); ++i) {
+        if (list[i] == ',') {
+            parts.emplace_back();
+            continue;
+        }
+        i += list.compare(i, 2, "\\,") == 0 ? 1 : 0;
+        parts.back() += list[i];
+    }
+    return parts;
+}
+
+struct OutputPort {
+    std::string id;
+    std::vector<std::string> names;
+};
+
+struct Layer {
+    std::string id;
+    std::string name;
+    std::string type;
+    std::vector<std::string> shape;
+    std::vector<OutputPort> ports;
+    std::vector<std::string> resultNames;
+};
+
+class TextReader {
+public:
+    explicit TextReader(std::string_view text) : tags_(text) {}
+
+    TextPorts read() {
+        while (const std::optional<XmlTag> tag = tags_.next()) {
+            if (tag->kind == XmlTag::Kind::kClose) {
+                if (path_.empty()) {
+                    break;
+                }
+                path_.pop_back();
+                continue;
+            }
+            take(*tag);
+            if (tag->kind == XmlTag::Kind::kOpen) {
+                path_.push_back(tag->name);
+            }
+        }
+        return ports();
+    }
+
+private:
+    bool isBelow(std::initializer_list<std::string_view> path) const {
+        return std::equal(path_.begin(), path_.end(), path.begin(), path.end());
+    }
+
+    // The network's own layers and edges; those of bodies inside of layers lie deeper.
+    void take(const XmlTag& tag) {
+        if (path_.empty() && tag.name == "net") {
+            const std::string version = tag.attribute("version");
+            namedByLayers_ = version.size() < 2 || version == "10";
+        } else if (isBelow({"net", "layers"}) && tag.name == "layer") {
+            Layer& layer = layers_.emplace_back();
+            layer.id = tag.attribute("id");
+            layer.name = tag.attribute("name");
+            layer.type = tag.attribute("type");
+            if (layer.type == "Result") {
+                layer.resultNames = split(tag.attribute("output_names"));
+            }
+        } else if (isBelow({"net", "layers", "layer"}) && tag.name == "data") {
+            if (layers_.back().type == "Parameter") {
+                layers_.back().shape = split(tag.attribute("shape"));
+            }
+        } else if (isBelow({"net", "layers", "layer", "output"}) && tag.name == "port") {
+            layers_.back().ports.push_back({tag.attribute("id"), split(tag.attribute("names"))});
+        } else if (isBelow({"net", "edges"}) && tag.name == "edge") {
+            sources_.emplace(tag.attribute("to-layer"),
+                             std::pair(tag.attribute("from-layer"), tag.attribute("from-port")));
+        }
+    }
+
+    TextPorts ports() const {
+        std::unordered_map<std::string, const Layer*> layers;
+        for (const Layer& layer : layers_) {
+            layers.emplace(layer.id, &layer);
+        }
+        TextPorts ports;
+        for (const Layer& layer : layers_) {
+            if (layer.type == "Parameter" && !layer.ports.empty()) {
+                ports.inputs.push_back({names(layer, layer.ports.front().id), layer.shape});
+            }
+            const auto source = sources_.find(layer.id);
+            if (layer.type != "Result" || source == sources_.end()) {
+                continue;
+            }
+            TextPort& output = ports.outputs.emplace_back();
+            if (const auto from = layers.find(source->second.first); from != layers.end()) {
+                output.names = names(*from->second, source->second.second);
+            }
+            output.names.insert(output.names.end(), layer.resultNames.begin(),
+                                layer.resultNames.end());
+        }
+        return ports;
+    }
+
+    // An engine knows a port of version 10 by its layer, and by its number where the layer has
+    // several; one of version 11 by its tensor's name.
+    std::vector<std::string> names(const Layer& layer, const std::string& portId) const {
+        const auto port = std::find_if(layer.ports.begin(), layer.ports.end(),
+                                       [&](const OutputPort& each) { return each.id == portId; });
+        if (port == layer.ports.end()) {
+            return {};
+        }
+        std::vector<std::string> names = port->names;
+        const std::string number = std::to_string(port - layer.ports.begin());
+        names.insert(namedByLayers_ ? names.begin() : names.end(),
+                     layer.ports.size() == 1 ? layer.name : layer.name + "." + number);
+        return names;
+    }
+
+    bool namedByLayers_ = true;
+    XmlTags tags_;
+    std::vector<std::string_view> path_;
+    std::vector<Layer> layers_;
+    std::unordered_map<std::string, std::pair<std::string, std::string>> sources_;
+};
+
+}  // namespace
+
+bool TextPort::isFixed() const {
+    return std::all_of(shape.begin(), shape.end(), [](const std::string& extent) {
+        return !extent.empty() && extent.find_first_not_of("0123456789") == std::string::npos;
+    });
+}
+
+TextPorts readTextPorts(std::string_view text) {
+    return TextReader(text).read();
+}
+
+void sortAsInText(const std::vector<TextPort>& ports, Descriptors& descriptors) {
+    std::map<std::string, std::size_t> places;
+    for (std::size_t i = 0; i < descriptors.size(); ++i) {
+        places.emplace(descriptors[i].name().str(), i);
+    }
+    Descriptors sorted;
+    for (const TextPort& port : ports) {
+        for (const std::string& name : port.names) {
+            const auto place = places.find(name);
+            if (place != places.end()) {
+                sorted.push_back(descriptors[place->second]);
+                places.erase(place);
+                break;
+            }
+        }
+    }
+    if (sorted.size() == descriptors.size()) {
+        descriptors = std::move(sorted);
+    }
+}
+
+}  // namespace quavin_tool

@@ -1,0 +1,209 @@
+#include "tools/quavin/check/package_check.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <set>
+#include <system_error>
+
+#include "tools/quavin/check/manifest_lint.h"
+#include "tools/quavin/check/port_check.h"
+#include "tools/quavin/check/trial.h"
+#include "tools/quavin/cli/printing.h"
+#include "tools/quavin/io/path_text.h"
+#include "tools/quavin/package/package.h"
+#include "tools/quavin/package/secured_bytes.h"
+
+namespace quavin_tool {
+namespace {
+
+namespace fs = std::filesystem;
+using VelmoraQuavin::ComponentKind;
+using VelmoraQuavin::ModelComponent;
+using VelmoraQuavin::ModelFeatureDescriptor;
+using VelmoraQuavin::ModelTarget;
+using VelmoraQuavin::QuavinStatus;
+using VelmoraQuavin::TensorDescriptor;
+
+class Checker {
+public:
+    Checker(std::string package, const Key* key) : package_(std::move(package)), key_(key) {}
+
+    Findings run() {
+        const std::string problem = packageProblem(package_);
+        if (!problem.empty()) {
+            findings_.error("package", problem,
+                            "Name the directory that holds manifest.json, or an archive of it.");
+            return findings_;
+        }
+        metadata_ = std::make_shared<VelmoraQuavin::ModelMetadata>();
+        const QuavinStatus read = metadata_->load(
+            VelmoraQuavin::Filepath(package_).append(VelmoraQuavin::Filepath("manifest.json")));
+        if (!read.ok()) {
+            findings_.error(
+                "manifest.json", read.getDescription().str(),
+                "Write one as docs/package-format.md tells, or let \"quavin pack\" do it.");
+            return findings_;
+        }
+        lintManifest(join(package_, "manifest.json"), findings_);  // it sees misspelt targets too
+        if (metadata_->getTargets().count(VelmoraQuavin::QuavinModelType::Openvino) == 0) {
+            findings_.error("manifest.json", "There is no target \"Openvino\"",
+                            "Add it: this library uses no other.");
+            return findings_;
+        }
+        ModelTarget& target = engineTarget(*metadata_);
+        checkComponents(target);
+        const bool filesAreThere = !findings_.hasErrors();
+        checkDeclarations(target);
+        const bool readable = isReadable(target);
+        if (filesAreThere && readable) {
+            checkNetwork(target);
+        }
+        if (!findings_.hasErrors()) {
+            predictOnce();
+        }
+        return findings_;
+    }
+
+private:
+    void checkComponents(const ModelTarget& target) {
+        std::vector<const ModelComponent*> files;
+        for (const ModelComponent& component : target.components) {
+            if (component.name == ComponentKind::File ||
+                component.name == ComponentKind::SecuredFile) {
+                files.push_back(&component);
+            } else {
+                findings_.warning("component \"" + component.path.str() + "\"",
+                                  "Its kind \"" + component.name.str() + "\" is not read",
+                                  R"(Name it "file" or "secured_file" if the network needs it.)");
+            }
+        }
+        if (files.size() < 2) {
+            findings_.error(
+                "components",
+                "There are " + std::to_string(files.size()) + " files, and two are needed",
+                "Name the network and its weights, in this order; the weights may be an empty "
+                "file.");
+        }
+        for (std::size_t i = 0; i < files.size(); ++i) {
+            if (i >= 2) {
+                findings_.warning(
+                    "component \"" + files[i]->path.str() + "\"", "It is not read",
+                    "Remove it: the first two files are the network and its weights.");
+                continue;
+            }
+            checkFile(*files[i]);
+        }
+    }
+
+    void checkFile(const ModelComponent& component) {
+        const std::string where = "component \"" + component.path.str() + "\"";
+        const fs::path path = systemPath(shellPath(VelmoraQuavin::Filepath(component.path)));
+        if (std::find(path.begin(), path.end(), "..") != path.end()) {
+            findings_.warning(where, "Its path leads out of the package",
+                              "Keep its file in the package.");
+        }
+        std::error_code ignored;
+        const fs::path file = systemPath(componentPath(package_, component.path));
+        if (!fs::is_regular_file(file, ignored)) {
+            findings_.error(
+                where, fs::exists(file, ignored) ? "It is no plain file" : "The file is missing",
+                "Put it there, or correct the manifest's path.");
+            return;
+        }
+        if (component.name == ComponentKind::SecuredFile) {
+            const std::string problem = securedLengthProblem(fs::file_size(file, ignored));
+            if (!problem.empty()) {
+                findings_.error(where, "It " + problem, "Encrypt the file again: quavin encrypt.");
+            }
+        }
+    }
+
+    void checkDeclarations(const ModelTarget& target) {
+        for (const auto& [kind, features] : {std::pair{PortKind::kInput, &target.inputs},
+                                             std::pair{PortKind::kOutput, &target.outputs}}) {
+            if (features->empty()) {
+                findings_.error(kind == PortKind::kInput ? "inputs" : "outputs", "There are none",
+                                "Declare one at least.");
+            }
+            std::set<std::string> names;
+            for (const ModelFeatureDescriptor& feature : *features) {
+                if (!names.insert(feature.name().str()).second) {
+                    findings_.warning(portName(kind, feature), "It is declared twice",
+                                      "Remove one of them.");
+                }
+            }
+        }
+        if (!target.inputs.empty()) {
+            const TensorDescriptor& first = target.inputs.front().tensorDescriptor();
+            if (first.variableShape() || first.shape().size() <= 0) {
+                findings_.error(portName(PortKind::kInput, target.inputs.front()),
+                                "The first input has the shape " + shapeText(first),
+                                "Give it the network's own shape: loading refuses any other.");
+            }
+        }
+    }
+
+    bool isReadable(ModelTarget& target) {
+        if (key_ != nullptr) {
+            setKey(target, *key_);
+        } else if (isSecured(target)) {
+            findings_.error("components",
+                            "They are secured, and were not looked into without their key",
+                            kMissingKeyAdvice);
+            return false;
+        }
+        return true;
+    }
+
+    void checkNetwork(const ModelTarget& target) {
+        const Trial trial = tryToDescribe(package_, key_);
+        if (!trial.crash.empty()) {
+            reportCrash("network", "Reading it fails: " + trial.crash);
+            return;
+        }
+        if (!trial.ok()) {
+            const bool wrongKey = decryptsToNoNetwork(package_, target);
+            findings_.error(
+                "network", trial.status.getDescription().str(),
+                wrongKey ? kWrongKeyAdvice
+                         : "Export the network again, as OpenVINO IR of version " QUAVIN_IR_VERSIONS
+                           " with fixed dimensions, with its weights.");
+            return;
+        }
+        comparePorts(PortKind::kInput, target.inputs, trial.inputs, findings_);
+        comparePorts(PortKind::kOutput, target.outputs, trial.outputs, findings_);
+    }
+
+    void predictOnce() {
+        const Trial trial = tryToPredict(package_, key_);
+        if (!trial.crash.empty()) {
+            reportCrash("prediction", "Loading and predicting once fails: " + trial.crash);
+        } else if (!trial.ok()) {
+            findings_.error(
+                "prediction",
+                "Loading and predicting once fails with status " +
+                    std::to_string(trial.status.getCode()) + ": " +
+                    trial.status.getDescription().str(),
+                "Try the network by itself: the engine may lack one of its operations.");
+        }
+    }
+
+    void reportCrash(const char* where, const std::string& what) {
+        findings_.error(where, what,
+                        "Do not load it: it would take its host down too. It is faulty, or made to "
+                        "do harm.");
+    }
+
+    std::string package_;
+    const Key* key_;
+    Metadata metadata_;
+    Findings findings_;
+};
+
+}  // namespace
+
+Findings checkPackage(const std::string& package, const Key* key) {
+    return Checker(package, key).run();
+}
+
+}  // namespace quavin_tool

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <string>
+
+#include "tools/quavin/check/finding.h"
+#include "tools/quavin/package/key.h"
+
+namespace quavin_tool {
+
+/// Checks the package in a directory as far as its state allows.
+/// @param key null where there is none; what is secured is then not checked, which is a finding.
+Findings checkPackage(const std::string& package, const Key* key);
+
+}  // namespace quavin_tool

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string>
+
+#include "tools/quavin/check/finding.h"
+#include "tools/quavin/package/package.h"
+
+namespace quavin_tool {
+
+enum class PortKind { kInput, kOutput };
+
+/// "input \"image\"".
+std::string portName(PortKind kind, const VelmoraQuavin::ModelFeatureDescriptor& port);
+
+/// Compares what a manifest declares with what its network has: names, types and shapes.
+void comparePorts(PortKind kind, const Descriptors& declared, const Descriptors& real,
+                  Findings& findings);
+
+}  // namespace quavin_tool

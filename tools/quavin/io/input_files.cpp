@@ -1,0 +1,148 @@
+#include "tools/quavin/io/input_files.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+#include <memory>
+#include <set>
+
+#include "tools/quavin/cli/printing.h"
+#include "tools/quavin/io/casting.h"
+#include "tools/quavin/io/file.h"
+#include "tools/quavin/io/wiped_bytes.h"
+
+namespace quavin_tool {
+namespace {
+
+using VelmoraQuavin::DataType;
+using VelmoraQuavin::InvalidArgumentsException;
+using VelmoraQuavin::ITensor;
+using VelmoraQuavin::ModelFeatureDescriptor;
+using VelmoraQuavin::QuavinFeature;
+using VelmoraQuavin::QuavinFeatureTensor;
+using VelmoraQuavin::QuavinFeatureType;
+using VelmoraQuavin::TensorDescriptor;
+
+void fillRaw(const std::string& path, QuavinFeature& feature) {
+    const std::shared_ptr<ITensor> tensor = feature.asTensor();
+    const WipedBytes content = readFile(path);
+    if (tensor->buffer() == nullptr ||
+        static_cast<std::uint64_t>(tensor->bytes()) != content.size()) {
+        throw InvalidArgumentsException(
+            path + " has " + std::to_string(content.size()) + " bytes, and the input takes " +
+            typeName(tensor->dataType()) + " of shape " +
+            shapeText(feature.featureDescriptor().tensorDescriptor()) + ": " +
+            std::to_string(std::max<std::int64_t>(tensor->bytes(), 0)) + " bytes");
+    }
+    std::memcpy(tensor->buffer(), content.data(), content.size());
+}
+
+// A feature over a tensor of the array's shape. The allocated one will not do where the manifest
+// leaves the shape open.
+std::shared_ptr<QuavinFeature> featureOf(const std::string& path,
+                                         const ModelFeatureDescriptor& declared, Casts casts) {
+    const NpyArray array = readNpy(path, casts);
+    const TensorDescriptor& wanted = declared.tensorDescriptor();
+    const DataType type = wanted.tensorType();
+    const bool shapeFits = wanted.variableShape() || wanted.shape().compare(array.shape);
+    const bool typeFits = array.type == type || (casts == Casts::kDone && isInputType(type));
+    if (!typeFits || !shapeFits) {
+        const bool castHelps = shapeFits && isInputType(type) && casts == Casts::kRefused;
+        throw InvalidArgumentsException(path + " is " + typeName(array.type) + " of shape " +
+                                        shapeText(array.shape) + ", and the input takes " +
+                                        typeName(type) + " of shape " + shapeText(wanted) +
+                                        (castHelps ? "; --cast converts it" : ""));
+    }
+    const TensorDescriptor known(declared.name(), array.shape, false, type);
+    auto feature = std::make_shared<QuavinFeatureTensor>(
+        ModelFeatureDescriptor(QuavinFeatureType::TENSOR, true, declared.name(), "", known, {}));
+    const std::shared_ptr<ITensor> tensor = feature->asTensor();
+    if (array.type == type && !array.isBigEndian) {
+        std::memcpy(tensor->buffer(), array.elements(), static_cast<std::size_t>(tensor->bytes()));
+    } else {
+        castElements(array, path, type, tensor->buffer());
+    }
+    return feature;
+}
+
+// Told before what is missing: a name that is misspelt is both.
+void requireKnownNames(const InputFiles& files, const Features& inputs) {
+    std::set<std::string> known;
+    std::string list;
+    for (const std::shared_ptr<QuavinFeature>& input : inputs) {
+        if (input->type() == QuavinFeatureType::TENSOR) {
+            const std::string name = input->featureDescriptor().name().str();
+            known.insert(name);
+            list += (list.empty() ? "\"" : ", \"") + name + "\"";
+        }
+    }
+    for (const auto& [name, file] : files) {
+        if (known.count(name) == 0) {
+            std::string problem = "The package has no input \"" + name;
+            problem.append("\" that takes a file, but ").append(list);
+            throw InvalidArgumentsException(problem);
+        }
+    }
+}
+
+}  // namespace
+
+CLI::Option* addInputOption(CLI::App& command, std::vector<std::string>& arguments) {
+    return command
+        .add_option("-i,--input", arguments,
+                    "The file for an input; once for each of the package's inputs")
+        ->type_name("NAME=FILE")
+        ->expected(1)
+        ->allow_extra_args(false)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+}
+
+CLI::Option* addCastOption(CLI::App& command, Casts& casts) {
+    return command.add_flag_callback(
+        "--cast", [&casts] { casts = Casts::kDone; },
+        "Convert .npy files of other types to those of the inputs");
+}
+
+InputFiles parseInputs(const std::vector<std::string>& arguments) {
+    InputFiles files;
+    for (const std::string& argument : arguments) {
+        const std::size_t equals = argument.find('=');
+        if (equals == std::string::npos || equals == 0 || equals + 1 == argument.size()) {
+            throw CLI::ValidationError("--input", "takes NAME=FILE, not " + argument);
+        }
+        if (!files.emplace(argument.substr(0, equals), argument.substr(equals + 1)).second) {
+            throw CLI::ValidationError("--input",
+                                       argument.substr(0, equals) + " is given more than once");
+        }
+    }
+    return files;
+}
+
+Features readInputs(VelmoraQuavin::QuavinModel& model, const InputFiles& files, bool raw,
+                    MissingInputs missing, Casts casts) {
+    Features inputs = zeroInputs(model);
+    requireKnownNames(files, inputs);
+    for (std::shared_ptr<QuavinFeature>& input : inputs) {
+        const std::string name = input->featureDescriptor().name().str();
+        const auto file = files.find(name);
+        if (input->type() != QuavinFeatureType::TENSOR) {
+            continue;  // for hosts: the engine takes tensors alone
+        }
+        if (file == files.end() && missing == MissingInputs::kZeros) {
+            continue;
+        }
+        if (file == files.end()) {
+            std::string problem = "The input \"" + name;
+            problem.append("\" has no file: give --input ").append(name).append("=FILE");
+            throw InvalidArgumentsException(problem);
+        }
+        if (raw) {
+            fillRaw(file->second, *input);
+        } else {
+            input = featureOf(file->second, input->featureDescriptor(), casts);
+        }
+    }
+    return inputs;
+}
+
+}  // namespace quavin_tool

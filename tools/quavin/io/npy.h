@@ -1,0 +1,35 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "quavin/tensor.h"
+#include "tools/quavin/io/wiped_bytes.h"
+
+namespace quavin_tool {
+
+/// Whether elements of another type than an input's are refused, or converted.
+enum class Casts { kRefused, kDone };
+
+/// An array as NumPy saves it, in C order.
+struct NpyArray {
+    VelmoraQuavin::DataType type = VelmoraQuavin::DataType::UNDEFINED;
+    bool isBigEndian = false;
+    VelmoraQuavin::TensorShape shape;
+    WipedBytes file;
+    std::uint64_t offset = 0;  ///< Where the elements begin in the file.
+
+    const unsigned char* elements() const { return file.data() + offset; }
+};
+
+/// Reads a ".npy" file of numbers or booleans.
+/// @param casts where they are refused, little-endian numbers of a type that the engine takes.
+/// @throws InvalidArgumentsException saying what is wrong with it and what to do.
+NpyArray readNpy(const std::string& path, Casts casts);
+
+/// The content of a ".npy" file.
+/// @param elements as many as the shape has.
+std::string npyText(VelmoraQuavin::DataType type, const VelmoraQuavin::TensorShape& shape,
+                    std::string_view elements);
+
+}  // namespace quavin_tool

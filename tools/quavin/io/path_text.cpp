@@ -1,0 +1,65 @@
+#include "tools/quavin/io/path_text.h"
+
+#include <algorithm>
+#include <cstddef>
+
+#include "text/unicode.h"
+
+namespace quavin_tool {
+
+namespace fs = std::filesystem;
+using VelmoraQuavin::Filepath;
+
+fs::path systemPath(const std::string& path) {
+    try {
+        return fs::u8path(path);
+    } catch (const fs::filesystem_error&) {
+        return fs::u8path(VelmoraQuavin::internal::printableText(path));
+    }
+}
+
+std::string shellPath(const Filepath& path) {
+    std::string text = VelmoraQuavin::String(path.c_str()).str();
+    for (char& character : text) {
+        if (character == '\\') {
+            character = static_cast<char>(fs::path::preferred_separator);
+        }
+    }
+    // The separator of a root stays: without it "C:\" is another directory.
+    const std::size_t root = systemPath(text).root_path().u8string().size();
+    while (text.size() > std::max<std::size_t>(root, 1) &&
+           (text.back() == '/' || text.back() == '\\')) {
+        text.pop_back();
+    }
+    return text;
+}
+
+std::string componentPath(const std::string& package, const VelmoraQuavin::String& path) {
+    return shellPath(Filepath(package).append(Filepath(path)));
+}
+
+std::string join(const std::string& directory, const std::string& name) {
+    return (fs::u8path(directory) / fs::u8path(name)).u8string();
+}
+
+std::string fileName(const std::string& path) {
+    const fs::path file = fs::u8path(path);
+    // With a separator at its end the last part is empty.
+    return (file.has_filename() ? file : file.parent_path()).filename().u8string();
+}
+
+std::string stemOf(const std::string& path) {
+    return fs::u8path(fileName(path)).stem().u8string();
+}
+
+std::string toAsciiLower(std::string_view text) {
+    std::string small(text);
+    for (char& character : small) {
+        if (character >= 'A' && character <= 'Z') {
+            character = static_cast<char>(character - 'A' + 'a');
+        }
+    }
+    return small;
+}
+
+}  // namespace quavin_tool

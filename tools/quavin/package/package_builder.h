@@ -1,0 +1,44 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "tools/quavin/io/wiped_bytes.h"
+#include "tools/quavin/package/key.h"
+#include "tools/quavin/package/manifest_text.h"
+#include "tools/quavin/package/package.h"
+
+namespace quavin_tool {
+
+/// A network's two files and what goes into it and comes out.
+struct NetworkFiles {
+    std::vector<std::string> names;    ///< Of the files in a package.
+    std::vector<WipedBytes> contents;  ///< In the same order.
+    Descriptors inputs;                ///< In the network's own order, and so are the outputs.
+    Descriptors outputs;
+};
+
+/// Reads a network.
+/// @param network the path of its text.
+/// @param weights the path of its constants; empty for the file beside it, or for none.
+/// @throws Exception of several classes for what could not be loaded or predicted later, naming the
+///         input and what to do.
+NetworkFiles readFilesToPack(const std::string& network, const std::string& weights);
+
+/// A file of a package.
+struct PackageFile {
+    std::string name;
+    WipedBytes content;
+};
+
+/// The files of a package: manifest, network, weights.
+/// @param key encrypts the last two; null for a plain package.
+std::vector<PackageFile> makePackage(const Identity& identity, const NetworkFiles& network,
+                                     const Key* key);
+
+/// Writes a package into a directory, loads it from there and predicts once.
+/// @param key of a secured package, or null.
+void writeAndTry(const std::vector<PackageFile>& package, const std::string& directory,
+                 const Key* key);
+
+}  // namespace quavin_tool
