@@ -1,9 +1,8 @@
-// The 2019-2020 Inference Engine object interface, as far as this library uses it. Behind it stands
-// the C interface of the maintained OpenVINO runtime; no header of that runtime is included from
-// here.
+// The 2019-2020 Inference Engine object interface, as far as this library uses it, implemented on
+// the C interface of the maintained OpenVINO runtime. No header of that runtime is included here.
 //
-// Names and signatures are those of the genuine interface, so that code written against this header
-// also compiles against an installation of that era.
+// Names and signatures are those of the original interface, so that code written against this
+// header also compiles against an installation of that era.
 #pragma once
 
 #include "ie/allocator.hpp"

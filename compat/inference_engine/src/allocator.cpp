@@ -5,7 +5,7 @@
 namespace InferenceEngine {
 namespace {
 
-/** Handles are addresses here, so locking has nothing to do. */
+/** Handles are addresses here, so there is nothing to lock. */
 class HeapAllocator final : public IAllocator {
 public:
     void Release() noexcept override { delete this; }

@@ -8,7 +8,7 @@
 namespace InferenceEngine {
 namespace {
 
-// Of the widest element; so the bytes of a blob can always be counted.
+// For the widest element type, so that the size of a blob in bytes never overflows.
 constexpr std::size_t kMostElements = PTRDIFF_MAX / sizeof(std::int64_t);
 
 std::size_t elementsOf(const SizeVector& dims) {

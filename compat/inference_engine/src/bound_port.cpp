@@ -19,15 +19,15 @@ BoundPort::BoundPort(const Port& port, Precision precision)
 
 bool BoundPort::set(ov_infer_request_t& request, const Blob::Ptr& blob) {
     void* const memory = checkedMemory(blob);
-    const bool again = memory == boundMemory_;
-    if (!again) {
+    const bool alreadyBound = memory == boundMemory_;
+    if (!alreadyBound) {
         bind(request, memory);
     }
     blob_ = blob;
-    return !again;
+    return !alreadyBound;
 }
 
-/** The dimensions of the blob are not compared: the port's own stand for them. */
+/** The blob's dimensions are not checked: the port's own are used instead. */
 void* BoundPort::checkedMemory(const Blob::Ptr& blob) const {
     if (!blob) {
         throw Failure(NOT_ALLOCATED, describe() + " was given an empty blob");
@@ -58,7 +58,7 @@ void BoundPort::bind(ov_infer_request_t& request, void* memory) {
     ov_tensor_t* made = nullptr;
     check([&] { return ov_tensor_create_from_host_ptr(type_, shape, memory, &made); });
     const Handle<ov_tensor_t> tensor(made);
-    // What is bound after a failure is not known.
+    // If this fails, it is unknown what is bound.
     boundMemory_ = nullptr;
     check([&] {
         return direction_ == Direction::Input

@@ -1,4 +1,4 @@
-// A port of a request, and the blob on it.
+// A port of a request, and the blob bound to it.
 #pragma once
 
 #include <cstddef>
@@ -13,7 +13,7 @@
 
 namespace InferenceEngine::runtime {
 
-/** Knows what the runtime has bound to the port, also after the blob is gone. */
+/** Remembers what memory the runtime has bound to the port, even after the blob is gone. */
 class BoundPort {
 public:
     BoundPort(const Port& port, Precision precision);
@@ -22,15 +22,14 @@ public:
     bool hasBlob() const noexcept { return blob_ != nullptr; }
 
     /**
-     * Takes the blob, and tells the runtime about it unless the port is bound to that memory
-     * already.
+     * Takes the blob and binds its memory in the runtime, unless it is bound already.
      *
-     * @return whether the runtime was told
-     * @throws Failure, with the port as it was, for a blob that does not fit
+     * @return whether the runtime was called
+     * @throws Failure, leaving the port unchanged, if the blob does not fit
      */
     bool set(ov_infer_request_t& request, const Blob::Ptr& blob);
 
-    /** Lets go of the blob. The runtime stays bound to its memory, but must not run before the next
+    /** Releases the blob. The runtime stays bound to its memory, but must not run before the next
      * set. */
     void forgetBlob() noexcept { blob_.reset(); }
 

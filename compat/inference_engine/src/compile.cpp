@@ -16,8 +16,8 @@ constexpr std::size_t kMostSettings = 8;
 Handle<ov_compiled_model_t> compile(const ov_core_t& core, const ov_model_t& model,
                                     const std::string& device,
                                     const std::map<std::string, std::string>& config) {
-    // Settings go as variable arguments, whose number is fixed here; the runtime reads only those
-    // that it is told about. Its call that takes an array is missing from releases before 2026.4.
+    // Settings are passed as variable arguments, always the same number of them; the runtime reads
+    // only as many as `count` says. The call that takes an array is missing before release 2026.4.
     std::array<const char*, 2 * kMostSettings> texts{};
     if (config.size() > kMostSettings) {
         throw Failure(PARAMETER_MISMATCH, "More than " + std::to_string(kMostSettings) +

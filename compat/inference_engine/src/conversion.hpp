@@ -8,14 +8,14 @@
 
 namespace InferenceEngine::runtime {
 
-/** The element type that a port shall have. */
+/** The element type that a port should have. */
 struct PortType {
     Direction direction = Direction::Input;
     std::size_t index = 0;
     ov_element_type_e type = ::DYNAMIC;
 };
 
-/** Puts conversions before the inputs and behind the outputs of the model, which is itself changed.
+/** Inserts conversions before the inputs and after the outputs of the model, changing it in place.
  */
 void convertPorts(Handle<ov_model_t>& model, const std::vector<PortType>& wanted);
 

@@ -9,7 +9,7 @@
 namespace InferenceEngine {
 namespace {
 
-/** Runs an operation whose failures leave the adapter as exceptions of the interface. */
+/** Runs an operation, turning its failures into exceptions of the interface. */
 template <class Operation>
 auto translated(Operation&& operation) {
     try {
@@ -24,9 +24,11 @@ auto translated(Operation&& operation) {
 
 class Core::Impl {
 public:
-    explicit Impl(const std::string& configFile)
-        : core_(configFile.empty() ? runtime::sharedCore()
-                                   : runtime::coreFromFile(configFile.c_str())) {}
+    explicit Impl(const std::string& configFile) : core_(runtime::sharedCore()) {
+        if (!configFile.empty()) {
+            throw runtime::Failure(NOT_IMPLEMENTED, "Configuration files are not supported");
+        }
+    }
 
     ExecutableNetwork load(ICNNNetwork& network, const std::string& device,
                            const std::map<std::string, std::string>& config) {

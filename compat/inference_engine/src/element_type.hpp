@@ -11,19 +11,19 @@ namespace InferenceEngine::runtime {
 
 enum class Direction { Input, Output };
 
-/** "Input" or "Output", to begin a message with. */
+/** "Input" or "Output", for the start of a message. */
 const char* nameOf(Direction direction) noexcept;
 
 /**
- * The precision that a port of this element type is shown with, and loaded with unless another is
- * set; UNSPECIFIED for a type that can't be shown.
+ * The precision shown for a port of this element type, which is also used for loading unless
+ * another is set; UNSPECIFIED if the type can't be shown.
  */
 Precision shownPrecision(ov_element_type_e type, Direction direction) noexcept;
 
-/** The element type of a precision that a network can be loaded with; DYNAMIC for the others. */
+/** The element type for a precision that networks can be loaded with; DYNAMIC for all others. */
 ov_element_type_e elementTypeOf(Precision precision) noexcept;
 
-/** Whether every value of one precision is a value of the other, so that a detour changes nothing.
+/** Whether `wide` can represent every value of `narrow`, so that a detour through it is lossless.
  */
 bool holdsAllOf(Precision wide, Precision narrow) noexcept;
 

@@ -1,4 +1,4 @@
-// Failures inside the adapter, and how they become statuses at its edge.
+// Failures inside the adapter, and their translation into statuses at its boundary.
 #pragma once
 
 #include <openvino/c/openvino.h>
@@ -10,7 +10,7 @@
 
 namespace InferenceEngine::runtime {
 
-/** A failure with the status that it becomes. Never leaves the adapter. */
+/** A failure with the status it is translated to. Never leaves the adapter. */
 class Failure : public std::runtime_error {
 public:
     Failure(StatusCode status, const std::string& message)
@@ -22,14 +22,13 @@ private:
     StatusCode status_;
 };
 
-/** The codes that the runtime shares with the interface; its others have no
- * counterpart. */
+/** Maps the codes that the runtime shares with the interface; all others become GENERAL_ERROR. */
 StatusCode statusOf(ov_status_e status) noexcept;
 
-/** The lines of a text of the runtime that help a user: without source positions, in one line. */
+/** The useful part of a runtime message: without source positions, joined into one line. */
 std::string usefulText(const std::string& runtimeText);
 
-/** Puts the current exception into the response, where there is one, and gives its status. */
+/** Puts the current exception's text into the response, if there is one; returns its status. */
 StatusCode answerCurrentException(ResponseDesc* response) noexcept;
 
 /** Runs an operation of an interface; the response is touched only if it fails. */

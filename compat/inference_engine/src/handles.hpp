@@ -1,4 +1,4 @@
-// Owners of what the runtime's C interface hands out.
+// Owning wrappers for the objects of the runtime's C interface.
 #pragma once
 
 #include <openvino/c/openvino.h>
@@ -38,7 +38,7 @@ struct FreeHandle {
 template <class T>
 using Handle = std::unique_ptr<T, FreeHandle>;
 
-/** A text of the runtime, which is freed here; empty for null. */
+/** Copies and frees a text of the runtime; empty for null. */
 inline std::string takeText(const char* text) {
     const Handle<const char> owner(text);
     return text == nullptr ? std::string() : std::string(text);

@@ -21,7 +21,7 @@ void InferRequest::check(StatusCode status) {
         return;
     }
     std::string message = response_.msg;
-    // The next failure may bring no text of its own.
+    // Cleared, because the next failure may not set a text.
     response_.msg[0] = '\0';
     details::extract_exception(status, message.data());
 }

@@ -13,7 +13,7 @@ namespace InferenceEngine::runtime {
 LoadedNetwork::LoadedNetwork(Handle<ov_compiled_model_t> model, std::vector<BoundPort> ports,
                              Blob::Ptr weights)
     : weights_(std::move(weights)), model_(std::move(model)), ports_(std::move(ports)) {
-    // An input comes before the output of the same name: they are added in this order.
+    // Stable, so that an input stays before the output of the same name.
     std::stable_sort(
         ports_.begin(), ports_.end(),
         [](const BoundPort& left, const BoundPort& right) { return left.name() < right.name(); });

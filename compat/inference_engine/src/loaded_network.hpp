@@ -11,7 +11,7 @@
 
 namespace InferenceEngine::runtime {
 
-/** Shares the weights, which the compiled model may go on reading. */
+/** Shares the weights, which the compiled model may keep reading. */
 class LoadedNetwork final : public IExecutableNetwork {
 public:
     LoadedNetwork(Handle<ov_compiled_model_t> model, std::vector<BoundPort> ports,
@@ -27,7 +27,7 @@ public:
 private:
     IInferRequest::Ptr makeRequest() const;
 
-    // The compiled model reads from the weights, so it goes first.
+    // The compiled model reads from the weights, so it must be destroyed before them.
     Blob::Ptr weights_;
     Handle<ov_compiled_model_t> model_;
     std::vector<BoundPort> ports_;

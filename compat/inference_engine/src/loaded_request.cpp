@@ -21,7 +21,7 @@ StatusCode LoadedRequest::SetBlob(const char* name, const Blob::Ptr& blob,
         }
     });
     if (status != StatusCode::OK) {
-        // The round is over: its blobs must not be taken for those of the next one.
+        // This round is over: its blobs must not be used for the next one.
         forgetBlobs();
     }
     return status;
@@ -42,7 +42,7 @@ void LoadedRequest::forgetBlobs() noexcept {
     }
 }
 
-/** Where an input and an output share a name, the first blob of a round is the input's. */
+/** If an input and an output share a name, the first blob of a round goes to the input. */
 BoundPort& LoadedRequest::find(std::string_view name) {
     const auto found = std::lower_bound(
         ports_.begin(), ports_.end(), name,
@@ -56,7 +56,7 @@ BoundPort& LoadedRequest::find(std::string_view name) {
     return shared && found->hasBlob() && !next->hasBlob() ? *next : *found;
 }
 
-/** The runtime would read and write the memory of blobs of an earlier round, which may be gone. */
+/** Otherwise the runtime would use the memory of an earlier round's blobs, which may be gone. */
 void LoadedRequest::requireBlobs() const {
     for (const BoundPort& port : ports_) {
         if (!port.hasBlob()) {

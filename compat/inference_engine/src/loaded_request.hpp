@@ -12,10 +12,9 @@
 namespace InferenceEngine::runtime {
 
 /**
- * Binds blobs by their memory. A blob is held from SetBlob to the end of the next Infer and no
- * longer, so that its memory goes back to where it came from as soon as the caller drops it; every
- * port needs its blob again in every round. Shares the weights, which the runtime may go on
- * reading.
+ * Binds blobs by their memory. A blob is held only from SetBlob to the end of the next Infer, so
+ * that its memory is freed as soon as the caller drops it; every port needs a blob again in every
+ * round. Shares the weights, which the runtime may keep reading.
  */
 class LoadedRequest final : public IInferRequest {
 public:
@@ -29,7 +28,7 @@ public:
                        ResponseDesc* response) noexcept override;
     StatusCode Infer(ResponseDesc* response) noexcept override;
 
-    /** How often the runtime was told about a blob. */
+    /** The number of times that memory was bound in the runtime. */
     std::size_t bindings() const noexcept { return bindings_; }
 
 private:
@@ -37,7 +36,7 @@ private:
     void requireBlobs() const;
     void forgetBlobs() noexcept;
 
-    // The request reads from the weights, so it goes first.
+    // The request reads from the weights, so it must be destroyed before them.
     Blob::Ptr weights_;
     Handle<ov_infer_request_t> request_;
     std::vector<BoundPort> ports_;

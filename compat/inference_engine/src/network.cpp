@@ -8,7 +8,7 @@
 namespace InferenceEngine {
 namespace {
 
-/** The reader's network, kept by keeping the reader. */
+/** The reader's network; the pointer keeps the reader alive. */
 std::shared_ptr<ICNNNetwork> networkOf(const std::shared_ptr<ICNNNetReader>& reader) {
     ICNNNetwork* const network = reader ? reader->getNetwork(nullptr) : nullptr;
     return {reader, network};

@@ -17,7 +17,7 @@ namespace InferenceEngine {
 namespace runtime {
 namespace {
 
-/** The runtime knows other formats too, which nobody may pass as the text of a network. */
+/** The runtime reads other formats too, which must not be passed off as the text of a network. */
 bool looksLikeText(std::string_view text) {
     constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
     if (text.substr(0, kByteOrderMark.size()) == kByteOrderMark) {
@@ -27,7 +27,7 @@ bool looksLikeText(std::string_view text) {
     return first != std::string_view::npos && text[first] == '<';
 }
 
-/** A tensor over the weights; none where there are no bytes. */
+/** A tensor over the weights; null if they have no bytes. */
 Handle<ov_tensor_t> tensorOver(const TBlob<std::uint8_t>::Ptr& weights) {
     if (weights->byteSize() == 0) {
         return nullptr;
@@ -45,8 +45,8 @@ Handle<ov_tensor_t> tensorOver(const TBlob<std::uint8_t>::Ptr& weights) {
 }
 
 /**
- * The runtime reads text and weights in one call, so the text is kept until the weights come. It
- * may be a secret: the copy is wiped when it was read, or with the reader if it never is.
+ * The runtime reads text and weights in one call, so the text is kept until the weights arrive. It
+ * may be secret: the copy is wiped once it has been read or, failing that, with the reader.
  */
 class NetworkReader final : public ICNNNetReader {
 public:
@@ -102,7 +102,7 @@ private:
             details::shared_from_irelease(new RuntimeNetwork(std::move(model), weights, topology));
     }
 
-    // Kept for the load that follows, which then finds the runtime started.
+    // Kept so that the runtime is still running when the network is loaded.
     std::shared_ptr<ov_core_t> core_;
     WipedText text_;
     std::shared_ptr<RuntimeNetwork> network_;

@@ -18,7 +18,7 @@ void separatePassedInputs(Handle<ov_model_t>& model, const std::vector<Port>& po
     std::vector<PortType> returns;
     for (const Port& port : ports) {
         const bool passed = port.direction == Direction::Output && inputs.count(port.tensor) != 0;
-        // Other types are converted on their way anyhow.
+        // Other types are converted on the way anyway.
         if (passed && (port.type == ::F32 || port.type == ::I32)) {
             detours.push_back({port.direction, port.index, port.type == ::F32 ? ::F64 : ::I64});
             returns.push_back({port.direction, port.index, port.type});

@@ -1,4 +1,4 @@
-// Outputs that show an input itself.
+// Outputs that pass an input through unchanged.
 #pragma once
 
 #include <vector>
@@ -9,8 +9,8 @@
 namespace InferenceEngine::runtime {
 
 /**
- * Gives outputs that show an input itself a tensor of their own, by a detour over a wider type: the
- * runtime has one tensor for both, so that binding the one would unbind the other.
+ * Separates the tensors of outputs that pass an input through, by a detour through a wider type:
+ * the runtime has a single tensor for both, so binding one would unbind the other.
  */
 void separatePassedInputs(Handle<ov_model_t>& model, const std::vector<Port>& ports);
 

@@ -11,12 +11,12 @@
 namespace InferenceEngine::runtime {
 namespace {
 
-// Of the widest type; nothing larger can be in memory, and counting their bytes can't overflow.
+// For the widest type: nothing larger fits in memory, and the size in bytes can't overflow.
 constexpr std::size_t kMostElements = PTRDIFF_MAX / sizeof(std::int64_t);
 
 using PortHandle = Handle<ov_output_const_port_t>;
 
-/** Calls on the inputs of a model and on its outputs differ only in their names. */
+/** The calls for a model's inputs and for its outputs differ only in their names. */
 struct Calls {
     ov_status_e (*count)(const ov_model_t*, std::size_t*);
     ov_status_e (*byIndex)(const ov_model_t*, std::size_t, ov_output_const_port_t**);
@@ -29,11 +29,7 @@ Calls callsFor(Direction direction) {
     return {&ov_model_outputs_size, &ov_model_const_output_by_index};
 }
 
-std::string describe(const Port& port) {
-    return std::string(nameOf(port.direction)) + " \"" + port.name + "\"";
-}
-
-/** The runtime's own test takes a port without dimensions for a dynamic one, so it is not asked. */
+/** Replaces the runtime's own check, which mistakes a port without dimensions for a dynamic one. */
 bool isDynamic(const ov_partial_shape_t& shape) {
     const auto varies = [](const ov_dimension_t& dimension) {
         return dimension.min != dimension.max;
@@ -84,7 +80,7 @@ void readPorts(const ov_model_t& model, Direction direction,
                           std::string(nameOf(direction)) + " " + std::to_string(index) +
                               " of the network has no name: its port needs a tensor name");
         }
-        // An output of this name may be there already: several Results can show the same port.
+        // This name may have been seen before: several Results can show the same port.
         if (!seen.insert(port.tensor).second) {
             continue;
         }
@@ -102,6 +98,10 @@ void readPorts(const ov_model_t& model, Direction direction,
 }
 
 }  // namespace
+
+std::string describe(const Port& port) {
+    return std::string(nameOf(port.direction)) + " \"" + port.name + "\"";
+}
 
 std::string anyName(const ov_output_const_port_t& port) {
     char* name = nullptr;

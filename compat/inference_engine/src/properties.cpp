@@ -8,7 +8,7 @@
 namespace InferenceEngine::runtime {
 namespace {
 
-/** The runtime has other names for these. */
+/** Translates the names that differ in the runtime. */
 std::string runtimeName(const std::string& name) {
     if (name == "CPU_THREADS_NUM") {
         return ov_property_key_inference_num_threads;
@@ -19,7 +19,7 @@ std::string runtimeName(const std::string& name) {
     return name;
 }
 
-/** The runtime gives every value as one text, a list with blanks between its words. */
+/** The runtime returns every value as one text; lists are separated by spaces. */
 Parameter parameterOf(const std::string& name, std::string text) {
     if (name != ov_property_key_device_capabilities) {
         return text;

@@ -15,13 +15,13 @@ namespace {
 constexpr auto kPause = std::chrono::microseconds(100);
 
 std::atomic<std::uint64_t> failures{0};
-// Calls count themselves on one of two sides. A failure that waits for those on one sends later
-// ones to the other, so that it does not wait for these too.
+// Each call is counted on one of two sides. A failure that waits for the calls on one side sends
+// later calls to the other, so that it does not have to wait for those too.
 std::atomic<unsigned> side{0};
 std::array<std::atomic<std::uint64_t>, 2> underWay{};
 std::mutex failureMutex;
 
-/** Whether the calls on the side that is in use now are over in time. */
+/** Switches sides; returns whether the calls on the old side end before the deadline. */
 bool waitForSide(Deadline deadline) {
     const unsigned old = side.fetch_xor(1);
     while (underWay.at(old) != 0) {
@@ -39,7 +39,7 @@ CallUnderWay::CallUnderWay() noexcept : failuresBefore_(failures), side_(side) {
     ++underWay[side_];
 }
 
-// The failure first: whoever sees that the call is over sees that it failed.
+// Counts the failure first: anyone who sees that the call is over also sees that it failed.
 CallUnderWay::~CallUnderWay() {
     if (failed_) {
         ++failures;
@@ -48,7 +48,7 @@ CallUnderWay::~CallUnderWay() {
 }
 
 CallFailure CallUnderWay::failure(ov_status_e status) const {
-    // For a refused parameter the runtime leaves the text of some earlier failure.
+    // If a parameter is refused, the runtime leaves the text of some earlier failure in place.
     std::string text;
     if (status != ::INVALID_C_PARAM) {
         text = usefulText(takeText(ov_get_last_err_msg()));
@@ -61,7 +61,7 @@ std::unique_lock<std::mutex> oneFailureAtATime() {
 }
 
 bool hasItsOwnText(const CallFailure& failure, Deadline deadline) {
-    // Both sides: a call that looked which is in use may count itself there after that has changed.
+    // Both sides: a call may read which side is in use and count itself there after the switch.
     return waitForSide(deadline) && waitForSide(deadline) && failures == failure.failuresBefore + 1;
 }
 

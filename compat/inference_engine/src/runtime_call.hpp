@@ -1,13 +1,14 @@
-// Calls of the runtime that may fail, and the texts of their failures.
+// Calls to the runtime that may fail, and the texts of their failures.
 //
 // The runtime's C interface keeps the text of the last failure in one place for the whole process:
-// between a failing call and the reading of its text another thread may fail and leave its own
-// there, about another network. So every call counts itself while it is under way, without a lock.
-// One that has failed and read a text waits until the calls are over that were under way beside it,
-// and keeps nobody else from going on. If none of these has failed, the text is its own. If one
-// has, a call that may be repeated is, and any other goes without the runtime's words.
+// between a failing call and the reading of its text, another thread may fail and leave its own
+// text there, about another network. So every call is counted while it is in progress, without a
+// lock. A call that has failed and read a text waits, without blocking anyone else, until the calls
+// that were in progress at the same time are over. If none of these failed, the text is its own. If
+// one did, the failed call is repeated if that is allowed, and otherwise reported without the
+// runtime's text.
 //
-// What cannot be seen are failures of a host that uses the C interface of the same runtime itself.
+// Failures caused by a host that itself uses the C interface of the same runtime go unnoticed.
 #pragma once
 
 #include <openvino/c/openvino.h>
@@ -20,14 +21,14 @@
 
 namespace InferenceEngine::runtime {
 
-/** What a failed call has left. */
+/** What is known about a failed call. */
 struct CallFailure {
     ov_status_e status;
     std::string text;
-    std::uint64_t failuresBefore;  // of all calls, when this one began
+    std::uint64_t failuresBefore;  // of all calls, at the start of this one
 };
 
-/** Counts a call as long as it is under way. */
+/** Counts a call while it is in progress. */
 class CallUnderWay {
 public:
     CallUnderWay() noexcept;
@@ -35,9 +36,9 @@ public:
     CallUnderWay& operator=(const CallUnderWay&) = delete;
     ~CallUnderWay();
 
-    /** Has the call count as failed when it is over. */
+    /** Makes the call count as failed when it is over. */
     void failed() noexcept { failed_ = true; }
-    /** The failure, with the text that the runtime has at this moment. */
+    /** The failure, with the text that the runtime holds at this moment. */
     CallFailure failure(ov_status_e status) const;
 
 private:
@@ -46,7 +47,7 @@ private:
     bool failed_ = false;
 };
 
-/** Empty for a call that succeeds. */
+/** Makes a call; returns its failure, or nothing if it succeeds. */
 template <class Call>
 std::optional<CallFailure> run(Call& call) {
     CallUnderWay underWay;
@@ -58,20 +59,21 @@ std::optional<CallFailure> run(Call& call) {
     return underWay.failure(status);
 }
 
-/** Held while a failure looks whose text it has, so that they do so one after the other. */
+/** A lock held while checking whose text a failure has, so that failures are checked in turn. */
 std::unique_lock<std::mutex> oneFailureAtATime();
 
 /** How long a failure may wait for other calls. */
 constexpr std::chrono::milliseconds kPatience = std::chrono::seconds(1);
 using Deadline = std::chrono::steady_clock::time_point;
 
-/** Whether the text is certainly that call's own. Waits for other calls; under the lock above. */
+/** Whether the text is certainly the call's own. Waits for other calls; requires the lock above. */
 bool hasItsOwnText(const CallFailure& failure, Deadline deadline);
 
-/** @throws Failure with the text or, if it is empty, with the runtime's words for the status */
+/** @throws Failure with the text or, if it is empty, with the runtime's description of the status
+ */
 [[noreturn]] void raise(ov_status_e status, const std::string& text);
 
-/** Makes a call whose text nobody asks for. */
+/** Makes a call whose error text is not needed. */
 template <class Call>
 ov_status_e attempt(Call&& call) noexcept {
     CallUnderWay underWay;
@@ -86,7 +88,7 @@ ov_status_e attempt(Call&& call) noexcept {
  * Makes a call.
  *
  * @param patience how long a failure may wait for other calls
- * @throws Failure with the call's own text, or with the runtime's words for the status alone
+ * @throws Failure with the call's own text, or else with the runtime's description of the status
  */
 template <class Call>
 void check(Call&& call, std::chrono::milliseconds patience = kPatience) {
@@ -100,10 +102,10 @@ void check(Call&& call, std::chrono::milliseconds patience = kPatience) {
 }
 
 /**
- * Makes a call that changes nothing when it fails: it is repeated where its text would be lost.
- * Others that fail meanwhile wait with theirs, so that it hardly ever is.
+ * Makes a call that changes nothing if it fails, so it can be repeated if its text would be lost.
+ * Other failures wait for the same lock meanwhile, so the text is hardly ever lost again.
  *
- * @throws Failure as check() does
+ * @throws Failure like check()
  */
 template <class Call>
 void checkRepeating(Call&& call) {

@@ -22,12 +22,6 @@ std::shared_ptr<ov_core_t> sharedCore() {
     return core;
 }
 
-std::shared_ptr<ov_core_t> coreFromFile(const char* configFile) {
-    ov_core_t* made = nullptr;
-    check([&] { return ov_core_create_with_config(configFile, &made); });
-    return {made, FreeHandle()};
-}
-
 void useSinglePrecision(const ov_core_t& core, const std::string& device) noexcept {
     constexpr const char* kSingle = "f32";
     const char* const key = ov_property_key_hint_inference_precision;
@@ -37,7 +31,7 @@ void useSinglePrecision(const ov_core_t& core, const std::string& device) noexce
     }
     const Handle<const char> owner(now);
     if (std::strcmp(now, kSingle) != 0) {
-        // Refused by devices that know no other precision than their own: they keep it.
+        // Devices that only support their own precision refuse this, and keep it.
         attempt([&] { return ov_core_set_property(&core, device.c_str(), key, kSingle); });
     }
 }

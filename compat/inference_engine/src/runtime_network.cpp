@@ -8,13 +8,6 @@
 #include "passed_inputs.hpp"
 
 namespace InferenceEngine::runtime {
-namespace {
-
-std::string describe(const Port& port) {
-    return std::string(nameOf(port.direction)) + " \"" + port.name + "\"";
-}
-
-}  // namespace
 
 RuntimeNetwork::RuntimeNetwork(Handle<ov_model_t> model, Blob::Ptr weights,
                                const Topology& topology)

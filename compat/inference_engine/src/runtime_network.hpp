@@ -1,4 +1,4 @@
-// A network that the runtime has read.
+// A network read by the runtime.
 #pragma once
 
 #include <map>
@@ -15,13 +15,13 @@
 namespace InferenceEngine::runtime {
 
 /**
- * Holds the model and shares the weights that the model reads from. The runtime can put conversions
- * into a model but neither take them out nor copy it, so a model remembers every precision it was
- * loaded with.
+ * Holds the model and shares the weights that the model reads from. The runtime can insert
+ * conversions into a model, but can neither remove them nor copy the model, so conversions for
+ * every precision that a network was loaded with accumulate.
  */
 class RuntimeNetwork final : public ICNNNetwork {
 public:
-    /** Takes the model over, and its element types to those that its ports are shown with. */
+    /** Takes the model over and converts its ports to the element types they are shown with. */
     RuntimeNetwork(Handle<ov_model_t> model, Blob::Ptr weights, const Topology& topology);
     ~RuntimeNetwork() override = default;
 
@@ -30,15 +30,15 @@ public:
     const OutputsDataMap& getOutputsInfo() const noexcept override { return outputs_; }
 
     /**
-     * Compiles the model with the precisions that its ports are set to now.
+     * Compiles the model with the precisions that its ports are currently set to.
      *
-     * @throws Failure for a precision that can't be loaded, and for what the runtime refuses
+     * @throws Failure if a precision can't be loaded or the runtime refuses the model
      */
     std::shared_ptr<LoadedNetwork> load(ov_core_t& core, const std::string& device,
                                         const std::map<std::string, std::string>& config);
 
 private:
-    /** A port with the precision it was read with and the one that the model has now. */
+    /** A port with the precision it was first shown with and the model's current one. */
     struct NetworkPort {
         Port port;
         DataPtr data;
@@ -46,12 +46,12 @@ private:
         Precision current;
     };
 
-    /** Whether conversions put around those that are there give what the wanted ones alone would.
-     */
+    /** Whether adding conversions around the existing ones gives the same result as the wanted ones
+     * alone. */
     static bool canBecome(const NetworkPort& port, Precision wanted);
     void takePrecisions();
 
-    // The model reads from the weights, so it goes first.
+    // The model reads from the weights, so it must be destroyed before them.
     Blob::Ptr weights_;
     Handle<ov_model_t> model_;
     std::vector<NetworkPort> ports_;

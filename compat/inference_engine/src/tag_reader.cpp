@@ -26,7 +26,7 @@ std::string_view trimmed(std::string_view text) {
     return text;
 }
 
-/** Where a tag ends: at the first ">" outside quotes. */
+/** The position of the end of a tag: the first ">" outside quotes. */
 std::size_t findTagEnd(std::string_view text) {
     char quote = '\0';
     for (std::size_t i = 0; i < text.size(); ++i) {
@@ -56,7 +56,7 @@ void appendUtf8(std::string& text, unsigned long code) {
     }
 }
 
-/** Appends what the reference between "&" and ";" stands for; false if nobody knows. */
+/** Appends what the reference between "&" and ";" stands for; false if it is unknown. */
 bool appendReference(std::string& text, std::string_view reference) {
     static constexpr std::array<std::pair<std::string_view, char>, 5> kNamed{
         {{"amp", '&'}, {"lt", '<'}, {"gt", '>'}, {"quot", '"'}, {"apos", '\''}}};
@@ -164,8 +164,8 @@ std::string decodeReferences(std::string_view value) {
         const auto ampersand = std::min(value.find('&'), value.size());
         decoded += value.substr(0, ampersand);
         value.remove_prefix(ampersand);
-        // No further than the next "&", which no reference holds: or a text of
-        // nothing else would be read from each of them to its end.
+        // Searches no further than the next "&", which no reference contains: otherwise a text full
+        // of "&" would be scanned to its end from each of them.
         const auto end = value.find_first_of(";&", 1);
         if (end != std::string_view::npos && value[end] == ';' &&
             appendReference(decoded, value.substr(1, end - 1))) {

@@ -1,4 +1,4 @@
-// Walks over the tags of an XML text that a real parser has accepted already.
+// Walks through the tags of an XML text that a real parser has already accepted.
 #pragma once
 
 #include <optional>
@@ -7,7 +7,7 @@
 
 namespace InferenceEngine::runtime {
 
-/** One tag; views into the text it was read from. */
+/** One tag; a view into the text it was read from. */
 struct Tag {
     enum class Kind { Open, Close, Empty };
 
@@ -15,16 +15,16 @@ struct Tag {
     std::string_view name;
     std::string_view attributes;
 
-    /** The value of an attribute as it is written; empty if there is none. */
+    /** The value of an attribute as written; empty if there is none. */
     std::string_view attribute(std::string_view wanted) const;
 };
 
-/** Gives tag after tag, without comments, declarations and the text between tags. */
+/** Returns one tag after another, skipping comments, declarations and the text between tags. */
 class TagReader {
 public:
     explicit TagReader(std::string_view text) : rest_(text) {}
 
-    /** Empty at the end of the text, and where it stops being XML. */
+    /** Nothing at the end of the text, or where it stops being XML. */
     std::optional<Tag> next();
 
 private:
@@ -33,8 +33,7 @@ private:
     std::string_view rest_;
 };
 
-/** A value with its character references ("&amp;", "&#38;") replaced; unknown ones stay as they
- * are. */
+/** Replaces the references in a value ("&amp;", "&#38;"); unknown ones are left unchanged. */
 std::string decodeReferences(std::string_view value);
 
 }  // namespace InferenceEngine::runtime

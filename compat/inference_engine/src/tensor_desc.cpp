@@ -8,7 +8,7 @@
 namespace InferenceEngine {
 namespace {
 
-/** How many dimensions a layout has; empty for those that fit any count. */
+/** The number of dimensions of a layout; nothing for layouts that fit any number. */
 std::optional<std::size_t> rankOf(Layout layout) {
     switch (layout) {
         case SCALAR:

@@ -17,11 +17,10 @@ constexpr int kLastVersionNamedByLayers = 10;
 struct Layer {
     std::string_view name;
     std::string_view type;
-    // Its output ports: where they begin in Graph::portNames, and how many there
-    // are.
+    // Its output ports: where they begin in Graph::portNames, and how many there are.
     std::size_t firstPort = 0;
     std::size_t portCount = 0;
-    // The layers that feed it, by index, where it is known.
+    // The known layers that feed it, by index.
     std::vector<std::size_t> sources;
     bool reachesOutput = false;
 };
@@ -33,7 +32,7 @@ struct Edge {
 struct Graph {
     int version = 0;
     std::vector<Layer> layers;
-    std::vector<std::string_view> portNames;  // of their tensors, as they are written
+    std::vector<std::string_view> portNames;  // of their tensors, as written
     std::vector<Edge> edges;
     std::unordered_map<std::string_view, std::size_t> layerById;
     // By layer and id.
@@ -45,7 +44,7 @@ struct Graph {
     }
 };
 
-/** Takes the network's own layers and edges; those of bodies inside layers lie deeper. */
+/** Reads the network's own layers and edges; those of bodies inside layers are nested deeper. */
 Graph readGraph(std::string_view text) {
     Graph graph;
     std::vector<std::string_view> path;
@@ -85,7 +84,7 @@ Graph readGraph(std::string_view text) {
     return graph;
 }
 
-/** Marks the layers from which a Result, or a state that is written, can be reached. */
+/** Marks the layers that lead to a Result or to a state that is written. */
 void markReachingOutput(Graph& graph) {
     for (const Edge& edge : graph.edges) {
         const std::size_t* const from = graph.find(edge.fromLayer);
@@ -115,7 +114,7 @@ void markReachingOutput(Graph& graph) {
     }
 }
 
-/** The names of a port are separated by commas; a backslash takes a comma into a name. */
+/** A port's names are separated by commas; a backslash makes a comma part of a name. */
 void appendNames(std::vector<std::string>& names, std::string_view list) {
     std::string name;
     const std::string decoded = decodeReferences(list);
@@ -142,7 +141,7 @@ std::vector<std::string> tensorNames(const Graph& graph, const Layer& layer) {
     return names;
 }
 
-/** Adds the output port of a layer, by its tensor's names and by the name that the layer gives. */
+/** Adds a layer's output port, under its tensor's names and under the name the layer gives it. */
 void addOutput(std::unordered_map<std::string, std::string>& outputs, const Graph& graph,
                std::size_t layerIndex, std::string_view portId) {
     const Layer& layer = graph.layers[layerIndex];

@@ -6,9 +6,9 @@ namespace InferenceEngine {
 namespace {
 
 Version readVersion() noexcept {
-    constexpr int kInterfaceMajor = 2;  // as releases of 2020 say of themselves
+    constexpr int kInterfaceMajor = 2;  // as reported by the releases of 2020
     constexpr int kInterfaceMinor = 1;
-    // Never freed: whoever asks may keep the texts.
+    // Never freed: callers may keep the texts.
     ov_version_t runtime{};
     if (ov_get_openvino_version(&runtime) != ::OK) {
         return {{kInterfaceMajor, kInterfaceMinor}, "", ""};

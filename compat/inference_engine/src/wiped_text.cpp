@@ -6,7 +6,7 @@
 namespace InferenceEngine::runtime {
 namespace {
 
-// Read anew for each call, so that the compiler can't know what is called and leave it out.
+// Volatile, so that the compiler can't know which function is called and optimise it away.
 void* (*const volatile overwrite)(void*, int, std::size_t) = std::memset;
 
 }  // namespace

@@ -6,10 +6,10 @@
 
 namespace InferenceEngine::runtime {
 
-/** Overwrites memory with zeros, also where the compiler sees that nobody reads it again. */
+/** Overwrites memory with zeros, even if the compiler can see that it is never read again. */
 void wipe(void* memory, std::size_t size) noexcept;
 
-/** A copy of a text, which may be a secret: it is overwritten before its memory is given back. */
+/** A copy of a text that may be secret: it is overwritten before its memory is freed. */
 class WipedText {
 public:
     WipedText() = default;
@@ -25,7 +25,7 @@ public:
     bool empty() const noexcept { return size_ == 0; }
 
 private:
-    std::unique_ptr<char[]> text_;  // not filled before the copy
+    std::unique_ptr<char[]> text_;  // not zero-filled before copying
     std::size_t size_ = 0;
 };
 

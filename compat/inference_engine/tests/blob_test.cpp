@@ -27,7 +27,7 @@ TEST(BlobTest, CountsElementsAndBytes) {
     EXPECT_EQ(blob->getTensorDesc().getDims(), (SizeVector{2, 3, 4}));
 }
 
-TEST(BlobTest, WithoutDimensionsIsOneElement) {
+TEST(BlobTest, HasOneElementWithoutDimensions) {
     EXPECT_EQ(make_shared_blob<float>(TensorDesc(Precision::FP32, {}, SCALAR))->size(), 1U);
     EXPECT_EQ(make_shared_blob<float>(TensorDesc(Precision::FP32, {}, ANY))->size(), 1U);
 }
@@ -42,7 +42,7 @@ TEST(BlobTest, HasNoMemoryUntilAllocated) {
     EXPECT_TRUE(blob->buffer() == nullptr);
 }
 
-TEST(BlobTest, AllViewsShowTheSameMemory) {
+TEST(BlobTest, AllAccessorsReturnTheSameMemory) {
     const auto blob = make_shared_blob<float>(sixFloats());
     blob->allocate();
     float* const data = blob->data();
@@ -52,7 +52,7 @@ TEST(BlobTest, AllViewsShowTheSameMemory) {
     EXPECT_EQ(blob->cbuffer().as<const float*>(), data);
 }
 
-TEST(BlobTest, OverGivenMemoryShowsThatMemory) {
+TEST(BlobTest, ABlobOverGivenMemoryReturnsThatMemory) {
     std::array<float, 6> memory{};
     const auto blob = make_shared_blob<float>(sixFloats(), memory.data());
     EXPECT_EQ(blob->buffer().as<float*>(), memory.data());
@@ -60,7 +60,7 @@ TEST(BlobTest, OverGivenMemoryShowsThatMemory) {
               memory.data());
 }
 
-TEST(BlobTest, OverGivenMemoryNeitherAllocatesNorFrees) {
+TEST(BlobTest, ABlobOverGivenMemoryNeitherAllocatesNorFrees) {
     std::array<float, 6> memory{1.0F};
     const auto blob = make_shared_blob<float>(sixFloats(), memory.data());
     blob->allocate();
@@ -68,17 +68,17 @@ TEST(BlobTest, OverGivenMemoryNeitherAllocatesNorFrees) {
     EXPECT_EQ(blob->buffer().as<float*>(), memory.data());
 }
 
-TEST(BlobTest, OverTooFewElementsHasNoMemory) {
+TEST(BlobTest, ABlobOverTooFewElementsHasNoMemory) {
     std::array<float, 5> memory{};
     const auto blob = make_shared_blob<float>(sixFloats(), memory.data(), memory.size());
     EXPECT_TRUE(blob->buffer() == nullptr);
 }
 
-TEST(BlobTest, OverANullPointerThrows) {
+TEST(BlobTest, ANullPointerThrows) {
     EXPECT_THROW(make_shared_blob<float>(sixFloats(), static_cast<float*>(nullptr)), General);
 }
 
-TEST(BlobTest, WithoutAnAllocatorToUseThrows) {
+TEST(BlobTest, ANullAllocatorThrows) {
     EXPECT_THROW(make_shared_blob<float>(sixFloats(), std::shared_ptr<IAllocator>()), General);
 }
 
@@ -99,7 +99,7 @@ TEST(BlobTest, AllocatesThroughTheGivenAllocator) {
     EXPECT_EQ(record->frees, 1);
 }
 
-TEST(BlobTest, AllocatingAgainGivesTheEarlierMemoryBack) {
+TEST(BlobTest, AllocatingAgainFreesTheEarlierMemory) {
     const auto record = std::make_shared<RecordingAllocator::Record>();
     const auto blob =
         make_shared_blob<float>(sixFloats(), std::make_shared<RecordingAllocator>(record));
@@ -118,7 +118,7 @@ TEST(BlobTest, HasNoMemoryWhenTheAllocatorHasNone) {
     EXPECT_TRUE(blob->buffer() == nullptr);
 }
 
-TEST(BlobTest, GivesNullBackToAnAllocatorThatHadNoMemory) {
+TEST(BlobTest, PassesNullBackToAnAllocatorThatHadNoMemory) {
     const auto record = std::make_shared<RecordingAllocator::Record>();
     record->refuse = true;
     {
@@ -132,7 +132,7 @@ TEST(BlobTest, GivesNullBackToAnAllocatorThatHadNoMemory) {
     EXPECT_EQ(record->freesOfNull, 2);
 }
 
-TEST(BlobTest, OfZeroBytesIsAllocatedLikeAnyOther) {
+TEST(BlobTest, ABlobOfZeroBytesIsAllocatedLikeAnyOther) {
     const auto blob = make_shared_blob<std::uint8_t>(TensorDesc(Precision::U8, {0}, ANY));
     blob->allocate();
     EXPECT_EQ(blob->byteSize(), 0U);
@@ -140,7 +140,7 @@ TEST(BlobTest, OfZeroBytesIsAllocatedLikeAnyOther) {
     EXPECT_TRUE(blob->deallocate());
 }
 
-TEST(BlobTest, HeapMemoryLiesOnACacheLine) {
+TEST(BlobTest, HeapMemoryIsAlignedToACacheLine) {
     const auto blob = make_shared_blob<float>(sixFloats());
     blob->allocate();
     EXPECT_EQ(reinterpret_cast<std::uintptr_t>(blob->buffer().as<void*>()) % 64, 0U);
@@ -152,14 +152,14 @@ TEST(BlobTest, MoreElementsThanMemoryCanHoldThrow) {
     EXPECT_NO_THROW(make_shared_blob<std::uint8_t>(TensorDesc(Precision::U8, {0, many}, NC)));
 }
 
-TEST(BlobTest, SharedBlobOfAnotherElementTypeThrows) {
+TEST(BlobTest, SharedBlobOfTheWrongElementTypeThrows) {
     EXPECT_THAT([] { make_shared_blob<std::int32_t>(sixFloats()); },
                 ThrowsMessage<General>(StartsWith("Cannot make shared blob! ")));
     EXPECT_THAT([] { make_shared_blob<float>(TensorDesc(Precision::UNSPECIFIED, {1}, C)); },
                 ThrowsMessage<General>(StartsWith("Cannot make shared blob! ")));
 }
 
-TEST(AllocatorTest, DefaultAllocatorGivesAndTakesBack) {
+TEST(AllocatorTest, DefaultAllocatorAllocatesAndFrees) {
     const auto allocator = details::shared_from_irelease(CreateDefaultAllocator());
     void* const handle = allocator->alloc(3);
     ASSERT_NE(handle, nullptr);

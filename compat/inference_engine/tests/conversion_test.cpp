@@ -1,4 +1,4 @@
-// The precisions that inputs and outputs have by default, and those they are set to.
+// The default precisions of inputs and outputs, and those they are set to.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -28,7 +28,7 @@ constexpr Precision::ePrecision precisionOf() {
     }
 }
 
-/** What the network with the input "x" of four elements and the output "y" of eight gives. */
+/** Runs a network with an input "x" of four elements and returns its output "y" of eight. */
 template <class Out, class In>
 std::vector<Out> run(InferRequest& request, const std::vector<In>& elements) {
     const Blob::Ptr output = blobOf<Out>(precisionOf<Out>(), {8}, {});
@@ -38,8 +38,7 @@ std::vector<Out> run(InferRequest& request, const std::vector<In>& elements) {
     return elementsOf<Out>(output);
 }
 
-/** Checks the default precisions of a network of this type, and that they are those it is loaded
- * with. */
+/** Checks the default precisions of a network of this type, and that it is loaded with them. */
 template <class In, class Out>
 void expectDefaults(const std::string& type, int version, const std::vector<In>& elements,
                     const std::vector<Out>& expected) {
@@ -54,14 +53,14 @@ void expectDefaults(const std::string& type, int version, const std::vector<In>&
 
 class DefaultPrecisionTest : public testing::TestWithParam<int> {};
 
-TEST_P(DefaultPrecisionTest, FloatsAreShownAsFP32) {
+TEST_P(DefaultPrecisionTest, FloatsAreReportedAsFP32) {
     for (const std::string type : {"f32", "f16", "bf16", "f64"}) {
         expectDefaults<float, float>(type, GetParam(), {1, -2, 0.5F, 96},
                                      {1, -2, 0.5F, 96, 1, -2, 0.5F, 96});
     }
 }
 
-TEST_P(DefaultPrecisionTest, WideIntegersAreShownAsI32) {
+TEST_P(DefaultPrecisionTest, WideIntegersAreReportedAsI32) {
     for (const std::string type : {"i32", "i64"}) {
         expectDefaults<std::int32_t, std::int32_t>(type, GetParam(), {1, -2, 3, 70000},
                                                    {1, -2, 3, 70000, 1, -2, 3, 70000});
@@ -72,7 +71,7 @@ TEST_P(DefaultPrecisionTest, WideIntegersAreShownAsI32) {
     }
 }
 
-TEST_P(DefaultPrecisionTest, NarrowIntegersAreShownAsTheyAreOnInputsAndAsFP32OnOutputs) {
+TEST_P(DefaultPrecisionTest, NarrowIntegersAreReportedUnchangedOnInputsAndAsFP32OnOutputs) {
     expectDefaults<std::int8_t, float>("i8", GetParam(), {1, -2, 3, -128},
                                        {1, -2, 3, -128, 1, -2, 3, -128});
     expectDefaults<std::uint8_t, float>("u8", GetParam(), {1, 2, 3, 255},
@@ -83,7 +82,7 @@ TEST_P(DefaultPrecisionTest, NarrowIntegersAreShownAsTheyAreOnInputsAndAsFP32OnO
                                          {1, 2, 3, 60000, 1, 2, 3, 60000});
 }
 
-TEST_P(DefaultPrecisionTest, BooleansAreShownAsU8OnInputsAndAsFP32OnOutputs) {
+TEST_P(DefaultPrecisionTest, BooleansAreReportedAsU8OnInputsAndAsFP32OnOutputs) {
     expectDefaults<std::uint8_t, float>("boolean", GetParam(), {1, 0, 0, 1},
                                         {1, 0, 0, 1, 1, 0, 0, 1});
 }
@@ -99,7 +98,7 @@ void expectSettable(const std::vector<In>& elements, const std::vector<Out>& exp
     EXPECT_EQ((run<Out, In>(*load(network), elements)), expected);
 }
 
-TEST(SetPrecisionTest, BeforeLoadingDecidesWhatInputsTake) {
+TEST(SetPrecisionTest, InputsUseThePrecisionSetBeforeLoading) {
     const std::vector<float> expected{1, 2, 3, 100, 1, 2, 3, 100};
     expectSettable<std::uint8_t, float>({1, 2, 3, 100}, expected);
     expectSettable<std::int8_t, float>({1, 2, 3, 100}, expected);
@@ -108,7 +107,7 @@ TEST(SetPrecisionTest, BeforeLoadingDecidesWhatInputsTake) {
     expectSettable<float, float>({1, 2, 3, 100}, expected);
 }
 
-TEST(SetPrecisionTest, BeforeLoadingDecidesWhatOutputsGive) {
+TEST(SetPrecisionTest, OutputsUseThePrecisionSetBeforeLoading) {
     const std::vector<float> input{1, 2, 3, 100};
     expectSettable<float, std::uint8_t>(input, {1, 2, 3, 100, 1, 2, 3, 100});
     expectSettable<float, std::int8_t>(input, {1, 2, 3, 100, 1, 2, 3, 100});
@@ -116,14 +115,14 @@ TEST(SetPrecisionTest, BeforeLoadingDecidesWhatOutputsGive) {
     expectSettable<float, std::int32_t>(input, {1, 2, 3, 100, 1, 2, 3, 100});
 }
 
-TEST(SetPrecisionTest, NegativeNumbersSurvive) {
+TEST(SetPrecisionTest, NegativeNumbersArePreserved) {
     expectSettable<std::int8_t, std::int32_t>({-1, -2, -3, -128},
                                               {-1, -2, -3, -128, -1, -2, -3, -128});
     expectSettable<std::int16_t, std::int16_t>({-1, -2, -3, -30000},
                                                {-1, -2, -3, -30000, -1, -2, -3, -30000});
 }
 
-TEST(SetPrecisionTest, OneOfSeveralPortsLeavesTheOthersAlone) {
+TEST(SetPrecisionTest, SettingOnePortLeavesTheOthersAlone) {
     const std::string text = IrText(11)
                                  .parameter(0, "b", "f32", "2", "b")
                                  .parameter(1, "a", "f32", "2", "a")

@@ -9,7 +9,7 @@ namespace {
 using testing::StrEq;
 using testing::ThrowsMessage;
 
-TEST(DataTest, ShowsItsDescription) {
+TEST(DataTest, ReportsItsDescription) {
     Data data("probabilities", TensorDesc(Precision::FP32, {1, 10}, NC));
     EXPECT_EQ(data.getName(), "probabilities");
     EXPECT_EQ(data.getDims(), (SizeVector{1, 10}));
@@ -19,7 +19,7 @@ TEST(DataTest, ShowsItsDescription) {
     EXPECT_TRUE(data.getTensorDesc().getPrecision() == Precision::I32);
 }
 
-TEST(InputInfoTest, WorksOnItsData) {
+TEST(InputInfoTest, ForwardsToItsData) {
     const auto data =
         std::make_shared<Data>("image", TensorDesc(Precision::FP32, {1, 3, 2, 2}, NCHW));
     InputInfo info;

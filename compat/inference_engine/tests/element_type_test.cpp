@@ -5,14 +5,14 @@
 namespace InferenceEngine::runtime {
 namespace {
 
-TEST(ElementTypeTest, TypesWithoutAPrecisionAreNotShown) {
+TEST(ElementTypeTest, TypesWithoutAPrecisionAreUnspecified) {
     for (const ov_element_type_e type : {::DYNAMIC, ::U1, ::U4, ::I4, ::NF4, ::STRING, ::F8E4M3}) {
         EXPECT_EQ(shownPrecision(type, Direction::Input), Precision::UNSPECIFIED);
         EXPECT_EQ(shownPrecision(type, Direction::Output), Precision::UNSPECIFIED);
     }
 }
 
-TEST(ElementTypeTest, EveryShownPrecisionCanBeLoaded) {
+TEST(ElementTypeTest, EveryReportedPrecisionCanBeLoaded) {
     for (const ov_element_type_e type : {::BOOLEAN, ::BF16, ::F16, ::F32, ::F64, ::I8, ::I16, ::I32,
                                          ::I64, ::U8, ::U16, ::U32, ::U64}) {
         EXPECT_NE(elementTypeOf(shownPrecision(type, Direction::Input)), ::DYNAMIC);
@@ -20,7 +20,7 @@ TEST(ElementTypeTest, EveryShownPrecisionCanBeLoaded) {
     }
 }
 
-TEST(ElementTypeTest, PrecisionsThatNoNetworkIsLoadedWithHaveNoType) {
+TEST(ElementTypeTest, PrecisionsThatCannotBeLoadedHaveNoType) {
     for (const auto precision :
          {Precision::UNSPECIFIED, Precision::MIXED, Precision::FP16, Precision::Q78,
           Precision::BOOL, Precision::BIN, Precision::I64, Precision::CUSTOM}) {

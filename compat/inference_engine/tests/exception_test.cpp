@@ -8,7 +8,7 @@
 namespace InferenceEngine {
 namespace {
 
-/** The text of the exception of a status, which must be of this class. */
+/** Returns the text of the exception thrown for a status, which must be of this class. */
 template <class Expected>
 std::string textThrownFor(StatusCode status) {
     try {
@@ -47,14 +47,14 @@ TEST(ExceptionTest, ANullTextCountsAsEmpty) {
     }
 }
 
-TEST(ExceptionTest, OnlyTheGeneralClassIsNoLogicError) {
+TEST(ExceptionTest, OnlyTheGeneralClassIsNotALogicError) {
     EXPECT_TRUE((std::is_base_of_v<std::logic_error, NotImplemented>));
     EXPECT_TRUE((std::is_base_of_v<std::logic_error, NetworkNotRead>));
     EXPECT_TRUE((std::is_base_of_v<std::exception, details::InferenceEngineException>));
     EXPECT_FALSE((std::is_base_of_v<std::logic_error, details::InferenceEngineException>));
 }
 
-TEST(ExceptionTest, AResponseBeginsAsZeros) {
+TEST(ExceptionTest, AResponseStartsAsZeros) {
     const ResponseDesc response;
     EXPECT_EQ(std::string(response.msg, sizeof(response.msg)), std::string(4096, '\0'));
 }

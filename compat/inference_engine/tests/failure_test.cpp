@@ -8,7 +8,7 @@
 namespace InferenceEngine::runtime {
 namespace {
 
-TEST(UsefulTextTest, LeavesOutSourcePositions) {
+TEST(UsefulTextTest, OmitsSourcePositions) {
     EXPECT_EQ(usefulText("Exception from src/a.cpp:105:\n"
                          "Check 'x == y' failed at src/b.cpp:219:\n"
                          "Error parsing start element tag at offset 368\n\n\n"),
@@ -28,14 +28,14 @@ TEST(AnswerTest, LeavesTheResponseAloneOnSuccess) {
     EXPECT_STREQ(response.msg, "before");
 }
 
-TEST(AnswerTest, GivesTheStatusAndTextOfAFailure) {
+TEST(AnswerTest, ReturnsTheStatusAndTextOfAFailure) {
     ResponseDesc response;
     EXPECT_EQ(answer(&response, [] { throw Failure(StatusCode::NOT_FOUND, "gone"); }),
               StatusCode::NOT_FOUND);
     EXPECT_STREQ(response.msg, "gone");
 }
 
-TEST(AnswerTest, GivesAStatusForAnyException) {
+TEST(AnswerTest, ReturnsAStatusForAnyException) {
     ResponseDesc response;
     EXPECT_EQ(answer(&response, [] { throw std::bad_alloc(); }), StatusCode::GENERAL_ERROR);
     EXPECT_STREQ(response.msg, std::bad_alloc().what());
@@ -47,7 +47,7 @@ TEST(AnswerTest, WorksWithoutAResponse) {
               StatusCode::NOT_FOUND);
 }
 
-TEST(AnswerTest, CutsATextThatIsTooLong) {
+TEST(AnswerTest, TruncatesATextThatIsTooLong) {
     ResponseDesc response;
     answer(&response, [] { throw Failure(StatusCode::NOT_FOUND, std::string(5000, 'x')); });
     EXPECT_EQ(std::string(response.msg), std::string(4095, 'x'));

@@ -18,7 +18,7 @@ protected:
     InferRequest::Ptr request_ = load(CNNNetwork(readNetwork(doublingNetwork())));
 };
 
-TEST_F(InferTest, GivesRoundAfterRoundItsNumbers) {
+TEST_F(InferTest, EveryRoundYieldsItsOwnNumbers) {
     const Blob::Ptr first = floats({1, 4});
     const Blob::Ptr second = floats({1, 4});
     request_->SetBlob("x", floats({1, 4}, {1, 2, 3, 4}));
@@ -31,7 +31,7 @@ TEST_F(InferTest, GivesRoundAfterRoundItsNumbers) {
     EXPECT_THAT(elementsOf<float>(second), ElementsAre(-2, -4, -6, -8));
 }
 
-// Processors with instructions for half precision would give infinity.
+// Processors with instructions for half precision would produce infinity.
 TEST_F(InferTest, KeepsNumbersBeyondHalfPrecisionFinite) {
     const Blob::Ptr output = floats({1, 4});
     request_->SetBlob("x", floats({1, 4}, {65536, -1048576, 0x1p100F, 0x1p-100F}));
@@ -65,7 +65,7 @@ TEST_F(InferTest, ForgetsTheBlobsWhenItThrows) {
     EXPECT_TRUE(watched.expired());
 }
 
-TEST_F(InferTest, ADroppedOutputGoesBackToItsAllocatorAtOnce) {
+TEST_F(InferTest, ADroppedOutputReturnsToItsAllocatorImmediately) {
     const auto record = std::make_shared<RecordingAllocator::Record>();
     auto output = make_shared_blob<float>(TensorDesc(Precision::FP32, {1, 4}, NC),
                                           std::make_shared<RecordingAllocator>(record));

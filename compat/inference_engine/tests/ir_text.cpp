@@ -11,7 +11,7 @@ std::string quoted(const std::string& text) {
     return "\"" + text + "\"";
 }
 
-/** Ports name their types otherwise than layers do. */
+/** Ports name their types differently from layers. */
 std::string portPrecision(const std::string& type) {
     static const std::map<std::string, std::string> kOther{
         {"f16", "FP16"}, {"f32", "FP32"}, {"f64", "FP64"}, {"boolean", "BOOL"}};

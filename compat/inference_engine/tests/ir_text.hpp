@@ -8,7 +8,7 @@ namespace InferenceEngine {
 
 /**
  * Writes the XML of a network, layer by layer. The ports of a layer are numbered from 0, inputs
- * first. Dimensions are written as in the file, "1,4"; none at all means one element.
+ * first. Dimensions are written as in the file, "1,4"; an empty text means one element.
  */
 class IrText {
 public:
@@ -21,7 +21,7 @@ public:
 
     IrText& parameter(int id, const std::string& name, const std::string& type,
                       const std::string& dims, const std::string& tensorNames = "");
-    /** Elements from the weights, which begin at the offset. */
+    /** Elements from the weights, starting at the offset. */
     IrText& constant(int id, const std::string& type, const std::string& dims, int offset,
                      int size);
     /** @param data the attributes of the layer, as in the file */
@@ -39,13 +39,13 @@ private:
     std::string edges_;
 };
 
-/** One input "x" and one output "y" of four elements, of which each is twice the input's. */
+/** One input "x" and one output "y" of four elements, each twice the input's. */
 std::string doublingNetwork(int version = 11);
 
-/** The input "x" of this type, four elements, and the output "y": the same elements, and again. */
+/** An input "x" of four elements of this type; the output "y" has the same elements twice over. */
 std::string repeatingNetwork(const std::string& type, int version = 11);
 
-/** The input "x" and the output "y": the sum with a constant; four floats each, the weights too. */
+/** The output "y" is the input "x" plus a constant; four floats each, the weights too. */
 std::string addingNetwork();
 
 }  // namespace InferenceEngine

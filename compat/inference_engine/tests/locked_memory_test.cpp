@@ -18,7 +18,7 @@ protected:
     std::array<float, 2> memory_{1.5F, 2.5F};
 };
 
-TEST_F(LockedMemoryTest, TakesTheLockWhenFirstReadAndGivesItBackWhenDestroyed) {
+TEST_F(LockedMemoryTest, LocksWhenFirstReadAndUnlocksWhenDestroyed) {
     {
         const LockedMemory<float> locked(&allocator_, memory_.data());
         EXPECT_EQ(record_->locks, 0);
@@ -32,7 +32,7 @@ TEST_F(LockedMemoryTest, TakesTheLockWhenFirstReadAndGivesItBackWhenDestroyed) {
     EXPECT_EQ(record_->unlocks, 1);
 }
 
-TEST_F(LockedMemoryTest, NeverReadMeansNeverLocked) {
+TEST_F(LockedMemoryTest, IsNotLockedUnlessRead) {
     { const LockedMemory<void> locked(&allocator_, memory_.data()); }
     EXPECT_EQ(record_->locks, 0);
     EXPECT_EQ(record_->unlocks, 0);
@@ -44,7 +44,7 @@ TEST_F(LockedMemoryTest, ConstMemoryIsLockedForReading) {
     EXPECT_EQ(record_->lastOperation, LOCK_FOR_READ);
 }
 
-TEST_F(LockedMemoryTest, MovingTakesTheLockAlong) {
+TEST_F(LockedMemoryTest, MovingTransfersTheLock) {
     {
         LockedMemory<void> first(&allocator_, memory_.data());
         EXPECT_EQ(first.as<float*>(), memory_.data());
@@ -76,7 +76,7 @@ TEST_F(LockedMemoryTest, TypedMemoryIsIndexed) {
     EXPECT_EQ(memory_[1], 7.5F);
 }
 
-TEST_F(LockedMemoryTest, WithoutAHandleItIsNull) {
+TEST_F(LockedMemoryTest, IsNullWithoutAHandle) {
     const LockedMemory<void> locked(&allocator_, nullptr);
     EXPECT_TRUE(locked == nullptr);
     EXPECT_EQ(locked.as<char*>(), nullptr);

@@ -1,4 +1,4 @@
-// How inputs and outputs are named, and which are shown.
+// How inputs and outputs are named, and which are listed.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -16,7 +16,7 @@ CNNNetwork networkOf(const std::string& text,
     return CNNNetwork(readNetwork(text, weights));
 }
 
-/** The input "x" split in two; the Results show the output ports with these numbers. */
+/** Splits the input "x" in two; the Results take the output ports with these numbers. */
 IrText splitting(int version, const std::vector<int>& shown) {
     IrText text(version);
     const bool named = version > 10;
@@ -32,7 +32,7 @@ IrText splitting(int version, const std::vector<int>& shown) {
     return text;
 }
 
-/** The axis to split on. */
+/** Weights holding the axis to split on. */
 TBlob<std::uint8_t>::Ptr axisOne() {
     return weightsOf<std::int64_t>({1});
 }
@@ -50,7 +50,7 @@ TEST(NamesTest, Version10NamesPortsByTheirLayers) {
     EXPECT_THAT(outputNames(network), ElementsAre("scores"));
 }
 
-TEST(NamesTest, Version10PrefersTheLayerToTensorNames) {
+TEST(NamesTest, Version10PrefersLayerNamesToTensorNames) {
     const std::string text =
         IrText(10)
             .parameter(0, "image", "f32", "1,4", "a_tensor,z_tensor")
@@ -64,7 +64,7 @@ TEST(NamesTest, Version10PrefersTheLayerToTensorNames) {
     EXPECT_THAT(outputNames(network), ElementsAre("scores"));
 }
 
-TEST(NamesTest, Version10NumbersTheOutputsOfALayerThatHasSeveral) {
+TEST(NamesTest, Version10NumbersTheOutputsOfALayerWithSeveral) {
     EXPECT_THAT(outputNames(networkOf(splitting(10, {0, 1}).str(), axisOne())),
                 ElementsAre("split.0", "split.1"));
     EXPECT_THAT(outputNames(networkOf(splitting(10, {1}).str(), axisOne())),
@@ -100,7 +100,7 @@ TEST(NamesTest, Version10NumbersTheOutputsOfTopK) {
     EXPECT_THAT(elementsOf<std::int32_t>(indices), ElementsAre(1, 3));
 }
 
-TEST(NamesTest, EachNumberedOutputGivesItsOwnNumbers) {
+TEST(NamesTest, EachNumberedOutputHasItsOwnValues) {
     const auto request = load(networkOf(splitting(10, {0, 1}).str(), axisOne()));
     const Blob::Ptr left = floats({1, 2});
     const Blob::Ptr right = floats({1, 2});
@@ -112,7 +112,7 @@ TEST(NamesTest, EachNumberedOutputGivesItsOwnNumbers) {
     EXPECT_THAT(elementsOf<float>(right), ElementsAre(3, 4));
 }
 
-TEST(NamesTest, Version10ReadsReferencesInNames) {
+TEST(NamesTest, Version10DecodesReferencesInNames) {
     const std::string text =
         IrText(10)
             .parameter(0, "a&amp;b &lt;1&gt;", "f32", "1,4", "zz")
@@ -160,9 +160,9 @@ TEST(NamesTest, Version11RefusesAnOutputWithoutAName) {
 
 class UnusedInputTest : public testing::TestWithParam<int> {};
 
-TEST_P(UnusedInputTest, IsNeitherShownNorNeeded) {
+TEST_P(UnusedInputTest, IsNeitherListedNorNeeded) {
     const int version = GetParam();
-    // "lonely" feeds nothing; what "lost" feeds reaches no Result.
+    // "a_lonely" feeds nothing; what "lost" feeds reaches no Result.
     const std::string text = IrText(version)
                                  .parameter(0, "a_lonely", "f32", "1,4", "a_lonely,lonely2")
                                  .parameter(1, "lost", "f32", "1,4", "lost")
@@ -188,7 +188,7 @@ TEST_P(UnusedInputTest, IsNeitherShownNorNeeded) {
 
 INSTANTIATE_TEST_SUITE_P(Versions, UnusedInputTest, testing::Values(10, 11));
 
-TEST(NamesTest, AnOutputThatTwoResultsShowIsListedOnce) {
+TEST(NamesTest, AnOutputOfTwoResultsIsListedOnce) {
     const std::string text = IrText(10)
                                  .parameter(0, "x", "f32", "1,4")
                                  .layer(1, "y", "ReLU", "", "f32", {"1,4"}, {{"1,4", ""}})
@@ -208,7 +208,7 @@ TEST(NamesTest, AnOutputThatTwoResultsShowIsListedOnce) {
     EXPECT_THAT(elementsOf<float>(output), ElementsAre(1, 0, 3, 0));
 }
 
-TEST(NamesTest, InputsAreBoundByNameAndNotByOrder) {
+TEST(NamesTest, InputsAreBoundByNameNotByOrder) {
     const std::string text =
         IrText(11)
             .parameter(0, "zebra", "f32", "1,2", "zebra")
@@ -230,7 +230,7 @@ TEST(NamesTest, InputsAreBoundByNameAndNotByOrder) {
     EXPECT_THAT(elementsOf<float>(output), ElementsAre(9, 18));
 }
 
-TEST(NamesTest, WhereInputAndOutputShareANameTheInputIsSetFirst) {
+TEST(NamesTest, IfInputAndOutputShareANameTheInputIsSetFirst) {
     const std::string text =
         IrText(10).parameter(0, "x", "f32", "1,2").result(1, "1,2").edge(0, 0, 1, 0).str();
     const CNNNetwork network = networkOf(text);

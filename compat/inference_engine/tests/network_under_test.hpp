@@ -10,7 +10,7 @@
 
 namespace InferenceEngine {
 
-/** A blob with these elements, allocated by itself. */
+/** A blob with its own memory that holds these elements. */
 template <class T>
 Blob::Ptr blobOf(const Precision& precision, const SizeVector& dims,
                  const std::vector<T>& elements) {
@@ -51,7 +51,7 @@ inline TBlob<std::uint8_t>::Ptr noWeights() {
 
 std::shared_ptr<ICNNNetReader> makeReader();
 
-/** What reading gave: OK, or the failure and its text. */
+/** The result of reading: OK, or the failure and its text. */
 struct ReadingResult {
     StatusCode status;
     std::string text;
@@ -59,7 +59,7 @@ struct ReadingResult {
 ReadingResult tryReading(ICNNNetReader& reader, const std::string& network,
                          const TBlob<std::uint8_t>::Ptr& weights = noWeights());
 
-/** A reader that has read the network; throws if it can't. */
+/** Returns a reader that has read the network; throws if it fails. */
 std::shared_ptr<ICNNNetReader> readNetwork(const std::string& network,
                                            const TBlob<std::uint8_t>::Ptr& weights = noWeights());
 

@@ -29,7 +29,7 @@ TEST(PrecisionTest, IsUnspecifiedByDefault) {
     EXPECT_EQ(Precision().getPrecVal(), 255);
 }
 
-TEST(PrecisionTest, SizeIsThatOfOneElement) {
+TEST(PrecisionTest, SizeMatchesOneElement) {
     EXPECT_EQ(Precision(Precision::FP32).size(), 4U);
     EXPECT_EQ(Precision(Precision::FP16).size(), 2U);
     EXPECT_EQ(Precision(Precision::Q78).size(), 2U);
@@ -43,38 +43,33 @@ TEST(PrecisionTest, SizeIsThatOfOneElement) {
     EXPECT_EQ(Precision(Precision::I64).size(), 8U);
 }
 
-TEST(PrecisionTest, SizeThrowsForAPrecisionWithoutOne) {
+TEST(PrecisionTest, SizeThrowsForAPrecisionWithoutASize) {
     EXPECT_THROW(Precision(Precision::UNSPECIFIED).size(), details::InferenceEngineException);
     EXPECT_THROW(Precision(Precision::MIXED).size(), details::InferenceEngineException);
     EXPECT_THROW(Precision(Precision::CUSTOM).size(), details::InferenceEngineException);
 }
 
-TEST(PrecisionTest, NameIsThatOfTheEnumeration) {
+TEST(PrecisionTest, NameMatchesTheEnumeration) {
     EXPECT_STREQ(Precision(Precision::FP32).name(), "FP32");
     EXPECT_STREQ(Precision(Precision::BOOL).name(), "BOOL");
     EXPECT_STREQ(Precision(Precision::UNSPECIFIED).name(), "UNSPECIFIED");
 }
 
-template <Precision::ePrecision P>
-bool storesItsOwnType() {
-    return Precision(P).hasStorageType<typename PrecisionTrait<P>::value_type>();
+TEST(PrecisionTest, StoresTheTypeOfItsElements) {
+    EXPECT_TRUE(Precision(Precision::FP32).hasStorageType<float>());
+    EXPECT_TRUE(Precision(Precision::FP16).hasStorageType<std::int16_t>());
+    EXPECT_TRUE(Precision(Precision::Q78).hasStorageType<std::uint16_t>());
+    EXPECT_TRUE(Precision(Precision::I16).hasStorageType<std::int16_t>());
+    EXPECT_TRUE(Precision(Precision::U16).hasStorageType<std::uint16_t>());
+    EXPECT_TRUE(Precision(Precision::U8).hasStorageType<std::uint8_t>());
+    EXPECT_TRUE(Precision(Precision::BOOL).hasStorageType<std::uint8_t>());
+    EXPECT_TRUE(Precision(Precision::I8).hasStorageType<std::int8_t>());
+    EXPECT_TRUE(Precision(Precision::BIN).hasStorageType<std::int8_t>());
+    EXPECT_TRUE(Precision(Precision::I32).hasStorageType<std::int32_t>());
+    EXPECT_TRUE(Precision(Precision::I64).hasStorageType<std::int64_t>());
 }
 
-TEST(PrecisionTest, StoresTheTypeOfItsTrait) {
-    EXPECT_TRUE(storesItsOwnType<Precision::FP32>());
-    EXPECT_TRUE(storesItsOwnType<Precision::FP16>());
-    EXPECT_TRUE(storesItsOwnType<Precision::Q78>());
-    EXPECT_TRUE(storesItsOwnType<Precision::I16>());
-    EXPECT_TRUE(storesItsOwnType<Precision::U16>());
-    EXPECT_TRUE(storesItsOwnType<Precision::U8>());
-    EXPECT_TRUE(storesItsOwnType<Precision::BOOL>());
-    EXPECT_TRUE(storesItsOwnType<Precision::I8>());
-    EXPECT_TRUE(storesItsOwnType<Precision::BIN>());
-    EXPECT_TRUE(storesItsOwnType<Precision::I32>());
-    EXPECT_TRUE(storesItsOwnType<Precision::I64>());
-}
-
-TEST(PrecisionTest, StoresNoTypeOfAnotherKind) {
+TEST(PrecisionTest, DoesNotStoreOtherTypes) {
     EXPECT_FALSE(Precision(Precision::FP32).hasStorageType<std::int32_t>());
     EXPECT_FALSE(Precision(Precision::I32).hasStorageType<float>());
     EXPECT_FALSE(Precision(Precision::I8).hasStorageType<std::uint8_t>());

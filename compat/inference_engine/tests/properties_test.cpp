@@ -1,4 +1,4 @@
-// What the runtime tells, under the names of the interface.
+// What the runtime reports, under the interface's names.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -25,7 +25,7 @@ std::string configOf(const ExecutableNetwork& network, const char* name) {
     return network.GetConfig(name).as<std::string>();
 }
 
-TEST(PropertiesTest, OfALoadedNetworkAreThoseItWasLoadedWith) {
+TEST(PropertiesTest, ALoadedNetworkReportsItsConfiguration) {
     const ExecutableNetwork network =
         loaded({{"INFERENCE_NUM_THREADS", "1"}, {"NUM_STREAMS", "1"}});
     EXPECT_THAT(configOf(network, "CPU_THREADS_NUM"), StrEq("1"));
@@ -33,23 +33,23 @@ TEST(PropertiesTest, OfALoadedNetworkAreThoseItWasLoadedWith) {
     EXPECT_THAT(configOf(network, "INFERENCE_PRECISION_HINT"), StrEq("f32"));
 }
 
-TEST(PropertiesTest, OfANetworkLoadedWithoutConfigurationSaySinglePrecision) {
+TEST(PropertiesTest, ANetworkLoadedWithoutConfigurationReportsSinglePrecision) {
     EXPECT_THAT(configOf(loaded(), "INFERENCE_PRECISION_HINT"), StrEq("f32"));
 }
 
-TEST(PropertiesTest, OfADeviceSaySinglePrecisionBeforeAnythingIsLoaded) {
+TEST(PropertiesTest, ADeviceReportsSinglePrecisionBeforeAnythingIsLoaded) {
     EXPECT_THAT(Core().GetConfig("CPU", "INFERENCE_PRECISION_HINT").as<std::string>(),
                 StrEq("f32"));
 }
 
-TEST(PropertiesTest, OfADeviceNameItAndWhatItCanDo) {
+TEST(PropertiesTest, ADeviceReportsItsNameAndCapabilities) {
     const Core core;
     EXPECT_THAT(core.GetMetric("CPU", "FULL_DEVICE_NAME").as<std::string>(), Not(IsEmpty()));
     EXPECT_THAT(core.GetMetric("CPU", "OPTIMIZATION_CAPABILITIES").as<std::vector<std::string>>(),
                 AllOf(Contains("FP32"), Not(Contains(HasSubstr(" ")))));
 }
 
-TEST(PropertiesTest, ThatNobodyKnowsAreRefusedNamingThem) {
+TEST(PropertiesTest, UnknownPropertiesAreRefusedByName) {
     const Core core;
     EXPECT_THAT([&] { core.GetConfig("CPU", "COLOUR"); },
                 ThrowsMessage<General>(HasSubstr("COLOUR")));
@@ -61,7 +61,7 @@ TEST(PropertiesTest, ThatNobodyKnowsAreRefusedNamingThem) {
     EXPECT_THAT([&] { network.GetConfig("COLOUR"); }, ThrowsMessage<General>(HasSubstr("COLOUR")));
 }
 
-TEST(PropertiesTest, OfTheEngineNameItsBuild) {
+TEST(PropertiesTest, TheEngineReportsItsBuild) {
     const Version* const version = GetInferenceEngineVersion();
     ASSERT_NE(version, nullptr);
     EXPECT_THAT(version->buildNumber, HasSubstr("."));

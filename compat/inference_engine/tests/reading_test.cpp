@@ -1,4 +1,4 @@
-// What the reader takes and refuses.
+// What the reader accepts and refuses.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -17,7 +17,7 @@ using testing::IsEmpty;
 using testing::Not;
 using testing::StartsWith;
 
-TEST(ReadingTest, PaddingBehindTheTextIsAccepted) {
+TEST(ReadingTest, PaddingAfterTheTextIsAccepted) {
     const std::string text = doublingNetwork();
     const std::vector<std::string> paddings{std::string(16, '\0'), std::string(16, '\x10'),
                                             std::string(1, '\x01'), " \r\n\t", "plain text"};
@@ -26,12 +26,12 @@ TEST(ReadingTest, PaddingBehindTheTextIsAccepted) {
     }
 }
 
-TEST(ReadingTest, BlanksAndAByteOrderMarkBeforeTheTextAreAccepted) {
+TEST(ReadingTest, WhitespaceOrAByteOrderMarkBeforeTheTextIsAccepted) {
     EXPECT_EQ(tryReading(*makeReader(), " \n" + doublingNetwork()).text, "");
     EXPECT_EQ(tryReading(*makeReader(), "\xEF\xBB\xBF" + doublingNetwork()).text, "");
 }
 
-TEST(ReadingTest, WhatIsNoTextIsRefusedAtOnce) {
+TEST(ReadingTest, ContentThatIsNotTextIsRefusedImmediately) {
     const auto reader = makeReader();
     ResponseDesc response;
     for (const std::string& text : {std::string(), std::string("  \n"),
@@ -50,13 +50,13 @@ TEST(ReadingTest, MalformedTextIsRefusedWithTheRuntimesReason) {
                 AllOf(StartsWith("Error parsing"), Not(HasSubstr("src/")), Not(HasSubstr("\n"))));
 }
 
-TEST(ReadingTest, TextOfSomethingElseIsRefused) {
+TEST(ReadingTest, TextThatIsNotANetworkIsRefused) {
     const ReadingResult result = tryReading(*makeReader(), "<html><body/></html>");
     EXPECT_EQ(result.status, GENERAL_ERROR);
     EXPECT_THAT(result.text, Not(IsEmpty()));
 }
 
-TEST(ReadingTest, TooShortWeightsAreRefused) {
+TEST(ReadingTest, WeightsThatAreTooShortAreRefused) {
     const ReadingResult result =
         tryReading(*makeReader(), addingNetwork(), weightsOf<float>({1, 2, 3}));
     EXPECT_EQ(result.status, GENERAL_ERROR);
@@ -69,7 +69,7 @@ TEST(ReadingTest, WeightsLongerThanNeededAreAccepted) {
               "");
 }
 
-TEST(ReadingTest, ANetworkWithoutConstantsTakesWeightsOfZeroBytes) {
+TEST(ReadingTest, ANetworkWithoutConstantsAcceptsEmptyWeights) {
     const auto request = load(CNNNetwork(readNetwork(doublingNetwork(), noWeights())));
     const Blob::Ptr output = floats({1, 4});
     request->SetBlob("x", floats({1, 4}, {1, 2, 3, 4}));
@@ -100,7 +100,7 @@ TEST(ReadingTest, WeightsWithoutMemoryAreRefused) {
     EXPECT_EQ(tryReading(*makeReader(), addingNetwork(), unallocated).status, NOT_ALLOCATED);
 }
 
-TEST(ReadingTest, MayStartAgainAfterAFailure) {
+TEST(ReadingTest, CanStartAgainAfterAFailure) {
     const auto reader = makeReader();
     EXPECT_NE(tryReading(*reader, "<net").status, OK);
     EXPECT_NE(tryReading(*reader, addingNetwork(), noWeights()).status, OK);
@@ -117,7 +117,7 @@ TEST(ReadingTest, ReadsOnlyOneNetwork) {
     EXPECT_EQ(reader->getNetwork(nullptr), network);
 }
 
-TEST(ReadingTest, TheTextMayGoAfterReadNetwork) {
+TEST(ReadingTest, TheTextMayBeFreedAfterReadNetwork) {
     const auto reader = makeReader();
     std::string text = doublingNetwork();
     ASSERT_EQ(reader->ReadNetwork(text.data(), text.size(), nullptr), OK);
@@ -160,7 +160,7 @@ TEST(ReadingTest, AnElementTypeWithoutAPrecisionIsRefusedNamingTheInput) {
     EXPECT_THAT(result.text, StartsWith("Input \"x\" has an element type"));
 }
 
-TEST(ReadingTest, ReadersOfSeveralThreadsDoNotDisturbEachOther) {
+TEST(ReadingTest, ReadersOnSeveralThreadsDoNotDisturbEachOther) {
     std::vector<std::thread> threads;
     threads.reserve(8);
     std::vector<ReadingResult> results(8, {UNEXPECTED, "not run"});

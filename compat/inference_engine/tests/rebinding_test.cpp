@@ -1,4 +1,4 @@
-// When the runtime is told about a blob, and when it knows already.
+// When a blob is bound in the runtime, and when it is bound already.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -45,9 +45,9 @@ protected:
     std::array<float, 4> output_{};
 };
 
-TEST_F(RebindingTest, IsSkippedWhenNothingChanged) {
+TEST_F(RebindingTest, IsSkippedIfNothingChanged) {
     for (int round = 0; round < 3; ++round) {
-        // New blobs over the same memory, as a prediction makes them.
+        // New blobs over the same memory, as a prediction creates them.
         set("x", over(input_));
         set("y", over(output_));
         input_[0] = static_cast<float>(round);
@@ -57,7 +57,7 @@ TEST_F(RebindingTest, IsSkippedWhenNothingChanged) {
     EXPECT_EQ(request_->bindings(), 2U);
 }
 
-TEST_F(RebindingTest, IsNeverSkippedWhenTheMemoryChanged) {
+TEST_F(RebindingTest, IsNeverSkippedIfTheMemoryChanged) {
     std::array<float, 4> otherInput{10, 20, 30, 40};
     std::array<float, 4> otherOutput{};
     set("x", over(input_));
@@ -77,7 +77,7 @@ TEST_F(RebindingTest, IsNeverSkippedWhenTheMemoryChanged) {
     EXPECT_EQ(request_->bindings(), 4U);
 }
 
-TEST_F(RebindingTest, ABlobThatAllocatedAnewIsBoundAnew) {
+TEST_F(RebindingTest, ABlobOverOtherMemoryIsBoundAgain) {
     std::array<float, 4> otherInput{10, 20, 30, 40};
     set("x", over(input_));
     set("x", over(otherInput));
@@ -88,7 +88,7 @@ TEST_F(RebindingTest, ABlobThatAllocatedAnewIsBoundAnew) {
     EXPECT_THAT(output_, ElementsAre(2, 4, 6, 8));
 }
 
-TEST_F(RebindingTest, TheBlobSetLastCounts) {
+TEST_F(RebindingTest, TheLastBlobSetIsUsed) {
     std::array<float, 4> otherOutput{};
     set("x", over(input_));
     set("y", over(otherOutput));

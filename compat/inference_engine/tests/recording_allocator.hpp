@@ -1,4 +1,4 @@
-// An allocator that tells what was asked of it.
+// An allocator that records its calls.
 #pragma once
 
 #include <cstddef>
@@ -11,8 +11,8 @@
 
 namespace InferenceEngine {
 
-/** Heap memory. What is given back is first filled with a value that no network in the tests works
- * with. */
+/** Allocates from the heap. Fills freed memory with a value that gives wrong results in every
+ * network of the tests. */
 class RecordingAllocator final : public IAllocator {
 public:
     struct Record {

@@ -1,4 +1,4 @@
-// Whose text a failure of the runtime brings.
+// Which text a failure of the runtime comes with.
 #include "runtime_call.hpp"
 
 #include <gmock/gmock.h>
@@ -42,13 +42,13 @@ protected:
     const std::shared_ptr<ov_core_t> core_ = sharedCore();
 };
 
-TEST_F(RuntimeCallTest, SuccessPasses) {
+TEST_F(RuntimeCallTest, SuccessThrowsNothing) {
     EXPECT_NO_THROW(check([] { return ::OK; }));
     EXPECT_NO_THROW(checkRepeating([] { return ::OK; }));
     EXPECT_EQ(attempt([] { return ::OK; }), ::OK);
 }
 
-TEST_F(RuntimeCallTest, AFailureBringsItsText) {
+TEST_F(RuntimeCallTest, AFailureHasItsOwnText) {
     EXPECT_THAT(textOf([&] { check([&] { return failNaming(*core_, "MINE"); }); }),
                 HasSubstr("MINE"));
     EXPECT_THAT(textOf([&] { checkRepeating([&] { return failNaming(*core_, "MINE"); }); }),
@@ -56,7 +56,7 @@ TEST_F(RuntimeCallTest, AFailureBringsItsText) {
     EXPECT_NE(attempt([&] { return failNaming(*core_, "MINE"); }), ::OK);
 }
 
-TEST_F(RuntimeCallTest, ARefusedParameterDoesNotBringTheTextOfAnEarlierFailure) {
+TEST_F(RuntimeCallTest, ARefusedParameterDoesNotHaveTheTextOfAnEarlierFailure) {
     EXPECT_NE(attempt([&] { return failNaming(*core_, "EARLIER"); }), ::OK);
     const std::string text = textOf([] { check([] { return ov_core_create(nullptr); }); });
     EXPECT_THAT(text, StartsWith("OpenVINO: "));
@@ -64,7 +64,7 @@ TEST_F(RuntimeCallTest, ARefusedParameterDoesNotBringTheTextOfAnEarlierFailure) 
 }
 
 // As if another thread had failed just before the text was read.
-TEST_F(RuntimeCallTest, ATextThatAnotherCallHasReplacedIsNotBrought) {
+TEST_F(RuntimeCallTest, ATextReplacedByAnotherCallIsNotReported) {
     const std::string text = textOf([&] {
         check([&] {
             const ov_status_e status = failNaming(*core_, "MINE");
@@ -76,7 +76,7 @@ TEST_F(RuntimeCallTest, ATextThatAnotherCallHasReplacedIsNotBrought) {
     EXPECT_THAT(text, Not(HasSubstr("ANOTHER")));
 }
 
-TEST_F(RuntimeCallTest, ACallThatMayBeRepeatedBringsItsTextAllTheSame) {
+TEST_F(RuntimeCallTest, ARepeatableCallStillHasItsOwnText) {
     int calls = 0;
     const std::string text = textOf([&] {
         checkRepeating([&] {
@@ -104,8 +104,8 @@ TEST_F(RuntimeCallTest, ARepeatedCallMaySucceed) {
     EXPECT_EQ(calls, 2);
 }
 
-// Until then it might have been the one that failed last. With patience for the busiest machine.
-TEST_F(RuntimeCallTest, AFailureWaitsForACallThatIsUnderWay) {
+// Until it ends, that call might have been the last to fail. The limit suits the busiest machine.
+TEST_F(RuntimeCallTest, AFailureWaitsForACallInProgress) {
     std::promise<void> begun;
     std::promise<void> end;
     std::thread other([&] {
@@ -126,7 +126,7 @@ TEST_F(RuntimeCallTest, AFailureWaitsForACallThatIsUnderWay) {
     other.join();
 }
 
-TEST_F(RuntimeCallTest, AFailureDoesNotWaitForEver) {
+TEST_F(RuntimeCallTest, AFailureDoesNotWaitForever) {
     std::promise<void> begun;
     std::promise<void> end;
     std::thread other([&] {

@@ -1,4 +1,4 @@
-// What SetBlob takes and refuses.
+// What SetBlob accepts and refuses.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -49,7 +49,7 @@ TEST_F(SetBlobTest, RefusesABlobWithoutElements) {
     EXPECT_THROW(request_->SetBlob("y", floats({0})), ParameterMismatch);
 }
 
-TEST_F(SetBlobTest, RefusesAnotherElementCount) {
+TEST_F(SetBlobTest, RefusesADifferentElementCount) {
     EXPECT_THAT(
         [&] {
             request_->SetBlob("x", floats({1, 3}));
@@ -59,7 +59,7 @@ TEST_F(SetBlobTest, RefusesAnotherElementCount) {
     EXPECT_THROW(request_->SetBlob("y", floats({2, 4})), ParameterMismatch);
 }
 
-TEST_F(SetBlobTest, RefusesAnotherPrecision) {
+TEST_F(SetBlobTest, RefusesADifferentPrecision) {
     EXPECT_THAT(
         [&] {
             request_->SetBlob("x", blobOf<std::int32_t>(Precision::I32, {1, 4}, {}));
@@ -69,8 +69,8 @@ TEST_F(SetBlobTest, RefusesAnotherPrecision) {
                  ParameterMismatch);
 }
 
-TEST_F(SetBlobTest, RefusesElementsSmallerThanThePrecisionSays) {
-    // Made past make_shared_blob, which would have refused it.
+TEST_F(SetBlobTest, RefusesElementsSmallerThanThePrecision) {
+    // Created without make_shared_blob, which would have refused it.
     const auto blob =
         std::make_shared<TBlob<std::uint8_t>>(TensorDesc(Precision::FP32, {1, 4}, NC));
     blob->allocate();
@@ -102,7 +102,7 @@ TEST_F(SetBlobTest, ARefusalEndsTheRound) {
     EXPECT_THAT(elementsOf<float>(output), ElementsAre(2, 4, 6, 8));
 }
 
-TEST_F(SetBlobTest, TakesNoCopy) {
+TEST_F(SetBlobTest, MakesNoCopy) {
     std::array<float, 4> input{};
     std::array<float, 4> output{};
     const TensorDesc desc(Precision::FP32, {1, 4}, NC);
@@ -113,7 +113,7 @@ TEST_F(SetBlobTest, TakesNoCopy) {
     EXPECT_THAT(output, ElementsAre(10, 12, 14, 16));
 }
 
-TEST(ScalarTest, InputsAndOutputsWithoutDimensionsAreOneElement) {
+TEST(ScalarTest, InputsAndOutputsWithoutDimensionsHaveOneElement) {
     for (const int version : {10, 11}) {
         const std::string text = IrText(version)
                                      .parameter(0, "x", "f32", "", "x")

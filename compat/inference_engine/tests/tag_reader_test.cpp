@@ -5,7 +5,7 @@
 namespace InferenceEngine::runtime {
 namespace {
 
-/** All tags of a text, one character for the kind and then the name. */
+/** Returns all tags of a text: one character for the kind, then the name. */
 std::string tagsOf(std::string_view text) {
     std::string tags;
     TagReader reader(text);
@@ -16,11 +16,11 @@ std::string tagsOf(std::string_view text) {
     return tags;
 }
 
-TEST(TagReaderTest, TellsOpenCloseAndEmptyTags) {
+TEST(TagReaderTest, DistinguishesOpenCloseAndEmptyTags) {
     EXPECT_EQ(tagsOf("<net a='1'><layer/><data b=\"2\" /></net >"), " +net .layer .data -net");
 }
 
-TEST(TagReaderTest, SkipsWhatIsNoTag) {
+TEST(TagReaderTest, SkipsEverythingThatIsNotATag) {
     EXPECT_EQ(tagsOf("\xEF\xBB\xBF<?xml version=\"1.0\"?><!DOCTYPE net> text "
                      "<a><!-- <b> --><![CDATA[<c>]]></a>"),
               " +a -a");
@@ -30,7 +30,7 @@ TEST(TagReaderTest, AQuotedBracketDoesNotEndATag) {
     EXPECT_EQ(tagsOf("<a x=\"1>2\" y='>'/><b/>"), " .a .b");
 }
 
-TEST(TagReaderTest, StopsWhereTheTextBreaksOff) {
+TEST(TagReaderTest, StopsWhereTheTextIsCutOff) {
     EXPECT_EQ(tagsOf("<a><b x=\"1"), " +a");
     EXPECT_EQ(tagsOf("<a><!-- never closed"), " +a");
     EXPECT_EQ(tagsOf("<a><![CDATA[ never closed"), " +a");
@@ -38,7 +38,7 @@ TEST(TagReaderTest, StopsWhereTheTextBreaksOff) {
     EXPECT_EQ(tagsOf(""), "");
 }
 
-TEST(TagReaderTest, FindsAttributesByTheirWholeName) {
+TEST(TagReaderTest, FindsAttributesByTheirFullName) {
     TagReader reader(R"(<edge from-layer = "3" layer='4' id="a=b" from-port="0"/>)");
     const auto tag = reader.next();
     ASSERT_TRUE(tag);
@@ -64,7 +64,7 @@ TEST(DecodeReferencesTest, ReplacesNamedAndNumberedCharacters) {
     EXPECT_EQ(decodeReferences("&#xE9;&#x20AC;&#x1F600;"), "\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80");
 }
 
-TEST(DecodeReferencesTest, LeavesWhatIsNoReference) {
+TEST(DecodeReferencesTest, KeepsEverythingThatIsNotAReference) {
     EXPECT_EQ(decodeReferences("a & b"), "a & b");
     EXPECT_EQ(decodeReferences("&unknown; &#x110000; &#; &#12x;"),
               "&unknown; &#x110000; &#; &#12x;");
@@ -77,8 +77,8 @@ TEST(DecodeReferencesTest, ReferencesEndAtTheNextAmpersand) {
     EXPECT_EQ(decodeReferences("&;&#&#65&#65;&"), "&;&#&#65A&");
 }
 
-// Minutes, if each of them were followed to the end of the text.
-TEST(DecodeReferencesTest, TakesLongTextsOfAmpersands) {
+// This would take minutes if each one were followed to the end of the text.
+TEST(DecodeReferencesTest, HandlesLongTextsOfAmpersandsQuickly) {
     const std::string ampersands(2 << 20, '&');
     EXPECT_EQ(decodeReferences(ampersands), ampersands);
     EXPECT_EQ(decodeReferences(ampersands + "amp;"), ampersands);

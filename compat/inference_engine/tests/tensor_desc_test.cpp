@@ -5,7 +5,7 @@
 namespace InferenceEngine {
 namespace {
 
-TEST(TensorDescTest, GivesBackWhatItWasMadeFrom) {
+TEST(TensorDescTest, StoresItsArguments) {
     TensorDesc desc(Precision::FP32, {1, 3, 224, 224}, NCHW);
     EXPECT_EQ(desc.getDims(), (SizeVector{1, 3, 224, 224}));
     EXPECT_EQ(desc.getLayout(), NCHW);
@@ -14,7 +14,7 @@ TEST(TensorDescTest, GivesBackWhatItWasMadeFrom) {
     EXPECT_TRUE(desc.getPrecision() == Precision::I8);
 }
 
-TEST(TensorDescTest, DefaultLayoutGoesByTheRank) {
+TEST(TensorDescTest, DefaultLayoutDependsOnTheRank) {
     EXPECT_EQ(TensorDesc::getLayoutByDims({}), SCALAR);
     EXPECT_EQ(TensorDesc::getLayoutByDims({2}), C);
     EXPECT_EQ(TensorDesc::getLayoutByDims({2, 2}), NC);
@@ -24,7 +24,7 @@ TEST(TensorDescTest, DefaultLayoutGoesByTheRank) {
     EXPECT_EQ(TensorDesc::getLayoutByDims({2, 2, 2, 2, 2, 2}), BLOCKED);
 }
 
-TEST(TensorDescTest, ThrowsForALayoutOfAnotherRank) {
+TEST(TensorDescTest, ThrowsForALayoutOfTheWrongRank) {
     EXPECT_THROW(TensorDesc(Precision::FP32, {1}, SCALAR), details::InferenceEngineException);
     EXPECT_THROW(TensorDesc(Precision::FP32, {}, C), details::InferenceEngineException);
     for (const Layout layout : {HW, NC, CN}) {

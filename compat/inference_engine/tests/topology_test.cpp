@@ -52,14 +52,14 @@ TEST(TopologyTest, LayersAreFoundByTheNamesOfTheirTensors) {
                 UnorderedElementsAre(Pair("b", "s.1"), Pair("c", "s.1"), Pair("s.1", "s.1")));
 }
 
-TEST(TopologyTest, LaterVersionsNameTheirPortsThemselves) {
+TEST(TopologyTest, LaterVersionsNameTheirOwnPorts) {
     const Topology topology = readTopology(doublingNetwork(11));
     EXPECT_THAT(topology.inputs, IsEmpty());
     EXPECT_THAT(topology.outputs, IsEmpty());
     EXPECT_THAT(topology.unusedInputs, IsEmpty());
 }
 
-TEST(TopologyTest, UnusedInputsAreKnownByAllTheirNames) {
+TEST(TopologyTest, UnusedInputsAreListedByAllTheirNames) {
     const auto network = [](int version) {
         return IrText(version).parameter(0, "layer", "f32", "4", "one,two\\,three").str();
     };
@@ -77,7 +77,7 @@ TEST(TopologyTest, AnInputThatOnlyFeedsAStateIsUsed) {
     EXPECT_THAT(topology.unusedInputs, IsEmpty());
 }
 
-TEST(TopologyTest, BodiesOfLayersAreNotTheNetwork) {
+TEST(TopologyTest, BodiesOfLayersAreNotPartOfTheNetwork) {
     const Topology topology = readTopology(
         "<net version=\"10\"><layers>"
         "<layer id=\"0\" name=\"in\" type=\"Parameter\"><output><port id=\"0\"/></output></layer>"
@@ -119,13 +119,14 @@ TEST(TopologyTest, EdgesToUnknownLayersAndLoopsAreHarmless) {
     EXPECT_THAT(topology.outputs, ElementsAre(Pair("a", "a")));
 }
 
-TEST(TopologyTest, TextThatIsNoNetworkHasNothing) {
+TEST(TopologyTest, TextThatIsNotANetworkHasNoPorts) {
     EXPECT_THAT(readTopology("").inputs, IsEmpty());
     EXPECT_THAT(readTopology("</net><layers><port id=\"1\"/>").inputs, IsEmpty());
     EXPECT_THAT(readTopology("<net><layers><x><output><port id=\"1\"/>").inputs, IsEmpty());
 }
 
-/** Seconds of the processor, at best, for a layer with so many outputs that all are shown. */
+/** Returns the best processor time, in seconds, for a layer with this many outputs, all of them
+ * used. */
 double secondsFor(int outputs) {
     IrText text(10);
     text.layer(0, "s", "Split", "", "f32", {}, std::vector<IrText::Output>(outputs, {"2", "t"}));
@@ -142,10 +143,10 @@ double secondsFor(int outputs) {
     return best;
 }
 
-// Eight times the outputs would take 64 times as long if each were looked for among all.
-TEST(TopologyTest, TakesTimeInProportionToTheOutputs) {
+// Eight times as many outputs would take 64 times as long if each were searched for among all.
+TEST(TopologyTest, TimeIsProportionalToTheOutputs) {
     [[maybe_unused]] const double seconds = secondsFor(40'000);
-#if !defined(_WIN32)  // where std::clock() counts the time of other programs too
+#if !defined(_WIN32)  // where std::clock() also counts other programs' time
     EXPECT_LT(seconds, 24 * std::max(secondsFor(5'000), 0.002));
 #endif
 }

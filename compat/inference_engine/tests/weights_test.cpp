@@ -13,8 +13,8 @@ using testing::ElementsAre;
 
 class WeightsTest : public testing::Test {
 protected:
-    /** A reader of the adding network; nobody but it holds the weights, which are poisoned when
-     * freed. */
+    /** Returns a reader of the adding network that alone holds the weights, which are poisoned
+     * when freed. */
     std::shared_ptr<ICNNNetReader> readAddingNetwork() {
         const std::vector<float> elements{10, 20, 30, 40};
         const auto weights = make_shared_blob<std::uint8_t>(
@@ -38,19 +38,19 @@ protected:
         std::make_shared<RecordingAllocator::Record>();
 };
 
-TEST_F(WeightsTest, AreSharedAndNotCopied) {
+TEST_F(WeightsTest, WeightsAreSharedAndNotCopied) {
     const auto reader = readAddingNetwork();
     EXPECT_EQ(record_->allocations, 1);
     EXPECT_FALSE(freed());
 }
 
-TEST_F(WeightsTest, GoWithTheReaderWhenNothingWasLoaded) {
+TEST_F(WeightsTest, WeightsAreFreedWithTheReaderIfNothingWasLoaded) {
     auto reader = readAddingNetwork();
     reader.reset();
     EXPECT_TRUE(freed());
 }
 
-TEST_F(WeightsTest, LiveAsLongAsTheLoadedNetwork) {
+TEST_F(WeightsTest, WeightsLiveAsLongAsTheLoadedNetwork) {
     {
         ExecutableNetwork loaded = Core().LoadNetwork(CNNNetwork(readAddingNetwork()), "CPU");
         EXPECT_FALSE(freed());
@@ -60,7 +60,7 @@ TEST_F(WeightsTest, LiveAsLongAsTheLoadedNetwork) {
     EXPECT_TRUE(freed());
 }
 
-TEST_F(WeightsTest, LiveAsLongAsARequest) {
+TEST_F(WeightsTest, WeightsLiveAsLongAsARequest) {
     auto reader = readAddingNetwork();
     InferRequest::Ptr request = load(CNNNetwork(reader));
     reader.reset();
@@ -71,7 +71,7 @@ TEST_F(WeightsTest, LiveAsLongAsARequest) {
     EXPECT_TRUE(freed());
 }
 
-TEST_F(WeightsTest, LiveAsLongAsTheLastOfSeveralRequests) {
+TEST_F(WeightsTest, WeightsLiveAsLongAsTheLastOfSeveralRequests) {
     InferRequest::Ptr first;
     InferRequest::Ptr second;
     {
@@ -86,7 +86,7 @@ TEST_F(WeightsTest, LiveAsLongAsTheLastOfSeveralRequests) {
     EXPECT_TRUE(freed());
 }
 
-TEST_F(WeightsTest, GoAtOnceWhenTheReadingFails) {
+TEST_F(WeightsTest, WeightsAreReleasedImmediatelyIfReadingFails) {
     const auto weights = make_shared_blob<std::uint8_t>(
         TensorDesc(Precision::U8, {8}, ANY), std::make_shared<RecordingAllocator>(record_));
     weights->allocate();

@@ -1,5 +1,5 @@
-// Watches what the copy of a network's text leaves behind. A program of its own, because it
-// replaces the allocation functions.
+// Watches what the copy of a network's text leaves behind. A separate program, because it replaces
+// the allocation functions.
 #include "wiped_text.hpp"
 
 #include <gtest/gtest.h>
@@ -91,7 +91,7 @@ void operator delete[](void* block, const std::nothrow_t& /*tag*/) noexcept {
 namespace InferenceEngine::runtime {
 namespace {
 
-// An odd size, which nothing else in the program has.
+// An unusual size that nothing else in the program has.
 const std::string& secret() {
     static const std::string text = "<net>" + std::string(54321, 's') + "</net>";
     return text;
@@ -134,7 +134,7 @@ TEST(WipedTextTest, IsWipedWhenClearedReplacedAndDestroyed) {
     EXPECT_TRUE(watch.released && watch.wiped);
 }
 
-TEST(NetworkReaderTextTest, IsWipedWithAReaderThatNeverReadsIt) {
+TEST(NetworkReaderTextTest, IsWipedWithAReaderThatNeverParsesIt) {
     auto reader = details::shared_from_irelease(CreateCNNNetReader());
     watchSize(secret().size());
     ASSERT_EQ(reader->ReadNetwork(secret().data(), secret().size(), nullptr), StatusCode::OK);
@@ -143,11 +143,11 @@ TEST(NetworkReaderTextTest, IsWipedWithAReaderThatNeverReadsIt) {
     EXPECT_TRUE(watch.released && watch.wiped);
 }
 
-TEST(NetworkReaderTextTest, IsWipedWhenTheReadingEnds) {
+TEST(NetworkReaderTextTest, IsWipedWhenReadingEnds) {
     auto reader = details::shared_from_irelease(CreateCNNNetReader());
     watchSize(secret().size());
     ASSERT_EQ(reader->ReadNetwork(secret().data(), secret().size(), nullptr), StatusCode::OK);
-    // Without weights the reading fails before the runtime gets to see the text.
+    // Without weights, reading fails before the runtime gets to see the text.
     EXPECT_NE(reader->SetWeights(nullptr, nullptr), StatusCode::OK);
     EXPECT_TRUE(watch.released && watch.wiped);
 }

@@ -44,7 +44,7 @@ private:
     ICNNNetwork* network_;
 };
 
-/** Answers what it is told to answer. */
+/** Returns the configured result. */
 class FakeRequest final : public IInferRequest {
 public:
     void Release() noexcept override {}
@@ -89,7 +89,7 @@ public:
     IInferRequest::Ptr given;
 };
 
-TEST(CNNNetworkTest, OverANullNetworkThrows) {
+TEST(CNNNetworkTest, ANullNetworkThrows) {
     const auto throwsNotInitialized =
         ThrowsMessage<General>(StrEq("CNNNetwork was not initialized."));
     EXPECT_THAT([] { CNNNetwork(std::shared_ptr<ICNNNetwork>()); }, throwsNotInitialized);
@@ -97,17 +97,17 @@ TEST(CNNNetworkTest, OverANullNetworkThrows) {
     EXPECT_THAT([] { CNNNetwork(std::make_shared<FakeReader>(nullptr)); }, throwsNotInitialized);
 }
 
-TEST(CNNNetworkTest, ShowsTheNetworkBehindIt) {
-    const auto behind = std::make_shared<FakeNetwork>();
-    CNNNetwork network{std::shared_ptr<ICNNNetwork>(behind)};
+TEST(CNNNetworkTest, ForwardsToItsNetwork) {
+    const auto inner = std::make_shared<FakeNetwork>();
+    CNNNetwork network{std::shared_ptr<ICNNNetwork>(inner)};
     EXPECT_EQ(network.getInputsInfo().count("in"), 1U);
     EXPECT_EQ(network.getOutputsInfo().count("out"), 1U);
-    EXPECT_EQ(&static_cast<ICNNNetwork&>(network), behind.get());
+    EXPECT_EQ(&static_cast<ICNNNetwork&>(network), inner.get());
 }
 
-TEST(CNNNetworkTest, KeepsTheReaderItCameFrom) {
-    FakeNetwork behind;
-    std::shared_ptr<ICNNNetReader> reader = std::make_shared<FakeReader>(&behind);
+TEST(CNNNetworkTest, KeepsItsReaderAlive) {
+    FakeNetwork inner;
+    std::shared_ptr<ICNNNetReader> reader = std::make_shared<FakeReader>(&inner);
     const std::weak_ptr<ICNNNetReader> watched = reader;
     {
         const CNNNetwork network(reader);
@@ -118,7 +118,7 @@ TEST(CNNNetworkTest, KeepsTheReaderItCameFrom) {
     EXPECT_TRUE(watched.expired());
 }
 
-TEST(InferRequestTest, IsFalseWhenItHoldsNone) {
+TEST(InferRequestTest, IsFalseWithoutARequest) {
     InferRequest request;
     EXPECT_FALSE(static_cast<bool>(request));
     EXPECT_TRUE(!request);
@@ -126,56 +126,56 @@ TEST(InferRequestTest, IsFalseWhenItHoldsNone) {
     EXPECT_THROW(request.SetBlob("in", nullptr), General);
 }
 
-TEST(InferRequestTest, ThrowsTheExceptionOfAFailingStatusWithTheText) {
-    const auto behind = std::make_shared<FakeRequest>();
-    InferRequest request(behind);
+TEST(InferRequestTest, ThrowsTheExceptionOfAFailureStatusWithItsText) {
+    const auto inner = std::make_shared<FakeRequest>();
+    InferRequest request(inner);
     EXPECT_TRUE(static_cast<bool>(request));
     EXPECT_FALSE(!request);
 
-    behind->status = NOT_FOUND;
-    behind->text = "no such port";
+    inner->status = NOT_FOUND;
+    inner->text = "no such port";
     EXPECT_THAT([&] { request.SetBlob("in", nullptr); },
                 ThrowsMessage<NotFound>(StrEq("no such port")));
-    EXPECT_EQ(behind->lastName, "in");
-    behind->status = GENERAL_ERROR;
-    behind->text = "the device failed";
+    EXPECT_EQ(inner->lastName, "in");
+    inner->status = GENERAL_ERROR;
+    inner->text = "the device failed";
     EXPECT_THAT([&] { request.Infer(); }, ThrowsMessage<General>(StrEq("the device failed")));
 }
 
 TEST(InferRequestTest, DoesNotCarryATextIntoTheNextFailure) {
-    const auto behind = std::make_shared<FakeRequest>();
-    InferRequest request(behind);
-    behind->status = UNEXPECTED;
-    behind->text = "first";
+    const auto inner = std::make_shared<FakeRequest>();
+    InferRequest request(inner);
+    inner->status = UNEXPECTED;
+    inner->text = "first";
     EXPECT_THROW(request.Infer(), Unexpected);
-    behind->text = nullptr;
+    inner->text = nullptr;
     EXPECT_THAT([&] { request.Infer(); }, ThrowsMessage<Unexpected>(IsEmpty()));
 }
 
-TEST(ExecutableNetworkTest, GivesARequestOverTheOneOfTheDevice) {
-    const auto behind = std::make_shared<FakeExecutableNetwork>();
-    behind->given = std::make_shared<FakeRequest>();
-    const InferRequest::Ptr request = ExecutableNetwork(behind).CreateInferRequestPtr();
+TEST(ExecutableNetworkTest, WrapsTheDevicesRequest) {
+    const auto inner = std::make_shared<FakeExecutableNetwork>();
+    inner->given = std::make_shared<FakeRequest>();
+    const InferRequest::Ptr request = ExecutableNetwork(inner).CreateInferRequestPtr();
     ASSERT_NE(request, nullptr);
     EXPECT_TRUE(static_cast<bool>(*request));
 }
 
-TEST(ExecutableNetworkTest, ThrowsWhenTheDeviceGivesNoRequest) {
-    const auto behind = std::make_shared<FakeExecutableNetwork>();
-    ExecutableNetwork network(behind);
+TEST(ExecutableNetworkTest, ThrowsIfTheDeviceReturnsNoRequest) {
+    const auto inner = std::make_shared<FakeExecutableNetwork>();
+    ExecutableNetwork network(inner);
     EXPECT_THAT([&] { network.CreateInferRequestPtr(); },
                 ThrowsMessage<General>(StrEq("Internal error: pointer to infer request is null")));
-    behind->status = NETWORK_NOT_LOADED;
+    inner->status = NETWORK_NOT_LOADED;
     EXPECT_THAT([&] { network.CreateInferRequestPtr(); },
                 ThrowsMessage<NetworkNotLoaded>(StrEq("no more requests")));
     EXPECT_THROW(ExecutableNetwork().CreateInferRequestPtr(), General);
 }
 
-TEST(ExecutableNetworkTest, GivesConfigurationValuesOfTheDeviceAndThrowsItsRefusals) {
-    const auto behind = std::make_shared<FakeExecutableNetwork>();
-    const ExecutableNetwork network(behind);
+TEST(ExecutableNetworkTest, ReturnsTheDevicesConfigurationAndThrowsItsRefusals) {
+    const auto inner = std::make_shared<FakeExecutableNetwork>();
+    const ExecutableNetwork network(inner);
     EXPECT_EQ(network.GetConfig("colour").as<std::string>(), "colour of it");
-    behind->status = NOT_FOUND;
+    inner->status = NOT_FOUND;
     EXPECT_THAT([&] { network.GetConfig("colour"); },
                 ThrowsMessage<NotFound>(StrEq("no such value")));
     EXPECT_THROW(ExecutableNetwork().GetConfig("colour"), General);

@@ -12,8 +12,7 @@
 
 namespace InferenceEngine {
 
-/** Memory with a description; whose memory it is, the derived class says. No locking between
- * threads. */
+/** Memory with a description; the derived class determines who owns the memory. Not thread-safe. */
 class Blob {
 public:
     using Ptr = std::shared_ptr<Blob>;
@@ -25,22 +24,22 @@ public:
 
     const TensorDesc& getTensorDesc() const noexcept { return desc_; }
 
-    /** Elements: the product of the dimensions, so 1 without any. */
+    /** The number of elements: the product of the dimensions, so 1 if there are none. */
     std::size_t size() const noexcept { return size_; }
     std::size_t byteSize() const noexcept { return size_ * element_size(); }
     virtual std::size_t element_size() const noexcept = 0;
 
-    /** Takes memory for the described elements, giving back any earlier; without it afterwards on
-     * failure. */
+    /** Allocates memory for the described elements and frees any earlier memory; on failure the
+     * blob has none. */
     virtual void allocate() noexcept = 0;
-    /** Gives the memory back; false if there was none. */
+    /** Frees the memory; false if there was none. */
     virtual bool deallocate() noexcept = 0;
 
     virtual LockedMemory<void> buffer() noexcept = 0;
     virtual LockedMemory<const void> cbuffer() const noexcept = 0;
 
 protected:
-    /** @throws details::InferenceEngineException if the elements are more than memory can hold */
+    /** @throws details::InferenceEngineException if there are more elements than memory can hold */
     explicit Blob(const TensorDesc& desc);
 
 private:
@@ -50,7 +49,7 @@ private:
 
 using BlobMap = std::map<std::string, Blob::Ptr>;
 
-/** A blob whose memory the program itself can read and write; the only kind there is here. */
+/** A blob whose memory the program itself can read and write; the only kind supported here. */
 class MemoryBlob : public Blob {
 public:
     using Ptr = std::shared_ptr<MemoryBlob>;

@@ -8,7 +8,7 @@ namespace InferenceEngine {
 
 using SizeVector = std::vector<std::size_t>;
 
-/** What the noexcept operations of the abstract interfaces answer. */
+/** The result of the noexcept operations of the abstract interfaces. */
 enum StatusCode : int {
     OK = 0,
     GENERAL_ERROR = -1,
@@ -25,9 +25,9 @@ enum StatusCode : int {
     NETWORK_NOT_READ = -12,
 };
 
-/** The text that goes with a failing status. Untouched by an operation that succeeds. */
+/** The text that goes with a failing status. Operations that succeed leave it untouched. */
 struct ResponseDesc {
-    char msg[4096] = {};  // the layout of the interface
+    char msg[4096] = {};  // part of the interface's layout
 };
 
 }  // namespace InferenceEngine

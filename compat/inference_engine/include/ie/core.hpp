@@ -1,4 +1,4 @@
-// The entry to the devices.
+// The entry point to the devices.
 #pragma once
 
 #include <map>
@@ -11,32 +11,33 @@
 
 namespace InferenceEngine {
 
-/** Loads networks on devices. What it loaded may outlive it. Copies share the devices. */
+/** Loads networks on devices. Loaded networks may outlive it. Copies share the devices. */
 class Core {
 public:
     /**
-     * @param configFile a file that lists the devices; the runtime's own list for an empty name
+     * @param configFile only the empty one, for the runtime's own list of devices, is supported
+     * @throws NotImplemented for any other
      * @throws details::InferenceEngineException if the runtime can't start
      */
     explicit Core(const std::string& configFile = {});
 
     /**
-     * Loads the network with the precisions that its inputs and outputs have at this moment.
+     * Loads the network with the current precisions of its inputs and outputs.
      *
-     * @throws the exception of the runtime's status, with its text
+     * @throws the exception for the runtime's status, with its text
      */
     ExecutableNetwork LoadNetwork(CNNNetwork network, const std::string& device,
                                   const std::map<std::string, std::string>& config = {});
 
     /**
-     * A configuration value of a device, as networks are loaded with it.
+     * A configuration value of a device, as it applies to the networks loaded there.
      *
-     * @throws the exception of the runtime's status, for a device or value that is not known
+     * @throws the exception for the runtime's status if the device or value is unknown
      */
     Parameter GetConfig(const std::string& device, const std::string& name) const;
 
-    /** A fact about a device.
-     *  @throws as GetConfig does */
+    /** A property of a device.
+     *  @throws like GetConfig */
     Parameter GetMetric(const std::string& device, const std::string& name) const;
 
 private:

@@ -11,8 +11,8 @@
 namespace InferenceEngine {
 
 /**
- * One port of a network. It belongs to the network, which shares it with whoever asks: a precision
- * set here stays, and the next LoadNetwork of that network takes it. No locking.
+ * One port of a network. The network shares it with its callers: a precision set here persists and
+ * applies to the next LoadNetwork of that network. Not thread-safe.
  */
 class Data {
 public:
@@ -31,9 +31,8 @@ private:
 };
 
 using DataPtr = std::shared_ptr<Data>;
-using CDataPtr = std::shared_ptr<const Data>;
 
-/** An input of a network, through its Data; without one, every accessor throws "Data is empty!". */
+/** An input of a network, described by its Data; accessors throw "Data is empty!" without one. */
 class InputInfo {
 public:
     using Ptr = std::shared_ptr<InputInfo>;

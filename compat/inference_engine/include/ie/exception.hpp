@@ -60,9 +60,9 @@ private:
 };
 
 /**
- * Throws the exception of a failing status.
+ * Throws the exception for a failing status.
  *
- * @param status any code; a failing one without a class of its own gives InferenceEngineException
+ * @param status any code; one without an exception class throws InferenceEngineException
  * @param message the text of the exception; null counts as empty
  */
 [[noreturn]] void extract_exception(StatusCode status, char* message);

@@ -11,7 +11,7 @@
 
 namespace InferenceEngine {
 
-/** A loaded network; the requests made from it keep alive what they need of it. */
+/** A loaded network; its requests keep alive whatever parts of it they need. */
 class IExecutableNetwork : public details::IRelease {
 public:
     using Ptr = std::shared_ptr<IExecutableNetwork>;
@@ -25,19 +25,19 @@ protected:
     ~IExecutableNetwork() override = default;
 };
 
-/** A handle on a loaded network, whose failures it throws; copies share it. */
+/** A handle to a loaded network that throws its failures; copies share the network. */
 class ExecutableNetwork {
 public:
     ExecutableNetwork() = default;
     explicit ExecutableNetwork(IExecutableNetwork::Ptr network);
 
-    /** @throws the exception of the status, or the general one where the device gave no request */
+    /** @throws the exception for the status, or the general one if the device returns no request */
     InferRequest::Ptr CreateInferRequestPtr();
 
     /**
-     * A configuration value as the network was loaded with it.
+     * A configuration value that the network was loaded with.
      *
-     * @throws the exception of the status, for a value that is not known
+     * @throws the exception for the status if the value is unknown
      */
     Parameter GetConfig(const std::string& name) const;
 

@@ -11,8 +11,8 @@
 namespace InferenceEngine {
 
 /**
- * One execution at a time of a loaded network. Blobs are bound without a copy. For one thread at a
- * time; failures come as a status with a text in the response, where one is given.
+ * Executes a loaded network, one run at a time. Blobs are bound without copying. Use it from one
+ * thread at a time. A failure is reported as a status, with a text in the response if there is one.
  */
 class IInferRequest : public details::IRelease {
 public:
@@ -21,15 +21,15 @@ public:
     virtual StatusCode SetBlob(const char* name, const Blob::Ptr& blob,
                                ResponseDesc* response) noexcept = 0;
 
-    /** Runs the network on the blobs set since the last run, and lets go of them, also when it
-     * fails. */
+    /** Runs the network on the blobs set since the last run, then releases them, even on failure.
+     */
     virtual StatusCode Infer(ResponseDesc* response) noexcept = 0;
 
 protected:
     ~IInferRequest() override = default;
 };
 
-/** A handle on a request, whose failures it throws; false when it holds none. */
+/** A handle to a request that throws its failures; converts to false if it holds none. */
 class InferRequest {
 public:
     using Ptr = std::shared_ptr<InferRequest>;
@@ -37,10 +37,10 @@ public:
     InferRequest() = default;
     explicit InferRequest(IInferRequest::Ptr request);
 
-    /** @throws the exception of the status: unknown name, or a blob that does not fit the port */
+    /** @throws the exception for the status: unknown name, or a blob that does not fit the port */
     void SetBlob(const std::string& name, const Blob::Ptr& blob);
 
-    /** @throws the exception of the status: a port without a blob, or a failure of the device */
+    /** @throws the exception for the status: a port without a blob, or a failure of the device */
     void Infer();
 
     explicit operator bool() const noexcept { return request_ != nullptr; }
@@ -51,8 +51,7 @@ private:
     IInferRequest& request() const;
 
     IInferRequest::Ptr request_;
-    // Kept, and not made for each call, because filling it with zeros would cost more than the
-    // call.
+    // Kept instead of created for each call: zero-filling it would cost more than the call.
     ResponseDesc response_;
 };
 

@@ -10,14 +10,14 @@
 namespace InferenceEngine {
 
 /**
- * The memory of a blob for as long as this object lives. It takes the lock when it is first read
- * and gives it back when destroyed; it holds neither the blob nor the allocator, which must both
- * outlive it. Move-only, and for one thread.
+ * Access to the memory of a blob for the lifetime of this object. Locks the memory when its address
+ * is first used and unlocks it when destroyed; owns neither the blob nor the allocator, both of
+ * which must outlive it. Move-only; not thread-safe.
  */
 template <class T>
 class LockedMemory {
 public:
-    /** @param allocator whose handle it is; without one, the handle is the address itself */
+    /** @param allocator the owner of the handle; if null, the handle is the address itself */
     LockedMemory(IAllocator* allocator, void* handle) noexcept
         : allocator_(allocator), handle_(handle) {}
 
@@ -44,7 +44,7 @@ public:
 
     operator T*() const noexcept { return address(); }
 
-    /** Untyped memory converts to any pointer that adds no right to write. */
+    /** Untyped memory converts to any pointer that does not cast away const. */
     template <class S, class = std::enable_if_t<std::is_void_v<T> && !std::is_void_v<S> &&
                                                 (std::is_const_v<S> || !std::is_const_v<T>)>>
     operator S*() const noexcept {

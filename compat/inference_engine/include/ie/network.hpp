@@ -1,4 +1,4 @@
-// A network as it was read, before it is loaded on a device.
+// A network that has been read but not yet loaded on a device.
 #pragma once
 
 #include <memory>
@@ -10,13 +10,13 @@ namespace InferenceEngine {
 
 class ICNNNetReader;
 
-/** A network that was read. Its inputs and outputs are shared with whoever asks for them. */
+/** A network that has been read. Its inputs and outputs are shared with its callers. */
 class ICNNNetwork : public details::IRelease {
 public:
     using Ptr = std::shared_ptr<ICNNNetwork>;
 
-    // The genuine interface fills a map that it is given, and promises to throw nothing: a process
-    // that runs out of memory there ends. Whoever needs a copy makes it, and sees it fail.
+    // The original interface fills a map passed to it and is noexcept, so running out of memory
+    // there terminates the process. Here callers make their own copy, and can handle its failure.
     virtual const InputsDataMap& getInputsInfo() const noexcept = 0;
     virtual const OutputsDataMap& getOutputsInfo() const noexcept = 0;
 
@@ -24,16 +24,15 @@ protected:
     ~ICNNNetwork() override = default;
 };
 
-/** A handle on a network; copies share it. Always holds one. */
+/** A handle to a network; never empty. Copies share the network. */
 class CNNNetwork {
 public:
     /** @throws details::InferenceEngineException "CNNNetwork was not initialized." for a null
      * network */
     explicit CNNNetwork(std::shared_ptr<ICNNNetwork> network);
 
-    /** Takes the network of a reader, which it keeps alive.
-     *  @throws details::InferenceEngineException as above, also for a reader that has none to give
-     */
+    /** Takes the network of a reader, and keeps the reader alive.
+     *  @throws details::InferenceEngineException as above, also if the reader has no network */
     explicit CNNNetwork(std::shared_ptr<ICNNNetReader> reader);
 
     /** @throws std::bad_alloc */

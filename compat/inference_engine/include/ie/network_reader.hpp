@@ -13,27 +13,27 @@
 namespace InferenceEngine {
 
 /**
- * Reads one network: first its text, then its weights. Failures come as a status with a text in the
- * response, where one is given; after a failure the reading may start again.
+ * Reads one network: first its text, then its weights. A failure is reported as a status, with a
+ * text in the response if there is one; after a failure, reading may start again.
  */
 class ICNNNetReader : public details::IRelease {
 public:
-    /** Takes the text of the topology; the memory may go when the call returns. */
+    /** Takes the text of the topology; its memory is no longer needed once the call returns. */
     virtual StatusCode ReadNetwork(const void* model, std::size_t size,
                                    ResponseDesc* response) noexcept = 0;
 
-    /** Shares the blob: it stays alive with the network and with whatever is loaded from it. */
+    /** Shares the blob, which the network and everything loaded from it keep alive. */
     virtual StatusCode SetWeights(const TBlob<std::uint8_t>::Ptr& weights,
                                   ResponseDesc* response) noexcept = 0;
 
-    /** The network, which belongs to the reader; null before it was read. */
+    /** The network, which the reader owns; null if none has been read yet. */
     virtual ICNNNetwork* getNetwork(ResponseDesc* response) noexcept = 0;
 
 protected:
     ~ICNNNetReader() override = default;
 };
 
-/** A new reader, which the caller releases; null if there is no memory for one. */
+/** Creates a reader, which the caller releases; null if memory runs out. */
 ICNNNetReader* CreateCNNNetReader() noexcept;
 
 }  // namespace InferenceEngine

@@ -8,7 +8,7 @@
 
 namespace InferenceEngine {
 
-/** A value of any type; copies it. */
+/** Holds a copy of a value of any type. */
 class Parameter {
 public:
     Parameter() = default;
@@ -23,7 +23,7 @@ public:
         return value_.type() == typeid(std::decay_t<T>);
     }
 
-    /** @throws std::bad_cast for a value of another type */
+    /** @throws std::bad_cast if the value has another type */
     template <class T>
     const T& as() const {
         return std::any_cast<const T&>(value_);

@@ -7,7 +7,7 @@
 
 namespace InferenceEngine {
 
-/** An element type: a plain value over the enumeration, to which and from which it converts. */
+/** An element type: a value class that converts to and from its enumeration. */
 class Precision {
 public:
     enum ePrecision : std::uint8_t {
@@ -45,12 +45,12 @@ public:
      */
     std::size_t size() const;
 
-    /** The name as written in the enumeration. */
+    /** The name as spelled in the enumeration. */
     const char* name() const noexcept;
 
     std::uint8_t getPrecVal() const noexcept { return value_; }
 
-    /** Whether elements of this precision are kept in memory as T. */
+    /** Whether elements of this precision are stored as T. */
     template <class T>
     bool hasStorageType() const noexcept {
         switch (value_) {
@@ -84,55 +84,6 @@ public:
 
 private:
     ePrecision value_ = UNSPECIFIED;
-};
-
-/** PrecisionTrait<P>::value_type is the C++ type of one element of precision P. */
-template <Precision::ePrecision P>
-struct PrecisionTrait;
-
-template <>
-struct PrecisionTrait<Precision::FP32> {
-    using value_type = float;
-};
-template <>
-struct PrecisionTrait<Precision::FP16> {
-    using value_type = std::int16_t;
-};
-template <>
-struct PrecisionTrait<Precision::Q78> {
-    using value_type = std::uint16_t;
-};
-template <>
-struct PrecisionTrait<Precision::I16> {
-    using value_type = std::int16_t;
-};
-template <>
-struct PrecisionTrait<Precision::U16> {
-    using value_type = std::uint16_t;
-};
-template <>
-struct PrecisionTrait<Precision::U8> {
-    using value_type = std::uint8_t;
-};
-template <>
-struct PrecisionTrait<Precision::BOOL> {
-    using value_type = std::uint8_t;
-};
-template <>
-struct PrecisionTrait<Precision::I8> {
-    using value_type = std::int8_t;
-};
-template <>
-struct PrecisionTrait<Precision::BIN> {
-    using value_type = std::int8_t;
-};
-template <>
-struct PrecisionTrait<Precision::I32> {
-    using value_type = std::int32_t;
-};
-template <>
-struct PrecisionTrait<Precision::I64> {
-    using value_type = std::int64_t;
 };
 
 }  // namespace InferenceEngine

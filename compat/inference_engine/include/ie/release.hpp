@@ -5,7 +5,7 @@
 
 namespace InferenceEngine::details {
 
-/** An object that comes as a raw pointer and goes by Release(), which destroys it. */
+/** An object passed as a raw pointer and destroyed by calling Release(). */
 class IRelease {
 public:
     IRelease() = default;
@@ -18,8 +18,7 @@ protected:
     virtual ~IRelease() = default;
 };
 
-/** Takes the object over; the last holder of the result releases it. A null pointer gives an empty
- * result. */
+/** Takes ownership of the object; the last owner of the result releases it. Empty for null. */
 template <class T>
 std::shared_ptr<T> shared_from_irelease(T* object) {
     if (object == nullptr) {

@@ -1,4 +1,4 @@
-// What a blob or a network port holds: element type, dimensions and their meaning.
+// Describes the contents of a blob or network port: element type, dimensions and their meaning.
 #pragma once
 
 #include <cstdint>
@@ -8,7 +8,7 @@
 
 namespace InferenceEngine {
 
-/** The meaning of the dimensions. ANY and BLOCKED say nothing about it and fit every rank. */
+/** The meaning of the dimensions. ANY and BLOCKED leave it open and fit every rank. */
 enum Layout : std::uint8_t {
     ANY = 0,
     NCHW = 1,
@@ -25,14 +25,14 @@ enum Layout : std::uint8_t {
     BLOCKED = 200,
 };
 
-/** A value: precision, dimensions and layout. */
+/** Precision, dimensions and layout, as a value. */
 class TensorDesc {
 public:
     /** No precision, no dimensions, layout ANY. */
     TensorDesc() = default;
 
-    /** @throws details::InferenceEngineException if the layout needs another number of dimensions
-     */
+    /** @throws details::InferenceEngineException if the layout does not fit the number of
+     * dimensions */
     TensorDesc(const Precision& precision, const SizeVector& dims, Layout layout);
 
     const SizeVector& getDims() const noexcept { return dims_; }
@@ -40,7 +40,7 @@ public:
     void setPrecision(const Precision& precision) noexcept { precision_ = precision; }
     Layout getLayout() const noexcept { return layout_; }
 
-    /** The layout that dimensions of this count have unless told otherwise. */
+    /** The default layout for this number of dimensions. */
     static Layout getLayoutByDims(const SizeVector& dims) noexcept;
 
 private:

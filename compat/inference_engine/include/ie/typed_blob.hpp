@@ -18,8 +18,8 @@ namespace details {
 }  // namespace details
 
 /**
- * A blob of elements of type T. It owns what allocate() took and gives it back when destroyed;
- * memory that was given to the constructor it only views, and that must outlive it.
+ * A blob of elements of type T. It owns the memory that allocate() obtains and frees it when
+ * destroyed; memory passed to the constructor is not owned and must outlive the blob.
  */
 template <class T>
 class TBlob : public MemoryBlob {
@@ -27,14 +27,14 @@ public:
     using Ptr = std::shared_ptr<TBlob<T>>;
     using CPtr = std::shared_ptr<const TBlob<T>>;
 
-    /** Without memory until allocate(), which then takes it from the heap. */
+    /** Has no memory until allocate(), which then takes it from the heap. */
     explicit TBlob(const TensorDesc& desc) : MemoryBlob(desc) {}
 
     /**
-     * Over given memory.
+     * Wraps existing memory.
      *
-     * @param count elements behind ptr; 0 means as many as described, fewer leave the blob without
-     * memory
+     * @param count the number of elements at ptr; 0 means as many as described, and with fewer than
+     * that the blob has no memory
      * @throws details::InferenceEngineException for a null pointer
      */
     TBlob(const TensorDesc& desc, T* ptr, std::size_t count = 0)
@@ -46,7 +46,7 @@ public:
     }
 
     /**
-     * Without memory until allocate(), which then takes it from the allocator.
+     * Has no memory until allocate(), which then takes it from the allocator.
      *
      * @throws details::InferenceEngineException for a null allocator
      */
@@ -94,8 +94,8 @@ private:
         }
     }
 
-    // Null too goes back to the allocator, as releases of 2019 R3 to 2020.3 do it: allocators have
-    // to take it.
+    // Null is also passed to the allocator, as in releases 2019 R3 to 2020.3: allocators must
+    // accept it.
     bool release() noexcept {
         if (overGiven_ || !allocator_) {
             return false;
@@ -109,10 +109,10 @@ private:
 };
 
 /**
- * Makes a blob on the description with whatever else the constructor of TBlob<T> takes.
+ * Creates a blob from the description and any further arguments of TBlob<T>'s constructor.
  *
  * @throws details::InferenceEngineException, with a text beginning "Cannot make shared blob! ", if
- * the precision of the description does not store T
+ * elements of the description's precision are not stored as T
  */
 template <class T, class... Args>
 typename TBlob<T>::Ptr make_shared_blob(const TensorDesc& desc, Args&&... args) {

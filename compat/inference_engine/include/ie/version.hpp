@@ -1,9 +1,9 @@
-// Which engine stands behind the interface.
+// Which engine is behind the interface.
 #pragma once
 
 namespace InferenceEngine {
 
-/** Names the build of an engine. The texts live as long as the process. */
+/** Identifies the build of an engine. The texts live as long as the process. */
 struct Version {
     struct {
         int major;
@@ -13,7 +13,7 @@ struct Version {
     const char* description;
 };
 
-/** The build of the runtime; texts are empty where it does not tell. Never null. */
+/** The build of the runtime; the texts are empty if it does not report them. Never null. */
 const Version* GetInferenceEngineVersion() noexcept;
 
 }  // namespace InferenceEngine
