@@ -20,27 +20,27 @@
 
 namespace VelmoraQuavin {
 
-/// What QuavinClient::init takes. A value type that shares its log processor.
+/// The configuration passed to QuavinClient::init. A value type; copies share the log processor.
 class QUAVIN_API QuavinConfig {
 public:
     /// No log processor: records go to standard output.
     QuavinConfig() = default;
 
-    /// Does nothing. There is no configuration to load, so the answer is FAILURE without a text;
-    /// it is no reason to stop.
+    /// Does nothing, since there is no configuration to load. Always returns FAILURE with an empty
+    /// description, which callers can ignore.
     QuavinStatus load();
     /// The log processor, shared; may be null.
     std::shared_ptr<ILogProcessor> GetLogger() const { return logger_; }
-    /// Replaces the log processor; null goes back to standard output.
+    /// Replaces the log processor; null restores standard output.
     void SetLogger(const std::shared_ptr<ILogProcessor>& logger) { logger_ = logger; }
-    /// Whether the library reports diagnostics; false unless it was asked to.
+    /// Whether diagnostics are on; off by default.
     bool GetDiagnostics() const { return diagnostics_; }
-    /// Asks for diagnostics: one log record for each failure whose fixed text hides the cause, such
-    /// as which file could not be read and why. The records have kDiagnosticCategory and
-    /// kDiagnosticLevel, hold no keys and no content of secured files, and are delivered one at a
-    /// time, on the thread that failed. A prediction whose input has another shape than the
-    /// network, and enough bytes, succeeds and is reported too. docs/errors.md lists the records.
-    /// Without this the library reports nothing of its own.
+    /// Turns diagnostics on or off: one log record for each failure whose fixed text hides the
+    /// cause, such as which file could not be read and why. Diagnostics use kDiagnosticCategory and
+    /// kDiagnosticLevel, contain neither keys nor the content of secured files, and are delivered
+    /// one at a time, on the thread that failed. They also cover predictions that succeed with an
+    /// input whose shape differs from the network's but which has enough bytes. docs/errors.md
+    /// lists them. With diagnostics off, the library logs nothing itself.
     void SetDiagnostics(bool on) { diagnostics_ = on; }
 
 private:
@@ -48,13 +48,13 @@ private:
     bool diagnostics_ = false;
 };
 
-/// The library, as a host sees it: one object for the process.
+/// The host's interface to the library: one object per process.
 ///
-/// init() and terminate() are called on one thread, before and after all other use. Nothing but the
-/// making of the one object is locked: loading and unloading run on one thread at a time.
+/// Call init() and terminate() on one thread, before and after all other use. Only creating the
+/// single object is thread-safe: load and unload models on one thread at a time.
 ///
-/// Operations answer with a status. Only instance() and the overloads of getModel() that take a
-/// UTF-16 path throw.
+/// Operations return a status. Only instance() and the overloads of getModel() that take a UTF-16
+/// path throw.
 ///
 /// @code
 /// QuavinClient::init(QuavinConfig());
@@ -69,102 +69,105 @@ public:
     QuavinClient(const QuavinClient&) = delete;
     QuavinClient& operator=(const QuavinClient&) = delete;
 
-    /// Switches the library on and installs the configuration's log processor.
-    /// @return SUCCESS, or FAILURE without a text where it is on already; nothing changes then.
+    /// Turns the library on and installs the configuration's log processor.
+    /// @return SUCCESS; FAILURE with an empty description, changing nothing, if the library is
+    ///         already on.
     static QuavinStatus init(const QuavinConfig& config);
     /// Whether the library is on.
     static bool isInitialized();
-    /// Switches the library off; reports go to standard output from now on. Models stay registered,
-    /// and the configuration shares its log processor until the next init() replaces it. Does
-    /// nothing where the library is off.
+    /// Turns the library off; reports go to standard output from then on. Models stay registered,
+    /// and the log processor is kept alive until the next init() replaces it. Does nothing if the
+    /// library is off.
     static void terminate();
-    /// The one object; lives until the process ends.
-    /// @throws Exception "Trying to use quavin client before the sdk was initialized!" where the
+    /// The single object; it lives until the process ends.
+    /// @throws Exception "Trying to use quavin client before the sdk was initialized!" if the
     ///         library is off.
     static QuavinClient& instance();
-    /// Always QuavinModelType::Openvino. Needs no init().
+    /// The preferred engine of this build: always QuavinModelType::Openvino. Does not require
+    /// init().
     static QuavinModelType getEngineType();
-    /// Always empty: no engine reports its devices. Needs no init().
+    /// Always empty: no engine reports its devices. Does not require init().
     static std::map<QuavinModelType, std::vector<Device>> getDevices();
-    /// What a model that is loaded now runs on. Starts the engine and compiles a network of one
-    /// layer to know: a tenth of a second. Needs no init(); may be called on any thread.
-    /// @param info receives it; unchanged after a failure.
-    /// @return SUCCESS; FAILURE with the engine's text where it cannot start, and where memory runs
-    ///         out. Throws nothing.
+    /// Reports what a model loaded now would run on. To find out, it starts the engine and compiles
+    /// a one-layer network, which takes about a tenth of a second. Does not require init(); may be
+    /// called on any thread.
+    /// @param info receives the result; unchanged on failure.
+    /// @return SUCCESS; FAILURE with the engine's message if it cannot start, or if memory runs
+    ///         out. Never throws.
     static QuavinStatus getEngineInfo(EngineInfo& info);
 
     /// Loads the model package in a directory.
     ///
-    /// What `model` holds after a failure depends on how far the call came:
-    /// - what it held before, where the library is off or `path` is empty;
-    /// - nothing, where the manifest cannot be read or has no target for this engine, and where the
-    ///   model refuses its target (MODEL_METADATA_ERROR, INVALID_MODEL_PATH, INVALID_WEIGHTS_PATH,
-    ///   or ML_FRAMEWORK_ERROR from the engine);
-    /// - the new model, which is *not* loaded, where an exception ended the loading
-    ///   (INVALID_OPERATION, FILE_ERROR, or FAILURE from the engine). It predicts nothing
-    ///   (MODEL_NOT_LOADED) and can be dropped.
+    /// What `model` holds after a failure depends on how far the call got:
+    /// - its previous value if the library is off or `path` is empty;
+    /// - null if the manifest cannot be read or has no target for this engine, or if the model
+    ///   refuses its target (MODEL_METADATA_ERROR, INVALID_MODEL_PATH, INVALID_WEIGHTS_PATH, or
+    ///   ML_FRAMEWORK_ERROR from the engine);
+    /// - the new model, which is *not* loaded, if an exception ended the load (INVALID_OPERATION,
+    ///   FILE_ERROR, or FAILURE from the engine). It cannot predict (MODEL_NOT_LOADED) and can be
+    ///   dropped.
     ///
-    /// So look at the status and not at the pointer.
+    /// So check the status, not the pointer.
     ///
-    /// @param path the package's directory, UTF-8, without a separator at its end: "manifest.json"
-    ///        is joined to it as it stands.
-    /// @param model receives the loaded model; for failures see above.
-    /// @param option 0; has no effect.
+    /// @param path the package's directory, UTF-8, without a trailing separator: one is always
+    ///        added before "manifest.json".
+    /// @param model receives the loaded model; see above for failures.
+    /// @param option pass 0; has no effect.
     /// @param type Openvino, or Undefined for no preference; anything else is refused.
     /// @return SUCCESS; NOT_INITIALIZED; INVALID_MODEL_PATH for an empty path or fewer than two
-    ///         file components; MODEL_METADATA_ERROR for a manifest that is missing, malformed,
-    ///         or lacks a target, inputs, outputs or components; INVALID_OPERATION for a first
-    ///         input of variable shape; FILE_ERROR where a component cannot be read, decrypted or
-    ///         parsed; FAILURE or ML_FRAMEWORK_ERROR where the engine fails; FAILURE also for a
-    ///         path that is not UTF-8, and where memory runs out. Throws nothing.
+    ///         file components; MODEL_METADATA_ERROR for a manifest that is missing, malformed, or
+    ///         lacks a target, inputs, outputs or components; INVALID_OPERATION for a first input
+    ///         of variable shape; FILE_ERROR if a component cannot be read, decrypted or parsed;
+    ///         FAILURE or ML_FRAMEWORK_ERROR if the engine fails; FAILURE also for a path that is
+    ///         not UTF-8, or if memory runs out. Never throws.
     QuavinStatus getModel(const String& path, std::shared_ptr<QuavinModel>& model, int option,
                           QuavinModelType type);
-    /// The same, and registers the model: it appears in queryRuntimeStatus() and is held by the
-    /// client, also where its loading fails afterwards.
+    /// As above, and registers the model: it appears in queryRuntimeStatus() and is kept alive by
+    /// the client, even if loading it fails afterwards.
     /// @param path the package's directory.
-    /// @param model receives the loaded model; for failures see the first form.
-    /// @param device its engine type is what `type` is above; nothing else of it is read.
-    /// @param option 0; has no effect.
+    /// @param model receives the loaded model; for failures see the first overload.
+    /// @param device its engine type is used like `type` above; its other fields are ignored.
+    /// @param option pass 0; has no effect.
     /// @return as above.
     QuavinStatus getModel(const String& path, std::shared_ptr<QuavinModel>& model, Device device,
                           int option);
-    /// The first form for a UTF-16 path.
-    /// @throws std::range_error "bad conversion" where `path` is not valid UTF-16, before anything
-    ///         else is looked at; `model` is untouched then.
+    /// The first overload, for a UTF-16 path.
+    /// @throws std::range_error "bad conversion" if `path` is not valid UTF-16, before anything
+    ///         else is checked; `model` is then unchanged.
     QuavinStatus getModel(const std::u16string& path, std::shared_ptr<QuavinModel>& model,
                           int option, QuavinModelType type);
-    /// The second form for a UTF-16 path.
-    /// @throws std::range_error as the third.
+    /// The second overload, for a UTF-16 path.
+    /// @throws std::range_error as the third overload does.
     QuavinStatus getModel(const std::u16string& path, std::shared_ptr<QuavinModel>& model,
                           Device device, int option);
-    /// Loads and registers a model from metadata that has been read already, and whose secured
-    /// components have got their keys.
-    /// @param metadata shared with the model; null gives INVALID_ARGUMENTS.
-    /// @param model receives the loaded model. Untouched where the library is off, `metadata` is
-    ///        null or has no target for this engine; for other failures see the first form.
+    /// Loads and registers a model from metadata that has already been read and whose secured
+    /// components have been given their keys.
+    /// @param metadata shared with the model; if null, the call returns INVALID_ARGUMENTS.
+    /// @param model receives the loaded model. Unchanged if the library is off, or if `metadata` is
+    ///        null or has no target for this engine; for other failures see the first overload.
     /// @param device as above.
-    /// @return as above. Throws nothing.
+    /// @return as above. Never throws.
     QuavinStatus getModel(std::shared_ptr<ModelMetadata> metadata,
                           std::shared_ptr<QuavinModel>& model, Device device);
-    /// The same without registering the model.
+    /// As above, without registering the model.
     QuavinStatus getModel(std::shared_ptr<ModelMetadata> metadata,
                           std::shared_ptr<QuavinModel>& model, QuavinModelType type);
 
-    /// Takes a model out of use: it predicts nothing any more (MODEL_NOT_LOADED), and lets go of
-    /// its metadata and of output memory that nobody holds.
+    /// Takes a model out of use: it can no longer predict (MODEL_NOT_LOADED), and it releases its
+    /// metadata and any output memory that is no longer referenced.
     ///
-    /// The memory of the network stays: the compiled network and its weights, decrypted ones too,
-    /// are released when the model is destroyed. For that, drop every pointer to it: the host's,
-    /// the registry's (ModelManager::unloadModel() removes it) and those of snapshots. Loading the
-    /// model again instead needs memory for both networks until that is done.
-    /// @return what the model answers; MODEL_NOT_LOADED for a null pointer, and also (not
-    ///         NOT_INITIALIZED) where the library is off.
+    /// The network stays in memory: the compiled network and its weights, decrypted ones included,
+    /// are released only when the model is destroyed. To destroy it, drop every pointer to it: the
+    /// host's, the registry's (ModelManager::unloadModel() removes it) and those in snapshots.
+    /// Loading the model again before that takes memory for both networks.
+    /// @return the model's own status; MODEL_NOT_LOADED for a null pointer, and also (not
+    ///         NOT_INITIALIZED) if the library is off.
     QuavinStatus unloadModel(std::shared_ptr<QuavinModel>& model);
 
     /// A snapshot of the registered models, which it keeps alive; empty while the library is off.
     RuntimeStatus queryRuntimeStatus() const;
-    /// The registry, where a host removes models that it loaded through a Device
-    /// (ModelManager::unloadModel). Valid as long as the client.
+    /// The registry, through which a host removes models that it loaded with a Device
+    /// (ModelManager::unloadModel). Valid while the client lives.
     ModelManager& getModelManager() { return modelManager_; }
 
 private:
@@ -188,11 +191,12 @@ private:
     ModelManager modelManager_;
 };
 
-/// Switches the library on for a scope. One at a time, on the thread that would call init().
+/// Turns the library on for the duration of a scope. Use one at a time, on the thread that would
+/// otherwise call init().
 class QUAVIN_API QuavinClientInitTerm {
 public:
     /// Calls QuavinClient::init.
-    /// @throws Exception "Quavin client failed to initialize" where that fails.
+    /// @throws Exception "Quavin client failed to initialize" if that fails.
     explicit QuavinClientInitTerm(const QuavinConfig& config);
     QuavinClientInitTerm(const QuavinClientInitTerm&) = delete;
     QuavinClientInitTerm& operator=(const QuavinClientInitTerm&) = delete;

@@ -13,12 +13,12 @@
 
 namespace VelmoraQuavin {
 
-/// A compute device. Only its engine type is read by this build, which always infers on "CPU".
+/// A compute device. This build reads only its engine type and always runs inference on "CPU".
 ///
-/// A value type. To load a model, leave it as it is or set #engineType to
+/// A value type. To load a model, keep the defaults or set #engineType to
 /// QuavinModelType::Openvino.
 struct Device {
-    String name;                                              ///< A name for people.
+    String name;                                              ///< Display name.
     QuavinModelType engineType = QuavinModelType::Undefined;  ///< Undefined: no preference.
     std::uint64_t number1 = 0;                                ///< Not used.
     std::uint64_t number2 = 0;                                ///< Not used.
@@ -28,7 +28,7 @@ struct Device {
     bool flag2 = false;                                       ///< Not used.
 };
 
-/// Lists the devices of one engine. One thread at a time.
+/// Lists the devices of one engine. Use it from one thread at a time.
 class QUAVIN_API DeviceManager {
 public:
     DeviceManager() = default;
@@ -41,17 +41,17 @@ public:
     virtual QuavinStatus refresh() = 0;
 };
 
-/// The devices of the OpenVINO engine: one "CPU".
+/// The devices of the OpenVINO engine: a single "CPU".
 ///
-/// Its engine type is QuavinModelType::MockML, so that QuavinClient::getModel refuses it: make a
-/// Device of your own to load a model.
+/// The device's engine type is QuavinModelType::MockML, so QuavinClient::getModel refuses it:
+/// create your own Device to load a model.
 class QUAVIN_API OpenVinoDeviceManager : public DeviceManager {
 public:
     /// Fills the list.
     OpenVinoDeviceManager();
     ~OpenVinoDeviceManager() override;
     std::vector<Device> getDevices() const override { return devices_; }
-    /// Adds the device where the list is empty; always SUCCESS.
+    /// Adds the device if the list is empty; always returns SUCCESS.
     QuavinStatus refresh() override;
 
 private:

@@ -11,10 +11,10 @@
 
 namespace VelmoraQuavin {
 
-/// How the producer of a secured component filled its last block. Recorded only: decryption never
-/// removes padding.
+/// How the producer of a secured component padded its last block. For information only: decryption
+/// never removes padding.
 enum class PaddingType : std::uint32_t {
-    NONE = 0,   ///< Not told.
+    NONE = 0,   ///< Not specified.
     PKCS7 = 1,  ///< PKCS#7.
 };
 
@@ -26,7 +26,7 @@ class QUAVIN_API Encryption {
 public:
     /// A key of sixteen zero bytes and PaddingType::NONE.
     Encryption();
-    /// Takes both; `key` is overwritten with zeros.
+    /// Copies both; `key` is overwritten with zeros.
     Encryption(std::array<unsigned char, 16>&& key, PaddingType padding);
     Encryption(const Encryption& other) = default;             ///< Copies key and padding.
     Encryption& operator=(const Encryption& other) = default;  ///< Copies key and padding.
@@ -52,23 +52,22 @@ private:
 class QUAVIN_API QuavinEncryption {
 public:
     QuavinEncryption() = default;
-    QuavinEncryption(const QuavinEncryption&) = default;             ///< There is nothing to copy.
-    QuavinEncryption& operator=(const QuavinEncryption&) = default;  ///< There is nothing to copy.
+    QuavinEncryption(const QuavinEncryption&) = default;             ///< Has no state to copy.
+    QuavinEncryption& operator=(const QuavinEncryption&) = default;  ///< Has no state to copy.
     virtual ~QuavinEncryption();
 
-    /// Decrypts an initialisation vector of 16 bytes and the AES-128-CBC ciphertext behind it.
+    /// Decrypts AES-128-CBC ciphertext that is preceded by its 16-byte initialisation vector.
     ///
     /// Padding is not removed: the plaintext has exactly `length` - 16 bytes. A wrong key is not
-    /// noticed; it gives bytes without meaning. Throws nothing.
+    /// detected; it yields meaningless bytes. Never throws.
     ///
-    /// @param input vector and ciphertext.
+    /// @param input the initialisation vector, then the ciphertext.
     /// @param length bytes at `input`: a multiple of 16, and at least 16.
     /// @param output receives `length` - 16 bytes; allocated by the caller. May be `input` itself,
-    /// or
-    ///        overlap it in any other way. May be null where `length` is 16.
+    ///        or overlap it in any other way. May be null if `length` is 16.
     /// @param key sixteen bytes.
-    /// @return SUCCESS, or FAILURE with an empty text and nothing written where an argument is
-    ///         unusable. Where the cryptography itself fails (FAILURE), what was written is wiped.
+    /// @return SUCCESS; otherwise FAILURE with an empty description. If an argument is unusable,
+    ///         nothing is written; if the cryptography itself fails, what was written is wiped.
     virtual QuavinStatus AES_decrypt(const unsigned char* input, unsigned int length,
                                      unsigned char*& output, const unsigned char* key);
 };

@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// What computes the predictions.
+/// What the predictions are computed on, and how.
 
 #include <vector>
 
@@ -9,20 +9,20 @@
 
 namespace VelmoraQuavin {
 
-/// The engine's runtime, the device that models run on, and how it computes, as the runtime reports
-/// them. A value type. Texts are empty, numbers 0 and lists empty where a runtime does not tell.
+/// The engine's runtime, the device that models run on, and how it computes, as reported by the
+/// runtime. A value type. Whatever a runtime does not report is empty or 0.
 ///
 /// Filled by QuavinClient::getEngineInfo and QuavinModel::getEngineInfo.
 struct EngineInfo {
     String runtimeVersion;  ///< The runtime's own name for its build.
-    String device;          ///< The device of the runtime, always "CPU".
+    String device;          ///< The runtime's device, always "CPU".
     String deviceName;      ///< The full name of the device: the processor.
-    /// What numbers are computed with: "f32", "bf16" or "f16". Parts of a network that are
-    /// quantised use integers all the same.
+    /// The precision of the computation: "f32", "bf16" or "f16". Quantised parts of a network use
+    /// integers regardless.
     String precision;
-    int threads = 0;  ///< How many threads one prediction runs on.
-    int streams = 0;  ///< How many predictions of one model can run at the same time.
-    /// What the device can do, in the runtime's words: "FP32", "BF16", "INT8", ...
+    int threads = 0;  ///< Threads that one prediction runs on.
+    int streams = 0;  ///< Predictions of one model that can run at the same time.
+    /// What the device supports, in the runtime's terms: "FP32", "BF16", "INT8", ...
     std::vector<String> capabilities;
 };
 

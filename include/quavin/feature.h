@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// What a model takes and gives: descriptors of features, and the features that hold values.
+/// A model's inputs and outputs: feature descriptors, and the features that hold values.
 
 #include <cstdint>
 #include <memory>
@@ -12,7 +12,7 @@
 
 namespace VelmoraQuavin {
 
-/// The kind of value that a feature holds. 7 marks a kind that is not set.
+/// The kind of value that a feature holds. 7 means not set.
 enum class QuavinFeatureType : std::int32_t {
     BOOL = 0,    ///< `bool`.
     UINT8 = 1,   ///< `unsigned char`.
@@ -23,12 +23,12 @@ enum class QuavinFeatureType : std::int32_t {
     IMAGE = 6,   ///< An image; no feature class holds one yet.
 };
 
-/// The order of an image's channels. 5 marks an order that is not set.
+/// The order of an image's channels. 5 means not set.
 enum class QuavinPixelType : std::int32_t {
     ONE = 0,   ///< One channel.
     BGR = 1,   ///< Blue, green, red.
     RGB = 2,   ///< Red, green, blue.
-    RGBA = 3,  ///< Red, green, blue, alpha; manifests never give it.
+    RGBA = 3,  ///< Red, green, blue, alpha; never read from a manifest.
     BGRA = 4,  ///< Blue, green, red, alpha.
 };
 
@@ -40,12 +40,12 @@ struct ImageDescriptor {
     QuavinPixelType pixelType = static_cast<QuavinPixelType>(5);
 };
 
-/// What a model declares of one input or output.
+/// What a model declares about one input or output.
 ///
 /// A value type.
 class QUAVIN_API ModelFeatureDescriptor {
 public:
-    /// A type that is not set (7), required.
+    /// Type not set (7); required.
     ModelFeatureDescriptor();
     /// Required.
     explicit ModelFeatureDescriptor(QuavinFeatureType type);
@@ -53,7 +53,7 @@ public:
     ModelFeatureDescriptor(QuavinFeatureType type, ImageDescriptor imageDescriptor);
     /// Not required.
     ModelFeatureDescriptor(QuavinFeatureType type, TensorDescriptor tensorDescriptor);
-    /// Everything as given.
+    /// Stores everything as given.
     ModelFeatureDescriptor(QuavinFeatureType type, bool required, String name, String description,
                            TensorDescriptor tensorDescriptor, ImageDescriptor imageDescriptor);
 
@@ -79,9 +79,9 @@ private:
     ImageDescriptor imageDescriptor_;
 };
 
-/// The name of a kind of value, "unknown" for a number without one.
+/// The name of a feature type; "unknown" for a value without one.
 QUAVIN_API String GetQuavinFeatureTypeName(QuavinFeatureType type);
-/// The name of a channel order, "unknown" for a number without one.
+/// The name of a channel order; "unknown" for a value without one.
 QUAVIN_API String GetQuavinPixelType(QuavinPixelType type);
 
 /// A video frame. No feature holds one; the type is only declared.
@@ -89,13 +89,13 @@ class VideoFrame;
 
 /// One named value that goes into a model or comes out of it.
 ///
-/// Held by `std::shared_ptr`. Every accessor exists here and throws InvalidTypeException with the
-/// type that was asked for and the descriptor's type; each class below overrides the pair of its
-/// own. The references that accessors return are valid while the feature lives. One thread at a
+/// Held by `std::shared_ptr`. In this class, every accessor throws an InvalidTypeException that
+/// names the requested type and the descriptor's; each class below overrides its own pair.
+/// References returned by accessors are valid while the feature lives. Use it from one thread at a
 /// time.
 class QUAVIN_API QuavinFeature : public std::enable_shared_from_this<QuavinFeature> {
 public:
-    /// Keeps the descriptor, whose type is not checked against the class.
+    /// Stores the descriptor; its type is not checked against the class.
     explicit QuavinFeature(ModelFeatureDescriptor descriptor);
     QuavinFeature(const QuavinFeature&) = delete;
     QuavinFeature& operator=(const QuavinFeature&) = delete;
@@ -178,10 +178,10 @@ private:
     double value_;
 };
 
-/// A feature that holds a text.
+/// A feature that holds a String.
 class QUAVIN_API QuavinFeatureString : public QuavinFeature {
 public:
-    explicit QuavinFeatureString(ModelFeatureDescriptor descriptor);       ///< The empty text.
+    explicit QuavinFeatureString(ModelFeatureDescriptor descriptor);       ///< The empty string.
     QuavinFeatureString(ModelFeatureDescriptor descriptor, String value);  ///< The given value.
     ~QuavinFeatureString() override;
     const String& asString() const override { return value_; }
@@ -194,7 +194,7 @@ private:
 /// The interface of a feature that holds a tensor.
 class QUAVIN_API IQuavinFeatureTensor : public QuavinFeature {
 public:
-    explicit IQuavinFeatureTensor(ModelFeatureDescriptor descriptor);  ///< Keeps the descriptor.
+    explicit IQuavinFeatureTensor(ModelFeatureDescriptor descriptor);  ///< Stores the descriptor.
     ~IQuavinFeatureTensor() override;
     std::shared_ptr<const ITensor> asTensor() const override = 0;
     std::shared_ptr<ITensor> asTensor() override = 0;
@@ -203,8 +203,8 @@ public:
 /// A feature that shares a tensor: writing to the tensor's memory changes the feature.
 class QUAVIN_API QuavinFeatureTensor : public IQuavinFeatureTensor {
 public:
-    /// Makes a zero-filled Tensor of the descriptor's shape and type.
-    /// @throws InvalidOperationException where the shape is variable.
+    /// Creates a zero-filled Tensor of the descriptor's shape and type.
+    /// @throws InvalidOperationException if the shape is variable.
     /// @throws std::bad_alloc as Tensor does.
     explicit QuavinFeatureTensor(const ModelFeatureDescriptor& descriptor);
     /// Shares the given tensor, which may be null and is not checked against the descriptor.

@@ -1,11 +1,11 @@
 #pragma once
 
 /// @file
-/// Log records, the processors that receive them, and the entry that reports one.
+/// Log records, the processors that receive them, and the function that reports one.
 ///
-/// A host builds a chain of processors, hands it to QuavinConfig::SetLogger and gives the
-/// configuration to QuavinClient::init. Without one, records go to standard output behind a time
-/// stamp. Nothing here takes a lock: reports are made from one thread at a time.
+/// A host builds a chain of processors, passes it to QuavinConfig::SetLogger and the configuration
+/// to QuavinClient::init. Without one, records go to standard output with a time stamp in front.
+/// Nothing here is locked: report from one thread at a time.
 
 #include <cstddef>
 #include <cstdint>
@@ -23,72 +23,73 @@ namespace VelmoraQuavin {
 /// The unit of logging.
 struct LogRecord {
     String message;              ///< The text, UTF-8.
-    std::uint64_t category = 0;  ///< Bits of the host's choosing; bit 0 or 1 marks it important.
-    std::uint32_t level = 0;     ///< A level of the host's choosing; 3 and more mark it important.
+    std::uint64_t category = 0;  ///< Host-defined bits; bit 0 or 1 marks it important.
+    std::uint32_t level = 0;     ///< Host-defined level; 3 or more marks it important.
     std::int64_t tag = -1;       ///< -1 in records made by _Report_().
     std::int64_t time = 0;       ///< Monotonic ticks of 100 nanoseconds.
 };
 
-/// Receives log records. Implement it to send them where the host wants them.
+/// Receives log records. Implement it to send them wherever the host wants them.
 ///
-/// An exception that leaves process() is swallowed by the library. Held by shared pointers; called
-/// on whatever thread reports.
+/// The library swallows any exception thrown by process(). Held by shared pointers; called on the
+/// thread that reports.
 class QUAVIN_API ILogProcessor {
 public:
     ILogProcessor() = default;
     ILogProcessor(const ILogProcessor&) = delete;
     ILogProcessor& operator=(const ILogProcessor&) = delete;
     virtual ~ILogProcessor();
-    /// Takes one record; `record` is valid during the call only.
+    /// Handles one record; `record` is valid only during the call.
     virtual void process(const LogRecord& record) = 0;
 };
 
-/// Hands every record on to several processors, in the order in which they were added.
+/// Passes every record to several processors, in the order in which they were added.
 class QUAVIN_API LogProcessorContainer : public ILogProcessor {
 public:
-    /// A container without processors, which does nothing.
+    /// An empty container, which does nothing.
     LogProcessorContainer();
-    /// A container of the given processors; null pointers are left out.
+    /// A container of the given processors; null pointers are skipped.
     explicit LogProcessorContainer(std::vector<std::shared_ptr<ILogProcessor>> processors);
     ~LogProcessorContainer() override;
 
-    /// Adds a processor, which is shared, at the end; a null pointer is ignored.
+    /// Appends a processor, which is shared; a null pointer is ignored.
     void add(std::shared_ptr<ILogProcessor> processor);
-    /// Hands `record` on unchanged. An exception of one processor leaves the rest without it.
+    /// Passes `record` on unchanged. If a processor throws, those after it do not receive the
+    /// record.
     void process(const LogRecord& record) override;
 
 private:
     std::vector<std::shared_ptr<ILogProcessor>> processors_;
 };
 
-/// Writes the message of every record to a stream, one a line, flushed.
+/// Writes the message of every record to a stream, one per line, and flushes it.
 class QUAVIN_API LogProcessorOStream : public ILogProcessor {
 public:
     /// @param stream not owned; must outlive the processor. Null makes process() do nothing.
     explicit LogProcessorOStream(std::ostream* stream);
     ~LogProcessorOStream() override;
 
-    /// Writes the message up to its first zero byte, and a line end.
+    /// Writes the message up to its first zero byte, and a newline.
     void process(const LogRecord& record) override;
 
 private:
     std::ostream* stream_;
 };
 
-/// Writes the message of every record to a file that grows across runs.
+/// Appends the message of every record to a file that grows from run to run.
 ///
-/// The file is named "log.txt" behind the prefix and opened at its end; three line ends separate a
-/// run from the one before, and two lines of "=" open it. A file that cannot be opened is no error:
-/// the processor stays silent.
+/// The file's name is the prefix followed by "log.txt". It is opened at its end; three newlines
+/// separate a run from the previous one, and two lines of "=" begin it. It is not an error if the
+/// file cannot be opened: the processor then writes nothing.
 class QUAVIN_API LogProcessorFileSystem : public ILogProcessor {
 public:
-    /// @param directory an existing directory; "/" is put behind it in any case.
-    /// @param prefix what the file's name begins with; may be empty.
-    /// @param disabled true opens no file and writes nothing.
+    /// @param directory an existing directory; "/" is always appended to it.
+    /// @param prefix the beginning of the file's name; may be empty.
+    /// @param disabled if true, no file is opened and nothing is written.
     LogProcessorFileSystem(const String& directory, const String& prefix, bool disabled);
     ~LogProcessorFileSystem() override;
 
-    /// Writes the message up to its first zero byte, and a line end.
+    /// Writes the message up to its first zero byte, and a newline.
     void process(const LogRecord& record) override;
 
 private:
@@ -96,26 +97,26 @@ private:
     bool disabled_;
 };
 
-/// Puts the time since a start before the message, and the tag behind it.
+/// Prefixes the message with the time elapsed since a start time, and appends the tag.
 struct QUAVIN_API DebugLogFormat {
-    /// Gives "(hours:minutes:seconds:milliseconds) message[tag]", each number with two digits or
-    /// more, and everything else of `record` unchanged.
+    /// Returns a copy of `record` whose message is "(hours:minutes:seconds:milliseconds)
+    /// message[tag]", with at least two digits for each part of the time.
     /// @param record the record to format; its `time` is in ticks of 100 nanoseconds.
-    /// @param startTime what the time is counted from, in the same ticks.
+    /// @param startTime the time to count from, in the same ticks.
     static LogRecord format(const LogRecord& record, long long startTime);
 };
 
-/// Formats every record before it hands it on.
-/// @tparam Format has a static `LogRecord format(const LogRecord&, long long startTime)`.
+/// Formats every record before passing it on.
+/// @tparam Format provides a static `LogRecord format(const LogRecord&, long long startTime)`.
 template <typename Format>
 class LogProcessorFormatter : public ILogProcessor {
 public:
-    /// @param startTime handed to the format, in ticks of 100 nanoseconds.
+    /// @param startTime passed to the format, in ticks of 100 nanoseconds.
     /// @param next receives the formatted records; shared. Null makes process() do nothing.
     LogProcessorFormatter(long long startTime, std::shared_ptr<ILogProcessor> next)
         : startTime_(startTime), next_(std::move(next)) {}
 
-    /// Hands the formatted record on, or the record as it is where formatting it throws.
+    /// Passes on the formatted record, or the original one if formatting throws.
     void process(const LogRecord& record) override {
         if (next_ == nullptr) {
             return;
@@ -137,20 +138,20 @@ private:
 
 /// The category of the library's own diagnostics; see QuavinConfig::SetDiagnostics.
 constexpr std::uint64_t kDiagnosticCategory = 4;
-/// The level of the library's own diagnostics. It and the category leave them unimportant, so that
-/// none of them stays in the log's history.
+/// The level of the library's own diagnostics. Neither it nor the category marks them as important,
+/// so they never enter the log's history.
 constexpr std::uint32_t kDiagnosticLevel = 2;
 
 /// Reports one message to the process-wide log.
 ///
-/// It reaches the processor that QuavinClient::init installed, or standard output where there is
-/// none. A report made while nine others are in progress, one inside another, is dropped. Never
-/// throws. One thread at a time, unless diagnostics are on (QuavinConfig::SetDiagnostics): reports
-/// then wait for each other.
+/// It reaches the processor that QuavinClient::init installed, or standard output if there is none.
+/// A report made while nine others are in progress, nested inside one another, is dropped. Never
+/// throws. Report from one thread at a time, unless diagnostics are on
+/// (QuavinConfig::SetDiagnostics): reports then wait for each other.
 ///
-/// @param direct true writes to standard output at once, past any processor.
+/// @param direct true writes straight to standard output, bypassing any processor.
 /// @param category stored in the record; bit 0 or 1 marks it important.
-/// @param level stored in the record; 3 and more mark it important.
+/// @param level stored in the record; 3 or more marks it important.
 /// @param message the text, UTF-8.
 QUAVIN_API void _Report_(bool direct, std::size_t category, unsigned level, const String& message);
 

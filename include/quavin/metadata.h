@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// What a model package's manifest says.
+/// The content of a model package's manifest.
 
 #include <cstdint>
 #include <unordered_map>
@@ -31,12 +31,12 @@ enum class QuavinModelType : std::uint64_t {
     MockML = 32,          ///< "MockML" in a manifest.
 };
 
-/// The bits of both.
+/// The bits set in either.
 constexpr QuavinModelType operator|(QuavinModelType left, QuavinModelType right) noexcept {
     return static_cast<QuavinModelType>(static_cast<std::uint64_t>(left) |
                                         static_cast<std::uint64_t>(right));
 }
-/// The bits that both have.
+/// The bits set in both.
 constexpr QuavinModelType operator&(QuavinModelType left, QuavinModelType right) noexcept {
     return static_cast<QuavinModelType>(static_cast<std::uint64_t>(left) &
                                         static_cast<std::uint64_t>(right));
@@ -44,20 +44,20 @@ constexpr QuavinModelType operator&(QuavinModelType left, QuavinModelType right)
 
 /// The display name of an engine.
 /// @throws std::out_of_range "invalid unordered_map<K, T> key" for QuavinModelType::Tensorflow, a
-///         combination of bits or any other number without a name.
+///         combination of bits or any other value without a name.
 QUAVIN_API String ModelTypeToName(QuavinModelType type);
 
-/// The keys of engines in a manifest's "targets".
+/// The engine keys in a manifest's "targets".
 struct QUAVIN_API EngineKey {
     static const String WinML;           ///< "WinML".
     static const String CoreML;          ///< "CoreML".
-    static const String Tensorflow;      ///< "Tensorflow", which the reader never looks for.
+    static const String Tensorflow;      ///< "Tensorflow"; the reader never looks for it.
     static const String Openvino;        ///< "Openvino".
     static const String TensorflowLite;  ///< "TensorflowLite".
     static const String MockML;          ///< "MockML".
 };
 
-/// The kinds of component: what a component's "name" may be.
+/// The kinds of component: the possible values of a component's "name".
 struct QUAVIN_API ComponentKind {
     static const String File;          ///< "file": a plain file.
     static const String MemoryStream;  ///< "memory_stream": a buffer in memory.
@@ -65,13 +65,13 @@ struct QUAVIN_API ComponentKind {
     static const String SecuredTar;    ///< "secured_tar": an encrypted archive.
 };
 
-/// One file or buffer of a model. A value type; a copy holds the key too.
+/// One file or buffer of a model. A value type; copies include the key.
 struct QUAVIN_API ModelComponent {
     String name;            ///< The kind; see ComponentKind.
     String path;            ///< Relative to the package.
     Encryption encryption;  ///< The key of a secured component.
 
-    /// Copies the sixteen bytes of the key; it is never part of the manifest.
+    /// Copies the sixteen bytes of the key, which is never part of the manifest.
     /// @throws InvalidArgumentsException for a null pointer.
     void setCryptoKey(const unsigned char* key);
 };
@@ -85,10 +85,10 @@ struct ModelTarget {
     std::vector<ModelFeatureDescriptor> outputs;  ///< In the manifest's order.
 };
 
-/// What a manifest says: the identity of a model, and a target for each engine it is prepared for.
+/// The content of a manifest: the identity of a model, and a target for each engine it supports.
 ///
-/// A value type; copies hold the components' keys too. Filled by one thread before the model that
-/// holds it is shared.
+/// A value type; copies include the components' keys. Fill it on one thread, before sharing the
+/// model that holds it.
 ///
 /// @code
 /// Filepath manifest(directory);
@@ -104,32 +104,33 @@ public:
     /// The targets by engine.
     using Targets = std::unordered_map<QuavinModelType, ModelTarget>;
 
-    /// Empty texts, version 0, no targets.
+    /// Empty strings, version 0, no targets.
     ModelMetadata();
-    /// Everything as given.
+    /// Stores everything as given.
     ModelMetadata(const String& id, const String& sdkVersion, const String& description,
                   const String& name, int version, const String& author, const Filepath& rootDir,
                   const Targets& targets, const String& scripts);
 
     /// Reads a manifest into this object.
     ///
-    /// What the manifest does not say, or says with another JSON type, keeps its value. A target of
-    /// an engine that it names replaces the one that was there, with the keys that were set on it;
-    /// targets of other engines stay.
+    /// Fields that the manifest omits, or gives with the wrong JSON type, keep their values. A
+    /// target for an engine that it names replaces the existing one, including any keys set on it;
+    /// targets for other engines stay.
     ///
-    /// @param path of the manifest itself. The text before its last backslash becomes the root
-    ///        directory: join with Filepath::append(), not with "/".
-    /// @return SUCCESS, also where "targets" names no engine; MODEL_METADATA_ERROR where the file
-    ///         cannot be read or is no JSON object ("Failed to open metadata file at " and the
-    ///         path) or has no "targets" ("No target found in root of manifest file"); FAILURE for
-    ///         a path that is not UTF-8 ("bad conversion"), and where memory runs out. What was
-    ///         read before a failure stays. Throws nothing.
+    /// @param path the manifest itself. Everything before the last backslash becomes the root
+    ///        directory, so join paths with Filepath::append(), not with "/".
+    /// @return SUCCESS, even if "targets" names no engine; MODEL_METADATA_ERROR if the file cannot
+    ///         be read or is not a JSON object ("Failed to open metadata file at " and the path) or
+    ///         has no "targets" ("No target found in root of manifest file"); FAILURE for a path
+    ///         that is not UTF-8 ("bad conversion"), or if memory runs out. Whatever was read
+    ///         before a failure stays. Never throws.
     QuavinStatus load(const Filepath& path);
-    /// The same for a manifest in memory; the root directory becomes empty.
-    /// @param manifest its bytes; not kept.
+    /// As above, for a manifest in memory. The root directory becomes empty: set it before the
+    /// model is loaded, since components would be looked for in the root of the file system.
+    /// @param manifest the manifest's bytes; not needed after the call.
     /// @param size bytes at `manifest`.
-    /// @return as above; INVALID_ARGUMENTS for null, and "The bytes in memory are no manifest"
-    ///         instead of the text with the path.
+    /// @return as above; INVALID_ARGUMENTS for a null pointer. Instead of the description with the
+    ///         path, there is "The bytes in memory are not a manifest".
     QuavinStatus loadFromMemory(const void* manifest, uint64 size);
 
     String getId() const { return id_; }                    ///< A copy of "id".
@@ -137,10 +138,10 @@ public:
     String getAuthor() const { return author_; }            ///< A copy of "author".
     String getDescription() const { return description_; }  ///< A copy of "description".
     String getSdkVersion() const { return sdkVersion_; }    ///< A copy of "sdkVersion".
-    String getScripts() const { return scripts_; }          ///< A copy of the text of setScripts().
+    String getScripts() const { return scripts_; }          ///< A copy of what setScripts() stored.
     int getVersion() const { return version_; }             ///< "version".
     Filepath getRootDir() const { return rootDir_; }        ///< A copy of the manifest's directory.
-    Targets& getTargets() { return targets_; }              ///< The targets, to read and to change.
+    Targets& getTargets() { return targets_; }  ///< The targets, for reading and writing.
     /// The targets.
     const Targets& getTargets() const { return targets_; }
 
@@ -168,7 +169,7 @@ private:
     Filepath rootDir_;
     Targets targets_;
     String scripts_;
-    // For diagnostics alone: what the last manifest had for "targets", in words.
+    // Used only by diagnostics: describes the "targets" of the last manifest.
     String targetsAsWritten_;
 };
 

@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// Looking at a network before there is a package or a model of it.
+/// Inspecting a network without loading it as a model.
 
 #include <vector>
 
@@ -13,29 +13,29 @@
 
 namespace VelmoraQuavin {
 
-/// Reads a network's files and tells what goes in and comes out, as loading will show it: names in
-/// name order, element types and shapes, each as a required tensor feature. Nothing is compiled.
+/// Reads a network's files and lists its inputs and outputs as getModel would see them: sorted by
+/// name, with element type and shape, each as a required tensor feature. Nothing is compiled.
 ///
-/// Inputs of unsigned 8- and 16-bit integers and of booleans, which no prediction takes, are shown
-/// as such; any other element type that no tensor has is DataType::UNDEFINED. Needs no
-/// QuavinClient::init; may run on several threads at once.
+/// Inputs of unsigned 8- and 16-bit integers and of booleans, which predictions do not accept, are
+/// listed as such; any other unsupported element type is listed as DataType::UNDEFINED. Does not
+/// require QuavinClient::init; may run on several threads at once.
 ///
-/// @param topology the network's text, a plain file.
+/// @param topology the network's description, a plain file.
 /// @param weights its constants, a plain file; the empty path for a network without constants.
-/// @param inputs receives the inputs, in place of what it held; unchanged after a failure.
+/// @param inputs receives the inputs, replacing what it held; unchanged on failure.
 /// @param outputs receives the outputs in the same way.
-/// @return SUCCESS; FILE_ERROR where a file cannot be read, or is no network that can be loaded,
-///         one with dynamic shapes for example; FAILURE for what the engine does not explain, and
-///         where memory runs out. Throws nothing.
+/// @return SUCCESS; FILE_ERROR if a file cannot be read, or is not a network that can be loaded
+///         (for example one with dynamic shapes); FAILURE if the engine fails without an
+///         explanation, or if memory runs out. Never throws.
 QUAVIN_API QuavinStatus describeNetwork(const Filepath& topology, const Filepath& weights,
                                         std::vector<ModelFeatureDescriptor>& inputs,
                                         std::vector<ModelFeatureDescriptor>& outputs);
-/// The same for the network of a package, whose secured files are decrypted in memory.
-/// @param metadata a manifest that was read, with the keys set on its components.
+/// As above, for the network of a package; its secured files are decrypted in memory.
+/// @param metadata a manifest that has been read, with the keys set on its components.
 /// @param inputs as above.
 /// @param outputs as above.
-/// @return as above; MODEL_METADATA_ERROR where there is no target for this engine;
-///         INVALID_MODEL_PATH for fewer than two file components.
+/// @return as above; MODEL_METADATA_ERROR if there is no target for this engine; INVALID_MODEL_PATH
+///         for fewer than two file components.
 QUAVIN_API QuavinStatus describeNetwork(const ModelMetadata& metadata,
                                         std::vector<ModelFeatureDescriptor>& inputs,
                                         std::vector<ModelFeatureDescriptor>& outputs);

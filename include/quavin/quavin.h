@@ -3,7 +3,7 @@
 /// @file
 /// Includes the whole interface.
 ///
-/// Pages that the headers name, such as docs/errors.md, are installed too, in
+/// Pages that the headers mention, such as docs/errors.md, are installed in
 /// share/doc/quavin_on_device_sdk.
 
 #include "quavin/client.h"

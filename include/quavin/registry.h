@@ -12,7 +12,8 @@
 
 namespace VelmoraQuavin {
 
-/// The memory account of one registered model. The library leaves it at 0: hosts account.
+/// The memory account of one registered model. The library leaves it at 0: the host does the
+/// accounting.
 ///
 /// A value type that shares its model. Nothing is locked.
 class QUAVIN_API ModelRuntimeStatus {
@@ -21,7 +22,7 @@ public:
     /// @param model the model, shared.
     ModelRuntimeStatus(unsigned long long maxAllowedMemory, std::shared_ptr<QuavinModel> model);
 
-    /// Bytes in use, as the host has accounted them.
+    /// Bytes in use, as recorded by the host.
     unsigned long long getCurrentMemoryConsumption() const { return currentMemoryConsumption_; }
     /// The limit in bytes.
     unsigned long long getMaxAllowedMemoryConsumption() const {
@@ -31,17 +32,19 @@ public:
     std::shared_ptr<QuavinModel> getModel() const { return model_; }
 
     /// Stores a value below the limit.
-    /// @return MEMORY_LIMIT_EXCEEDED with "Current Memory consumption = " and the value where it
-    ///         is below the limit and has been stored; SUCCESS where it is not, and nothing is
-    ///         stored. Hosts rely on this sense of the answer.
+    /// @return MEMORY_LIMIT_EXCEEDED with "Current Memory consumption = " and the value if it is
+    ///         below the limit and was stored; SUCCESS if it is not, and nothing was stored. The
+    ///         reversed meaning is intentional: hosts rely on it.
     QuavinStatus setCurrentMemoryConsumption(unsigned long long value);
-    /// setCurrentMemoryConsumption() of the sum, which wraps at 64 bits; the same answers.
+    /// Calls setCurrentMemoryConsumption() with the sum, which wraps at 64 bits, and returns its
+    /// status.
     QuavinStatus addCurrentMemoryConsumption(unsigned long long amount);
-    /// setCurrentMemoryConsumption() of the difference, which wraps below 0; the same answers.
+    /// Calls setCurrentMemoryConsumption() with the difference, which wraps below 0, and returns
+    /// its status.
     QuavinStatus removeCurrentMemoryConsumption(unsigned long long amount);
 
 protected:
-    /// Replaces the limit; what is accounted already is not compared with it.
+    /// Replaces the limit; the current value is not compared with it.
     /// @return SUCCESS.
     QuavinStatus setMaxAllowedMemoryConsumption(unsigned long long value);
 
@@ -53,8 +56,8 @@ private:
 
 /// A snapshot of registered models and their accounts.
 ///
-/// A value type: independent of the registry once made, and readable on any thread. It keeps its
-/// models alive.
+/// A value type: once created, it is independent of the registry and readable on any thread. It
+/// keeps its models alive.
 class QUAVIN_API RuntimeStatus {
 public:
     /// Copies the account of every model; models without one are left out.
@@ -65,11 +68,12 @@ public:
     /// A copy of the accounts, in the order of the models.
     std::vector<ModelRuntimeStatus> getModelsRuntimeStatus() const { return modelsRuntimeStatus_; }
     /// A copy of the account of one model.
-    /// @throws Exception "model not found - this should not occur" where the snapshot lacks it.
+    /// @throws Exception "model not found - this should not occur" if the snapshot does not contain
+    ///         it.
     ModelRuntimeStatus getModelRuntimeStatus(std::shared_ptr<QuavinModel> model) const;
     /// The sum of all accounts in bytes; wraps at 64 bits.
     unsigned long long getTotalMemoryConsumption() const;
-    /// Always 0: there is no limit over all models.
+    /// Always 0: there is no overall limit.
     unsigned long long getMaxAllowedTotalMemory() const { return maxAllowedTotalMemory_; }
 
 private:
@@ -81,23 +85,23 @@ private:
 /// Holds models and opens an account for each.
 ///
 /// A registered model and its account refer to each other, so the model lives until unloadModel()
-/// or the manager's destruction. Nothing is locked: one thread at a time.
+/// or the manager's destruction. Nothing is locked: use it from one thread at a time.
 class QUAVIN_API ModelManager {
 public:
     /// An empty registry.
     ModelManager();
     ModelManager(const ModelManager&) = delete;
     ModelManager& operator=(const ModelManager&) = delete;
-    /// Lets every model go and closes its account.
+    /// Releases every model and closes its account.
     ~ModelManager();
 
-    /// Opens a new account without a limit and adds the model, which is shared, to the end.
+    /// Opens a new account without a limit and appends the model, which is shared.
     /// @return SUCCESS, or INVALID_ARGUMENTS for a null pointer.
     QuavinStatus registerModel(const std::shared_ptr<QuavinModel>& model);
-    /// Has the model release what it loaded, removes every entry of it and closes its account.
-    /// @return SUCCESS; INVALID_ARGUMENTS for a null pointer; what the model answers where it
-    ///         cannot unload (it stays registered then); MODEL_NOT_LOADED where it was not
-    ///         registered, though it has released what it loaded all the same.
+    /// Makes the model release what it loaded, removes all its entries and closes its account.
+    /// @return SUCCESS; INVALID_ARGUMENTS for a null pointer; the model's own status if it cannot
+    ///         unload (it then stays registered); MODEL_NOT_LOADED if it was not registered,
+    ///         although it has still released what it loaded.
     QuavinStatus unloadModel(const std::shared_ptr<QuavinModel>& model);
     /// A snapshot.
     RuntimeStatus getRuntimeStatus() const;

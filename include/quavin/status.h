@@ -1,10 +1,10 @@
 #pragma once
 
 /// @file
-/// Status codes, the status object and the exception family.
+/// Status codes, the status object and the exception classes.
 ///
-/// Operations at the edge of the library answer with a QuavinStatus; inside, errors travel as
-/// exceptions of the family rooted in Exception, each class with a fixed code.
+/// Most public operations return a QuavinStatus. Internally, errors are exceptions derived from
+/// Exception, each class with a fixed code.
 
 #include <cstdint>
 #include <exception>
@@ -15,35 +15,36 @@
 
 namespace VelmoraQuavin {
 
-/// What came of an operation. The numbers are part of the interface and never change; success is 1,
-/// and 0, 10 and 20 are not used. docs/errors.md tells who answers with each, and what to do.
+/// The result of an operation. The numbers are part of the interface and never change; success is
+/// 1, and 0, 10 and 20 are not used. docs/errors.md lists what returns each code, and what to do
+/// about it.
 enum STATUS_CODE : std::uint32_t {
-    SUCCESS = 1,             ///< It succeeded: the only code for which QuavinStatus::ok() is true.
-    FAILURE = 2,             ///< Any failure without a code of its own.
-    FILE_ERROR = 3,          ///< A file could not be opened, deleted, decrypted or understood.
-    INVALID_MODEL_PATH = 4,  ///< No model path, or a target with fewer than two file components.
-    INVALID_WEIGHTS_PATH = 5,      ///< The weights component has no path.
-    INVALID_OPERATION = 6,         ///< The operation does not fit the object's state.
-    INVALID_ARGUMENTS = 7,         ///< An argument has no usable value.
-    INVALID_TYPE = 8,              ///< A feature or blob is of another type than the one asked for.
-    INVALID_TENSOR_DATA_TYPE = 9,  ///< The engine does not take the element type.
-    MODEL_NOT_LOADED = 11,         ///< There is no loaded or registered model.
+    SUCCESS = 1,               ///< Success: the only code for which QuavinStatus::ok() is true.
+    FAILURE = 2,               ///< Any failure without a more specific code.
+    FILE_ERROR = 3,            ///< A file could not be opened, read, deleted, decrypted or parsed.
+    INVALID_MODEL_PATH = 4,    ///< No model path, or a target with fewer than two file components.
+    INVALID_WEIGHTS_PATH = 5,  ///< The weights component has no path.
+    INVALID_OPERATION = 6,     ///< The operation does not fit the object's state.
+    INVALID_ARGUMENTS = 7,     ///< An argument is unusable.
+    INVALID_TYPE = 8,          ///< A feature or blob is not of the requested type.
+    INVALID_TENSOR_DATA_TYPE = 9,  ///< The engine does not support the element type.
+    MODEL_NOT_LOADED = 11,         ///< The model is not loaded, or not registered.
     MODEL_METADATA_ERROR = 12,     ///< The manifest is missing, malformed or lacks what is needed.
     ML_FRAMEWORK_ERROR = 13,       ///< The inference engine failed.
     OUT_OF_RANGE = 14,             ///< An index is past the end.
-    NOT_INITIALIZED = 15,          ///< QuavinClient::init has not been called.
-    MEMORY_LIMIT_EXCEEDED = 16,    ///< Answer of a model's memory account; see ModelRuntimeStatus.
-    TENSOR_SIZE_MISMATCH = 17,     ///< The new shape needs another number of bytes.
-    ALLOCATION_FAILED = 18,        ///< The tensor cannot get memory.
-    EMPTY_INPUT_DESCRIPTOR = 19,   ///< A network input has no feature of its name.
-    TAR_CHECKSUM_MISMATCH = 21,    ///< A tar header does not add up.
-    TAR_UNSUPPORTED_ENTRY = 22,    ///< A tar entry is neither a file nor a directory.
+    NOT_INITIALIZED = 15,          ///< The library is off; see QuavinClient::init.
+    MEMORY_LIMIT_EXCEEDED = 16,   ///< Returned by a model's memory account; see ModelRuntimeStatus.
+    TENSOR_SIZE_MISMATCH = 17,    ///< The new shape needs a different number of bytes.
+    ALLOCATION_FAILED = 18,       ///< The tensor cannot allocate memory.
+    EMPTY_INPUT_DESCRIPTOR = 19,  ///< No feature has the name of a network input.
+    TAR_CHECKSUM_MISMATCH = 21,   ///< A tar header's checksum is wrong.
+    TAR_UNSUPPORTED_ENTRY = 22,   ///< A tar entry is neither a file nor a directory.
 };
 
-/// The outcome of an operation: a code and a text for people.
+/// The outcome of an operation: a code and a human-readable description.
 ///
-/// A value type; copies are independent. Compare codes, not texts. A default status is *not* a
-/// success.
+/// A value type; copies are independent. Compare codes, not descriptions. A default status is *not*
+/// a success. If QUAVIN_NODISCARD_STATUS is defined, the compiler warns about dropped ones.
 ///
 /// @code
 /// QuavinStatus status = model->allocateInputs(inputs);
@@ -51,33 +52,33 @@ enum STATUS_CODE : std::uint32_t {
 ///     std::cerr << status.getCode() << ": " << status.getDescription() << '\n';
 /// }
 /// @endcode
-class QUAVIN_API QuavinStatus {
+class QUAVIN_STATUS_API QuavinStatus {
 public:
-    /// Code FAILURE, no text.
+    /// Code FAILURE, empty description.
     QuavinStatus();
     /// Stores both.
     QuavinStatus(STATUS_CODE statusCode, const String& text);
 
     /// The code.
     STATUS_CODE getCode() const { return code; }
-    /// Replaces the code and leaves the text.
+    /// Replaces the code; the description stays.
     void setCode(STATUS_CODE newCode) { code = newCode; }
-    /// A copy of the text, which may be empty.
+    /// A copy of the description, which may be empty.
     String getDescription() const { return description; }
-    /// Replaces the text and leaves the code.
+    /// Replaces the description; the code stays.
     void setDescription(String newDescription);
     /// Whether the code is SUCCESS.
     bool ok() const { return code == SUCCESS; }
 
     STATUS_CODE code;    ///< The code.
-    String description;  ///< The text; empty unless the producer has something to say.
+    String description;  ///< The description; empty if there is nothing to add to the code.
 };
 
-/// The root of the library's exceptions: a message and the status code it stands for.
+/// The base of the library's exceptions: a message and a status code.
 ///
-/// Thrown by value, caught by reference. Hosts meet exceptions where an operation's documentation
-/// says so, above all from QuavinModel::predict; getStatusFromCurrentException() turns the one
-/// being handled into a status.
+/// Thrown by value; catch it by reference. Only operations whose documentation says so throw, most
+/// notably QuavinModel::predict; getStatusFromCurrentException() converts the exception being
+/// handled into a status.
 class QUAVIN_API Exception : public std::exception {
 public:
     /// Code FAILURE.
@@ -88,7 +89,7 @@ public:
     Exception& operator=(const Exception&) = default;  ///< Copies message and code.
     ~Exception() override;
 
-    /// The message, ended by a zero byte; valid while the exception lives.
+    /// The message, zero-terminated; valid while the exception lives.
     const char* what() const noexcept override;
     /// The code.
     STATUS_CODE getStatusCode() const { return statusCode_; }
@@ -99,7 +100,7 @@ private:
     STATUS_CODE statusCode_;
 };
 
-/// A file could not be opened, deleted, decrypted or understood: code FILE_ERROR.
+/// A file could not be opened, read, deleted, decrypted or parsed: code FILE_ERROR.
 class QUAVIN_API FileException : public Exception {
 public:
     explicit FileException(const String& message);             ///< Stores the message.
@@ -119,7 +120,7 @@ public:
     ~InvalidOperationException() override;
 };
 
-/// An argument has no usable value: code INVALID_ARGUMENTS.
+/// An argument is unusable: code INVALID_ARGUMENTS.
 class QUAVIN_API InvalidArgumentsException : public Exception {
 public:
     explicit InvalidArgumentsException(const String& message);  ///< Stores the message.
@@ -130,7 +131,7 @@ public:
     ~InvalidArgumentsException() override;
 };
 
-/// A feature or blob is of another type than the one asked for: code INVALID_TYPE.
+/// A feature or blob is not of the requested type: code INVALID_TYPE.
 class QUAVIN_API InvalidTypeException : public Exception {
 public:
     explicit InvalidTypeException(const String& message);         ///< Stores the message.
@@ -140,7 +141,7 @@ public:
     ~InvalidTypeException() override;
 };
 
-/// The engine does not take the element type: code INVALID_TENSOR_DATA_TYPE.
+/// The engine does not support the element type: code INVALID_TENSOR_DATA_TYPE.
 class QUAVIN_API InvalidTensorDataTypeException : public Exception {
 public:
     explicit InvalidTensorDataTypeException(const String& message);  ///< Stores the message.
@@ -180,14 +181,14 @@ public:
     ~RangeException() override;
 };
 
-/// Turns the exception being handled into a status.
+/// Converts the exception being handled into a status.
 ///
-/// An Exception gives its own code and message; any other standard exception gives FAILURE and its
-/// text ("Unknown exception" where it has none); everything else gives FAILURE and "unknown error
-/// occured". Texts end at their first zero byte.
+/// An Exception yields its own code and message; any other standard exception yields FAILURE and
+/// its message ("Unknown exception" if it has none); anything else yields FAILURE and "unknown
+/// error occured". Descriptions end at their first zero byte.
 ///
-/// To be called from inside a catch handler only: with no exception being handled the process ends.
-/// Throws nothing but a failure to allocate the text. May be called from any thread.
+/// Call it only inside a catch handler: with no exception being handled, the process terminates.
+/// Throws only if the description cannot be allocated. May be called from any thread.
 ///
 /// @code
 /// try {

@@ -23,8 +23,8 @@ struct DescriptorAccess;
 /// height, width.
 ///
 /// A dimension of -1 is not known until run time. Nothing is checked: any value is stored as given.
-/// A value type; several threads may read one object at once. Its forms of equality do not agree
-/// with each other: use compare().
+/// A value type; several threads may read one object at once. Its equality operators disagree with
+/// each other: use compare().
 struct QUAVIN_API TensorShape {
     /// No dimensions.
     TensorShape();
@@ -42,21 +42,21 @@ struct QUAVIN_API TensorShape {
     TensorShape(std::initializer_list<int64> dimensions);
     /// The listed dimensions.
     TensorShape(const std::vector<int64>& dimensions);
-    /// The listed dimensions, taken over.
+    /// The listed dimensions, moved.
     TensorShape(std::vector<int64>&& dimensions) noexcept;
 
     /// The number of dimensions.
     uint64 dimension() const { return dimensions_.size(); }
-    /// The product of all dimensions, 1 for an empty shape. A dimension of -1 counts as -1: ask
-    /// TensorDescriptor::variableShape() first where an element count is wanted.
+    /// The product of all dimensions, 1 for an empty shape. A dimension of -1 counts as -1: check
+    /// TensorDescriptor::variableShape() first if you need an element count.
     int64 size() const;
     /// Always true: a placeholder, not a check.
     bool valid() const { return true; }
     /// The dimension at `index`.
-    /// @throws RangeException where `index` is not less than dimension().
+    /// @throws RangeException if `index` is not less than dimension().
     int64& operator[](uint64 index);
     /// The dimension at `index`.
-    /// @throws RangeException where `index` is not less than dimension().
+    /// @throws RangeException if `index` is not less than dimension().
     const int64& operator[](uint64 index) const;
     /// A copy of the dimensions.
     std::vector<int64> shapeVector() const { return dimensions_; }
@@ -70,20 +70,20 @@ struct QUAVIN_API TensorShape {
 
     /// Whether both have the same dimensions: the equality to use.
     bool compare(const TensorShape& other) const { return dimensions_ == other.dimensions_; }
-    /// The same as compare(); chosen where the left side is constant.
+    /// Equivalent to compare(); chosen if the left operand is const.
     bool operator==(const TensorShape& other) const { return compare(other); }
-    /// Whether `other` *begins with* the dimensions of this shape: unlike the const form, a longer
-    /// `other` equals, and an empty shape on the left equals anything.
-    /// @throws RangeException where `other` is shorter and all its dimensions are the same.
+    /// Whether `other` *begins with* the dimensions of this shape: unlike in the const overload, a
+    /// longer `other` can be equal, and an empty shape on the left equals anything.
+    /// @throws RangeException if `other` is shorter and all its dimensions match.
     bool operator==(const TensorShape& other);
     /// The opposite of the non-const operator==.
-    /// @throws RangeException where that does.
+    /// @throws RangeException if that operator does.
     bool operator!=(const TensorShape& other);
-    /// The const form for an `other` that is not const. It has C++20, which also tries the operands
-    /// the other way round, pick the form of the left side as C++17 does.
+    /// The const overload for a non-const `other`. It makes C++20, which also tries the operands in
+    /// reverse, pick the overload by the left operand as C++17 does.
     bool operator==(TensorShape& other) const { return compare(other); }
-    /// The non-const form for an `other` that is not const.
-    /// @throws RangeException where that does.
+    /// The non-const overload for a non-const `other`.
+    /// @throws RangeException if that operator does.
     bool operator==(TensorShape& other) { return *this == static_cast<const TensorShape&>(other); }
 
 private:
@@ -94,7 +94,7 @@ private:
 
 /// The type of a tensor's elements. The numbers are part of the interface.
 enum class DataType : std::int32_t {
-    UNDEFINED = 0,  ///< No type; elements of no bytes.
+    UNDEFINED = 0,  ///< No type; elements have 0 bytes.
     BOOL = 1,       ///< "bool", 1 byte.
     INT8 = 2,       ///< "int8", 1 byte.
     UINT8 = 3,      ///< "uint8", 1 byte.
@@ -109,7 +109,7 @@ enum class DataType : std::int32_t {
     DOUBLE = 12,    ///< "double", 8 bytes.
 };
 
-/// What a model declares of one tensor: its shape and element type.
+/// What a model declares about one tensor: its shape and element type.
 ///
 /// A value type.
 class QUAVIN_API TensorDescriptor {
@@ -120,7 +120,7 @@ public:
     TensorDescriptor(const TensorShape& shape, DataType tensorType);
     /// @param name the tensor's name.
     /// @param shape the dimensions; -1 for those not known until run time.
-    /// @param variableShape stored and not used: variableShape() looks at the shape.
+    /// @param variableShape stored but not used: variableShape() examines the shape.
     /// @param tensorType the element type.
     TensorDescriptor(String name, const TensorShape& shape, bool variableShape,
                      DataType tensorType);
@@ -130,7 +130,7 @@ public:
     /// Whether any dimension is -1.
     bool variableShape() const;
     /// A copy of the shape.
-    /// @throws InvalidOperationException where variableShape() is true.
+    /// @throws InvalidOperationException if variableShape() is true.
     TensorShape shape() const;
     /// The element type.
     DataType tensorType() const { return tensorType_; }
@@ -144,12 +144,12 @@ private:
     DataType tensorType_ = DataType::UNDEFINED;
 };
 
-/// A typed, shaped, dense block of bytes: what a model takes and gives.
+/// A typed, shaped, dense block of bytes: a model's input or output.
 ///
-/// Held by `std::shared_ptr`; make one with `std::make_shared` of Tensor or BufferWrappedTensor.
-/// Where the bytes live and who owns them is the concrete class's matter. One thread at a time;
-/// while a prediction runs, the engine is that thread. The last pointer to a tensor may be dropped
-/// on any thread.
+/// Held by `std::shared_ptr`; create a Tensor or BufferWrappedTensor with `std::make_shared`. The
+/// concrete class determines where the bytes live and who owns them. Use it from one thread at a
+/// time; while a prediction runs, that thread is the engine's. The last pointer to a tensor may be
+/// dropped on any thread.
 class QUAVIN_API ITensor : public std::enable_shared_from_this<ITensor> {
 public:
     ITensor(const ITensor&) = delete;
@@ -160,34 +160,34 @@ public:
     /// The element type.
     virtual DataType dataType() const;
     /// The size of one element times the product of the dimensions: that of one element for an
-    /// empty shape, 0 for an undefined type, negative where a dimension is -1.
+    /// empty shape, 0 for an undefined type, negative if one dimension is -1.
     virtual int64 bytes() const;
-    /// Gives the tensor another shape: one of the same number of bytes where it has memory (which
-    /// is kept as it is), any where it has none (and then gets it, zero-filled).
-    /// @return SUCCESS; or, with the tensor unchanged, TENSOR_SIZE_MISMATCH, ALLOCATION_FAILED
-    ///         where the tensor cannot get memory of its own, FAILURE ("Tensor resizing not
+    /// Changes the tensor's shape. A tensor with memory keeps it as is, so the new shape must have
+    /// the same number of bytes; a tensor without memory takes any shape and gets zero-filled
+    /// memory for it.
+    /// @return SUCCESS; or, with the tensor unchanged, TENSOR_SIZE_MISMATCH, ALLOCATION_FAILED if
+    ///         the tensor cannot allocate memory of its own, or FAILURE ("Tensor resizing not
     ///         allowed") for an output of a prediction.
-    /// @throws std::bad_alloc where memory runs out or the number of bytes is negative or too
-    ///         large.
+    /// @throws std::bad_alloc if memory runs out or the number of bytes is negative or too large.
     virtual QuavinStatus resize(const TensorShape& newShape);
-    /// The first byte, or null where there is no memory; valid while the tensor lives.
+    /// The first byte, or null if there is no memory; valid while the tensor lives.
     virtual const unsigned char* buffer() const = 0;
-    /// The first byte, or null where there is no memory; valid while the tensor lives.
+    /// The first byte, or null if there is no memory; valid while the tensor lives.
     virtual unsigned char* buffer() = 0;
-    /// The distance between neighbours in each dimension, in elements.
+    /// The distance between neighbours along each dimension, in elements.
     virtual TensorShape stride() const;
-    /// Gives the tensor new memory of exactly `byteCount` bytes. Called by resize(); not for hosts.
-    /// @return whether the tensor has memory afterwards; false where it cannot or will not
-    /// allocate.
+    /// Allocates new memory of exactly `byteCount` bytes for the tensor. Called by resize(); not
+    /// meant for hosts.
+    /// @return whether the tensor has memory afterwards; false if it cannot or will not allocate.
     virtual bool allocate(std::size_t byteCount) = 0;
 
-    /// The strides of a dense tensor whose last dimension is the fastest, in elements.
+    /// The strides of a dense tensor whose last dimension varies fastest, in elements.
     static TensorShape getStrideFromShape(const TensorShape& shape);
 
 protected:
     /// An empty shape.
     explicit ITensor(DataType dataType);
-    /// Takes over the shape.
+    /// The given shape.
     ITensor(DataType dataType, TensorShape shape);
 
 private:
@@ -198,11 +198,10 @@ private:
 /// A tensor that owns its memory, aligned to 64 bytes.
 class QUAVIN_API Tensor : public ITensor {
 public:
-    /// An empty shape and no memory; resize() gives both.
+    /// An empty shape and no memory; resize() provides both.
     explicit Tensor(DataType dataType);
-    /// Memory for `shape`, zero-filled.
-    /// @throws std::bad_alloc where memory runs out or the number of bytes is negative or too
-    ///         large.
+    /// Zero-filled memory for `shape`.
+    /// @throws std::bad_alloc if memory runs out or the number of bytes is negative or too large.
     Tensor(DataType dataType, TensorShape shape);
     ~Tensor() override;
 
@@ -218,7 +217,7 @@ private:
     std::unique_ptr<unsigned char[], AlignedDelete> buffer_;
 };
 
-/// A tensor over memory of the host's, which it neither owns nor frees.
+/// A tensor over the host's memory, which it neither owns nor frees.
 ///
 /// The memory must stay alive and in place while the tensor lives.
 class QUAVIN_API BufferWrappedTensor : public ITensor {
@@ -227,10 +226,10 @@ public:
     explicit BufferWrappedTensor(DataType dataType);
     /// @param dataType the element type.
     /// @param shape the dimensions.
-    /// @param buffer the memory; null makes a tensor without memory, of any shape.
-    /// @param bufferSize bytes at `buffer`. More than the shape needs is refused; less is taken,
-    ///        and the host vouches for it.
-    /// @throws InvalidArgumentsException where there is memory but the shape is empty, or the
+    /// @param buffer the memory; null creates a tensor without memory, of any shape.
+    /// @param bufferSize bytes at `buffer`. More than the shape needs is refused; less is accepted
+    ///        at the host's own risk.
+    /// @throws InvalidArgumentsException if there is memory but the shape is empty, or if the
     ///         memory is larger than the shape needs.
     BufferWrappedTensor(DataType dataType, TensorShape shape, unsigned char* buffer,
                         std::size_t bufferSize);

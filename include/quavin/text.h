@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// The text type of the interface.
+/// The string type of the interface.
 
 #include <cstddef>
 #include <cstdint>
@@ -23,11 +23,11 @@ using uint64 = std::uint64_t;  ///< Unsigned 64-bit integer of the interface.
 
 /// Character traits of an 8-bit unsigned byte.
 ///
-/// The standard library promises `std::char_traits` only for its own character types, so the
-/// library brings the traits of `unsigned char` itself.
+/// The standard guarantees `std::char_traits` only for its own character types, so the library
+/// provides traits for `unsigned char` itself.
 struct ByteTraits {
     using char_type = unsigned char;    ///< One byte.
-    using int_type = int;               ///< Holds every byte and one more value for the end.
+    using int_type = int;               ///< Holds any byte, or the end value.
     using off_type = std::streamoff;    ///< Offset type.
     using pos_type = std::streampos;    ///< Position type.
     using state_type = std::mbstate_t;  ///< Conversion state, never used.
@@ -38,11 +38,11 @@ struct ByteTraits {
     static char_type* assign(char_type* target, std::size_t count, char_type value) noexcept {
         return count == 0 ? target : static_cast<char_type*>(std::memset(target, value, count));
     }
-    /// Whether two bytes are the same.
+    /// Whether two bytes are equal.
     static bool eq(char_type left, char_type right) noexcept { return left == right; }
     /// Whether a byte sorts before another, by its unsigned value.
     static bool lt(char_type left, char_type right) noexcept { return left < right; }
-    /// Compares two runs of bytes by their unsigned values.
+    /// Compares two ranges of bytes by their unsigned values.
     static int compare(const char_type* left, const char_type* right, std::size_t count) noexcept {
         return count == 0 ? 0 : std::memcmp(left, right, count);
     }
@@ -50,17 +50,17 @@ struct ByteTraits {
     static std::size_t length(const char_type* text) noexcept {
         return std::strlen(reinterpret_cast<const char*>(text));
     }
-    /// The first place of a value in a run of bytes, or null.
+    /// The first occurrence of a value in a range of bytes, or null.
     static const char_type* find(const char_type* text, std::size_t count,
                                  const char_type& value) noexcept {
         return count == 0 ? nullptr
                           : static_cast<const char_type*>(std::memchr(text, value, count));
     }
-    /// Copies bytes between places that may overlap.
+    /// Copies bytes between ranges that may overlap.
     static char_type* move(char_type* target, const char_type* source, std::size_t count) noexcept {
         return count == 0 ? target : static_cast<char_type*>(std::memmove(target, source, count));
     }
-    /// Copies bytes between places that do not overlap.
+    /// Copies bytes between ranges that do not overlap.
     static char_type* copy(char_type* target, const char_type* source, std::size_t count) noexcept {
         return count == 0 ? target : static_cast<char_type*>(std::memcpy(target, source, count));
     }
@@ -70,16 +70,16 @@ struct ByteTraits {
     static int_type to_int_type(char_type value) noexcept { return value; }
     /// Whether two integers hold the same byte or are both the end.
     static bool eq_int_type(int_type left, int_type right) noexcept { return left == right; }
-    /// The value that is no byte.
+    /// The end value, which is not a byte.
     static int_type eof() noexcept { return -1; }
-    /// Any value but the end.
+    /// `value` itself, or some other value if it is the end.
     static int_type not_eof(int_type value) noexcept { return value == eof() ? 0 : value; }
 };
 
-/// A string of bytes that holds UTF-8: every name, path and message of the interface.
+/// A string of UTF-8 bytes: the type of every name, path and message in the interface.
 ///
-/// It converts by itself from narrow literals, `std::string` and `std::string_view`, and gives them
-/// back through str() and view(). The bytes are not checked; a zero byte is a byte like any other,
+/// It converts implicitly from narrow literals, `std::string` and `std::string_view`, and back
+/// through str() and view(). The bytes are not validated; a zero byte is a byte like any other,
 /// though paths and messages are read only up to the first one.
 ///
 /// A value type: it owns its bytes. Several threads may read one object at once.
@@ -91,15 +91,15 @@ struct ByteTraits {
 /// @endcode
 class String {
 public:
-    /// The string behind a String.
+    /// The underlying string type.
     using Bytes = std::basic_string<unsigned char, ByteTraits>;
 
     /// An empty string.
     String() noexcept = default;
-    /// The characters up to the first zero byte; a null pointer gives an empty string.
+    /// The characters up to the first zero byte; a null pointer yields an empty string.
     String(const char* text)
         : String(text == nullptr ? std::string_view() : std::string_view(text)) {}
-    /// The characters up to the first zero byte; a null pointer gives an empty string.
+    /// The characters up to the first zero byte; a null pointer yields an empty string.
     String(const unsigned char* text) : String(reinterpret_cast<const char*>(text)) {}
     /// All characters of `text`, zero bytes included.
     String(std::string_view text) : String(text.data(), text.size()) {}
@@ -117,7 +117,7 @@ public:
     const unsigned char* data() const noexcept { return bytes_.data(); }
     /// The number of bytes.
     std::size_t size() const noexcept { return bytes_.size(); }
-    /// Whether there is no byte.
+    /// Whether there are no bytes.
     bool empty() const noexcept { return bytes_.empty(); }
 
     /// A copy as `std::string`.
@@ -133,15 +133,15 @@ public:
     unsigned char& operator[](std::size_t index) noexcept { return bytes_[index]; }
     /// The first byte.
     Bytes::const_iterator begin() const noexcept { return bytes_.begin(); }
-    /// The place after the last byte.
+    /// One past the last byte.
     Bytes::const_iterator end() const noexcept { return bytes_.end(); }
 
-    /// Adds the bytes of `other` at the end.
+    /// Appends the bytes of `other`.
     String& append(const String& other) {
         bytes_.append(other.bytes_);
         return *this;
     }
-    /// Adds the bytes of `other` at the end.
+    /// Appends the bytes of `other`.
     String& operator+=(const String& other) { return append(other); }
     /// Removes all bytes.
     void clear() noexcept { bytes_.clear(); }
@@ -168,7 +168,7 @@ private:
     Bytes bytes_;
 };
 
-/// Writes all bytes of `text`, zero bytes included; heeds the stream's width.
+/// Writes all bytes of `text`, zero bytes included; respects the stream's width.
 QUAVIN_API std::ostream& operator<<(std::ostream& stream, const String& text);
 
 }  // namespace VelmoraQuavin

@@ -50,7 +50,7 @@ QuavinStatus QuavinClient::getModel(std::shared_ptr<ModelMetadata> metadata,
     return loadMetadata(metadata, model, deviceOfType(type), Registration::kNone);
 }
 
-// Answers that no model is loaded also where the library is off.
+// If the library is off, this too returns MODEL_NOT_LOADED, not NOT_INITIALIZED.
 QuavinStatus QuavinClient::unloadModel(std::shared_ptr<QuavinModel>& model) {
     if (initialized_ && model != nullptr) {
         return model->unloadImpl();
@@ -102,9 +102,10 @@ QuavinStatus QuavinClient::createAndLoad(const std::shared_ptr<ModelMetadata>& m
     }
     model = engine->makeModel(metadata->getName(), device);
     if (registration == Registration::kRegistered) {
-        modelManager_.registerModel(model);
+        // Fails only for null, which no engine returns.
+        static_cast<void>(modelManager_.registerModel(model));
     }
-    // A registered model stays so when its loading fails: the host sees it in the runtime status.
+    // A model stays registered even if loading it fails: the host sees it in the runtime status.
     QuavinStatus status = model->load(metadata);
     if (!status.ok()) {
         model.reset();

@@ -25,7 +25,7 @@ NetworkComponentEntry plainFile(const Filepath& path) {
 QuavinStatus describePackage(const ModelMetadata& metadata, Features& inputs, Features& outputs) {
     const Engine* const engine = internal::chooseEngine(metadata, QuavinModelType::Undefined);
     if (engine == nullptr) {
-        const auto needed = internal::builtInEngines().front()->type();
+        const auto needed = internal::builtInEngines().preferred().type();
         return {MODEL_METADATA_ERROR,
                 String("The manifest has no target for ") +
                     internal::wordFor(internal::kEngines, needed, "this library")};
@@ -46,8 +46,8 @@ QuavinStatus describeNetwork(const Filepath& topology, const Filepath& weights,
                              std::vector<ModelFeatureDescriptor>& inputs,
                              std::vector<ModelFeatureDescriptor>& outputs) {
     try {
-        const internal::DirectorySource source{Filepath()};  // the paths are whole
-        describe(*internal::builtInEngines().front(),
+        const internal::DirectorySource source{Filepath()};  // the paths are complete
+        describe(internal::builtInEngines().preferred(),
                  {source, plainFile(topology), plainFile(weights)}, inputs, outputs);
         return {SUCCESS, ""};
     } catch (...) {

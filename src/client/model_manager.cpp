@@ -13,7 +13,7 @@ constexpr unsigned long long kNoLimit = std::numeric_limits<unsigned long long>:
 
 ModelManager::ModelManager() = default;
 
-// Emptying the account slots ends the cycles between models and their accounts.
+// Resetting the accounts breaks the reference cycles between models and their accounts.
 ModelManager::~ModelManager() {
     for (const std::shared_ptr<QuavinModel>& model : models_) {
         model->runtimeStatus_.reset();

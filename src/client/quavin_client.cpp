@@ -9,7 +9,7 @@ namespace VelmoraQuavin {
 namespace {
 
 void installLogger(const std::shared_ptr<ILogProcessor>& logger) {
-    // The hub is gone where a host switches the library on or off while the process ends.
+    // The hub is gone if a host turns the library on or off during process exit.
     if (internal::LoggingHub* hub = internal::LoggingHub::find()) {
         hub->setProcessor(logger);
     }
@@ -56,7 +56,7 @@ QuavinClient& QuavinClient::instance() {
 }
 
 QuavinModelType QuavinClient::getEngineType() {
-    return internal::builtInEngines().front()->type();
+    return internal::builtInEngines().preferred().type();
 }
 
 std::map<QuavinModelType, std::vector<Device>> QuavinClient::getDevices() {
@@ -65,7 +65,7 @@ std::map<QuavinModelType, std::vector<Device>> QuavinClient::getDevices() {
 
 QuavinStatus QuavinClient::getEngineInfo(EngineInfo& info) {
     try {
-        info = internal::builtInEngines().front()->info();
+        info = internal::builtInEngines().preferred().info();
         return {SUCCESS, ""};
     } catch (...) {
         return getStatusFromCurrentException();
@@ -74,6 +74,20 @@ QuavinStatus QuavinClient::getEngineInfo(EngineInfo& info) {
 
 RuntimeStatus QuavinClient::queryRuntimeStatus() const {
     return initialized_ ? modelManager_.getRuntimeStatus() : RuntimeStatus({});
+}
+
+QuavinStatus QuavinConfig::load() {
+    return {};
+}
+
+QuavinClientInitTerm::QuavinClientInitTerm(const QuavinConfig& config) {
+    if (!QuavinClient::init(config).ok()) {
+        throw Exception("Quavin client failed to initialize");
+    }
+}
+
+QuavinClientInitTerm::~QuavinClientInitTerm() {
+    QuavinClient::terminate();
 }
 
 }  // namespace VelmoraQuavin

@@ -15,7 +15,7 @@ constexpr long long kTicksPerHour = 60 * kTicksPerMinute;
 }  // namespace
 
 LogRecord DebugLogFormat::format(const LogRecord& record, long long startTime) {
-    // Unsigned, since the times are anybody's and the difference may wrap.
+    // Unsigned, since the times are arbitrary and the difference may wrap.
     const auto elapsed = static_cast<long long>(static_cast<unsigned long long>(record.time) -
                                                 static_cast<unsigned long long>(startTime));
     const auto twoDigits = std::setw(2);

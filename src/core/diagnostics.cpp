@@ -11,7 +11,7 @@ namespace {
 
 std::atomic<bool> diagnosticsOn{false};
 
-// Manifests may hold thousands of names, of any length.
+// Manifests may contain thousands of names, of any length.
 constexpr std::size_t kMostNames = 8;
 constexpr std::size_t kLongestName = 80;
 

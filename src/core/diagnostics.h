@@ -9,21 +9,23 @@
 
 namespace VelmoraQuavin::internal {
 
-/// Whether the host asked for diagnostics. Any thread.
+/// Whether the host asked for diagnostics. May be called from any thread.
 bool areDiagnosticsOn() noexcept;
-/// Switches diagnostics on or off; as QuavinClient::init, before and after all other use.
+/// Turns diagnostics on or off; like QuavinClient::init, call it before or after all other use.
 void setDiagnostics(bool on) noexcept;
 
-/// Hands one diagnostic record to the log, whether or not the host asked. Never throws; any thread.
+/// Sends one diagnostic record to the log, whether or not the host asked for diagnostics. Never
+/// throws; may be called from any thread.
 void reportDiagnostic(const String& text) noexcept;
 
-/// A text as a record holds it: one line, with nothing in it that moves a terminal's cursor or
-/// forges a line of a log. Names in it come from packages.
+/// Turns a text into a record's message: one line, with nothing in it that could move a terminal's
+/// cursor or forge a log line. Names in the text come from packages.
 std::string asRecord(const String& text);
 
-/// Reports what a fixed text hides, where the host asked for it. Never throws; any thread.
-/// @param makeText gives the text, which begins with what was being done; called only where it is
-///        wanted. Nothing is reported where it finds nothing to say.
+/// Reports what a fixed text hides, if the host asked for diagnostics. Never throws; may be called
+/// from any thread.
+/// @param makeText returns the text, which begins with what was being done; called only if
+///        diagnostics are on. Nothing is reported if it returns an empty text.
 template <typename MakeText>
 void diagnose(MakeText&& makeText) noexcept {
     if (!areDiagnosticsOn()) {
@@ -35,11 +37,11 @@ void diagnose(MakeText&& makeText) noexcept {
             reportDiagnostic(text);
         }
     } catch (...) {
-        // The failure itself is reported by its status; memory ran out for the explanation.
+        // The status still reports the failure; only its explanation ran out of memory.
     }
 }
 
-/// Keeps a text for a diagnostic that may follow, under the conditions of diagnose().
+/// Stores a text for a diagnostic that may follow, under the same conditions as diagnose().
 template <typename MakeText>
 void keepForDiagnostics(String& kept, MakeText&& makeText) noexcept {
     if (!areDiagnosticsOn()) {
@@ -52,15 +54,16 @@ void keepForDiagnostics(String& kept, MakeText&& makeText) noexcept {
     }
 }
 
-/// A path, or a name that is short anyway, in quotation marks.
+/// Puts a path, or a name known to be short, in quotation marks.
 std::string inQuotes(const String& text);
 
-/// Names as a diagnostic lists them: in quotation marks, long ones cut, and only the first few.
+/// A list of names for a diagnostic: in quotation marks, long ones truncated, and only the first
+/// few.
 class NameList {
 public:
     void add(std::string_view name);
     bool empty() const { return count_ == 0; }
-    /// `"a", "b" and 3 more`; empty without names.
+    /// `"a", "b" and 3 more`; empty if there are no names.
     std::string text() const;
 
 private:
@@ -68,9 +71,9 @@ private:
     std::size_t count_ = 0;
 };
 
-/// Held while a record is delivered. Locks only while diagnostics are on, since models that predict
-/// on several threads then report as well; without them the library takes no lock here. The same
-/// thread may lock again: a log processor may itself report.
+/// To be held while a record is delivered. Locks only while diagnostics are on, since models
+/// predicting on several threads may then report too; otherwise nothing is locked. The lock is
+/// recursive because a log processor may itself report.
 std::unique_lock<std::recursive_mutex> lockDelivery();
 
 }  // namespace VelmoraQuavin::internal

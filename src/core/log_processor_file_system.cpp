@@ -16,13 +16,13 @@ std::fstream openAtEnd(const String& path) {
         std::fstream file =
             internal::platform::openFile(path, std::ios::in | std::ios::out | std::ios::ate);
         if (!file.is_open()) {
-            // Creates it; appending keeps a file that may be written but not read.
+            // Creates the file; appending preserves a file that is writable but not readable.
             file =
                 internal::platform::openFile(path, std::ios::out | std::ios::app | std::ios::ate);
         }
         return file;
     } catch (const std::range_error&) {
-        // A directory that is not UTF-8 cannot be opened, which is no error here.
+        // A path that is not UTF-8 cannot be opened, which is not an error here.
         return {};
     }
 }

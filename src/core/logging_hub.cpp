@@ -52,7 +52,7 @@ LoggingHub::~LoggingHub() {
 }
 
 void LoggingHub::setProcessor(std::shared_ptr<ILogProcessor> processor) {
-    // Swapped first: the old processor may report or call back while it is destroyed.
+    // Swapped first: the old processor may report or call back while being destroyed.
     processor_.swap(processor);
 }
 
@@ -67,16 +67,16 @@ void LoggingHub::handle(const LogRecord& record) {
     if (processor_ == nullptr) {
         processor_ = defaultProcessor();
     }
-    // Held here, since a processor may have itself replaced while it works.
+    // Kept alive here, since a processor may cause its own replacement while it runs.
     const std::shared_ptr<ILogProcessor> processor = processor_;
     try {
         processor->process(record);
     } catch (...) {
-        // A processor that fails must not disturb what is being reported.
+        // A failing processor must not disturb the code that reports.
     }
 }
 
-// Its time stamps count from the first report that needed it.
+// Time stamps count from the first report that needs this processor.
 const std::shared_ptr<ILogProcessor>& LoggingHub::defaultProcessor() {
     if (default_ == nullptr) {
         default_ = std::make_shared<LogProcessorFormatter<DebugLogFormat>>(

@@ -8,13 +8,13 @@
 
 namespace VelmoraQuavin::internal {
 
-/// The process-wide place where reports meet the installed log processor.
+/// Delivers the process's reports to the installed log processor.
 ///
-/// Plain fields without a lock. The hub is made on first use and destroyed at process exit, and
-/// reports still come in after that: find() then gives null.
+/// Its fields are not locked. The hub is created on first use and destroyed at process exit; for
+/// reports made after that, find() returns null.
 class LoggingHub {
 public:
-    /// The hub, created if it never was; null once it has been destroyed.
+    /// The hub, created on first use; null once it has been destroyed.
     static LoggingHub* find();
 
     LoggingHub(const LoggingHub&) = delete;
@@ -22,10 +22,10 @@ public:
 
     /// Installs a processor; null makes the next report install the default one.
     void setProcessor(std::shared_ptr<ILogProcessor> processor);
-    /// Hands a record to the installed processor, whose exceptions are swallowed. Dropped where
-    /// nine others are in progress.
+    /// Passes a record to the installed processor and swallows its exceptions. The record is
+    /// dropped if nine others are in progress.
     void handle(const LogRecord& record);
-    /// The texts of the latest important records, oldest first.
+    /// The messages of the latest important records, oldest first.
     const std::deque<String>& history() const { return history_; }
 
 private:
@@ -41,7 +41,7 @@ private:
     int nesting_ = 0;
     std::deque<String> history_;
     std::shared_ptr<ILogProcessor> processor_;
-    // Made on first need, and held by the hub, so that it lasts as long.
+    // Created when first needed, and owned by the hub, so that it lives as long.
     std::shared_ptr<ILogProcessor> default_;
 };
 

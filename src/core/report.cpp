@@ -23,7 +23,7 @@ void _Report_(bool direct, std::size_t category, unsigned level, const String& m
             LogProcessorOStream(&std::cout).process(record);
         }
     } catch (...) {
-        // There is nobody to tell that a report failed.
+        // There is nowhere to report that a report failed.
     }
 }
 

@@ -6,12 +6,12 @@
 
 namespace VelmoraQuavin::internal {
 
-/// Overwrites a secret in a way that the compiler does not leave out.
+/// Overwrites a secret in a way that the compiler cannot optimise away.
 inline void secureWipe(void* bytes, std::size_t count) noexcept {
     platform::wipeMemory(bytes, count);
 }
 
-/// Overwrites memory of somebody else's when the scope ends, however it ends.
+/// Overwrites memory, which it does not own, when the scope ends, even if by an exception.
 class WipeOnExit {
 public:
     WipeOnExit(void* bytes, std::size_t count) noexcept : bytes_(bytes), count_(count) {}

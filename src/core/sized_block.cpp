@@ -9,7 +9,7 @@
 namespace VelmoraQuavin::internal {
 namespace {
 
-// The size stands before the block, in as many bytes as keep the block itself aligned.
+// The size is stored in front of the block, in a header large enough to keep the block aligned.
 constexpr std::size_t kHeaderSize = 64;
 constexpr std::align_val_t kAlignment{64};
 

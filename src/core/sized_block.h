@@ -4,17 +4,16 @@
 
 namespace VelmoraQuavin::internal {
 
-/// How the system is asked to back a block.
+/// The kind of pages to request for a block.
 enum class BlockPages {
     kOrdinary,
-    kLarge,  ///< Large pages where there are any: filling a large block for the first time is
-             ///< faster.
+    kLarge,  ///< Large pages if available, with which filling a new block is faster.
 };
 
-/// A block of memory, aligned to 64 bytes and not initialised, that knows its size.
-/// @return the first byte; null where memory runs out.
+/// Allocates an uninitialised block of memory, aligned to 64 bytes, that knows its size.
+/// @return the first byte; null if memory runs out.
 void* allocateSizedBlock(std::size_t size, BlockPages pages = BlockPages::kOrdinary) noexcept;
-/// The size that a block was asked for with.
+/// The size with which a block was allocated.
 std::size_t sizeOfBlock(const void* block) noexcept;
 /// Frees a block; null is ignored.
 void freeSizedBlock(void* block) noexcept;

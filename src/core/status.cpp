@@ -8,7 +8,7 @@ namespace {
 
 String descriptionOf(const std::exception& exception) {
     const char* text = exception.what();
-    // Each standard library has its own text for an exception that was given none.
+    // Each standard library has its own text for an exception created without one.
     const bool hasText =
         text != nullptr && *text != '\0' && typeid(exception) != typeid(std::exception);
     return hasText ? text : "Unknown exception";

@@ -7,10 +7,11 @@
 
 namespace VelmoraQuavin::internal {
 
-/// The most that one call of a file's stream passes on: the C runtime of Windows counts in 32 bits.
+/// The most that is passed to a file stream in one call: the C runtime of Windows counts in 32
+/// bits.
 constexpr uint64 kLargestStreamStep = uint64{1} << 30;
 
-/// Writes `size` bytes; the stream tells whether it failed.
+/// Writes `size` bytes; check the stream for failure.
 inline void writeInSteps(std::ostream& stream, const char* data, uint64 size,
                          uint64 step = kLargestStreamStep) {
     uint64 written = 0;

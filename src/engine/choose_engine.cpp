@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <cstdint>
 #include <string>
 
@@ -42,7 +41,8 @@ const Engine* chooseEngine(const ModelMetadata& metadata, QuavinModelType wanted
     if (hasTarget) {
         diagnoseMissingEngine(wanted);
     } else {
-        diagnoseMissingTarget(metadata, wordFor(kEngines, builtInEngines().front()->type(), "?"));
+        diagnoseMissingTarget(metadata,
+                              wordFor(kEngines, builtInEngines().preferred().type(), "?"));
     }
     return nullptr;
 }

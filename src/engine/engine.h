@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <memory>
 #include <vector>
 
@@ -11,13 +13,13 @@
 
 namespace VelmoraQuavin::internal {
 
-/// What goes into a network and what comes out, each port as a required tensor feature.
+/// A network's inputs and outputs, each as a required tensor feature.
 struct NetworkPorts {
     std::vector<ModelFeatureDescriptor> inputs;
     std::vector<ModelFeatureDescriptor> outputs;
 };
 
-/// What an engine gives to the library. There is one object for each, which any thread may call.
+/// What the library needs from an engine. There is one object per engine, which any thread may use.
 class Engine {
 public:
     Engine() = default;
@@ -30,10 +32,10 @@ public:
     virtual std::shared_ptr<QuavinModel> makeModel(const String& name,
                                                    const Device& device) const = 0;
     /// Reads a network without compiling it.
-    /// @throws std::exception if a component cannot be read, or is no network.
+    /// @throws std::exception if a component cannot be read, or is not a network.
     virtual NetworkPorts describe(const NetworkComponents& network) const = 0;
-    /// What a model that is loaded now would run on.
-    /// @throws std::exception if the engine cannot start, and if memory runs out.
+    /// What a model loaded now would run on.
+    /// @throws std::exception if the engine cannot start, or if memory runs out.
     virtual EngineInfo info() const = 0;
 
 protected:
@@ -41,10 +43,26 @@ protected:
 };
 
 /// The engines of this build, the preferred one first. Never empty.
-const std::vector<const Engine*>& builtInEngines();
+class EngineList {
+public:
+    /// @param engines live until the process ends, and are never destroyed: hosts may use the
+    ///        library while the process exits.
+    template <std::size_t count>
+    explicit EngineList(const std::array<const Engine*, count>& engines) noexcept
+        : begin_(engines.data()), end_(engines.data() + count) {}
 
-/// The engine for a package: one that it has a target for, and that a host asks for. Diagnostics
-/// say why there is none.
+    const Engine* const* begin() const noexcept { return begin_; }
+    const Engine* const* end() const noexcept { return end_; }
+    const Engine& preferred() const noexcept { return **begin_; }
+
+private:
+    const Engine* const* begin_;
+    const Engine* const* end_;
+};
+EngineList builtInEngines() noexcept;
+
+/// Chooses the engine for a package: the package must have a target for it, and the host must
+/// accept it. If there is none, diagnostics say why.
 /// @param wanted QuavinModelType::Undefined leaves the choice to the library.
 /// @return null if there is none.
 const Engine* chooseEngine(const ModelMetadata& metadata, QuavinModelType wanted);

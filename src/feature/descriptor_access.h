@@ -4,14 +4,14 @@
 
 namespace VelmoraQuavin::internal {
 
-/// Reads the fields of descriptors that have no accessor, or only one that copies.
+/// Reads descriptor fields that have no accessor, or only one that copies.
 struct DescriptorAccess {
     static const String& name(const ModelFeatureDescriptor& descriptor) { return descriptor.name_; }
     /// For engines that take images, and for tests: no other code needs it yet.
     static const ImageDescriptor& image(const ModelFeatureDescriptor& descriptor) {
         return descriptor.imageDescriptor_;
     }
-    /// The shape, also where it is variable.
+    /// The shape, even if it is variable.
     static const TensorShape& shape(const TensorDescriptor& descriptor) {
         return descriptor.shape_;
     }

@@ -9,8 +9,8 @@ constexpr auto kTypeNotSet = static_cast<QuavinFeatureType>(7);
 
 }  // namespace
 
-// What is built from a descriptor of its own is optional, what is not is required: hosts rely on
-// it.
+// Unless told otherwise, a feature with an image or tensor descriptor is optional and any other is
+// required: hosts rely on it.
 ModelFeatureDescriptor::ModelFeatureDescriptor() : ModelFeatureDescriptor(kTypeNotSet) {}
 
 ModelFeatureDescriptor::ModelFeatureDescriptor(QuavinFeatureType type)

@@ -5,7 +5,7 @@
 namespace VelmoraQuavin {
 namespace {
 
-// "unit8" in one of the callers is what hosts have always read; it stays.
+// The "unit8" passed below is what hosts have always seen, so it stays.
 [[noreturn]] void throwWrongType(const char* requested, QuavinFeatureType actual) {
     throw InvalidTypeException(String("Attempt to interpret a feature as ") + requested +
                                " while the feature's type is " + GetQuavinFeatureTypeName(actual));

@@ -5,15 +5,15 @@
 
 namespace VelmoraQuavin::internal {
 
-/// A model that knows what computes its predictions. Apart from QuavinModel, whose virtual
-/// operations are those that hosts' own models are built against.
+/// A model that knows what computes its predictions. Separate from QuavinModel, because models
+/// defined by hosts are built against QuavinModel's virtual functions.
 class EngineInfoSource {
 public:
     EngineInfoSource() = default;
     EngineInfoSource(const EngineInfoSource&) = delete;
     EngineInfoSource& operator=(const EngineInfoSource&) = delete;
-    /// What the loaded network runs on; asked of loaded models only.
-    /// @throws std::exception as the engine does, and where memory runs out.
+    /// What the loaded network runs on; called only on loaded models.
+    /// @throws std::exception if the engine fails, or if memory runs out.
     virtual EngineInfo engineInfo() const = 0;
 
 protected:

@@ -40,7 +40,7 @@ void QuavinModel::releaseMetadata() {
     loaded_ = false;
 }
 
-// Looks at the first input alone: an engine learns the rest from the network itself.
+// Checks only the first input: an engine learns the rest from the network itself.
 QuavinStatus QuavinModel::validateTarget() const {
     const ModelTarget* target = findTarget();
     if (target == nullptr || target->inputs.empty()) {
@@ -69,14 +69,14 @@ QuavinStatus QuavinModel::runLoadingSequence() {
     if (!status.ok()) {
         return status;
     }
-    // A copy: the hook may release the metadata that the target lives in.
+    // A copy: the hook may release the metadata that owns the target.
     const ModelTarget* target = findTarget();
     const std::vector<ModelComponent> components =
         target == nullptr ? std::vector<ModelComponent>() : target->components;
     if (components.empty()) {
         return {MODEL_METADATA_ERROR, "No model component found"};
     }
-    loaded_ = false;  // and it stays so where the hook throws
+    loaded_ = false;  // and stays false if the hook throws
     status = loadImpl(components);
     loaded_ = status.ok();
     return status;

@@ -10,37 +10,38 @@
 
 namespace VelmoraQuavin::internal::platform {
 
-/// Writes below one directory: paths are walked name by name from there, and no link is followed on
-/// the way, also not one that somebody puts there meanwhile. (A directory that somebody moves away
-/// while it is written to takes its new files along, and what is mounted below is below.)
+/// Writes only below one directory: paths are walked name by name from there, and no link is ever
+/// followed, not even one created in the meantime. (If a directory is moved away while it is being
+/// written to, its new files move with it, and anything mounted below the directory counts as part
+/// of it.)
 ///
-/// Operations return why they failed, for people; an empty text where they went well. One thread at
-/// a time.
+/// Operations return a human-readable reason if they fail, and an empty string if they succeed. Use
+/// it from one thread at a time.
 class ConfinedDirectory {
 public:
-    /// Names from the directory down, UTF-8. None of them is empty, "." or "..", or holds a
+    /// Names from the directory down, in UTF-8. None is empty, "." or "..", and none contains a
     /// separator.
     using Names = std::vector<std::string>;
 
-    /// Opens the directory, which may itself be reached through links; nothing where it is none.
-    /// @throws std::range_error "bad conversion" where the path is not UTF-8.
+    /// Opens the directory, which may itself be reached through links; nothing if it cannot be
+    /// opened as a directory.
+    /// @throws std::range_error "bad conversion" if the path is not UTF-8.
     static std::optional<ConfinedDirectory> open(const String& path);
     ConfinedDirectory(ConfinedDirectory&& other) noexcept;
     ConfinedDirectory& operator=(ConfinedDirectory&& other) noexcept;
     ~ConfinedDirectory();
 
-    /// Makes a directory and what is missing above it.
+    /// Creates a directory and any missing parents.
     std::string createDirectories(const Names& names);
-    /// Writes a file and makes what directories are missing above it. It gets its name when it is
-    /// whole, and replaces a file that is there by then; what cannot be written whole is removed.
-    /// A process that is killed leaves at most a file ".quavin-..." in its directory, which the
-    /// next one removes.
-    /// @param names at least one.
+    /// Writes a file, creating any missing parent directories. The file gets its name once it is
+    /// complete, replacing any existing file; an incomplete one is removed. A killed process leaves
+    /// at most a file ".quavin-..." in that directory, which the next process removes.
+    /// @param names at least one name.
     std::string writeFile(const Names& names, const void* content, std::uint64_t size);
 
-private:
     class Implementation;
 
+private:
     explicit ConfinedDirectory(std::unique_ptr<Implementation> implementation);
 
     std::unique_ptr<Implementation> implementation_;

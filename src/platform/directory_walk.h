@@ -8,9 +8,9 @@
 
 namespace VelmoraQuavin::internal::platform {
 
-/// Goes from an open directory to directories below it, name by name, and stays where it has got
-/// to: entries of an archive come directory by directory, so that most of them find theirs current.
-/// @tparam Handle owns an open directory, or none and is false then.
+/// Walks from an open directory to directories below it, name by name, and remembers where it is:
+/// archive entries are grouped by directory, so most of them find theirs already current.
+/// @tparam Handle owns an open directory, or none, in which case it converts to false.
 template <typename Handle>
 class DirectoryWalk {
 public:
@@ -18,13 +18,13 @@ public:
 
     explicit DirectoryWalk(Handle root) : root_(std::move(root)) {}
 
-    /// Where it has got to: the root in the beginning and after a failure.
+    /// The current directory: the root at first and after a failure.
     const Handle& current() const { return current_ ? current_ : root_; }
 
     /// Makes the directory with these names below the root the current one.
-    /// @param step called with a directory, a name in it and the handle to open the directory of
-    ///     that name with; returns why it failed, nothing where it went well.
-    /// @return what the step that failed has returned.
+    /// @param step called with a directory, a name in it and a handle that receives the opened
+    ///     directory; returns the reason if it fails, an empty string if not.
+    /// @return the reason given by the step that failed; empty if none did.
     template <typename Step>
     std::string enter(Name begin, Name end, const Step& step) {
         if (std::equal(begin, end, currentNames_.begin(), currentNames_.end())) {

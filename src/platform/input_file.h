@@ -9,26 +9,26 @@
 
 namespace VelmoraQuavin::internal::platform {
 
-/// A plain file that is read whole, once. Others may read and write it meanwhile. One thread at a
-/// time.
+/// A regular file that is read whole, once. Others may read and write it at the same time. Use it
+/// from one thread at a time.
 class InputFile {
 public:
-    /// Opens a file through the system's widest interface.
+    /// Opens a file, through the wide interface on Windows.
     /// @param path read up to its first zero byte.
-    /// @param problem receives, for people, why it failed; a directory, pipe, device or whatever
-    ///     else is no plain file fails too, without waiting for anybody.
-    /// @throws std::range_error "bad conversion" where the path is not UTF-8.
+    /// @param problem receives a human-readable reason on failure. Anything but a regular file (a
+    ///     directory, pipe or device, for example) fails too, without blocking.
+    /// @throws std::range_error "bad conversion" if the path is not UTF-8.
     static std::optional<InputFile> open(const String& path, std::string& problem);
     InputFile(InputFile&& other) noexcept;
     InputFile& operator=(InputFile&& other) noexcept;
     ~InputFile();
 
-    /// The size that the file had when it was opened.
+    /// The file's size when it was opened.
     std::uint64_t size() const { return size_; }
-    /// Reads size() bytes, no more if the file has grown.
-    /// @param got receives how many there were; fewer where the file has become shorter, or reading
-    ///     has failed.
-    /// @return why reading failed, for people; empty where it went well.
+    /// Reads size() bytes, and no more even if the file has grown.
+    /// @param got receives the number of bytes read: fewer than size() if the file has shrunk or
+    ///     reading failed.
+    /// @return a human-readable reason if reading failed; empty if it succeeded.
     std::string read(void* buffer, std::uint64_t& got);
 
 private:

@@ -4,8 +4,8 @@
 
 namespace VelmoraQuavin::internal::platform {
 
-/// Asks for large pages behind memory that has not been touched yet, where the system has any to
-/// give and the memory is large enough to matter. Changes nothing but the time that filling takes.
+/// Requests large pages for memory that has not been touched yet, if the system offers them and the
+/// block is large enough to benefit. Affects only how long filling the memory takes.
 void preferLargePages(void* memory, std::size_t size) noexcept;
 
 }  // namespace VelmoraQuavin::internal::platform

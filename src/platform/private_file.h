@@ -7,58 +7,58 @@
 
 namespace VelmoraQuavin::internal::platform {
 
-/// Files of tools that are their owner's alone (keys, above all), and new files in general.
+/// Files that tools keep private to their owner (keys, above all), and new files in general.
 
 /// Whether a file that others may read or change is accepted.
 enum class OpenToOthers { kRefused, kAllowed };
 
 enum class PrivateReading { kDone, kOpenToOthers, kFailed };
 
-/// Reads a file whole. Whether others may read or change it is asked of the opened file. (Of a
-/// system that has access lists: whether they allow it to anybody but its owner, this user and
-/// administrators.)
-/// @param path UTF-8.
-/// @param others whether a file that others may read or change is accepted.
+/// Reads a file whole. Whether others may read or change it is checked on the opened file. (On a
+/// system with access lists, "others" are everyone but the owner, this user and administrators.)
+/// @param path in UTF-8.
+/// @param others whether to accept a file that others may read or change.
 /// @param buffer receives up to `capacity` bytes.
-/// @param capacity bytes at `buffer`.
-/// @param size receives the number of bytes, `capacity` also for a longer file.
-/// @param problem receives, for people, why it failed, and what to do about others' rights.
+/// @param capacity the number of bytes at `buffer`.
+/// @param size receives the number of bytes read; `capacity` if the file is longer.
+/// @param problem receives a human-readable reason on failure, with advice on revoking the rights
+///        of others.
 PrivateReading readPrivateFile(const String& path, OpenToOthers others, unsigned char* buffer,
                                std::size_t capacity, std::size_t& size, std::string& problem);
 
-/// Makes a new directory that its owner alone may enter. (Where what is moved keeps the rights of
-/// the directory that it was made in, as on Windows, it has those of the directory above.)
-/// @param path UTF-8.
-/// @return whether it is there and new.
+/// Creates a directory that only its owner may enter. (On systems where a moved file keeps the
+/// rights of the directory it was created in, as on Windows, the new directory inherits the rights
+/// of its parent instead.)
+/// @param path in UTF-8.
+/// @return whether the directory was created.
 bool makePrivateDirectory(const String& path);
 
-/// Who may read a new file, before the process's umask; on Windows "everyone" is whoever the
-/// directory's own access list says.
+/// Who may read a new file, before the process's umask; on Windows "everyone" means whoever the
+/// directory's access list allows.
 enum class Readers { kOwner, kEveryone };
 
-/// Writes a new file, which gets its name when it is whole; where that fails, nothing of it stays.
-/// A process that is killed leaves at most a file ".quavin-..." beside it, which the next one
-/// removes.
-/// @param path UTF-8; nothing may be there, nor come there meanwhile.
+/// Writes a new file, which gets its name once it is complete; on failure nothing is left behind. A
+/// killed process leaves at most a file ".quavin-..." next to it, which the next process removes.
+/// @param path in UTF-8; must not exist, nor be created in the meantime.
 /// @param bytes the content.
-/// @param count bytes at `bytes`.
-/// @param readers who may read it.
-/// @return why it failed, for people; empty where it went well.
+/// @param count the number of bytes at `bytes`.
+/// @param readers who may read the file.
+/// @return a human-readable reason on failure; empty on success.
 std::string writeNewFile(const String& path, const unsigned char* bytes, std::size_t count,
                          Readers readers);
 
-/// The same over a file that may be there, which keeps its content until its successor is whole;
-/// on POSIX the successor has the mode that it had.
-/// @param path UTF-8; no link.
+/// As above, but replaces any existing file, which keeps its content until the new one is complete;
+/// on POSIX the new file takes over its mode.
+/// @param path in UTF-8; not a link.
 std::string replaceFile(const String& path, const unsigned char* bytes, std::size_t count);
 
-/// What came of giving something another name.
+/// The outcome of renaming a file or directory.
 enum class Moving { kDone, kNameTaken, kFailed };
 
-/// Gives a file or directory another name in the same file system, where nothing has that name, not
-/// at the last moment either.
-/// @param from UTF-8, as `to`.
-/// @param problem receives, for people, why it failed.
+/// Renames a file or directory within the same file system. Never replaces anything, not even
+/// something created at the last moment.
+/// @param from in UTF-8, like `to`.
+/// @param problem receives a human-readable reason on failure.
 Moving moveToNew(const String& from, const String& to, std::string& problem);
 
 }  // namespace VelmoraQuavin::internal::platform

@@ -7,36 +7,36 @@
 
 namespace VelmoraQuavin::internal::platform {
 
-/// What tools ask of the process they run as.
+/// What tools need from the process they run in.
 
-/// The program's arguments without its own name, as UTF-8 where the system has texts; elsewhere the
-/// bytes that the caller gave.
-/// @param argc as main() gets it.
-/// @param argv as main() gets it.
+/// The program's arguments without its own name: in UTF-8 if the system passes text, otherwise the
+/// caller's bytes unchanged.
+/// @param argc as passed to main().
+/// @param argv as passed to main().
 std::vector<std::string> programArguments(int argc, const char* const* argv);
 
-/// A variable of the environment, in the same form; nothing where there is none of this name.
+/// An environment variable, in the same form; nothing if it is not set.
 std::optional<std::string> environmentVariable(const std::string& name);
 
-/// While it lives, standard output and error take UTF-8, keep bytes as they are written ("\n" stays
-/// "\n"), and terminals obey escape sequences where they can. At its end terminals are as they
-/// were. One at a time, made before anything is written.
+/// During its lifetime, standard output and error take UTF-8, pass bytes through unchanged ("\n"
+/// stays "\n"), and terminals obey escape sequences if they can. Its destructor restores the
+/// terminals. Only one may exist at a time, created before anything is written.
 class OutputSession {
 public:
     OutputSession() noexcept;
     OutputSession(const OutputSession&) = delete;
     OutputSession& operator=(const OutputSession&) = delete;
-    // Where it has nothing to restore, it still is one type.
+    // Declared even where there is nothing to restore, so that the type is the same everywhere.
     ~OutputSession();  // NOLINT(performance-trivially-destructible)
 };
 
 enum class StandardStream { kOutput, kError };
 
-/// Whether somebody looks at a standard stream in a terminal, one that obeys escape sequences where
-/// that can be asked. Wants an OutputSession.
+/// Whether a standard stream is a terminal and, where the system can tell, one that obeys escape
+/// sequences. Requires an OutputSession.
 bool isTerminal(StandardStream stream) noexcept;
 
-/// The most memory that the process has held so far, in bytes; 0 where the system does not tell.
+/// The peak resident memory of the process so far, in bytes; 0 if the system does not report it.
 std::uint64_t peakResidentMemory() noexcept;
 
 }  // namespace VelmoraQuavin::internal::platform

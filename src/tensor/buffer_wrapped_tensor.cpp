@@ -14,7 +14,7 @@ BufferWrappedTensor::BufferWrappedTensor(DataType dataType, TensorShape shape,
         throw InvalidArgumentsException(
             "Tensor shape cannot be empty when constructing a new tensor with an exsiting buffer.");
     }
-    // A buffer larger than needed is what is refused: one that is too small is the host's word.
+    // A buffer larger than needed is refused; for one that is too small, the host is trusted.
     const int64 needed = bytes();
     if (needed < 0 || static_cast<uint64>(needed) < bufferSize) {
         throw InvalidArgumentsException("The existing buffer is insufficient for the given shape.");

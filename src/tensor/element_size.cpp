@@ -7,12 +7,12 @@
 namespace VelmoraQuavin::internal {
 namespace {
 
-// Indexed by the number of the type.
+// Indexed by the type's number.
 constexpr std::array<int64, 13> kElementSizes = {0, 1, 1, 1, 2, 2, 4, 4, 8, 8, 2, 4, 8};
 
 static_assert(sizeof(std::size_t) == sizeof(uint64), "byte counts are 64 bits wide");
 
-constexpr std::size_t kNotToBeHad = std::numeric_limits<std::size_t>::max();
+constexpr std::size_t kMoreThanAvailable = std::numeric_limits<std::size_t>::max();
 constexpr auto kMostBytes = static_cast<uint64>(std::numeric_limits<int64>::max());
 
 }  // namespace
@@ -40,7 +40,7 @@ std::optional<int64> exactByteCount(DataType type, const TensorShape& shape) noe
             return 0;
         }
         if (magnitude > kMostBytes / count) {
-            fits = false;  // but a later extent of 0 still makes the tensor an empty one
+            fits = false;  // but a later extent of 0 still makes the tensor empty
         } else {
             count *= magnitude;
         }
@@ -54,7 +54,7 @@ std::optional<int64> exactByteCount(DataType type, const TensorShape& shape) noe
 
 std::size_t byteCountToAllocate(DataType type, const TensorShape& shape) noexcept {
     const std::optional<int64> count = exactByteCount(type, shape);
-    return count.has_value() && *count >= 0 ? static_cast<std::size_t>(*count) : kNotToBeHad;
+    return count.has_value() && *count >= 0 ? static_cast<std::size_t>(*count) : kMoreThanAvailable;
 }
 
 }  // namespace VelmoraQuavin::internal

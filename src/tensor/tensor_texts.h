@@ -6,9 +6,9 @@
 
 namespace VelmoraQuavin::internal {
 
-/// "float"; "none" for a type that no tensor has.
+/// Such as "float"; "none" for a type that no tensor has.
 std::string dataTypeName(DataType type);
-/// "[1, 10]".
+/// Such as "[1, 10]".
 std::string shapeText(const TensorShape& shape);
 
 }  // namespace VelmoraQuavin::internal

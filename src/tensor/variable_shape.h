@@ -7,7 +7,7 @@ namespace VelmoraQuavin::internal {
 /// A dimension that is not known until run time.
 constexpr int64 kVariableDimension = -1;
 
-/// @throws InvalidOperationException where the descriptor's shape is variable.
+/// @throws InvalidOperationException if the descriptor's shape is variable.
 inline void requireFixedShape(const TensorDescriptor& descriptor) {
     if (descriptor.variableShape()) {
         throw InvalidOperationException(

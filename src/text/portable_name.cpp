@@ -7,7 +7,7 @@
 namespace VelmoraQuavin::internal {
 namespace {
 
-// In the units of UTF-16.
+// In UTF-16 code units.
 constexpr std::size_t kLongestName = 255;
 
 bool isForbidden(char character) {
@@ -16,8 +16,8 @@ bool isForbidden(char character) {
            kReserved.find(character) != std::string_view::npos;
 }
 
-// Not the C library's: what it takes for capitals depends on the host's locale.
-char inCapitals(char character) {
+// Not the C library's toupper, which depends on the host's locale.
+char toUpper(char character) {
     return character >= 'a' && character <= 'z' ? static_cast<char>(character - 'a' + 'A')
                                                 : character;
 }
@@ -31,17 +31,19 @@ std::size_t lengthInUtf16(std::string_view name) {
     return length;
 }
 
-// Whether it ends the name of a serial or parallel device; the superscripts 1, 2 and 3 do too.
+// Whether `text` can end the name of a serial or parallel device; the superscripts 1, 2 and 3 can
+// too.
 bool isDeviceDigit(std::string_view text) {
     return (text.size() == 1 && text[0] >= '0' && text[0] <= '9') || text == "\u00B9" ||
            text == "\u00B2" || text == "\u00B3";
 }
 
-// A device has its name in every directory, whatever stands behind a dot, and spaces before it.
+// Device names are reserved in every directory, whatever follows a dot, and with spaces before the
+// dot.
 bool isDevice(std::string_view name) {
     std::string stem(name.substr(0, name.find('.')));
     stem.erase(stem.find_last_not_of(' ') + 1);
-    std::transform(stem.begin(), stem.end(), stem.begin(), inCapitals);
+    std::transform(stem.begin(), stem.end(), stem.begin(), toUpper);
     constexpr std::array<std::string_view, 6> kDevices = {"CON", "PRN",    "AUX",
                                                           "NUL", "CONIN$", "CONOUT$"};
     if (std::find(kDevices.begin(), kDevices.end(), stem) != kDevices.end()) {
@@ -57,8 +59,8 @@ bool isPortableName(std::string_view name) {
     if (name.empty() || lengthInUtf16(name) > kLongestName) {
         return false;
     }
-    const bool losesItsEnd = name.back() == '.' || name.back() == ' ';
-    return !losesItsEnd && std::none_of(name.begin(), name.end(), isForbidden) && !isDevice(name);
+    const bool endIsStripped = name.back() == '.' || name.back() == ' ';
+    return !endIsStripped && std::none_of(name.begin(), name.end(), isForbidden) && !isDevice(name);
 }
 
 }  // namespace VelmoraQuavin::internal

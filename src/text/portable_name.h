@@ -4,9 +4,9 @@
 
 namespace VelmoraQuavin::internal {
 
-/// Whether a file can have this name, and no other one, on every system. Windows would see a
-/// device, a stream of a file or a pattern in others, or leave out a part of them.
-/// @param name one name of a path, UTF-8.
+/// Whether a file can have exactly this name on every system. Windows would treat other names as a
+/// device, a file's stream or a pattern, or drop part of them.
+/// @param name a single component of a path, UTF-8.
 bool isPortableName(std::string_view name);
 
 }  // namespace VelmoraQuavin::internal

@@ -8,8 +8,8 @@
 namespace VelmoraQuavin::internal {
 namespace {
 
-// The text of one standard library's converter, thrown here so that it is the same with every
-// library.
+// The message of one standard library's converter, used here so that it is the same with all of
+// them.
 constexpr const char* kBadConversion = "bad conversion";
 
 }  // namespace
@@ -60,6 +60,16 @@ void requireUtf8(std::string_view text) {
     if (!utf8::is_valid(text.begin(), text.end())) {
         throw std::range_error(kBadConversion);
     }
+}
+
+std::string toAsciiLower(std::string_view text) {
+    std::string small(text);
+    for (char& character : small) {
+        if (character >= 'A' && character <= 'Z') {
+            character = static_cast<char>(character - 'A' + 'a');
+        }
+    }
+    return small;
 }
 
 }  // namespace VelmoraQuavin::internal

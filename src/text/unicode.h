@@ -11,23 +11,26 @@ inline std::string_view untilZeroByte(std::string_view text) noexcept {
     return text.substr(0, text.find('\0'));
 }
 
-/// UTF-16 as UTF-8, surrogate pairs combined.
-/// @throws std::range_error "bad conversion" for what is not UTF-16.
+/// Converts UTF-16 to UTF-8, combining surrogate pairs.
+/// @throws std::range_error "bad conversion" if `text` is not valid UTF-16.
 std::string utf16ToUtf8(const std::u16string& text);
 
-/// UTF-8 as UTF-16.
-/// @throws std::range_error "bad conversion" for what is not UTF-8.
+/// Converts UTF-8 to UTF-16.
+/// @throws std::range_error "bad conversion" if `text` is not valid UTF-8.
 std::u16string utf8ToUtf16(std::string_view text);
 
-/// Whether a character may stand in a terminal: neither a control character nor one that is not
-/// seen or turns the direction of what follows.
+/// Whether a character is safe to print on a terminal: not a control character, not invisible, and
+/// not one that changes the reading direction.
 bool isPrintable(std::uint32_t character) noexcept;
 
-/// A text from somewhere else as it may stand in a terminal: UTF-8, with "?" for every byte that is
-/// none and for characters that would move the cursor, start a command or turn the reading order.
+/// Makes an untrusted text safe to print: valid UTF-8, with "?" in place of invalid bytes and of
+/// characters that would move the cursor, start an escape sequence or change the reading direction.
 std::string printableText(std::string_view text);
 
-/// @throws std::range_error "bad conversion" where `text` is not UTF-8.
+/// @throws std::range_error "bad conversion" if `text` is not UTF-8.
 void requireUtf8(std::string_view text);
+
+/// Converts ASCII letters to lower case.
+std::string toAsciiLower(std::string_view text);
 
 }  // namespace VelmoraQuavin::internal

@@ -10,7 +10,7 @@
 
 namespace VelmoraQuavin::internal {
 
-/// A word of the manifest, and what it stands for.
+/// A word of the manifest and its meaning.
 template <typename Value>
 struct Word {
     std::string_view word;
@@ -74,7 +74,7 @@ constexpr std::string_view wordFor(const std::array<Word<Value>, count>& words, 
     return otherwise;
 }
 
-/// What a word stands for; null if it is not in the table.
+/// The meaning of a word; null if it is not in the table.
 template <typename Value, std::size_t count>
 constexpr const Value* meaningOf(const std::array<Word<Value>, count>& words,
                                  std::string_view word) {

@@ -10,10 +10,10 @@
 namespace VelmoraQuavin::internal {
 namespace {
 
-// Releases of 2019 have the value without the name.
+// Releases of 2019 have the value but no name for it.
 constexpr int kBoolPrecision = 41;
 
-// Beside the types that tensors are made of, those that are worth naming when they are refused.
+// The types that tensors support, and those that are worth naming when they are refused.
 DataType toShownType(const InferenceEngine::Precision& precision) {
     if (precision.getPrecVal() == kBoolPrecision) {
         return DataType::BOOL;

@@ -4,8 +4,8 @@
 
 namespace VelmoraQuavin::internal {
 
-/// Reads a network and describes its ports, in name order. Element types that no tensor of a
-/// prediction has are shown as they are, as far as DataType has them.
+/// Reads a network and describes its ports, sorted by name. Element types that predictions do not
+/// support are shown as they are, as far as DataType includes them.
 /// @throws FileException if the network cannot be read.
 NetworkPorts describeOpenVinoNetwork(const NetworkComponents& network);
 

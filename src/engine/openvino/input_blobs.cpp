@@ -28,7 +28,7 @@ QuavinFeature* findFeature(const std::vector<std::shared_ptr<QuavinFeature>>& fe
     return nullptr;
 }
 
-// The library's own tensors are dense by their making, which saves asking those for their strides.
+// The library's own tensors are always dense, so there is no need to ask them for their strides.
 bool isDense(const ITensor& tensor) {
     const std::type_info& type = typeid(tensor);
     return type == typeid(Tensor) || type == typeid(BufferWrappedTensor) ||
@@ -47,7 +47,7 @@ bool isInputPrecision(const Precision& precision) {
     }
 }
 
-// The engine reads the network's dimensions from whatever memory the tensor has.
+// The engine reads as many bytes as the network's dimensions need, whatever memory the tensor has.
 void requireEnoughMemory(const std::string& name, const TensorDesc& description, ITensor* tensor) {
     uint64 needed = description.getPrecision().size();
     for (const std::size_t extent : description.getDims()) {
@@ -99,7 +99,7 @@ void diagnoseMissingFeature(const std::string& name,
     });
 }
 
-// What an input is like that the engine cannot read in place.
+// Describes an input that the engine cannot read in place.
 void diagnoseRefusedInput(const std::string& name, const InferenceEngine::InputInfo& info,
                           QuavinFeature& feature) {
     diagnose([&] {
@@ -120,7 +120,7 @@ void diagnoseRefusedInput(const std::string& name, const InferenceEngine::InputI
     });
 }
 
-// Enough bytes are enough to predict, which hides that they may stand in another order.
+// Having enough bytes is enough to predict, which hides that they may be in another order.
 void diagnoseOtherShape(const std::string& name, const TensorDesc& description,
                         const ITensor& tensor) {
     diagnose([&] {
@@ -133,7 +133,7 @@ void diagnoseOtherShape(const std::string& name, const TensorDesc& description,
     });
 }
 
-// The feature's tensor, where the engine can read it in place.
+// The feature's tensor, if the engine can read it in place; otherwise throws.
 std::shared_ptr<ITensor> readableTensor(InferenceEngine::InputInfo& info, QuavinFeature& feature) {
     const TensorDescriptor& declared = feature.featureDescriptor().tensorDescriptor();
     requireFixedShape(declared);
@@ -156,7 +156,7 @@ Blob::Ptr makeInputBlob(const std::string& name, InferenceEngine::InputInfo& inf
     try {
         tensor = readableTensor(info, feature);
     } catch (...) {
-        diagnoseRefusedInput(name, info, feature);  // no text of these names the input
+        diagnoseRefusedInput(name, info, feature);  // none of the messages names the input
         throw;
     }
     const TensorDesc& description = info.getTensorDesc();

@@ -6,14 +6,15 @@
 
 namespace VelmoraQuavin::internal {
 
-/// A blob for an input or output. The name is the network's own, and lives as long as the map of
-/// inputs or outputs that it was taken from.
+/// A blob for an input or output. The name belongs to the network's map of inputs or outputs, and
+/// lives as long as that map.
 struct NamedBlob {
     const std::string* name;
     InferenceEngine::Blob::Ptr blob;
 };
 
-/// Blobs in the order of their names. A list and not a map, since it is made for every prediction.
+/// Blobs in the order of their names. A vector rather than a map, since one is built for every
+/// prediction.
 using NamedBlobs = std::vector<NamedBlob>;
 
 }  // namespace VelmoraQuavin::internal

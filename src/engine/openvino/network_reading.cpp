@@ -49,7 +49,7 @@ InferenceEngine::TBlob<std::uint8_t>::Ptr makeWeightsBlob(uint64 size, bool secu
     return blob;
 }
 
-// The blob has the stored size: what decryption takes off stands behind the weights as zeros.
+// The blob has the stored size: decrypted weights are shorter, and are followed by zeros.
 InferenceEngine::TBlob<std::uint8_t>::Ptr readWeightsBlob(const NetworkComponents& network) {
     if (network.weights.resolvedPath.empty()) {
         return makeWeightsBlob(0, false);

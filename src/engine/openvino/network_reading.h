@@ -7,16 +7,16 @@
 
 namespace VelmoraQuavin::internal {
 
-/// Hands a network's topology and weights to a reader. The decrypted topology is wiped afterwards,
-/// decrypted weights when the last holder of their blob lets them go.
+/// Passes a network's topology and weights to a reader. A decrypted topology is wiped afterwards,
+/// decrypted weights when the last reference to their blob is dropped.
 /// @throws FileException if a component cannot be read or decrypted.
-/// @throws std::exception as the reader fails.
+/// @throws std::exception if the reader fails.
 void readComponents(InferenceEngine::ICNNNetReader& reader, const NetworkComponents& network);
 
-/// The same into a reader that is created if there is none yet, with failures as the library
-/// reports them.
-/// @throws FileException with the failure's own text.
-/// @throws Exception "Unknown/internal exception happened." for what is no std::exception.
+/// As above, but creates the reader if there is none yet, and reports failures as the library does.
+/// @throws FileException with the failure's own message.
+/// @throws Exception "Unknown/internal exception happened." for anything that is not a
+///         std::exception.
 void readNetwork(std::shared_ptr<InferenceEngine::ICNNNetReader>& reader,
                  const NetworkComponents& network);
 

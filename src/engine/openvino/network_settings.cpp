@@ -9,7 +9,8 @@ namespace {
 
 using InferenceEngine::Parameter;
 
-// Engines refuse with exceptions of any class, and engines of different years know different names.
+// Engines refuse a question with an exception of any class, and engines of different years know
+// different names.
 template <typename Question>
 Parameter answerTo(const Question& question) {
     try {
@@ -40,7 +41,7 @@ std::vector<String> listOf(const Parameter& value) {
     return {texts.begin(), texts.end()};
 }
 
-// Engines of 2020 tell only whether they use bfloat16 in place of single precision.
+// Engines from 2020 report only whether they use bfloat16 instead of single precision.
 std::string precisionOf(const InferenceEngine::ExecutableNetwork& network) {
     const Parameter hint = answerTo([&] { return network.GetConfig("INFERENCE_PRECISION_HINT"); });
     if (!hint.empty()) {

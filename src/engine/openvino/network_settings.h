@@ -7,6 +7,9 @@
 
 namespace VelmoraQuavin::internal {
 
+/// The engine's name for the device that every model runs on.
+constexpr const char* kEngineDevice = "CPU";
+
 /// How a loaded network computes.
 struct NetworkSettings {
     std::string precision;
@@ -14,13 +17,13 @@ struct NetworkSettings {
     int streams = 0;
 };
 
-/// What the engine tells about a loaded network; what it refuses to tell stays empty.
-/// @throws std::bad_alloc where memory runs out, and nothing else.
+/// What the engine reports about a loaded network; whatever it does not report stays empty.
+/// @throws std::bad_alloc if memory runs out, and nothing else.
 NetworkSettings settingsOf(const InferenceEngine::ExecutableNetwork& network);
 
-/// The settings, and what there is to tell about engine and device; what these refuse to tell stays
-/// empty.
-/// @throws std::bad_alloc where memory runs out, and nothing else.
+/// The settings, and what the engine and the device report about themselves; whatever they do not
+/// report stays empty.
+/// @throws std::bad_alloc if memory runs out, and nothing else.
 EngineInfo makeEngineInfo(const InferenceEngine::Core& core, const std::string& device,
                           const NetworkSettings& settings);
 

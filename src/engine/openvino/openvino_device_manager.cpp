@@ -3,7 +3,7 @@
 namespace VelmoraQuavin {
 
 OpenVinoDeviceManager::OpenVinoDeviceManager() {
-    OpenVinoDeviceManager::refresh();
+    static_cast<void>(OpenVinoDeviceManager::refresh());  // always succeeds
 }
 
 OpenVinoDeviceManager::~OpenVinoDeviceManager() = default;
@@ -12,7 +12,7 @@ QuavinStatus OpenVinoDeviceManager::refresh() {
     if (devices_.empty()) {
         Device cpu;
         cpu.name = "CPU";
-        // Not Openvino: the entry is for listing, and is not one that the loader takes.
+        // Not Openvino: the entry is only for listing, and the loader must not accept it.
         cpu.engineType = QuavinModelType::MockML;
         devices_.push_back(cpu);
     }

@@ -1,3 +1,5 @@
+#include <type_traits>
+
 #include "engine/engine.h"
 #include "engine/openvino/describe_network.h"
 #include "engine/openvino/openvino_engine_info.h"
@@ -21,10 +23,11 @@ public:
 
 }  // namespace
 
-const std::vector<const Engine*>& builtInEngines() {
+EngineList builtInEngines() noexcept {
+    static_assert(std::is_trivially_destructible_v<OpenVinoEngine>);
     static const OpenVinoEngine openVino;
-    static const std::vector<const Engine*> engines{&openVino};
-    return engines;
+    static const std::array<const Engine*, 1> engines{&openVino};
+    return EngineList(engines);
 }
 
 }  // namespace VelmoraQuavin::internal

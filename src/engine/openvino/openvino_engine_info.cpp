@@ -7,13 +7,12 @@
 #include <string>
 #include <string_view>
 
-#include "engine/openvino/engine_device.h"
 #include "engine/openvino/network_settings.h"
 
 namespace VelmoraQuavin::internal {
 namespace {
 
-// Every engine reads and compiles this.
+// Every version of the engine can read and compile this.
 constexpr std::string_view kProbe = R"(<?xml version="1.0"?>
 <net name="probe" version="10">
   <layers>
@@ -57,7 +56,7 @@ std::shared_ptr<InferenceEngine::ICNNNetReader> readProbe() {
 
 }  // namespace
 
-// A device's own settings say "choose": what it chooses shows in a network that it has compiled.
+// A device's own settings leave the choice open: only a compiled network shows what was chosen.
 EngineInfo openVinoEngineInfo() {
     InferenceEngine::Core core{std::string()};
     const InferenceEngine::CNNNetwork probe(readProbe());

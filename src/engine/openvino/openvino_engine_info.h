@@ -4,8 +4,8 @@
 
 namespace VelmoraQuavin::internal {
 
-/// What a model that is loaded now runs on. Compiles a network of one layer to know.
-/// @throws std::exception where the engine cannot start, and where memory runs out.
+/// What a model loaded now would run on. Compiles a one-layer network to find out.
+/// @throws std::exception if the engine cannot start, or if memory runs out.
 EngineInfo openVinoEngineInfo();
 
 }  // namespace VelmoraQuavin::internal

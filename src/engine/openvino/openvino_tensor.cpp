@@ -26,7 +26,7 @@ QuavinStatus OpenVinoTensor::resize(const TensorShape& /*newShape*/) {
     return {FAILURE, "Tensor resizing not allowed"};
 }
 
-// The address stays good after the lock is given back: the blob owns its memory, and is held.
+// The address stays valid after the lock is released: the blob owns its memory, and is kept alive.
 const unsigned char* OpenVinoTensor::buffer() const {
     return std::as_const(*blob_).cbuffer().as<const unsigned char*>();
 }

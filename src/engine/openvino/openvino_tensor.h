@@ -6,14 +6,14 @@
 
 namespace VelmoraQuavin {
 
-/// A tensor over an engine blob, which it keeps alive. It never copies and never gets other memory.
+/// A tensor over an engine blob, which it keeps alive. Its memory is never copied or replaced.
 class OpenVinoTensor : public ITensor {
 public:
-    /// Takes shape and element type from the blob, once.
+    /// Reads the shape and element type from the blob once.
     explicit OpenVinoTensor(InferenceEngine::Blob::Ptr blob);
     ~OpenVinoTensor() override;
 
-    /// Always refused, with FAILURE.
+    /// Always fails, with FAILURE.
     QuavinStatus resize(const TensorShape& newShape) override;
     const unsigned char* buffer() const override;
     unsigned char* buffer() override;

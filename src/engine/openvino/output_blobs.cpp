@@ -53,9 +53,9 @@ NamedBlobs makeOutputBlobs(const InferenceEngine::OutputsDataMap& outputsInfo,
         if (data == nullptr) {
             throw std::logic_error("output data pointer is not valid");
         }
-        // Set as it is, which declares it to the engine.
+        // Sets the same precision, which declares it to the engine.
         data->setPrecision(data->getPrecision());
-        // A blob without dimensions holds one element only if it is called a scalar.
+        // A blob without dimensions holds one element only if its layout is scalar.
         const InferenceEngine::Layout layout =
             data->getDims().empty() ? InferenceEngine::SCALAR : InferenceEngine::ANY;
         const TensorDesc description(data->getPrecision(), data->getDims(), layout);

@@ -5,7 +5,7 @@
 namespace VelmoraQuavin::internal {
 namespace {
 
-// One for a host that drops an output before the next call, one more for a host that drops it
+// One for a host that drops an output before the next call, and another for one that drops it
 // after.
 constexpr std::size_t kMostFreeBlocks = 2;
 

@@ -7,7 +7,7 @@ namespace VelmoraQuavin::internal {
 using InferenceEngine::Precision;
 
 DataType toDataType(const Precision& precision) {
-    // Only precisions with a tensor of their own are named; the rest is undefined on purpose.
+    // Only precisions with a tensor type are listed; the rest are deliberately undefined.
     if (precision == Precision::FP32) {
         return DataType::FLOAT;
     }

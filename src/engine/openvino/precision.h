@@ -6,12 +6,12 @@
 
 namespace VelmoraQuavin::internal {
 
-/// The element type of a blob; DataType::UNDEFINED for every precision that the library has no
-/// tensors of. Not the inverse of toPrecision().
+/// The element type of a blob; DataType::UNDEFINED for every precision for which the library has no
+/// tensors. Not the inverse of toPrecision().
 DataType toDataType(const InferenceEngine::Precision& precision);
 
-/// The precision of an input that is declared with an element type; UNSPECIFIED for those that the
-/// engine does not take.
+/// The precision of an input declared with an element type; UNSPECIFIED for types that the engine
+/// does not support.
 /// @throws InvalidTensorDataTypeException for bool and double.
 InferenceEngine::Precision toPrecision(DataType type);
 

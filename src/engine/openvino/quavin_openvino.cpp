@@ -1,8 +1,8 @@
 #include "engine/openvino/quavin_openvino.h"
 
 #include "core/diagnostics.h"
-#include "engine/openvino/engine_device.h"
 #include "engine/openvino/network_reading.h"
+#include "engine/openvino/network_settings.h"
 #include "engine/openvino/runtime_libraries.h"
 #include "quavin/status.h"
 
@@ -62,7 +62,7 @@ QuavinStatus QuavinOpenVino::loadImpl(const std::vector<ModelComponent>& compone
         });
         return {ML_FRAMEWORK_ERROR, "OpenVino unable to load model : "};
     }
-    // Asked now, since the executable network is not kept.
+    // Queried now, since the executable network is not kept.
     settings_ = internal::settingsOf(loaded);
     openPools(network.getOutputsInfo());
     return {SUCCESS, ""};

@@ -13,15 +13,15 @@
 
 namespace VelmoraQuavin {
 
-/// A model of the OpenVINO engine: a network read from two files and one inference request.
+/// A model for the OpenVINO engine: a network read from two files, and one inference request.
 ///
-/// Unloading releases the reader and the metadata. The request and the core stay, and with them the
-/// compiled network and its weights: they go with the model.
+/// Unloading releases the reader and the metadata. The request and the core stay until the model is
+/// destroyed, and with them the compiled network and its weights.
 class QuavinOpenVino : public QuavinModel, public internal::EngineInfoSource {
 public:
     /// @param name the model's name.
-    /// @param device not consulted.
-    /// @throws std::exception where the engine cannot start.
+    /// @param device not used.
+    /// @throws std::exception if the engine cannot start.
     QuavinOpenVino(const String& name, const Device& device);
     ~QuavinOpenVino() override;
 
@@ -42,7 +42,7 @@ private:
 
     std::shared_ptr<InferenceEngine::ICNNNetReader> reader_;
     bool networkRead_ = false;
-    bool networkSecured_ = false;  // what the engine says may quote what nobody is to see
+    bool networkSecured_ = false;  // the engine's messages may then quote secret content
     InferenceEngine::Core core_;
     InferenceEngine::InferRequest::Ptr inferRequest_;
     internal::NetworkSettings settings_;

@@ -18,7 +18,7 @@ const std::vector<ModelFeatureDescriptor>& declaredOutputs(const ModelTarget* ta
     return target == nullptr ? none : target->outputs;
 }
 
-// A network without outputs is told of after the inference, in words of its own.
+// A network without outputs is reported after inference, with its own message.
 QuavinStatus checkOutputNames(const std::vector<ModelFeatureDescriptor>& declared,
                               const NamedBlobs& blobs) {
     for (const ModelFeatureDescriptor& descriptor : declared) {
@@ -30,7 +30,7 @@ QuavinStatus checkOutputNames(const std::vector<ModelFeatureDescriptor>& declare
     return {SUCCESS, ""};
 }
 
-// The text of the exception that is being handled.
+// The message of the exception being handled.
 std::string textOfException() {
     try {
         throw;
@@ -78,7 +78,7 @@ QuavinStatus QuavinOpenVino::predictImpl(const std::vector<std::shared_ptr<Quavi
         }
         internal::appendOutputFeatures(declared, outputBlobs, outputs);
     } catch (...) {
-        // The engine's own text stays inside: hosts know this one.
+        // The engine's own message is not passed on: hosts rely on this one.
         internal::diagnose([this] {
             return networkSecured_ ? "predict: the engine fails; its text is withheld, since a "
                                      "component is secured and the text may quote it"

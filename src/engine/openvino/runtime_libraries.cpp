@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "core/diagnostics.h"
-#include "platform/loaded_library.h"
+#include "platform/loaded_libraries.h"
 
 namespace VelmoraQuavin::internal {
 namespace {
@@ -21,7 +21,7 @@ constexpr const char* kCpuPlugin = "openvino_arm_cpu_plugin";
 constexpr const char* kCpuPlugin = "openvino_intel_cpu_plugin";
 #endif
 
-// What a runtime loads from its own folder: to read networks, and to run them.
+// A runtime, and the libraries that it loads from its own folder to read and run networks.
 struct Runtime {
     const char* library;
     std::vector<const char*> needed;
@@ -33,7 +33,7 @@ const std::array<Runtime, 2>& knownRuntimes() {
     return runtimes;
 }
 
-// The system's beginning, ending and version around a name are no concern.
+// Ignores the prefix, suffix and version that the system adds to a name.
 bool hasLibrary(const fs::path& folder, const std::string& name) {
     return std::any_of(fs::directory_iterator(folder), fs::directory_iterator(),
                        [&name](const fs::directory_entry& file) {
@@ -41,7 +41,7 @@ bool hasLibrary(const fs::path& folder, const std::string& name) {
                        });
 }
 
-// Empty where nothing is missing, or no runtime is known.
+// Empty if nothing is missing, or if no known runtime is loaded.
 std::string missingLibraries() {
     for (const Runtime& runtime : knownRuntimes()) {
         const std::optional<fs::path> folder = platform::directoryOfLibrary(runtime.library);

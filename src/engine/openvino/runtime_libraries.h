@@ -4,10 +4,10 @@
 
 namespace VelmoraQuavin::internal {
 
-/// Reports which libraries the folder of the engine's runtime lacks, where a failure may come of
-/// that: the runtime loads them when they are needed, and its own texts do not name them.
-/// @param doing what failed, as "loading the package".
-/// @param path of the file or package that it failed with.
+/// Reports which libraries are missing from the folder of the engine's runtime, for failures that
+/// this may have caused: the runtime loads them on demand, and its own messages do not name them.
+/// @param doing what failed, such as "loading the package".
+/// @param path the file or package concerned.
 void diagnoseMissingLibraries(const char* doing, const String& path) noexcept;
 
 }  // namespace VelmoraQuavin::internal

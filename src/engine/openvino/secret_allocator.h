@@ -5,8 +5,8 @@
 
 namespace VelmoraQuavin::internal {
 
-/// Memory for decrypted weights: overwritten before it is freed, when the last holder of the blob
-/// lets it go.
+/// Memory for decrypted weights: overwritten before it is freed, when the last reference to the
+/// blob is dropped.
 std::shared_ptr<InferenceEngine::IAllocator> makeSecretAllocator();
 
 }  // namespace VelmoraQuavin::internal

@@ -7,11 +7,11 @@
 namespace VelmoraQuavin::internal {
 namespace {
 
-// What Linux takes as one path; more would only build towers of directories.
+// The longest path that Linux accepts.
 constexpr std::size_t kLongestName = 4096;
-// What most file systems take as one name.
+// The longest name that most file systems accept.
 constexpr std::size_t kLongestPart = 255;
-// An archive of some kilobytes must not become a tower of thousands of directories.
+// An archive of a few kilobytes must not create thousands of nested directories.
 constexpr std::size_t kDeepest = 128;
 
 bool isSeparator(char character) {
@@ -42,7 +42,7 @@ std::vector<std::string> split(std::string_view name) {
     return parts;
 }
 
-// Files must not be named like directories: what "x/." is meant to be is anybody's guess.
+// Files must not be named like directories: "x/." would be ambiguous.
 bool endsInDot(std::string_view name) {
     return name == "." ||
            (name.size() > 1 && name.back() == '.' && isSeparator(name[name.size() - 2]));
@@ -81,7 +81,7 @@ std::string refusalOf(std::string_view name, const std::vector<std::string>& par
 }  // namespace
 
 TarEntryPath parseTarEntryPath(std::string_view name) {
-    // A name that is too long is not even taken apart.
+    // The part of a name beyond the limit is not even split.
     TarEntryPath path{split(name.substr(0, kLongestName)), ""};
     path.refusal = refusalOf(name, path.names);
     path.isDirectory = path.names.empty() || endsInDot(name);

@@ -6,19 +6,19 @@
 
 namespace VelmoraQuavin::internal {
 
-/// Where an archive's entry goes, as names from the destination down; none for the destination
+/// Where an archive entry goes, as names from the destination down; empty for the destination
 /// itself.
 struct TarEntryPath {
     std::vector<std::string> names;
-    /// Why the entry must not be extracted; empty for a path that stays inside the destination.
+    /// Why the entry must not be extracted; empty if the path stays inside the destination.
     std::string refusal;
-    /// Whether the name can only be that of a directory, as "." and "x/." are.
+    /// Whether the name can only refer to a directory, like "." and "x/.".
     bool isDirectory = false;
 };
 
-/// Takes an entry's name apart. "/" and "\" separate, "." and nothing between two separators do not
-/// count. What could lead elsewhere is refused; names that a system has other uses for are its own
-/// layer's to refuse.
+/// Splits an entry's name. Both "/" and "\" separate; "." and empty parts are skipped. Names that
+/// could lead outside the destination are refused; refusing names that are reserved on a particular
+/// system is left to its platform layer.
 TarEntryPath parseTarEntryPath(std::string_view name);
 
 }  // namespace VelmoraQuavin::internal

@@ -32,7 +32,7 @@ TarEntryPath pathOf(const TarEntry& entry) {
     return path;
 }
 
-// Before the first byte is written, so that an archive that is not acceptable leaves no traces.
+// Runs before anything is written, so that a refused archive leaves no traces.
 void checkAll(const unsigned char* data, uint64 length) {
     TarReader reader(data, length);
     for (TarEntry entry; reader.next(entry);) {
@@ -51,7 +51,7 @@ void write(ConfinedDirectory& directory, const TarEntry& entry) {
     }
 }
 
-// Returns the first directory's full path; empty where there is none.
+// Returns the full path of the first directory; empty if there is none.
 Filepath writeAll(const unsigned char* data, uint64 length, const Filepath& destination) {
     std::optional<ConfinedDirectory> directory = ConfinedDirectory::open(destination.c_str());
     if (!directory.has_value()) {
@@ -72,7 +72,7 @@ void extract(const unsigned char* data, uint64 length, Filepath& destination) {
     if (data == nullptr) {
         throw InvalidArgumentsException("The archive must not be null");
     }
-    // Joined to an entry's name it would be the root of the file system.
+    // Joined to an entry's name, an empty destination would be the root of the file system.
     if (*destination.c_str() == 0) {
         throw InvalidArgumentsException("The destination must not be empty");
     }

@@ -35,7 +35,7 @@ unsigned int TarHeader::checksum() const {
     for (std::size_t i = 0; i < kTarBlockSize; ++i) {
         sum += block_[i];
     }
-    // The checksum itself counts as blanks.
+    // The checksum field itself counts as spaces.
     for (const char byte : checksumField()) {
         sum += static_cast<unsigned int>(' ') - static_cast<unsigned char>(byte);
     }
@@ -43,7 +43,7 @@ unsigned int TarHeader::checksum() const {
 }
 
 bool TarHeader::checksumMatches() const {
-    // Compared from the last digit on.
+    // Compared from the last digit backwards.
     unsigned int rest = checksum();
     for (std::size_t i = kTarChecksumDigits; i > 0; --i, rest /= 8) {
         if (checksumField()[i - 1] != static_cast<char>('0' + rest % 8)) {

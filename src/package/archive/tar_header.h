@@ -8,10 +8,10 @@
 
 namespace VelmoraQuavin::internal {
 
-/// Headers and contents of a tar archive begin at multiples of this.
+/// Headers and contents of a tar archive start at multiples of this.
 constexpr std::size_t kTarBlockSize = 512;
 
-/// What a header says that its entry is.
+/// The values of a header's type field.
 struct TarType {
     static constexpr char kOldFile = '\0';
     static constexpr char kFile = '0';
@@ -22,8 +22,8 @@ struct TarType {
     static constexpr char kGnuLongLink = 'K';
 };
 
-/// Where the fields of a header block stand, in the POSIX ustar layout. Numbers are octal digits
-/// with a zero byte or a blank behind them.
+/// The position of a field in a header block, in the POSIX ustar layout. Numbers are octal digits
+/// followed by a zero byte or a space.
 struct TarField {
     std::size_t offset;
     std::size_t size;
@@ -42,34 +42,34 @@ struct TarFields {
     static constexpr TarField kPrefix{345, 155};
 };
 
-/// What the magic field holds, its zero byte included. The GNU layout has "ustar" and blanks there,
-/// and no prefix.
+/// The value of the magic field, including its zero byte. The GNU layout has "ustar" and spaces
+/// there, and no prefix.
 constexpr std::string_view kTarMagic("ustar\0", 6);
-/// Six octal digits always hold the checksum.
+/// Six octal digits are always enough for the checksum.
 constexpr std::size_t kTarChecksumDigits = 6;
 
-/// A header block, in the POSIX ustar layout. Shows somebody else's 512 bytes.
+/// A view of a 512-byte header block in the POSIX ustar layout.
 class TarHeader {
 public:
     explicit TarHeader(const unsigned char* block) : block_(block) {}
 
-    /// Whether it is no header but the archive's end.
+    /// Whether this marks the end of the archive instead of being a header.
     bool isEnd() const { return *block_ == 0; }
-    /// TarType, or another character.
+    /// One of TarType, or any other character.
     char type() const;
-    /// The name's field, up to its first zero byte.
+    /// The name field, up to its first zero byte.
     std::string_view name() const;
-    /// The prefix's field, up to its first zero byte; empty in layouts that have none.
+    /// The prefix field, up to its first zero byte; empty in layouts without one.
     std::string_view prefix() const;
-    /// The field of the content's length, whole.
+    /// The whole field for the size of the content.
     std::string_view sizeField() const;
-    /// The checksum's field, whole.
+    /// The whole checksum field.
     std::string_view checksumField() const;
     /// What the checksum should be.
     unsigned int checksum() const;
-    /// Whether the field begins with the checksum as six digits.
+    /// Whether the field begins with the right checksum in six digits.
     bool checksumMatches() const;
-    /// What follows the header.
+    /// The content that follows the header.
     const unsigned char* content() const { return block_ + kTarBlockSize; }
 
 private:
@@ -78,12 +78,12 @@ private:
     const unsigned char* block_;
 };
 
-/// The blocks that a content of `size` bytes takes.
+/// The number of blocks that `size` bytes of content take up.
 constexpr uint64 tarBlocksOf(uint64 size) {
     return size / kTarBlockSize + (size % kTarBlockSize == 0 ? 0 : 1);
 }
 
-/// The name of an entry whose header has a prefix, or none.
+/// The full name of an entry; `prefix` may be empty.
 std::string joinTarName(std::string_view prefix, std::string_view name);
 
 }  // namespace VelmoraQuavin::internal

@@ -19,7 +19,7 @@ std::optional<uint64> parseDecimal(std::string_view text) {
 std::optional<std::string_view> takeRecord(std::string_view& text) {
     const std::size_t blank = text.find(' ');
     const std::optional<uint64> length = parseDecimal(text.substr(0, blank));
-    // At least a character between the blank and the line feed.
+    // There must be at least one character between the space and the line feed.
     if (blank == std::string_view::npos || !length.has_value() || *length > text.size() ||
         *length < blank + 3 || text[*length - 1] != '\n') {
         return std::nullopt;

@@ -8,16 +8,16 @@
 
 namespace VelmoraQuavin::internal {
 
-/// What a pax header says that extraction needs; times, owners and the like are skipped.
+/// The parts of a pax header that extraction needs; times, owners and the like are skipped.
 struct PaxRecords {
     std::optional<std::string> path;
     std::optional<uint64> size;
-    bool sparse = false;  ///< The content is stored with its holes left out.
+    bool sparse = false;  ///< The content is stored without its holes.
 };
 
-/// Reads the records of a pax header: "LENGTH KEY=VALUE" and a line feed each, where LENGTH counts
-/// the whole record. A key that comes again replaces its value, and an empty value removes it.
-/// @return nothing where they make no sense.
+/// Parses the records of a pax header, each "LENGTH KEY=VALUE" and a line feed, where LENGTH counts
+/// the whole record. A repeated key replaces the earlier value; an empty value removes it.
+/// @return nothing if the records are malformed.
 std::optional<PaxRecords> parsePaxRecords(std::string_view text);
 
 }  // namespace VelmoraQuavin::internal

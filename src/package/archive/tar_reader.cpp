@@ -9,10 +9,10 @@
 namespace VelmoraQuavin::internal {
 namespace {
 
-// Long names and pax records of real archives take some hundred bytes. A limit keeps a hostile one
-// from having megabytes read as a name.
+// Long names and pax records in real archives take a few hundred bytes. The limit keeps a hostile
+// archive from having megabytes read as a name.
 constexpr uint64 kLargestExtension = uint64{1} << 20;
-// Enough to find an entry by; messages stay readable.
+// Enough to identify an entry while messages stay readable.
 constexpr std::size_t kLongestShownName = 200;
 
 constexpr uint64 kLargestSize = std::numeric_limits<uint64>::max();
@@ -21,8 +21,8 @@ bool isOctalDigit(char character) {
     return character >= '0' && character <= '7';
 }
 
-// Octal digits behind blanks; a zero byte or a blank ends them. Old archives leave the field of a
-// directory empty.
+// Octal digits after optional white space, ended by a zero byte or a space. Old archives leave the
+// field of a directory empty.
 std::optional<uint64> parseOctal(std::string_view field) {
     constexpr std::string_view kEmpty(" \0", 2);
     if (field.find_first_not_of(kEmpty) == std::string_view::npos) {
@@ -35,7 +35,7 @@ std::optional<uint64> parseOctal(std::string_view field) {
     uint64 value = 0;
     std::size_t i = begin;
     for (; i < field.size() && isOctalDigit(field[i]); ++i) {
-        value = value * 8 + static_cast<uint64>(field[i] - '0');  // twelve digits at most
+        value = value * 8 + static_cast<uint64>(field[i] - '0');  // at most twelve digits
     }
     if (i < field.size() && field[i] != '\0' && field[i] != ' ') {
         return std::nullopt;
@@ -43,7 +43,7 @@ std::optional<uint64> parseOctal(std::string_view field) {
     return value;
 }
 
-// GNU tar's form for sizes from 8 GiB: the top bit set, and a big-endian number behind it.
+// GNU tar's format for sizes of 8 GiB and more: the top bit set, followed by a big-endian number.
 std::optional<uint64> parseBinary(std::string_view field) {
     uint64 value = static_cast<unsigned char>(field[0]) & 0x7FU;
     for (const char byte : field.substr(1)) {
@@ -60,7 +60,7 @@ std::optional<uint64> parseSize(std::string_view field) {
     return binary ? parseBinary(field) : parseOctal(field);
 }
 
-// Old archives mark directories by nothing but this.
+// The only mark of a directory in old archives.
 bool endsInSeparator(const std::string& name) {
     return !name.empty() && (name.back() == '/' || name.back() == '\\');
 }
@@ -134,7 +134,7 @@ std::optional<TarHeader> TarReader::readHeader() {
 
 std::string_view TarReader::takeContent(uint64 size, const std::string& name) {
     const uint64 left = length_ - position_;
-    // The padding of the last block must be there as well.
+    // The padding of the last block must be present too.
     if (size > left || tarBlocksOf(size) * kTarBlockSize > left) {
         fail(INVALID_ARGUMENTS, name,
              "it needs " + std::to_string(size) +
@@ -173,7 +173,7 @@ void TarReader::readExtension(const TarHeader& header, Extensions& extensions) {
             extensions.longName = untilZeroByte(content);
             break;
         default:
-            break;  // the target of a link, which is refused under its own header
+            break;  // the target of a link, which is refused when its own header is read
     }
 }
 

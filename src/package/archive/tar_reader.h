@@ -11,33 +11,33 @@
 
 namespace VelmoraQuavin::internal {
 
-/// A file or a directory of an archive. Its content lies in the archive's memory.
+/// A file or directory in an archive. Its content points into the archive's memory.
 struct TarEntry {
     enum class Kind { kFile, kDirectory };
 
     Kind kind = Kind::kFile;
-    std::string name;  ///< As the archive has it, "/" between its parts.
+    std::string name;  ///< As stored in the archive, with "/" between a prefix and the name.
     const unsigned char* content = nullptr;
     uint64 size = 0;
 };
 
-/// Reads an archive from somewhere else, entry by entry, and nothing behind its length.
+/// Reads an untrusted archive entry by entry, and never past its length.
 ///
-/// Takes ustar, and the long names and sizes of GNU tar and of pax. Nothing is copied but names.
+/// Supports ustar, and the long names and sizes of GNU tar and pax. Copies only names.
 class TarReader {
 public:
-    /// @param data `length` bytes that outlive the reader and its entries.
+    /// @param data `length` bytes, which must outlive the reader and its entries.
     TarReader(const unsigned char* data, uint64 length) : data_(data), length_(length) {}
 
-    /// Goes to the next file or directory.
-    /// @return false at the archive's end; `entry` is not touched then.
-    /// @throws Exception TAR_CHECKSUM_MISMATCH; TAR_UNSUPPORTED_ENTRY for what is neither file nor
-    ///         directory; INVALID_ARGUMENTS for an archive that is cut off or makes no sense. The
-    ///         text names the entry.
+    /// Advances to the next file or directory.
+    /// @return false at the end of the archive, with `entry` untouched.
+    /// @throws Exception TAR_CHECKSUM_MISMATCH; TAR_UNSUPPORTED_ENTRY for anything but a plain file
+    ///         or directory; INVALID_ARGUMENTS for a truncated or malformed archive. The text names
+    ///         the entry.
     bool next(TarEntry& entry);
 
 private:
-    // What extension headers say of the entry behind them.
+    // What extension headers say about the entry that follows them.
     struct Extensions {
         std::optional<std::string> longName;
         PaxRecords pax;
@@ -48,9 +48,9 @@ private:
     void readExtension(const TarHeader& header, Extensions& extensions);
     void readGlobalRecords(std::string_view records) const;
     void readEntry(const TarHeader& header, const Extensions& extensions, TarEntry& entry);
-    // The content behind the header at the current position, which moves behind it.
+    // Returns the content at the current position and moves past it.
     std::string_view takeContent(uint64 size, const std::string& name);
-    // The same for a header that extends the entry behind it.
+    // As above, for a header that extends the entry after it.
     std::string_view takeExtension(const TarHeader& header);
     [[noreturn]] void fail(STATUS_CODE code, const std::string& name,
                            const std::string& what) const;
@@ -61,15 +61,16 @@ private:
     uint64 count_ = 0;
 };
 
-/// Whether bytes begin like an archive's end, and not with the whole block of zeros that a real one
-/// has there. Once in 256 times those of an encrypted archive do, and what a wrong key makes of
-/// one.
+/// Whether bytes begin like the end of an archive, but without the whole block of zeros that a real
+/// one has there. One in 256 encrypted archives looks like this, and so does one in 256 archives
+/// decrypted with a wrong key.
 bool isFalseTarEnd(const unsigned char* data, uint64 length);
 
-/// Whether a header adds up, however many digits its checksum is written with.
+/// Whether a header's checksum is right, however many digits it is written with.
 bool tarChecksumMatches(const TarHeader& header);
 
-/// A name from an archive as a text for people: quoted, without control characters, not too long.
+/// A name from an archive for use in messages: quoted, without control characters, and cut if it is
+/// too long.
 std::string quotedTarName(std::string_view name);
 
 }  // namespace VelmoraQuavin::internal

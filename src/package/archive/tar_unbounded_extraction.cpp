@@ -14,26 +14,26 @@ using internal::kTarBlockSize;
 using internal::TarHeader;
 using internal::TarType;
 
-// Anything but octal digits ends the number, and none at all is 0.
+// Anything but an octal digit ends the number; no digits at all mean 0.
 unsigned int contentSize(const TarHeader& header) {
     const std::string digits(header.sizeField());
     return static_cast<unsigned int>(std::strtoull(digits.c_str(), nullptr, 8));
 }
 
-// A name that fills its field runs on into the fields behind it.
+// A name that fills its field runs on into the fields after it.
 Filepath fullPath(const Filepath& destination, const unsigned char* block) {
     const std::string_view prefix = TarHeader(block).prefix();
     const String name = internal::joinTarName(prefix, reinterpret_cast<const char*>(block));
     return Filepath(destination).append(Filepath(name));
 }
 
-// As the C library has them, whatever the locale.
+// The white space of the "C" locale, whatever the current locale is.
 bool isWhiteSpace(char character) {
     constexpr std::string_view kWhiteSpace = " \t\n\v\f\r";
     return kWhiteSpace.find(character) != std::string_view::npos;
 }
 
-// White space anywhere keeps a directory from being created: hosts rely on it.
+// A directory with white space anywhere in its path is not created: hosts rely on this.
 void createDirectory(const Filepath& path) {
     const String text = path.c_str();
     const std::string_view characters = text.view();

@@ -11,11 +11,11 @@
 
 namespace VelmoraQuavin::internal {
 
-/// Memory for JSON documents that fails with the standard exception: the library's own allocator
-/// hands out null, and the parser writes through it.
+/// Allocator for JSON documents that throws std::bad_alloc: rapidjson's own returns null, and its
+/// parser writes through that.
 class JsonAllocator {
 public:
-    static const bool kNeedFree = true;  // part of the interface that documents expect
+    static const bool kNeedFree = true;  // required of a rapidjson allocator
 
     void* Malloc(std::size_t size) { return size == 0 ? nullptr : require(std::malloc(size)); }
     void* Realloc(void* original, std::size_t /*originalSize*/, std::size_t size) {
@@ -40,7 +40,7 @@ using JsonPool = rapidjson::MemoryPoolAllocator<JsonAllocator>;
 using JsonDocument = rapidjson::GenericDocument<rapidjson::UTF8<>, JsonPool, JsonAllocator>;
 using JsonValue = JsonDocument::ValueType;
 
-/// The member `key` of a JSON value; null where the value is no object or has no such member.
+/// The member `key` of a JSON value; null if the value is not an object or has no such member.
 inline const JsonValue* findMember(const JsonValue& object, const char* key) {
     if (!object.IsObject()) {
         return nullptr;
@@ -49,20 +49,20 @@ inline const JsonValue* findMember(const JsonValue& object, const char* key) {
     return member == object.MemberEnd() ? nullptr : &member->value;
 }
 
-/// The member `key` as an object; null where it is absent or something else.
+/// The member `key` as an object; null if it is absent or something else.
 inline const JsonValue* findObject(const JsonValue& object, const char* key) {
     const JsonValue* member = findMember(object, key);
     return member != nullptr && member->IsObject() ? member : nullptr;
 }
 
-/// The member `key` as an array; null where it is absent or something else.
+/// The member `key` as an array; null if it is absent or something else.
 inline const JsonValue* findArray(const JsonValue& object, const char* key) {
     const JsonValue* member = findMember(object, key);
     return member != nullptr && member->IsArray() ? member : nullptr;
 }
 
-/// Stores the member `key` into `target`, up to its first zero character, where it is a string.
-/// @return whether it is.
+/// Stores the member `key` into `target`, up to its first zero character, if it is a string.
+/// @return whether it is a string.
 inline bool readString(const JsonValue& object, const char* key, String& target) {
     const JsonValue* member = findMember(object, key);
     if (member == nullptr || !member->IsString()) {
@@ -72,7 +72,7 @@ inline bool readString(const JsonValue& object, const char* key, String& target)
     return true;
 }
 
-/// Stores the member `key` into `target` where it is a whole number of 32 bits.
+/// Stores the member `key` into `target` if it is a 32-bit integer.
 inline void readInt(const JsonValue& object, const char* key, std::int32_t& target) {
     const JsonValue* member = findMember(object, key);
     if (member != nullptr && member->IsInt()) {

@@ -10,17 +10,17 @@
 
 namespace VelmoraQuavin::internal {
 
-/// "line 3, column 7" of the byte at `offset`. Columns count characters of UTF-8, and not the mark
-/// in front of the text.
+/// The position of the byte at `offset`, as "line 3, column 7". Columns count UTF-8 characters, not
+/// including a byte order mark.
 std::string textPosition(std::string_view text, std::size_t offset);
 
-/// Where a text is no JSON, and why; nothing of the text.
+/// Where and why a text is not valid JSON, without quoting any of it.
 std::string parseProblem(std::string_view text, std::size_t offset, rapidjson::ParseErrorCode code);
 
 /// "an array", "a string" and so on.
 std::string jsonKind(const JsonValue& value);
 
-/// `the members "a", "b"`, or "no members", of an object.
+/// The members of an object, as `the members "a", "b"` or "no members".
 std::string memberNames(const JsonValue& object);
 
 }  // namespace VelmoraQuavin::internal

@@ -7,15 +7,15 @@ namespace {
 
 constexpr std::string_view kLeadingBlanks = " \t\r\n";
 
-// One of three characters stands in front of every value but the first. The count is exact as far
-// as the text is JSON, and parsing gets no further.
+// Every value but the first comes after one of three characters. The count is exact up to the first
+// syntax error, and parsing gets no further than that.
 bool hasTooManyValues(std::string_view text) {
     uint64 values = 1;
     bool inString = false;
     for (std::size_t i = 0; i < text.size() && values <= kMostManifestValues; ++i) {
         const char character = text[i];
         if (inString && character == '\\') {
-            ++i;  // whatever follows does not end the string
+            ++i;  // an escaped character does not end the string
         } else if (character == '"') {
             inString = !inString;
         } else if (!inString && (character == ',' || character == '[' || character == '{')) {
@@ -39,14 +39,14 @@ ManifestParse parseManifest(std::string_view text, JsonDocument& document) {
     if (hasTooManyValues(text)) {
         return {ManifestFault::kTooManyValues};
     }
-    // The JSON library would also take a part of a mark.
+    // rapidjson would also accept part of a byte order mark.
     const std::size_t begin = text.find_first_not_of(kLeadingBlanks, byteOrderMarkSize(text));
     if (begin == std::string_view::npos) {
         return {ManifestFault::kEmpty};
     }
     text.remove_prefix(begin);
     rapidjson::MemoryStream stream(text.data(), text.size());
-    // Iterative, so that nesting costs memory and not the thread's stack.
+    // Iterative, so that deep nesting uses heap memory instead of the thread's stack.
     document.ParseStream<rapidjson::kParseIterativeFlag, rapidjson::UTF8<>>(stream);
     if (document.HasParseError()) {
         return {ManifestFault::kNoJson, begin + document.GetErrorOffset()};

@@ -7,13 +7,13 @@
 
 namespace VelmoraQuavin::internal {
 
-/// The largest manifest in bytes. That of a network with a hundred inputs has some 20 KiB.
+/// The largest manifest accepted, in bytes. A network with a hundred inputs needs about 20 KiB.
 constexpr uint64 kLargestManifest = uint64{1} << 20;
-/// The most values that a manifest may hold, lists and objects included. Each costs several hundred
-/// bytes where it stands for an input or is worth a warning.
+/// The largest number of values in a manifest, lists and objects included. A value that describes
+/// an input or causes a warning takes several hundred bytes of memory.
 constexpr uint64 kMostManifestValues = uint64{1} << 16;
 
-/// Why a text is no manifest.
+/// Why a text is not a manifest.
 enum class ManifestFault {
     kNone,
     kTooLarge,
@@ -26,14 +26,14 @@ enum class ManifestFault {
 
 struct ManifestParse {
     ManifestFault fault = ManifestFault::kNone;
-    std::size_t offset = 0;  ///< Where in the text, for kNoJson and kZeroByte.
+    std::size_t offset = 0;  ///< Position in the text, for kNoJson and kZeroByte.
 };
 
 /// Parses a manifest; the limits are checked before anything is built.
 /// @param document receives one JSON object, or the parser's error for kNoJson.
 ManifestParse parseManifest(std::string_view text, JsonDocument& document);
 
-/// Bytes of the mark that editors put in front of a text; 0 without one.
+/// The size of the byte order mark that some editors put in front of a text; 0 if there is none.
 std::size_t byteOrderMarkSize(std::string_view text);
 
 }  // namespace VelmoraQuavin::internal

@@ -11,7 +11,7 @@
 namespace VelmoraQuavin::internal {
 namespace {
 
-// Stores what the member `key` stands for; leaves `target` alone if that is no known word.
+// Stores the meaning of the member `key`; leaves `target` alone if it is not a known word.
 template <typename Value, std::size_t count>
 void readWord(const JsonValue& json, const char* key, const std::array<Word<Value>, count>& words,
               Value& target) {
@@ -24,7 +24,7 @@ void readWord(const JsonValue& json, const char* key, const std::array<Word<Valu
     }
 }
 
-// A list with anything but whole numbers in it is no shape at all.
+// A list with anything but integers in it does not count as a shape.
 std::vector<int64> readShape(const JsonValue& json) {
     std::vector<int64> dimensions;
     const JsonValue* shape = findArray(json, "shape");
@@ -64,7 +64,7 @@ ImageDescriptor readImageDescriptor(const JsonValue& json) {
         readInt(*block, "height", image.height);
         readInt(*block, "width", image.width);
         readWord(*block, "pixelType", kPixelTypes, image.pixelType);
-        // Models are fed blue first whatever their packages say.
+        // Models are always fed blue first, whatever their packages say.
         if (image.pixelType == QuavinPixelType::RGBA) {
             image.pixelType = QuavinPixelType::BGRA;
         }

@@ -6,8 +6,8 @@
 
 namespace VelmoraQuavin::internal {
 
-/// Reads one input or output of a manifest. Never fails: what is missing, unknown or of another
-/// JSON type keeps its default.
+/// Reads one input or output from a manifest. Never fails: anything missing, unknown or of the
+/// wrong JSON type keeps its default.
 ModelFeatureDescriptor readFeatureDescriptor(const JsonValue& json);
 
 }  // namespace VelmoraQuavin::internal

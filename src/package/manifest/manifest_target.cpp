@@ -12,8 +12,8 @@ ModelComponent readComponent(const JsonValue& json) {
     ModelComponent component;
     readString(json, "name", component.name);
     readString(json, "path", component.path);
-    // "encryption" is only a mark for people and tools: every component starts with a key of zeros,
-    // and the real one comes from the host.
+    // "encryption" only informs people and tools: every component starts with an all-zero key, and
+    // the host supplies the real one.
     return component;
 }
 

@@ -6,8 +6,8 @@
 
 namespace VelmoraQuavin::internal {
 
-/// Reads what a manifest says for one engine. Never fails: what is missing or of another JSON type
-/// counts as absent.
+/// Reads a manifest's target for one engine. Never fails: anything missing or of the wrong JSON
+/// type counts as absent.
 ModelTarget readTarget(const JsonValue& json);
 
 }  // namespace VelmoraQuavin::internal

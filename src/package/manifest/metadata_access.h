@@ -7,15 +7,15 @@
 
 namespace VelmoraQuavin::internal {
 
-/// The members of ModelMetadata that hosts do not set.
+/// Access to members of ModelMetadata that hosts cannot set.
 struct MetadataAccess {
-    /// Stores what a manifest holds.
-    /// @param manifest how diagnostics name it.
-    /// @throws ModelMetaDataException if it has no targets; what stands before them is stored.
+    /// Stores the contents of a manifest.
+    /// @param manifest the manifest's name in diagnostics.
+    /// @throws ModelMetaDataException if it has no targets; all other members are stored.
     static void readMembers(ModelMetadata& metadata, const JsonDocument& document,
                             const std::string& manifest);
 
-    /// Empty for metadata that were read while diagnostics were off, or that a host built.
+    /// Empty for metadata read while diagnostics were off, or built by a host.
     static const String& targetsAsWritten(const ModelMetadata& metadata) {
         return metadata.targetsAsWritten_;
     }

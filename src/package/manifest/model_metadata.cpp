@@ -19,14 +19,14 @@ namespace {
 using internal::ManifestFault;
 using internal::ManifestParse;
 
-// Reports why a manifest cannot be used. Always false, as the answer of readDocument().
+// Reports why a manifest cannot be used. Always returns false, as the result of readDocument().
 template <typename MakeReason>
 bool unusable(const std::string& manifest, MakeReason makeReason) {
     internal::diagnose([&] { return "reading the manifest " + manifest + ": " + makeReason(); });
     return false;
 }
 
-// What a package offers instead of the target that was looked for.
+// Describes the targets that a package has instead of the one needed.
 std::string targetsOf(const internal::JsonValue& targets) {
     return targets.IsObject() ? R"("targets" has )" + internal::memberNames(targets)
                               : R"("targets" is )" + internal::jsonKind(targets);
@@ -62,7 +62,7 @@ bool parse(const std::string& manifest, std::string_view text, internal::JsonDoc
            unusable(manifest, [&] { return reasonOf(parsed, text, document); });
 }
 
-// Whether the file is there and holds one JSON object.
+// Returns whether the file exists and holds one JSON object.
 bool readDocument(const Filepath& path, const std::string& manifest,
                   internal::JsonDocument& document) {
     std::string problem;
@@ -120,7 +120,7 @@ QuavinStatus ModelMetadata::loadFromMemory(const void* manifest, uint64 size) {
         const std::string name = "in memory";
         internal::JsonDocument document;
         if (!parse(name, {static_cast<const char*>(manifest), size}, document)) {
-            throw ModelMetaDataException("The bytes in memory are no manifest");
+            throw ModelMetaDataException("The bytes in memory are not a manifest");
         }
         rootDir_ = Filepath();
         internal::MetadataAccess::readMembers(*this, document, name);
@@ -150,6 +150,10 @@ void internal::MetadataAccess::readMembers(ModelMetadata& metadata, const JsonDo
             metadata.targets_.insert_or_assign(type, readTarget(*target));
         }
     }
+}
+
+void ModelComponent::setCryptoKey(const unsigned char* key) {
+    encryption.setKey(key);
 }
 
 }  // namespace VelmoraQuavin

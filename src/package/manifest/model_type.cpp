@@ -45,7 +45,7 @@ const std::unordered_map<QuavinModelType, String>& displayNames() {
 String ModelTypeToName(QuavinModelType type) {
     const auto name = displayNames().find(type);
     if (name == displayNames().end()) {
-        // The text of one standard library, thrown here so that it is the same with every library.
+        // One standard library's text, thrown explicitly so that it is the same with all of them.
         throw std::out_of_range("invalid unordered_map<K, T> key");
     }
     return name->second;

@@ -6,7 +6,7 @@
 
 namespace VelmoraQuavin::internal {
 
-/// Reports what a package has in place of the target that is needed.
+/// Reports which targets a package has instead of the one needed.
 /// @param needed the engine's name in manifests.
 void diagnoseMissingTarget(const ModelMetadata& metadata, std::string_view needed) noexcept;
 

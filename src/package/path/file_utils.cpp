@@ -16,8 +16,8 @@ using internal::SizedFile;
 
 namespace {
 
-// A failing read is not among what these operations answer: zeros stand for it.
-void readWhatThereIs(const Filepath& path, SizedFile& file, char* buffer) {
+// These operations cannot report a failed read: the missing bytes are zeros.
+void readAvailable(const Filepath& path, SizedFile& file, char* buffer) {
     std::string problem;
     if (!file.tryRead(buffer, problem)) {
         internal::diagnose([&] {
@@ -59,7 +59,7 @@ std::unique_ptr<char[]> FileUtils::readBinaryFileToBuffer(const Filepath& path, 
     }
     // Not make_unique, which would first fill the memory with zeros.
     std::unique_ptr<char[]> buffer(new char[file->size()]);
-    readWhatThereIs(path, *file, buffer.get());
+    readAvailable(path, *file, buffer.get());
     size = file->size();
     return buffer;
 }
@@ -67,7 +67,7 @@ std::unique_ptr<char[]> FileUtils::readBinaryFileToBuffer(const Filepath& path, 
 void FileUtils::readBinaryFileToAllocated(const Filepath& path, uint64& size, char* buffer) {
     SizedFile file = SizedFile::open(path);
     size = file.size();
-    readWhatThereIs(path, file, buffer);
+    readAvailable(path, file, buffer);
 }
 
 std::ofstream FileUtils::openFileToWriteBinaryData(const Filepath& path) {

@@ -7,13 +7,13 @@
 
 namespace VelmoraQuavin::internal {
 
-/// A secured file is an initialisation vector followed by AES-128 in cipher-block chaining.
+/// A secured file is an initialisation vector followed by ciphertext of AES-128 in CBC mode.
 constexpr uint64 kSecuredBlockSize = platform::kAesBlockSize;
 constexpr uint64 kSecuredVectorSize = kSecuredBlockSize;
-/// The largest one: decryption counts in 32 bits.
+/// The largest secured file: decryption counts in 32 bits.
 constexpr uint64 kLargestSecuredFile = std::numeric_limits<unsigned int>::max();
 
-/// Whether bytes of this number, up to the limit, can be a secured file: a vector and whole blocks.
+/// Whether a secured file can have this size: a vector and whole blocks, within the limit.
 constexpr bool isSecuredSize(uint64 size) noexcept {
     return size >= kSecuredVectorSize && size % kSecuredBlockSize == 0 &&
            size <= kLargestSecuredFile;

@@ -10,7 +10,7 @@ namespace VelmoraQuavin::internal {
 
 struct NetworkComponentEntry;
 
-/// The stored bytes of one component, to be read once.
+/// The stored bytes of one component, which can be read once.
 class StoredBytes {
 public:
     StoredBytes() = default;
@@ -24,7 +24,7 @@ public:
     virtual void read(char* buffer) = 0;
 };
 
-/// Where the bytes of a package's components come from. Any thread may ask.
+/// Where the bytes of a package's components come from. May be used from any thread.
 class ComponentSource {
 public:
     ComponentSource() = default;
@@ -32,9 +32,9 @@ public:
     ComponentSource& operator=(const ComponentSource&) = delete;
     virtual ~ComponentSource() = default;
 
-    /// What messages call the package; for one in a directory, the directory.
+    /// The package's name in messages: its directory if it has one.
     virtual String name() const = 0;
-    /// Resolves the path of a component; for files, that is where they are.
+    /// Resolves the path of a component; for a file, the result is its location.
     virtual String resolve(const String& path) const = 0;
     /// @throws FileException "File error!" if the component cannot be opened.
     virtual std::unique_ptr<StoredBytes> open(const NetworkComponentEntry& component) const = 0;

@@ -46,7 +46,7 @@ std::vector<NetworkComponentEntry> collectNetworkComponents(
         }
     }
     if (entries.size() < kNeeded) {
-        diagnoseIncompleteModel(components, source);  // what checkNetworkComponents() refuses
+        diagnoseIncompleteModel(components, source);  // checkNetworkComponents() refuses this
     }
     return entries;
 }
@@ -55,7 +55,7 @@ QuavinStatus checkNetworkComponents(const std::vector<NetworkComponentEntry>& en
     if (entries.size() < kNeeded) {
         return {INVALID_MODEL_PATH, "Incomplete Model"};
     }
-    // Joined paths hold a separator at least; the checks guard what is read, whoever joined it.
+    // Joined paths contain at least a separator, but these checks do not rely on that.
     if (entries[0].resolvedPath.empty()) {
         return {INVALID_MODEL_PATH, "No Model Path Defined"};
     }

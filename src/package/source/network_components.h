@@ -11,23 +11,23 @@ namespace VelmoraQuavin::internal {
 struct NetworkComponentEntry {
     String resolvedPath;    ///< The path as the component's source resolves it.
     String kind;            ///< ComponentKind::File or ComponentKind::SecuredFile.
-    String path;            ///< As the manifest has it.
+    String path;            ///< The path as written in the manifest.
     Encryption encryption;  ///< The key of a secured component.
 
     bool isSecured() const { return kind == ComponentKind::SecuredFile; }
 };
 
-/// The two components of a network and where to read them from, which has to outlive this.
+/// The two components of a network and the source to read them from, which must outlive this.
 struct NetworkComponents {
     const ComponentSource& source;
     NetworkComponentEntry topology;
-    NetworkComponentEntry weights;  ///< Without a path for a network without constants.
+    NetworkComponentEntry weights;  ///< Has no path if the network has no constants.
 
     bool areSecured() const { return topology.isSecured() || weights.isSecured(); }
 };
 
-/// The plain and secured files among a target's components, in order. The others are skipped:
-/// a component's name alone says what it is.
+/// The plain and secured files among a target's components, in order. Others are skipped: a
+/// component's name alone determines its kind.
 std::vector<NetworkComponentEntry> collectNetworkComponents(
     const std::vector<ModelComponent>& components, const ComponentSource& source);
 
@@ -35,18 +35,18 @@ std::vector<NetworkComponentEntry> collectNetworkComponents(
 /// @return INVALID_MODEL_PATH or INVALID_WEIGHTS_PATH if not.
 QuavinStatus checkNetworkComponents(const std::vector<NetworkComponentEntry>& entries);
 
-/// A component opened for reading. What is secured is decrypted in the memory that it is read into.
+/// A component opened for reading. A secured one is decrypted in place after reading.
 class ComponentReader {
 public:
     /// @throws FileException if the component cannot be opened, or is secured and too large.
     ComponentReader(const ComponentSource& source, const NetworkComponentEntry& component);
 
-    /// Bytes that read() needs room for.
+    /// The number of bytes that read() needs room for.
     uint64 size() const { return stored_->size(); }
-    /// Reads the component, once.
-    /// @return bytes of content; the rest of the buffer is zeros.
+    /// Reads the component; may be called once.
+    /// @return the number of bytes of content; the rest of the buffer is zeros.
     /// @throws FileException if reading or decrypting fails. A secured component may have left
-    ///         plaintext in the buffer, which the caller wipes in any case.
+    ///         plaintext in the buffer, which the caller must wipe in any case.
     uint64 read(char* buffer);
 
 private:

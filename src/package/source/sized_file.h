@@ -9,26 +9,27 @@
 
 namespace VelmoraQuavin::internal {
 
-/// A file opened for reading whole, once, and the size that it had then. What a file lacks because
-/// it became shorter meanwhile is read as zeros.
+/// A file opened to be read whole, once, and its size at that moment. If the file has shrunk since,
+/// the missing bytes are read as zeros.
 class SizedFile {
 public:
-    /// Opens a file; nothing where that fails.
-    /// @param problem receives, for people, why it failed.
-    /// @throws std::range_error "bad conversion" where the path is not UTF-8.
+    /// Opens a file; returns nothing on failure.
+    /// @param problem receives a human-readable reason on failure.
+    /// @throws std::range_error "bad conversion" if the path is not UTF-8.
     static std::optional<SizedFile> tryOpen(const Filepath& path, std::string& problem);
-    /// Opens a file; diagnostics tell why it fails.
-    /// @throws FileException "File error!" where it does.
-    /// @throws std::range_error "bad conversion" where the path is not UTF-8.
+    /// Opens a file; on failure the diagnostics tell why.
+    /// @throws FileException "File error!" if it cannot be opened.
+    /// @throws std::range_error "bad conversion" if the path is not UTF-8.
     static SizedFile open(const Filepath& path);
 
     uint64 size() const { return file_.size(); }
-    /// Reads size() bytes, no more if the file has grown; zeros stand for what could not be read.
-    /// @param problem receives, for people, why reading failed.
+    /// Reads size() bytes, and no more even if the file has grown; bytes that could not be read are
+    /// zeros.
+    /// @param problem receives a human-readable reason if reading fails.
     /// @return whether the system could read the file.
     bool tryRead(char* buffer, std::string& problem);
-    /// The same; diagnostics tell why it fails.
-    /// @throws FileException "File error!" where the system cannot read the file.
+    /// As above, but throws; the diagnostics tell why it failed.
+    /// @throws FileException "File error!" if the system cannot read the file.
     void read(char* buffer);
 
 private:

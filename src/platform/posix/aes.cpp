@@ -13,9 +13,9 @@
 namespace VelmoraQuavin::internal::platform {
 namespace {
 
-// The crypto library counts bytes in an int.
+// OpenSSL counts bytes in an int.
 constexpr std::size_t kLargestUpdate = std::size_t{1} << 30;
-// Small enough to stay in the first-level cache between decrypting and moving; whole blocks.
+// A multiple of the block size, small enough to stay in the L1 cache between decrypting and moving.
 constexpr std::size_t kMoveChunk = 8192;
 
 bool update(EVP_CIPHER_CTX* context, unsigned char* output, const unsigned char* input,
@@ -37,7 +37,7 @@ bool decryptApart(EVP_CIPHER_CTX* context, unsigned char* output, const unsigned
     return true;
 }
 
-// Decrypts a chunk where it cannot disturb the ciphertext, and moves it from there.
+// Decrypts a chunk into scratch memory, where it cannot disturb the ciphertext, and copies it out.
 class ChunkDecryptor {
 public:
     explicit ChunkDecryptor(EVP_CIPHER_CTX* context) : context_(context) {}
@@ -59,7 +59,7 @@ private:
     std::array<unsigned char, kMoveChunk> scratch_;
 };
 
-// For plaintext that begins at most where its ciphertext does: what is overwritten has been read.
+// For plaintext that begins no later than its ciphertext: only bytes already read are overwritten.
 bool decryptForwards(EVP_CIPHER_CTX* context, unsigned char* output,
                      const unsigned char* ciphertext, std::size_t count) noexcept {
     ChunkDecryptor chunks(context);
@@ -73,8 +73,8 @@ bool decryptForwards(EVP_CIPHER_CTX* context, unsigned char* output,
     return true;
 }
 
-// For plaintext that begins inside its ciphertext: from the end, each chunk with the block before
-// it as its vector.
+// For plaintext that begins inside its ciphertext: works from the end, with the block in front of
+// each chunk as its initialisation vector.
 bool decryptBackwards(EVP_CIPHER_CTX* context, unsigned char* output,
                       const unsigned char* ciphertext, std::size_t count) noexcept {
     ChunkDecryptor chunks(context);

@@ -10,7 +10,7 @@
 namespace VelmoraQuavin::internal::platform {
 namespace {
 
-// The crypto library counts bytes in an int.
+// OpenSSL counts bytes in an int.
 constexpr std::size_t kLargestStep = std::size_t{1} << 30;
 
 }  // namespace

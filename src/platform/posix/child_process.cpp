@@ -28,16 +28,16 @@ constexpr int kNoAnswer = 1;
     throw std::runtime_error(problemText("No process can be started", errno));
 }
 
-// A crash is to show as such, whoever handles signals in this program, and to leave nothing on the
-// disk: what crashed may hold a key.
-void crashPlainly() noexcept {
+// A crash must be visible as such, whatever signal handlers the program has installed, and must
+// leave nothing on disk: the crashed process may hold a key.
+void prepareForCrash() noexcept {
     for (const int signal : {SIGABRT, SIGBUS, SIGFPE, SIGILL, SIGSEGV}) {
         static_cast<void>(std::signal(signal, SIG_DFL));
     }
     const struct rlimit none {};
     static_cast<void>(::setrlimit(RLIMIT_CORE, &none));
 #if defined(__linux__)
-    // The limit does not hold for images that go to a program.
+    // The limit does not apply to core dumps piped to a program.
     static_cast<void>(::prctl(PR_SET_DUMPABLE, 0));
 #endif
 }
@@ -47,30 +47,30 @@ void endWithParent(pid_t parent) noexcept {
     static_cast<void>(::prctl(PR_SET_PDEATHSIG, SIGKILL));
 #endif
     if (::getppid() != parent) {
-        ::_exit(kNoAnswer);  // too late
+        ::_exit(kNoAnswer);  // the parent has already ended
     }
 }
 
 [[noreturn]] void serve(ChildWork work, std::string_view request, int pipe, pid_t parent) noexcept {
     endWithParent(parent);
-    crashPlainly();
-    // Results of the program are not for libraries to write between.
+    prepareForCrash();
+    // Keeps output of libraries from mixing with the program's results.
     if (pipe != STDOUT_FILENO) {
         static_cast<void>(::dup2(STDERR_FILENO, STDOUT_FILENO));
     }
     const std::string answer = work(request);
     const bool written = writeWhole(pipe, answer.data(), answer.size());
-    // What else the program has set up is its first process's to take down.
+    // Everything else the program has set up is left for the parent to clean up.
     ::_exit(written ? 0 : kNoAnswer);
 }
 
-// @return false where it is longer than any answer.
+// @return false if the text is longer than any answer may be.
 bool readAll(int pipe, std::string& text) {
-    std::array<char, 4096> some{};
+    std::array<char, 4096> chunk{};
     for (;;) {
-        const ssize_t count = ::read(pipe, some.data(), some.size());
+        const ssize_t count = ::read(pipe, chunk.data(), chunk.size());
         if (count > 0) {
-            text.append(some.data(), static_cast<std::size_t>(count));
+            text.append(chunk.data(), static_cast<std::size_t>(count));
         } else if (count == 0 || errno != EINTR) {
             return true;
         }
@@ -112,10 +112,10 @@ ChildResult runInChild(ChildWork work, std::string_view request) {
     }
     FileDescriptor reading(ends[0]);
     FileDescriptor writing(ends[1]);
-    // Or what waits in buffers would be written twice.
+    // Otherwise buffered output would be written twice.
     std::cout.flush();
     static_cast<void>(std::fflush(nullptr));
-    // Whoever started this program may have had it ignored: the child would leave no status.
+    // This program may have been started with SIGCHLD ignored: the child would leave no status.
     static_cast<void>(std::signal(SIGCHLD, SIG_DFL));
     const pid_t self = ::getpid();
     const pid_t child = ::fork();
@@ -134,7 +134,7 @@ ChildResult runInChild(ChildWork work, std::string_view request) {
     }
     const int status = waitFor(child);
     if (!fits) {
-        return {"", "answered without end"};
+        return {"", "sent an endless answer"};
     }
     if (!WIFEXITED(status) || WEXITSTATUS(status) != 0 || result.answer.empty()) {
         return {"", describeEnd(status)};
@@ -142,7 +142,7 @@ ChildResult runInChild(ChildWork work, std::string_view request) {
     return result;
 }
 
-// fork() has done it.
+// Nothing to do: fork() starts the child in the middle of runInChild().
 std::optional<int> serveAsChild(ChildWork /*work*/) {
     return std::nullopt;
 }

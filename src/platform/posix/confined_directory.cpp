@@ -1,4 +1,4 @@
-#include "platform/confined_directory.h"
+#include "platform/confined_directory_implementation.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -20,7 +20,7 @@ namespace {
 constexpr mode_t kDirectoryMode = 0777;
 constexpr mode_t kFileMode = 0666;
 
-// Why an entry that is there cannot be used.
+// Why an existing entry cannot be used.
 std::string obstacle(int directory, const std::string& name, const char* otherwise, int error) {
     struct stat attributes {};
     if (::fstatat(directory, name.c_str(), &attributes, AT_SYMLINK_NOFOLLOW) != 0) {
@@ -38,33 +38,31 @@ std::string obstacle(int directory, const std::string& name, const char* otherwi
         return error == EEXIST ? "a directory is where the file is needed"
                                : problemText(otherwise, error);
     }
-    return "something that is no plain file is in its way";
+    return "something that is not a regular file is in its way";
 }
 
-}  // namespace
-
-class ConfinedDirectory::Implementation {
+class PosixDirectory : public ConfinedDirectory::Implementation {
 public:
-    explicit Implementation(FileDescriptor root) : walk_(std::move(root)) {}
+    explicit PosixDirectory(FileDescriptor root) : walk_(std::move(root)) {}
 
-    // Makes a directory the current one, and makes it where it is missing.
-    std::string enter(Names::const_iterator begin, Names::const_iterator end) {
+    std::string enter(ConfinedDirectory::Names::const_iterator begin,
+                      ConfinedDirectory::Names::const_iterator end) override {
         return walk_.enter(begin, end, openOrCreate);
     }
 
-    std::string write(const std::string& name, const void* content, std::uint64_t size) {
+    std::string write(const std::string& name, const void* content, std::uint64_t size) override {
         const int directory = walk_.current().get();
         struct stat attributes {};
-        const bool isThere =
+        const bool exists =
             ::fstatat(directory, name.c_str(), &attributes, AT_SYMLINK_NOFOLLOW) == 0;
-        if (isThere ? !S_ISREG(attributes.st_mode) : errno != ENOENT) {
-            return obstacle(directory, name, "the file cannot be made", isThere ? EEXIST : errno);
+        if (exists ? !S_ISREG(attributes.st_mode) : errno != ENOENT) {
+            return obstacle(directory, name, "the file cannot be created", exists ? EEXIST : errno);
         }
         PendingFile file(directory, kFileMode);
         if (!file) {
-            return problemText("the file cannot be made", errno);
+            return problemText("the file cannot be created", errno);
         }
-        // Replaced and not written into: a hard link to it elsewhere keeps its content.
+        // Replaced rather than overwritten: a hard link to it elsewhere keeps its content.
         if (!file.write(content, size) || !file.replace(name)) {
             return problemText("the file cannot be written", errno);
         }
@@ -83,34 +81,20 @@ private:
             (::mkdirat(from, name.c_str(), kDirectoryMode) == 0 || errno == EEXIST)) {
             open();
         }
-        return opened ? "" : obstacle(from, name, "a directory cannot be made or opened", errno);
+        return opened ? "" : obstacle(from, name, "a directory cannot be created or opened", errno);
     }
 
     DirectoryWalk<FileDescriptor> walk_;
 };
 
-ConfinedDirectory::ConfinedDirectory(std::unique_ptr<Implementation> implementation)
-    : implementation_(std::move(implementation)) {}
-ConfinedDirectory::ConfinedDirectory(ConfinedDirectory&& other) noexcept = default;
-ConfinedDirectory& ConfinedDirectory::operator=(ConfinedDirectory&& other) noexcept = default;
-ConfinedDirectory::~ConfinedDirectory() = default;
+}  // namespace
 
 std::optional<ConfinedDirectory> ConfinedDirectory::open(const String& path) {
     FileDescriptor root(::open(nativeUtf8Path(path).c_str(), kPassThrough));
     if (!root) {
         return std::nullopt;
     }
-    return ConfinedDirectory(std::make_unique<Implementation>(std::move(root)));
-}
-
-std::string ConfinedDirectory::createDirectories(const Names& names) {
-    return implementation_->enter(names.begin(), names.end());
-}
-
-std::string ConfinedDirectory::writeFile(const Names& names, const void* content,
-                                         std::uint64_t size) {
-    const std::string problem = implementation_->enter(names.begin(), names.end() - 1);
-    return problem.empty() ? implementation_->write(names.back(), content, size) : problem;
+    return Implementation::wrap(std::make_unique<PosixDirectory>(std::move(root)));
 }
 
 }  // namespace VelmoraQuavin::internal::platform

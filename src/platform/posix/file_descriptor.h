@@ -7,7 +7,7 @@
 
 namespace VelmoraQuavin::internal::platform {
 
-/// To open a directory that is only passed through, which needs no right to list it.
+/// Flags to open a directory that is only traversed, which requires no right to list it.
 #if defined(O_PATH)
 constexpr int kPassThrough = O_PATH | O_DIRECTORY | O_CLOEXEC;
 #else
@@ -32,7 +32,7 @@ public:
 
     explicit operator bool() const { return descriptor_ != kNone; }
     int get() const { return descriptor_; }
-    /// @return false where what was written may be lost; errno tells why.
+    /// @return false if written data may be lost; errno tells why.
     bool close() { return descriptor_ == kNone || ::close(std::exchange(descriptor_, kNone)) == 0; }
 
 private:

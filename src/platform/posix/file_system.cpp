@@ -13,8 +13,8 @@ namespace {
 
 constexpr mode_t kDirectoryMode = 0777;  // before the process's umask
 
-// The directory that would hold the entry. Archives name directories with a separator at the end,
-// which does not count.
+// The directory that would contain the entry. Ignores trailing separators, which archives put after
+// the names of directories.
 std::string parentOf(const std::string& path) {
     const std::size_t nameEnd = path.find_last_not_of('/');
     if (nameEnd == std::string::npos) {
@@ -43,7 +43,7 @@ bool removeFile(const String& path) {
 
 bool isMissing(const String& path) {
     const std::string native = nativeUtf8Path(path);
-    // The link itself, not what it points to, is what exists.
+    // A link exists even if its target does not.
     struct stat attributes {};
     if (::lstat(native.c_str(), &attributes) == 0 || errno != ENOENT) {
         return false;

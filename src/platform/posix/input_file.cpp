@@ -15,7 +15,7 @@
 namespace VelmoraQuavin::internal::platform {
 namespace {
 
-// Some systems refuse to read more at once.
+// Some systems refuse larger reads.
 constexpr std::uint64_t kLargestRead = std::uint64_t{1} << 30;
 
 }  // namespace
@@ -34,7 +34,7 @@ InputFile& InputFile::operator=(InputFile&& other) noexcept = default;
 InputFile::~InputFile() = default;
 
 std::optional<InputFile> InputFile::open(const String& path, std::string& problem) {
-    // Not blocking, so that a pipe without a writer is an error and no wait.
+    // Non-blocking, so that a pipe without a writer is an error instead of a hang.
     FileDescriptor file(
         ::open(nativeUtf8Path(path).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
     if (!file) {
@@ -43,7 +43,7 @@ std::optional<InputFile> InputFile::open(const String& path, std::string& proble
     }
     struct stat attributes {};
     if (::fstat(file.get(), &attributes) != 0 || !S_ISREG(attributes.st_mode)) {
-        problem = "is no plain file";
+        problem = "is not a regular file";
         return std::nullopt;
     }
     return InputFile(std::make_unique<Implementation>(std::move(file)),

@@ -17,12 +17,12 @@ void preferLargePages(void* memory, std::size_t size) noexcept {
     if (size < kSmallestWorthwhile) {
         return;
     }
-    // Whole pages inside the block alone: the rest belongs to the allocator.
+    // Only whole pages inside the block: the rest belongs to the allocator.
     const auto page = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
     const std::size_t intoPage = reinterpret_cast<std::uintptr_t>(memory) % page;
     const std::size_t skipped = intoPage == 0 ? 0 : page - intoPage;
     const std::size_t whole = (size - skipped) / page * page;
-    // Only advice: a system that does not take it answers with an error that changes nothing.
+    // Only advice: a system that does not take it reports an error, which is harmless.
     static_cast<void>(::madvise(static_cast<char*>(memory) + skipped, whole, MADV_HUGEPAGE));
 #else
     static_cast<void>(memory);

@@ -14,7 +14,7 @@ namespace VelmoraQuavin::internal::platform {
 
 std::vector<std::string> loadedLibraries() {
     std::vector<std::string> files;
-    // The first is the program.
+    // The first image is the program itself.
     for (std::uint32_t i = 1; i < ::_dyld_image_count(); ++i) {
         files.emplace_back(::_dyld_get_image_name(i));
     }
@@ -25,13 +25,17 @@ std::vector<std::string> loadedLibraries() {
 
 namespace {
 
-// The program itself and what the kernel gives have no path.
-int addFile(struct dl_phdr_info* library, std::size_t /*size*/, void* files) {
-    const std::string path = library->dlpi_name == nullptr ? "" : library->dlpi_name;
-    if (path.find('/') != std::string::npos) {
-        static_cast<std::vector<std::string>*>(files)->push_back(path);
+// The program itself and objects provided by the kernel have no path.
+int addFile(struct dl_phdr_info* library, std::size_t /*size*/, void* files) noexcept {
+    const std::string_view path = library->dlpi_name == nullptr ? "" : library->dlpi_name;
+    try {
+        if (path.find('/') != std::string_view::npos) {
+            static_cast<std::vector<std::string>*>(files)->emplace_back(path);
+        }
+        return 0;
+    } catch (...) {
+        return 1;  // out of memory: no exception may leave the system's loop
     }
-    return 0;
 }
 
 }  // namespace

@@ -6,12 +6,13 @@
 
 namespace VelmoraQuavin::internal::platform {
 
-/// The path for a system call: up to the first zero byte, with "/" for each backslash.
+/// The path as passed to system calls: up to the first zero byte, with each backslash turned into
+/// "/".
 std::string nativePath(const String& path);
-/// The same for the calls that take wide paths on Windows, and so demand UTF-8 everywhere.
-/// @throws std::range_error "bad conversion" where the path is not UTF-8.
+/// As above, for operations that use wide paths on Windows and therefore require UTF-8 everywhere.
+/// @throws std::range_error "bad conversion" if the path is not UTF-8.
 std::string nativeUtf8Path(const String& path);
-/// Whether a directory is at `nativePath`, or at the end of a link there.
+/// Whether `nativePath` is a directory or a link to one.
 bool isDirectory(const std::string& nativePath);
 
 }  // namespace VelmoraQuavin::internal::platform

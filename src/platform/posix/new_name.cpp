@@ -12,7 +12,7 @@ namespace {
 
 constexpr mode_t kClaimMode = 0700;
 
-// A directory of our own claims the name; the other one replaces it.
+// Claims the name with an empty directory, which the moved one then replaces.
 bool moveDirectory(int directory, const std::string& from, const std::string& to) {
     if (::mkdirat(directory, to.c_str(), kClaimMode) != 0) {
         return false;
@@ -34,7 +34,7 @@ bool moveFile(int directory, const std::string& from, const std::string& to) {
     if (errno == EEXIST) {
         return false;
     }
-    // A file system without hard links: there looking first is the best that can be had.
+    // No hard links on this file system: checking first is the best that can be done.
     struct stat attributes {};
     if (::fstatat(directory, to.c_str(), &attributes, AT_SYMLINK_NOFOLLOW) == 0) {
         errno = EEXIST;

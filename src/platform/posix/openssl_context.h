@@ -12,7 +12,7 @@ struct CipherContextDelete {
 };
 using CipherContext = std::unique_ptr<EVP_CIPHER_CTX, CipherContextDelete>;
 
-/// Keeps what goes wrong in its scope out of the host's own list of the crypto library's errors.
+/// Keeps errors raised in its scope out of the OpenSSL error queue that the host sees.
 class CryptoErrorMark {
 public:
     CryptoErrorMark() { ERR_set_mark(); }

@@ -14,12 +14,12 @@
 namespace VelmoraQuavin::internal::platform {
 namespace {
 
-// The first names are everybody's, so that what was left under them is found again; the others are
-// for when somebody has taken all of those.
+// The first names are shared by all processes, so that files left under them are found again; the
+// others are for when all of those are taken.
 constexpr int kSharedNames = 64;
 constexpr int kNames = 128;
 
-// The sticky bit means nothing on a file, so that no finished file has it.
+// The sticky bit has no meaning on files, so no finished file has it.
 constexpr mode_t kUnfinished = S_ISVTX;
 constexpr mode_t kModeBits = 07777;
 
@@ -34,7 +34,7 @@ bool isOurUnfinished(const struct stat& attributes) {
            (attributes.st_mode & kUnfinished) != 0;
 }
 
-// Removes an unfinished file that nobody works on.
+// Removes an unfinished file that no process is working on.
 bool removeAbandoned(int directory, const std::string& name) {
     struct stat found {};
     const auto look = [&](struct stat& attributes) {
@@ -49,7 +49,7 @@ bool removeAbandoned(int directory, const std::string& name) {
     if (!file || ::flock(file.get(), LOCK_EX | LOCK_NB) != 0) {
         return false;
     }
-    // Its owner may have finished it before the lock was ours.
+    // Its owner may have finished it before we got the lock.
     struct stat locked {};
     struct stat there {};
     return ::fstat(file.get(), &locked) == 0 && look(there) && locked.st_dev == there.st_dev &&
@@ -86,8 +86,8 @@ bool PendingFile::open(const std::string& name, mode_t mode) {
     name_ = name;
     struct stat attributes {};
     mode_ = ::fstat(file_.get(), &attributes) == 0 ? attributes.st_mode & kModeBits : mode;
-    // Marked once it is locked, so that a marked file without a lock is nobody's. Where there are
-    // no locks or no modes, what is left stays, and is in nobody's way.
+    // Marked only after it is locked, so that a marked file without a lock is known to be
+    // abandoned. On file systems without locks or modes, leftovers stay, but do no harm.
     if (::flock(file_.get(), LOCK_EX | LOCK_NB) == 0) {
         ::fchmod(file_.get(), mode_ | kUnfinished);
     }
@@ -98,14 +98,14 @@ bool PendingFile::write(const void* bytes, std::uint64_t count) {
     return writeWhole(file_.get(), bytes, count);
 }
 
-// Some file systems tell only on closing that they could not write. A second descriptor tells it
-// too, and leaves the lock.
+// Some file systems report write errors only on close. Closing a second descriptor reports them as
+// well, and keeps the lock.
 bool PendingFile::flush() {
     FileDescriptor second(::fcntl(file_.get(), F_DUPFD_CLOEXEC, 0));
     return second && second.close();
 }
 
-// The last step, so that a process that is killed before leaves a marked file or a whole one.
+// The last step, so that a process killed before it leaves either a marked file or a complete one.
 void PendingFile::finish() {
     name_.clear();
     ::fchmod(file_.get(), mode_);

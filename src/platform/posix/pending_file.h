@@ -9,15 +9,16 @@
 
 namespace VelmoraQuavin::internal::platform {
 
-/// A file in the making: it stands beside its place under a name of its own until it is whole, and
-/// goes unless it is put there. What a killed process has left is removed by the next one that
-/// comes to the same name: a living one holds a lock on its file. No link is followed, and nothing
-/// is touched that is not this user's and marked as unfinished.
+/// A file being written: it stays next to its final place under a temporary name until it is
+/// complete, and is removed unless it is moved into place. What a killed process leaves behind is
+/// removed by the next process that tries the same name; a live process holds a lock on its file.
+/// No link is followed, and only files that belong to this user and are marked as unfinished are
+/// removed.
 class PendingFile {
 public:
-    /// Makes the file; errno tells why it could not.
-    /// @param directory stays open as long as this lives.
-    /// @param mode of the finished file, before the process's umask.
+    /// Creates the file; on failure errno tells why.
+    /// @param directory must stay open for the lifetime of this object.
+    /// @param mode the mode of the finished file, before the process's umask.
     PendingFile(int directory, mode_t mode);
     PendingFile(const PendingFile&) = delete;
     PendingFile& operator=(const PendingFile&) = delete;
@@ -25,13 +26,13 @@ public:
 
     explicit operator bool() const { return static_cast<bool>(file_); }
 
-    /// Writes at the end; errno tells why it failed.
+    /// Appends to the file; on failure errno tells why.
     bool write(const void* bytes, std::uint64_t count);
-    /// Gives the finished file another mode, whatever the umask is.
+    /// Sets the mode of the finished file, regardless of the umask.
     void setMode(mode_t mode) { mode_ = mode; }
-    /// Puts the file in its place, over a file that is there; errno tells why it failed.
+    /// Moves the file into place, replacing any existing one; on failure errno tells why.
     bool replace(const std::string& name);
-    /// Puts the file where nothing is; errno is EEXIST where something is.
+    /// Moves the file into place without replacing anything; errno is EEXIST if the name is taken.
     bool publish(const std::string& name);
 
 private:
@@ -41,7 +42,7 @@ private:
 
     int directory_;
     FileDescriptor file_;
-    std::string name_;  // empty once it is in its place
+    std::string name_;  // empty once the file is in place
     mode_t mode_ = 0;
 };
 

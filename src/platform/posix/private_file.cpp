@@ -21,7 +21,7 @@ constexpr mode_t kOwnerDirectoryMode = 0700;
 constexpr mode_t kEveryoneMode = 0666;
 constexpr mode_t kPermissions = 0777;
 
-// A directory, open, and a name in it.
+// An open directory and a name in it.
 struct Place {
     explicit Place(const std::string& path) {
         const std::size_t separator = path.rfind('/');
@@ -40,7 +40,7 @@ struct Place {
 
 PrivateReading readPrivateFile(const String& path, OpenToOthers others, unsigned char* buffer,
                                std::size_t capacity, std::size_t& size, std::string& problem) {
-    // Not blocking, so that a pipe without a writer is an error and no wait.
+    // Non-blocking, so that a pipe without a writer is an error instead of a hang.
     const FileDescriptor file(
         ::open(nativeUtf8Path(path).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     if (!file) {
@@ -49,16 +49,15 @@ PrivateReading readPrivateFile(const String& path, OpenToOthers others, unsigned
     }
     struct stat attributes {};
     if (::fstat(file.get(), &attributes) != 0 || !S_ISREG(attributes.st_mode)) {
-        problem = "is no plain file";
+        problem = "is not a regular file";
         return PrivateReading::kFailed;
     }
     const bool readable = (attributes.st_mode & (S_IRGRP | S_IROTH)) != 0;
     const bool writable = (attributes.st_mode & (S_IWGRP | S_IWOTH)) != 0;
     if (others == OpenToOthers::kRefused && (readable || writable)) {
-        problem = !writable ? "can be read by others: take their right with chmod go-r"
-                  : readable
-                      ? "can be read and changed by others: take their rights with chmod go-rw"
-                      : "can be changed by others: take their right with chmod go-w";
+        problem = !writable  ? "can be read by others: run chmod go-r"
+                  : readable ? "can be read and changed by others: run chmod go-rw"
+                             : "can be changed by others: run chmod go-w";
         return PrivateReading::kOpenToOthers;
     }
     size = 0;
@@ -88,18 +87,18 @@ std::string writeNewFile(const String& path, const unsigned char* bytes, std::si
     const Place place(nativeUtf8Path(path));
     const auto& [directory, name] = place;
     if (!directory) {
-        return problemText("cannot be made", errno);
+        return problemText("cannot be created", errno);
     }
     struct stat attributes {};
     if (::fstatat(directory.get(), name.c_str(), &attributes, AT_SYMLINK_NOFOLLOW) == 0) {
-        return problemText("cannot be made", EEXIST);
+        return problemText("cannot be created", EEXIST);
     }
     PendingFile file(directory.get(), readers == Readers::kOwner ? kOwnerMode : kEveryoneMode);
     if (!file) {
-        return problemText("cannot be made", errno);
+        return problemText("cannot be created", errno);
     }
     if (!file.write(bytes, count) || !file.publish(name)) {
-        return problemText(errno == EEXIST ? "cannot be made" : "cannot be written", errno);
+        return problemText(errno == EEXIST ? "cannot be created" : "cannot be written", errno);
     }
     return "";
 }
@@ -108,19 +107,19 @@ std::string replaceFile(const String& path, const unsigned char* bytes, std::siz
     const Place place(nativeUtf8Path(path));
     const auto& [directory, name] = place;
     if (!directory) {
-        return problemText("cannot be made", errno);
+        return problemText("cannot be created", errno);
     }
-    // What may not be written may not be replaced either.
+    // A file that may not be written may not be replaced either.
     struct stat attributes {};
-    const bool isThere = ::fstatat(directory.get(), name.c_str(), &attributes, 0) == 0;
-    if (isThere && ::faccessat(directory.get(), name.c_str(), W_OK, AT_EACCESS) != 0) {
+    const bool exists = ::fstatat(directory.get(), name.c_str(), &attributes, 0) == 0;
+    if (exists && ::faccessat(directory.get(), name.c_str(), W_OK, AT_EACCESS) != 0) {
         return problemText("cannot be written", errno);
     }
     PendingFile file(directory.get(), kEveryoneMode);
     if (!file) {
-        return problemText("cannot be made", errno);
+        return problemText("cannot be created", errno);
     }
-    if (isThere) {
+    if (exists) {
         file.setMode(attributes.st_mode & kPermissions);
     }
     if (!file.write(bytes, count) || !file.replace(name)) {
@@ -134,7 +133,7 @@ Moving moveToNew(const String& from, const String& to, std::string& problem) {
         return Moving::kDone;
     }
     const bool taken = errno == EEXIST || errno == ENOTEMPTY;
-    problem = problemText("cannot be made", errno);
+    problem = problemText("cannot be created", errno);
     return taken ? Moving::kNameTaken : Moving::kFailed;
 }
 

@@ -16,7 +16,7 @@ std::optional<std::string> environmentVariable(const std::string& name) {
     return value == nullptr ? std::nullopt : std::optional<std::string>(value);
 }
 
-// Streams and terminals are so from the start.
+// Nothing to do: streams and terminals already behave this way.
 OutputSession::OutputSession() noexcept = default;
 OutputSession::~OutputSession() = default;
 

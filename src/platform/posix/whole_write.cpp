@@ -10,7 +10,7 @@
 namespace VelmoraQuavin::internal::platform {
 namespace {
 
-// Some systems refuse to write more at once.
+// Some systems refuse larger writes.
 constexpr std::uint64_t kLargestWrite = std::uint64_t{1} << 30;
 
 }  // namespace

@@ -5,10 +5,10 @@
 
 namespace VelmoraQuavin::internal::platform {
 
-/// Writes all bytes to an open file; errno tells why where it fails.
+/// Writes all bytes to an open file; on failure errno tells why.
 bool writeWhole(int file, const void* bytes, std::uint64_t count) noexcept;
 
-/// What failed, and the system's text for it.
+/// A message that says what failed, followed by the system's text for the error.
 std::string problemText(const char* what, int error);
 
 }  // namespace VelmoraQuavin::internal::platform

@@ -14,7 +14,7 @@ namespace {
 
 using Memory = std::vector<unsigned char>;
 
-// The token's user, which points to the identifier behind it: a copy would point here still.
+// The token's user, which points to the identifier stored after it: a copy would still point here.
 std::unique_ptr<Memory> currentUser() {
     HANDLE opened = nullptr;
     if (::OpenProcessToken(::GetCurrentProcess(), TOKEN_QUERY, &opened) == 0) {
@@ -24,15 +24,16 @@ std::unique_ptr<Memory> currentUser() {
     DWORD size = 0;
     ::GetTokenInformation(token.get(), TokenUser, nullptr, 0, &size);
     auto user = std::make_unique<Memory>(size);
-    const bool told = ::GetTokenInformation(token.get(), TokenUser, user->data(), size, &size) != 0;
-    return told ? std::move(user) : nullptr;
+    const bool succeeded =
+        ::GetTokenInformation(token.get(), TokenUser, user->data(), size, &size) != 0;
+    return succeeded ? std::move(user) : nullptr;
 }
 
 PSID identifierIn(const Memory& user) {
     return reinterpret_cast<const TOKEN_USER*>(user.data())->User.Sid;
 }
 
-// The system and its administrators read everything anyway; the last one stands for the owner.
+// The system and its administrators can read everything anyway; the last one stands for the owner.
 bool isTrustedGroup(PSID identifier) {
     constexpr std::array kTrusted{WinLocalSystemSid, WinBuiltinAdministratorsSid,
                                   WinCreatorOwnerRightsSid};
@@ -49,20 +50,20 @@ bool denies(BYTE type) {
 
 ACCESS_MASK maskOf(Access access) {
     constexpr ACCESS_MASK kReading = FILE_READ_DATA | GENERIC_READ | GENERIC_ALL;
-    // Whoever may change the list or the owner may give himself the rest.
+    // Anyone who may change the list or the owner can grant themselves the rest.
     constexpr ACCESS_MASK kChanging =
         FILE_WRITE_DATA | FILE_APPEND_DATA | WRITE_DAC | WRITE_OWNER | GENERIC_WRITE | GENERIC_ALL;
     return access == Access::kRead ? kReading : kChanging;
 }
 
-// Whether an entry allows something. Entries of every type have their mask in the same place.
+// Whether an entry grants some of this access. All entry types have their mask in the same place.
 bool allows(Access access, const ACCESS_ALLOWED_ACE& entry) {
     return !denies(entry.Header.AceType) && (entry.Header.AceFlags & INHERIT_ONLY_ACE) == 0 &&
            (entry.Mask & maskOf(access)) != 0;
 }
 
-// Null for an entry of a type that has more between its mask and its identifier. A callback's
-// condition stands behind the identifier, and is taken as met.
+// Null for entry types with further fields between mask and identifier. The condition of a callback
+// entry comes after the identifier, and is assumed to be met.
 PSID userIn(ACCESS_ALLOWED_ACE& entry) {
     const BYTE type = entry.Header.AceType;
     const bool isNext = type == ACCESS_ALLOWED_ACE_TYPE || type == ACCESS_ALLOWED_CALLBACK_ACE_TYPE;
@@ -77,7 +78,7 @@ OwnerOnlyAccess::OwnerOnlyAccess() {
         return;
     }
     const PSID identifier = identifierIn(*user);
-    // The entry's own type ends in the first part of the identifier.
+    // The entry's structure already includes the first part of the identifier.
     const auto size = static_cast<DWORD>(sizeof(ACL) + sizeof(ACCESS_ALLOWED_ACE) - sizeof(DWORD) +
                                          ::GetLengthSid(identifier));
     list_.resize(size);
@@ -108,10 +109,10 @@ bool othersMay(Access access, HANDLE file) {
 
 bool othersMay(Access access, ACL* list, PSID owner, PSID user) {
     if (owner == nullptr || list == nullptr) {
-        return true;  // no list: everybody may do everything
+        return true;  // no list: everyone may do everything
     }
     if (::IsValidAcl(list) == 0) {
-        return true;  // its entries may end behind it
+        return true;  // its entries may extend past its end
     }
     for (DWORD i = 0; i < list->AceCount; ++i) {
         void* got = nullptr;

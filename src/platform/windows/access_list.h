@@ -6,8 +6,8 @@
 
 namespace VelmoraQuavin::internal::platform {
 
-/// The access list of a new file that this process's user alone may use, whatever its directory
-/// hands down.
+/// The access list for a new file that only this process's user may access, whatever the directory
+/// would pass on.
 class OwnerOnlyAccess {
 public:
     OwnerOnlyAccess();
@@ -15,7 +15,7 @@ public:
     OwnerOnlyAccess& operator=(const OwnerOnlyAccess&) = delete;
     ~OwnerOnlyAccess() = default;
 
-    /// Whether the system has told who the user is; GetLastError() tells why not.
+    /// Whether the list could be built; if not, GetLastError() tells why.
     explicit operator bool() const { return attributes_.lpSecurityDescriptor != nullptr; }
     SECURITY_ATTRIBUTES* get() { return &attributes_; }
 
@@ -27,13 +27,13 @@ private:
 
 enum class Access { kRead, kChange };
 
-/// Whether an open file's access list allows something to anybody but its owner, this process's
-/// user, the system and its administrators. Also true where that cannot be told.
+/// Whether an open file's access list grants this access to anyone but its owner, this process's
+/// user, the system and its administrators. Also true if that cannot be determined.
 bool othersMay(Access access, HANDLE file);
 
-/// The same for an access list in memory; where there is none, everybody may do everything.
-/// @param owner the file's.
-/// @param user this process's.
+/// As above, for an access list in memory; without one, everyone may do everything.
+/// @param owner the file's owner.
+/// @param user this process's user.
 bool othersMay(Access access, ACL* list, PSID owner, PSID user);
 
 }  // namespace VelmoraQuavin::internal::platform

@@ -10,8 +10,8 @@
 
 namespace VelmoraQuavin::internal::platform {
 
-// The vector is decrypted as if it were the first block: the system starts with one of zeros, so
-// that block comes out as garbage and every block behind it right.
+// The initialisation vector is decrypted as if it were the first block: the system starts from a
+// vector of zeros, so that block comes out as garbage and every block after it is right.
 bool decryptAes128Cbc(const unsigned char* input, std::size_t length, unsigned char* output,
                       const unsigned char* key) noexcept {
     const AesKey aes(key);

@@ -17,7 +17,7 @@ bool encryptAes128Cbc(const unsigned char* plain, std::size_t length, const unsi
     if (!aes || length > std::numeric_limits<ULONG>::max()) {
         return false;
     }
-    std::array<unsigned char, kAesBlockSize> chain{};  // is written to
+    std::array<unsigned char, kAesBlockSize> chain{};  // the call overwrites it
     std::memcpy(chain.data(), vector, chain.size());
     const auto count = static_cast<ULONG>(length);
     ULONG written = 0;

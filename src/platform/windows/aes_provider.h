@@ -1,16 +1,16 @@
 #pragma once
 
 #include <windows.h>
-// Behind windows.h, which it needs.
+// Needs windows.h first.
 #include <bcrypt.h>
 
 #include <cstddef>
 
 namespace VelmoraQuavin::internal::platform {
 
-/// An AES key of the system's cryptography. Cipher-block chaining is its provider's default mode.
+/// An AES key of the system's cryptography. The provider's default mode is CBC.
 ///
-/// One call's alone: a key object that is used again goes on where the last call has ended.
+/// For a single call only: a reused key object continues where the last call ended.
 class AesKey {
 public:
     /// @param key sixteen bytes.

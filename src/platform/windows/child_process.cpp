@@ -1,7 +1,7 @@
 #include "platform/child_process.h"
 
 #include <windows.h>
-// Behind windows.h, which it needs.
+// Need windows.h first.
 #include <fcntl.h>
 #include <io.h>
 
@@ -20,8 +20,8 @@
 namespace VelmoraQuavin::internal::platform {
 namespace {
 
-// The only argument of a process that was started to do work. Whoever gives it by hand is asked for
-// a request on standard input, which nothing but runInChild() makes.
+// The only argument of a process started to do work. Passed by hand, it makes the program wait for
+// a request on standard input, which only runInChild() creates.
 constexpr const char* kMark = "--work-for-parent";
 constexpr int kNoAnswer = 1;
 
@@ -34,7 +34,7 @@ struct Pipe {
     FileHandle writing;
 };
 
-// @param ours the end that the child does not get.
+// @param ours the end that the child does not inherit.
 Pipe makePipe(FileHandle Pipe::*ours) {
     SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
     HANDLE reading = nullptr;
@@ -65,7 +65,7 @@ std::wstring ownProgram() {
     }
 }
 
-// What ends with its last handle, and its processes with it.
+// A job that ends with its last handle, and takes its processes with it.
 HANDLE makeJob() {
     const HANDLE job = ::CreateJobObjectW(nullptr, nullptr);
     if (job == nullptr) {
@@ -95,7 +95,7 @@ FileHandle start(const FileHandle& input, const FileHandle& output, const FileHa
     }
     FileHandle process(information.hProcess);
     const FileHandle thread(information.hThread);
-    // Systems that cannot do it let the process outlive a parent that was ended: no more than that.
+    // If this fails, the process may outlive a parent that is killed, but nothing worse.
     if (job) {
         ::AssignProcessToJobObject(job.get(), process.get());
     }
@@ -103,7 +103,7 @@ FileHandle start(const FileHandle& input, const FileHandle& output, const FileHa
     return process;
 }
 
-// @return bytes read; those that do not fit are not read.
+// @return the number of bytes read; those that do not fit are left unread.
 std::size_t readInto(HANDLE pipe, char* buffer, std::size_t capacity) {
     std::size_t size = 0;
     DWORD count = 0;
@@ -116,16 +116,17 @@ std::size_t readInto(HANDLE pipe, char* buffer, std::size_t capacity) {
     return size;
 }
 
-// @return false where it is longer than any answer.
+// @return false if the text is longer than any answer may be.
 bool readAll(HANDLE pipe, std::string& text) {
-    std::array<char, 4096> some{};
+    std::array<char, 4096> chunk{};
     for (;;) {
         DWORD count = 0;
-        if (::ReadFile(pipe, some.data(), static_cast<DWORD>(some.size()), &count, nullptr) == 0 ||
+        if (::ReadFile(pipe, chunk.data(), static_cast<DWORD>(chunk.size()), &count, nullptr) ==
+                0 ||
             count == 0) {
             return true;
         }
-        text.append(some.data(), count);
+        text.append(chunk.data(), count);
         if (text.size() > kLargestChildAnswer) {
             return false;
         }
@@ -163,10 +164,10 @@ ChildResult runInChild(ChildWork /*work*/, std::string_view request) {
     static_cast<void>(std::fflush(nullptr));
     const FileHandle job(makeJob());
     const FileHandle process = start(requests.reading, answers.writing, job);
-    // So that each side sees when the other one has ended.
+    // So that each side notices when the other one has ended.
     requests.reading = FileHandle();
     answers.writing = FileHandle();
-    // Where this fails the process has ended, which shows below.
+    // If this fails, the process has ended, which is detected below.
     writeWhole(requests.writing.get(), request.data(), request.size());
     requests.writing = FileHandle();
 
@@ -179,7 +180,7 @@ ChildResult runInChild(ChildWork /*work*/, std::string_view request) {
     DWORD status = kNoAnswer;
     ::GetExitCodeProcess(process.get(), &status);
     if (!fits) {
-        return {"", "answered without end"};
+        return {"", "sent an endless answer"};
     }
     if (status != 0 || result.answer.empty()) {
         return {"", describeEnd(status)};
@@ -191,7 +192,7 @@ std::optional<int> serveAsChild(ChildWork work) {
     if (programArguments(0, nullptr) != std::vector<std::string>{kMark}) {
         return std::nullopt;
     }
-    // No window for somebody to close: a crash is an answer too.
+    // No error dialog that someone would have to close: the parent notices a crash anyway.
     ::SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX);
     std::string request(kLargestChildRequest, '\0');
     const std::size_t size =
@@ -203,7 +204,7 @@ std::optional<int> serveAsChild(ChildWork work) {
         return kNoAnswer;
     }
     const FileHandle answers(pipe);
-    // Results of the program are not for libraries to write between.
+    // Keeps output of libraries from mixing with the program's results.
     ::_dup2(::_fileno(stderr), ::_fileno(stdout));
     const std::string answer = work(std::string_view(request).substr(0, size));
     wipeMemory(request.data(), request.size());

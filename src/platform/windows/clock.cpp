@@ -10,7 +10,7 @@ std::int64_t monotonicTicks() {
     LARGE_INTEGER counter{};
     ::QueryPerformanceFrequency(&frequency);
     ::QueryPerformanceCounter(&counter);
-    // In two steps, so that a machine that has run for years does not overflow.
+    // In two steps, to avoid overflow on a machine that has been up for years.
     const std::int64_t seconds = counter.QuadPart / frequency.QuadPart;
     const std::int64_t rest = counter.QuadPart % frequency.QuadPart;
     return seconds * kTicksPerSecond + rest * kTicksPerSecond / frequency.QuadPart;

@@ -1,4 +1,4 @@
-#include "platform/confined_directory.h"
+#include "platform/confined_directory_implementation.h"
 
 #include <windows.h>
 
@@ -26,7 +26,7 @@ bool isLink(HANDLE handle) {
     return (attributesOf(handle) & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
 }
 
-// Why an entry that is there cannot be used.
+// Why an existing entry cannot be used.
 std::string obstacle(HANDLE directory, const std::wstring& name, const char* otherwise,
                      NTSTATUS status, bool fileIsWanted) {
     const Opening there = openEntry(directory, name, FILE_READ_ATTRIBUTES, FILE_OPEN, 0);
@@ -45,24 +45,22 @@ std::string obstacle(HANDLE directory, const std::wstring& name, const char* oth
                                        : "a file is where a directory is needed";
 }
 
-// Answers that not every header names.
+// Status codes that not every header defines.
 constexpr auto kNotFound = static_cast<NTSTATUS>(0xC0000034);
 constexpr auto kNameCollision = static_cast<NTSTATUS>(0xC0000035);
 
 constexpr const char* kImpossible = "its name is not possible on this system";
 
-}  // namespace
-
-class ConfinedDirectory::Implementation {
+class WindowsDirectory : public ConfinedDirectory::Implementation {
 public:
-    explicit Implementation(FileHandle root) : walk_(std::move(root)) {}
+    explicit WindowsDirectory(FileHandle root) : walk_(std::move(root)) {}
 
-    // Makes a directory the current one, and makes it where it is missing.
-    std::string enter(Names::const_iterator begin, Names::const_iterator end) {
+    std::string enter(ConfinedDirectory::Names::const_iterator begin,
+                      ConfinedDirectory::Names::const_iterator end) override {
         return walk_.enter(begin, end, openOrCreate);
     }
 
-    std::string write(const std::string& name, const void* content, std::uint64_t size) {
+    std::string write(const std::string& name, const void* content, std::uint64_t size) override {
         if (!isPortableName(name)) {
             return kImpossible;
         }
@@ -70,13 +68,13 @@ public:
         HANDLE directory = walk_.current().get();
         const NTSTATUS status = statusInTheWay(directory, wide);
         if (!NT_SUCCESS(status)) {
-            return obstacle(directory, wide, "the file cannot be made", status, true);
+            return obstacle(directory, wide, "the file cannot be created", status, true);
         }
         PendingFile file(directory);
         if (!file) {
-            return problemText("the file cannot be made", ::GetLastError());
+            return problemText("the file cannot be created", ::GetLastError());
         }
-        // Replaced and not written into: a hard link to it elsewhere keeps its content.
+        // Replaced rather than overwritten: a hard link to it elsewhere keeps its content.
         if (!file.write(content, size) || !file.putAt(wide, PendingFile::Existing::kReplaced)) {
             return problemText("the file cannot be written", ::GetLastError());
         }
@@ -93,14 +91,14 @@ private:
         Opening opening = openEntry(directory.get(), wide, FILE_TRAVERSE | FILE_READ_ATTRIBUTES,
                                     FILE_OPEN_IF, FILE_DIRECTORY_FILE);
         if (!opening.handle || isLink(opening.handle.get())) {
-            return obstacle(directory.get(), wide, "a directory cannot be made or opened",
+            return obstacle(directory.get(), wide, "a directory cannot be created or opened",
                             opening.status, false);
         }
         opened = std::move(opening.handle);
         return "";
     }
 
-    // What opening the file answers where something stands there that is no plain file.
+    // An error status if the name is taken by anything but a regular file; success if not.
     static NTSTATUS statusInTheWay(HANDLE directory, const std::wstring& name) {
         const Opening there =
             openEntry(directory, name, FILE_READ_ATTRIBUTES, FILE_OPEN, FILE_NON_DIRECTORY_FILE);
@@ -113,11 +111,7 @@ private:
     DirectoryWalk<FileHandle> walk_;
 };
 
-ConfinedDirectory::ConfinedDirectory(std::unique_ptr<Implementation> implementation)
-    : implementation_(std::move(implementation)) {}
-ConfinedDirectory::ConfinedDirectory(ConfinedDirectory&& other) noexcept = default;
-ConfinedDirectory& ConfinedDirectory::operator=(ConfinedDirectory&& other) noexcept = default;
-ConfinedDirectory::~ConfinedDirectory() = default;
+}  // namespace
 
 std::optional<ConfinedDirectory> ConfinedDirectory::open(const String& path) {
     FileHandle root(::CreateFileW(widePath(path).c_str(), FILE_TRAVERSE | FILE_READ_ATTRIBUTES,
@@ -126,17 +120,7 @@ std::optional<ConfinedDirectory> ConfinedDirectory::open(const String& path) {
     if (!root || (attributesOf(root.get()) & FILE_ATTRIBUTE_DIRECTORY) == 0) {
         return std::nullopt;
     }
-    return ConfinedDirectory(std::make_unique<Implementation>(std::move(root)));
-}
-
-std::string ConfinedDirectory::createDirectories(const Names& names) {
-    return implementation_->enter(names.begin(), names.end());
-}
-
-std::string ConfinedDirectory::writeFile(const Names& names, const void* content,
-                                         std::uint64_t size) {
-    const std::string problem = implementation_->enter(names.begin(), names.end() - 1);
-    return problem.empty() ? implementation_->write(names.back(), content, size) : problem;
+    return Implementation::wrap(std::make_unique<WindowsDirectory>(std::move(root)));
 }
 
 }  // namespace VelmoraQuavin::internal::platform

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <windows.h>
-// Behind windows.h, which it needs.
+// Needs windows.h first.
 #include <winternl.h>
 
 #include <string>
@@ -10,19 +10,19 @@
 
 namespace VelmoraQuavin::internal::platform {
 
-/// What a call of the system's own interface has opened, and what it answered.
+/// The handle opened by a call of the native API, and the status it returned.
 struct Opening {
     FileHandle handle;
     NTSTATUS status;
 };
 
-/// Opens or makes an entry by its name in an open directory, and nowhere else: a link is opened as
-/// what it is.
-/// @param rights a security descriptor for what is made; null for what the directory hands down.
+/// Opens or creates an entry by its name in an open directory, and nowhere else: a link is opened
+/// itself, not followed.
+/// @param rights a security descriptor for a new entry; null to inherit from the directory.
 Opening openEntry(HANDLE directory, const std::wstring& name, ACCESS_MASK access, ULONG disposition,
                   ULONG options, void* rights = nullptr);
 
-/// Why a call of the system's own interface failed.
+/// Why a call of the native API failed.
 std::string failure(const char* what, NTSTATUS status);
 
 }  // namespace VelmoraQuavin::internal::platform

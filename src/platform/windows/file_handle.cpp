@@ -10,7 +10,7 @@
 namespace VelmoraQuavin::internal::platform {
 
 std::string problemText(const char* what, DWORD error) {
-    // In the words of other systems, if they have any for it.
+    // Worded as on other systems if they know the error.
     const std::error_condition known =
         std::system_category().default_error_condition(static_cast<int>(error));
     if (known.category() == std::generic_category()) {

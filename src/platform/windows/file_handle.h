@@ -6,7 +6,7 @@
 
 namespace VelmoraQuavin::internal::platform {
 
-/// What failed, and the system's text for an error number.
+/// A message that says what failed, followed by the text for the error number.
 std::string problemText(const char* what, DWORD error);
 
 /// Owns an open handle, or none.
@@ -27,10 +27,10 @@ private:
     HANDLE handle_ = INVALID_HANDLE_VALUE;
 };
 
-/// Whether an open file is neither a directory nor a device nor a pipe.
+/// Whether an open file is a regular one: not a directory, device or pipe.
 bool isPlainFile(HANDLE file) noexcept;
 
-/// Writes all bytes to an open file; GetLastError() tells why where it fails.
+/// Writes all bytes to an open file; on failure GetLastError() tells why.
 bool writeWhole(HANDLE file, const void* bytes, unsigned long long count) noexcept;
 
 }  // namespace VelmoraQuavin::internal::platform

@@ -7,7 +7,7 @@
 namespace VelmoraQuavin::internal::platform {
 namespace {
 
-// Through the wide interface, which opens files for others to read and write as well.
+// Selects the wide interface, which lets others read and write the file as well.
 std::filesystem::path systemPath(const String& path) {
     return widePath(path);
 }

@@ -10,8 +10,8 @@
 namespace VelmoraQuavin::internal::platform {
 namespace {
 
-// Archives name directories with a separator at the end, which does not count. The root of a drive
-// keeps its own.
+// Strips trailing separators, which archives put after the names of directories. The root of a
+// drive keeps its own.
 std::wstring withoutLastSeparators(std::wstring path) {
     const auto isSeparator = [](wchar_t character) {
         return character == L'\\' || character == L'/';
@@ -25,7 +25,7 @@ std::wstring withoutLastSeparators(std::wstring path) {
 }  // namespace
 
 DirectoryCreation createDirectory(const String& path) {
-    const std::string narrow = narrowPath(path);  // outlives the error number
+    const std::string narrow = narrowPath(path);  // freed only after the error number is read
     if (::CreateDirectoryA(narrow.c_str(), nullptr) != 0) {
         return DirectoryCreation::kCreated;
     }

@@ -11,7 +11,7 @@
 namespace VelmoraQuavin::internal::platform {
 namespace {
 
-// A call counts in 32 bits.
+// ReadFile counts in 32 bits.
 constexpr std::uint64_t kLargestRead = std::uint64_t{1} << 30;
 
 }  // namespace
@@ -30,8 +30,8 @@ InputFile& InputFile::operator=(InputFile&& other) noexcept = default;
 InputFile::~InputFile() = default;
 
 std::optional<InputFile> InputFile::open(const String& path, std::string& problem) {
-    const std::wstring wide = widePath(path);  // outlives the error number
-    // The flag lets directories be opened, to be told what they are.
+    const std::wstring wide = widePath(path);  // freed only after the error number is read
+    // The flag allows opening directories too, so that they can be recognised as such.
     FileHandle file(::CreateFileW(wide.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
                                   nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
     if (!file) {
@@ -40,7 +40,7 @@ std::optional<InputFile> InputFile::open(const String& path, std::string& proble
     }
     LARGE_INTEGER size{};
     if (!isPlainFile(file.get()) || ::GetFileSizeEx(file.get(), &size) == 0) {
-        problem = "is no plain file";
+        problem = "is not a regular file";
         return std::nullopt;
     }
     return InputFile(std::make_unique<Implementation>(std::move(file)),

@@ -2,7 +2,7 @@
 
 namespace VelmoraQuavin::internal::platform {
 
-// Large pages need a privilege here that ordinary processes do not have.
+// Large pages require a privilege that ordinary processes lack on Windows.
 void preferLargePages(void* /*memory*/, std::size_t /*size*/) noexcept {}
 
 }  // namespace VelmoraQuavin::internal::platform

@@ -1,7 +1,7 @@
 #include "platform/loaded_libraries.h"
 
 #include <windows.h>
-// Behind windows.h, which it needs.
+// Needs windows.h first.
 #include <psapi.h>
 
 #include "platform/windows/wide_path.h"

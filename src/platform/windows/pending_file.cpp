@@ -7,14 +7,15 @@
 namespace VelmoraQuavin::internal::platform {
 namespace {
 
-// For as many files at once, or left by a system that went down, as one process number may have.
+// Enough for the files that one process writes at once, and for those left after a system crash by
+// a process with the same number.
 constexpr int kNames = 1000;
-// The answers to a name that is taken, which not every header names.
+// Statuses for a name that is taken, which not every header defines.
 constexpr auto kNameCollision = static_cast<NTSTATUS>(0xC0000035);
 constexpr auto kDeletePending = static_cast<NTSTATUS>(0xC0000056);
 
-// A call of ntdll that the driver kit's headers alone declare: neither it nor its constant is in
-// those for programs.
+// An ntdll call that only the driver kit's headers declare: neither the call nor its constant is in
+// the SDK headers.
 using SetInformation = NTSTATUS(NTAPI*)(HANDLE, IO_STATUS_BLOCK*, void*, ULONG, int);
 constexpr int kRenameInformation = 10;
 
@@ -62,7 +63,7 @@ bool PendingFile::putAt(const std::wstring& name, Existing existing) {
     request->RootDirectory = directory_;
     request->FileNameLength = static_cast<DWORD>(bytes);
     std::memcpy(request->FileName, name.data(), bytes);
-    // A file that is to go takes no other name.
+    // A file marked for deletion cannot be renamed.
     if (!setRemoved(false)) {
         return false;
     }

@@ -8,23 +8,23 @@
 
 namespace VelmoraQuavin::internal::platform {
 
-/// A file in the making: it stands beside its place under a name of its own, and the system removes
-/// it with its last handle, however the process ends, unless it has been put in its place.
+/// A file being written: it stays next to its final place under a temporary name, and unless it is
+/// moved into place the system removes it with its last handle, however the process ends.
 class PendingFile {
 public:
-    /// Makes the file; GetLastError() tells why it could not.
-    /// @param directory open; stays so as long as this lives.
-    /// @param rights a security descriptor; null for what the directory hands down.
+    /// Creates the file; on failure GetLastError() tells why.
+    /// @param directory an open directory; must stay open for the lifetime of this object.
+    /// @param rights a security descriptor; null to inherit from the directory.
     explicit PendingFile(HANDLE directory, void* rights = nullptr);
 
     explicit operator bool() const { return static_cast<bool>(file_); }
 
-    /// Writes at the end; GetLastError() tells why it failed.
+    /// Appends to the file; on failure GetLastError() tells why.
     bool write(const void* bytes, unsigned long long count);
 
     enum class Existing { kReplaced, kKept };
-    /// Puts the file in its place; GetLastError() tells why it could not.
-    /// @param existing what becomes of a file that is there; one that is kept is a failure.
+    /// Moves the file into place; on failure GetLastError() tells why.
+    /// @param existing what happens to an existing file; if it is kept, the call fails.
     bool putAt(const std::wstring& name, Existing existing);
 
 private:

@@ -20,11 +20,11 @@ std::string writeBeside(const std::filesystem::path& path, const unsigned char* 
                                              nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS,
                                              nullptr));
     if (!directory) {
-        return problemText("cannot be made", ::GetLastError());
+        return problemText("cannot be created", ::GetLastError());
     }
     PendingFile file(directory.get(), rights);
     if (!file) {
-        return problemText("cannot be made", ::GetLastError());
+        return problemText("cannot be created", ::GetLastError());
     }
     if (!file.write(bytes, count) || !file.putAt(path.filename().wstring(), existing)) {
         return problemText("cannot be written", ::GetLastError());
@@ -36,8 +36,8 @@ std::string writeBeside(const std::filesystem::path& path, const unsigned char* 
 
 PrivateReading readPrivateFile(const String& path, OpenToOthers others, unsigned char* buffer,
                                std::size_t capacity, std::size_t& size, std::string& problem) {
-    const std::wstring wide = widePath(path);  // outlives the error number
-    // The flag lets directories be opened, to be told what they are.
+    const std::wstring wide = widePath(path);  // freed only after the error number is read
+    // The flag allows opening directories too, so that they can be recognised as such.
     const FileHandle file(::CreateFileW(wide.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
                                         OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
     if (!file) {
@@ -45,7 +45,7 @@ PrivateReading readPrivateFile(const String& path, OpenToOthers others, unsigned
         return PrivateReading::kFailed;
     }
     if (!isPlainFile(file.get())) {
-        problem = "is no plain file";
+        problem = "is not a regular file";
         return PrivateReading::kFailed;
     }
     const bool readable = othersMay(Access::kRead, file.get());
@@ -55,7 +55,7 @@ PrivateReading readPrivateFile(const String& path, OpenToOthers others, unsigned
                                    : readable ? "can be read and changed"
                                               : "can be changed";
         problem = std::string(rights) +
-                  " by others: take their right with icacls (/inheritance:r, and /grant:r for "
+                  " by others: run icacls (/inheritance:r, and /grant:r for "
                   "yourself)";
         return PrivateReading::kOpenToOthers;
     }
@@ -75,24 +75,24 @@ PrivateReading readPrivateFile(const String& path, OpenToOthers others, unsigned
     return PrivateReading::kDone;
 }
 
-// An access list of its own would stay with what is moved from there.
+// Inherits the parent's access list: one of its own would stay with files that are moved out of it.
 bool makePrivateDirectory(const String& path) {
     return ::CreateDirectoryW(widePath(path).c_str(), nullptr) != 0;
 }
 
 std::string writeNewFile(const String& path, const unsigned char* bytes, std::size_t count,
                          Readers readers) {
-    void* rights = nullptr;  // those that the directory hands down
+    void* rights = nullptr;  // inherited from the directory
     OwnerOnlyAccess own;
     if (readers == Readers::kOwner) {
         if (!own) {
-            return problemText("cannot be made for its owner alone", ::GetLastError());
+            return problemText("cannot be created for its owner only", ::GetLastError());
         }
         rights = own.get()->lpSecurityDescriptor;
     }
     const std::filesystem::path file = widePath(path);
     if (::GetFileAttributesW(file.c_str()) != INVALID_FILE_ATTRIBUTES) {
-        return problemText("cannot be made", ERROR_FILE_EXISTS);
+        return problemText("cannot be created", ERROR_FILE_EXISTS);
     }
     return writeBeside(file, bytes, count, PendingFile::Existing::kKept, rights);
 }
@@ -108,7 +108,7 @@ Moving moveToNew(const String& from, const String& to, std::string& problem) {
         return Moving::kDone;
     }
     const DWORD error = ::GetLastError();
-    problem = problemText("cannot be made", error);
+    problem = problemText("cannot be created", error);
     return error == ERROR_ALREADY_EXISTS || error == ERROR_FILE_EXISTS ? Moving::kNameTaken
                                                                        : Moving::kFailed;
 }

@@ -1,7 +1,7 @@
 #include "platform/process.h"
 
 #include <windows.h>
-// Behind windows.h, which it needs.
+// Need windows.h first.
 #include <fcntl.h>
 #include <io.h>
 #include <psapi.h>
@@ -18,9 +18,9 @@
 namespace VelmoraQuavin::internal::platform {
 namespace {
 
-// What a console was like, to leave it so.
+// A console's original mode, to be restored.
 struct Console {
-    HANDLE handle = nullptr;  // none: the stream goes elsewhere
+    HANDLE handle = nullptr;  // null if the stream is not a console
     DWORD mode = 0;
 };
 std::array<Console, 2> changedConsoles;
@@ -30,19 +30,19 @@ HANDLE handleOf(StandardStream stream) {
     return ::GetStdHandle(stream == StandardStream::kOutput ? STD_OUTPUT_HANDLE : STD_ERROR_HANDLE);
 }
 
-void keepBytes(FILE* stream) {
+void useBinaryMode(FILE* stream) {
     const int descriptor = ::_fileno(stream);
     if (descriptor >= 0) {
         ::_setmode(descriptor, _O_BINARY);
     }
 }
 
-Console obeyEscapes(StandardStream stream) {
+Console enableEscapes(StandardStream stream) {
     Console console{handleOf(stream), 0};
     if (::GetConsoleMode(console.handle, &console.mode) == 0) {
         return {};
     }
-    // Without a buffer each byte goes to the console by itself, and letters of several are lost.
+    // Unbuffered, each byte would go to the console separately, which breaks multi-byte characters.
     FILE* const file = stream == StandardStream::kOutput ? stdout : stderr;
     static_cast<void>(std::setvbuf(file, nullptr, _IOFBF, BUFSIZ));
     ::SetConsoleMode(console.handle,
@@ -54,7 +54,7 @@ void restoreConsoles() {
     if (codePage != 0) {
         ::SetConsoleOutputCP(codePage);
     }
-    // Both may be the same console, which the first has found as it was.
+    // Both may be the same console, and only the first saw its original mode.
     for (std::size_t i = changedConsoles.size(); i > 0; --i) {
         const Console& console = changedConsoles.at(i - 1);
         if (console.handle != nullptr) {
@@ -63,22 +63,23 @@ void restoreConsoles() {
     }
 }
 
-// Ctrl-C ends the process, but not what it did to the console.
+// Ctrl-C ends the process, but does not undo its changes to the console.
 BOOL WINAPI restoreAtBreak(DWORD /*event*/) {
     restoreConsoles();
     return FALSE;
 }
 
-// Of a variable's value, which may be a key.
+// The usual length of an environment variable's value.
 constexpr DWORD kUsualLength = 256;
 
+// Wiped because the value of a variable may be a key.
 void wipe(std::wstring& value) {
     wipeMemory(value.data(), value.size() * sizeof(wchar_t));
 }
 
 }  // namespace
 
-// From the system's own text: what main() gets has lost the letters that one code page lacks.
+// Uses the system's command line: main()'s arguments lack characters outside the code page.
 std::vector<std::string> programArguments(int /*argc*/, const char* const* /*argv*/) {
     int count = 0;
     const std::unique_ptr<wchar_t*, decltype(&::LocalFree)> all(
@@ -94,7 +95,7 @@ std::vector<std::string> programArguments(int /*argc*/, const char* const* /*arg
 }
 
 std::optional<std::string> environmentVariable(const std::string& name) {
-    // The system's own: the C runtime's has lost the letters that one code page lacks.
+    // Asks the system: the C runtime's copy lacks characters outside the code page.
     const std::wstring wide = widePath(name);
     std::wstring value;
     std::optional<std::string> text;
@@ -112,9 +113,10 @@ std::optional<std::string> environmentVariable(const std::string& name) {
 }
 
 OutputSession::OutputSession() noexcept {
-    keepBytes(stdout);
-    keepBytes(stderr);
-    changedConsoles = {obeyEscapes(StandardStream::kOutput), obeyEscapes(StandardStream::kError)};
+    useBinaryMode(stdout);
+    useBinaryMode(stderr);
+    changedConsoles = {enableEscapes(StandardStream::kOutput),
+                       enableEscapes(StandardStream::kError)};
     for (const Console& console : changedConsoles) {
         if (console.handle != nullptr && codePage == 0) {
             codePage = ::GetConsoleOutputCP();

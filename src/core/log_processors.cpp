@@ -1,8 +1,22 @@
+#include <ostream>
 #include <utility>
 
 #include "quavin/logging.h"
+#include "text/unicode.h"
 
 namespace VelmoraQuavin {
+
+ILogProcessor::~ILogProcessor() = default;
+
+LogProcessorOStream::LogProcessorOStream(std::ostream* stream) : stream_(stream) {}
+
+LogProcessorOStream::~LogProcessorOStream() = default;
+
+void LogProcessorOStream::process(const LogRecord& record) {
+    if (stream_ != nullptr) {
+        *stream_ << internal::untilZeroByte(record.message.view()) << std::endl;
+    }
+}
 
 LogProcessorContainer::LogProcessorContainer() = default;
 

@@ -1,9 +1,0 @@
-#include "quavin/client.h"
-
-namespace VelmoraQuavin {
-
-QuavinStatus QuavinConfig::load() {
-    return {};
-}
-
-}  // namespace VelmoraQuavin

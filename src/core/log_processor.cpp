@@ -1,7 +1,0 @@
-#include "quavin/logging.h"
-
-namespace VelmoraQuavin {
-
-ILogProcessor::~ILogProcessor() = default;
-
-}  // namespace VelmoraQuavin

@@ -1,9 +1,0 @@
-#include "quavin/metadata.h"
-
-namespace VelmoraQuavin {
-
-void ModelComponent::setCryptoKey(const unsigned char* key) {
-    encryption.setKey(key);
-}
-
-}  // namespace VelmoraQuavin

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <utility>
+
+#include "platform/confined_directory.h"
+
+namespace VelmoraQuavin::internal::platform {
+
+/// What each system does differently.
+class ConfinedDirectory::Implementation {
+public:
+    Implementation() = default;
+    Implementation(const Implementation&) = delete;
+    Implementation& operator=(const Implementation&) = delete;
+    virtual ~Implementation() = default;
+
+    /// Makes a directory the current one, creating what is missing on the way.
+    virtual std::string enter(Names::const_iterator begin, Names::const_iterator end) = 0;
+    /// Writes a file into the current directory.
+    virtual std::string write(const std::string& name, const void* content, std::uint64_t size) = 0;
+
+    static ConfinedDirectory wrap(std::unique_ptr<Implementation> implementation) {
+        return ConfinedDirectory(std::move(implementation));
+    }
+};
+
+}  // namespace VelmoraQuavin::internal::platform
