@@ -1,4 +1,4 @@
-"""quavin bench: what it reports. How long anything takes is not for a test to say."""
+"""quavin bench: what it reports. Tests do not judge how long anything takes."""
 
 import re
 import unittest
@@ -9,7 +9,7 @@ import process
 from support import KEY_HEX, OTHER_KEY_HEX, CommandLineTest
 
 QUICK = ["--seconds", "0.01"]
-# In the order that they have to each other.
+# In ascending order.
 QUANTILES = ["minimumSeconds", "medianSeconds", "p90Seconds", "p99Seconds", "maximumSeconds"]
 TIMES = ["loadSeconds", "firstPredictionSeconds", "meanSeconds", "elapsedSeconds", *QUANTILES]
 OF_THE_ENGINE = ["threads", "streams"]
@@ -49,11 +49,11 @@ class Bench(CommandLineTest):
         self.assertEqual(bars[-1]["toSeconds"], report["maximumSeconds"])
         for bar, following in zip(bars, bars[1:]):
             self.assertEqual(bar["toSeconds"], following["fromSeconds"])
-        # Nine tenths are as fast as "p90Seconds" says.
+        # Nine tenths take no longer than "p90Seconds".
         fast = sum(b["predictions"] for b in bars if b["fromSeconds"] <= report["p90Seconds"])
         self.assertGreaterEqual(fast, 0.9 * report["predictions"])
 
-    def test_tells_people_the_same(self):
+    def test_prints_the_same_figures_as_text(self):
         packages.write_package(self.dir / "package")
         figures, bars = self.succeed("bench", "package", *QUICK).split("\n\n")
         lines = figures.splitlines()
@@ -74,7 +74,7 @@ class Bench(CommandLineTest):
         self.assertEqual(max(len(line.split()[-1]) for line in bars.splitlines()), 40)
         self.assertIn(f"  {total} in ", figures)
 
-    def test_predicts_as_often_as_it_is_told(self):
+    def test_predicts_the_given_number_of_times(self):
         packages.write_package(self.dir / "package")
         for count in 1, 2, 7, 200:
             with self.subTest(count):
@@ -83,29 +83,29 @@ class Bench(CommandLineTest):
                 counted = sum(bar["predictions"] for bar in report["histogram"])
                 self.assertEqual(counted, count)
 
-    def test_does_not_count_predictions_that_warm_up(self):
+    def test_does_not_count_warm_up_predictions(self):
         packages.write_package(self.dir / "package")
         report = self.succeed_json("bench", "package", "--warm-up", "50", "--iterations", "3")
         self.assertEqual(report["predictions"], 3)
 
-    def test_takes_no_other_numbers_than_whole_ones_of_a_sensible_size(self):
+    def test_rejects_counts_that_are_not_integers_in_range(self):
         packages.write_package(self.dir / "package")
         for option, smallest in ("--iterations", 1), ("--warm-up", 0):
             for number in smallest - 1, 10000001, 1.5, "many", "":
                 with self.subTest(option=option, number=number):
                     self.misused("bench", "package", f"{option}={number}")
 
-    def test_predicts_for_a_time_or_a_number_of_times(self):
+    def test_rejects_seconds_together_with_iterations(self):
         packages.write_package(self.dir / "package")
         self.misused("bench", "package", "--iterations", "3", *QUICK)
 
-    def test_takes_packages_with_inputs_of_any_type(self):
+    def test_accepts_packages_with_inputs_of_any_type(self):
         packages.write_package(self.dir / "package", networks.typed_sum())
         self.succeed("bench", "package", *QUICK)
 
-    def test_takes_inputs_from_files_and_zeros_for_the_others(self):
+    def test_reads_inputs_from_files_and_uses_zeros_for_the_others(self):
         packages.write_package(self.dir / "package", networks.arithmetic())
-        # Only a file has a shape for it.
+        # Only a file determines the shape.
         with packages.changed_manifest(self.dir / "package") as target:
             target["inputs"][1]["tensor"]["shape"] = [-1, 3]
         self.refused(6, "bench", "package", *QUICK)
@@ -113,7 +113,7 @@ class Bench(CommandLineTest):
         self.succeed("bench", "package", *QUICK, "-i", "right=v.npy")
         self.succeed("bench", "package", *QUICK, "-i", "right=v.npy", "--input", "left=v.npy")
 
-    def test_takes_inputs_of_elements_alone(self):
+    def test_accepts_raw_inputs(self):
         packages.write_package(self.dir / "package")
         self.write("x.raw", bytes(16))
         self.succeed("bench", "package", *QUICK, "--raw", "-i", "x=x.raw")
@@ -121,7 +121,7 @@ class Bench(CommandLineTest):
         text = self.refused(7, "bench", "package", *QUICK, "--raw", "-i", "x=x.raw")
         self.assertIn("x.raw has 15 bytes", text)
 
-    def test_takes_no_inputs_that_do_not_fit(self):
+    def test_rejects_inputs_that_do_not_fit(self):
         packages.write_package(self.dir / "package")
         networks.np.save(self.dir / "x.npy", networks.np.ones((1, 5), networks.np.float32))
         self.assertIn("[1, 5]", self.refused(7, "bench", "package", *QUICK, "-i", "x=x.npy"))
@@ -132,7 +132,7 @@ class Bench(CommandLineTest):
                 self.misused("bench", "package", *QUICK, "-i", argument)
         self.misused("bench", "package", *QUICK, "-i", "x=x.npy", "-i", "x=x.npy")
 
-    def test_needs_the_key_of_a_secured_package(self):
+    def test_requires_the_key_of_a_secured_package(self):
         packages.write_package(self.dir / "package", key_hex=KEY_HEX)
         self.assertIn("--key-file", self.refused(7, "bench", "package", *QUICK))
         self.key_file()
@@ -143,21 +143,21 @@ class Bench(CommandLineTest):
         self.assertIn(" The key is wrong, or a file is damaged", reason)
         self.assertNotRegex(reason, r"[!?.]\.")
 
-    def test_takes_no_other_times_than_from_a_hundredth_of_a_second_to_a_day(self):
+    def test_rejects_durations_outside_a_hundredth_of_a_second_to_a_day(self):
         packages.write_package(self.dir / "package")
         for seconds in "0", "0.009", "-1", "86401", "inf", "soon", "":
             with self.subTest(seconds):
                 self.misused("bench", "package", "--seconds=" + seconds)
 
-    def test_takes_no_time_that_is_no_number(self):
+    def test_rejects_nan_as_a_duration(self):
         packages.write_package(self.dir / "package")
         self.misused("bench", "package", "--seconds", "nan")
 
-    def test_has_nothing_to_measure_where_there_is_no_package(self):
+    def test_refuses_a_missing_package(self):
         self.assertIn("nowhere", self.refused(7, "bench", "nowhere", *QUICK))
 
     @process.posix_only(process.ENGINE_CANNOT_FAIL)
-    def test_has_nothing_to_measure_where_the_engine_cannot_compile_the_network(self):
+    def test_refuses_a_network_that_the_engine_cannot_compile(self):
         packages.write_package(self.dir / "package", networks.uncompilable())
         self.assertIn("LRN", self.refused(2, "bench", "package", *QUICK))
 

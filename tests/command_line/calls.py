@@ -1,4 +1,4 @@
-"""A call of each command, and a directory in which it works."""
+"""A call of each command, and a directory in which the calls work."""
 
 import shutil
 import subprocess
@@ -6,7 +6,7 @@ import subprocess
 import packages
 from support import KEY_HEX, CommandLineTest
 
-# Each with as few arguments as make sense.
+# Each with the fewest arguments that make sense.
 COMMANDS = {
     "pack": ["net.xml", "-o", "new"],
     "inspect": ["package"],

@@ -1,4 +1,4 @@
-"""A network that crashes the engine. It takes a process with it, but not the tool's."""
+"""A network that crashes the engine. It takes down a child process, but not the tool."""
 
 import unittest
 
@@ -10,10 +10,10 @@ from support import KEY_HEX, CommandLineTest
 SIGNAL = "crashed with 0xC0000005" if process.WINDOWS else "was ended by signal 11"
 
 
-@process.adapter_only("it has no operation that is known to crash it")
+@process.adapter_only("no operation is known to crash it")
 class CrashingNetwork(CommandLineTest):
     def last_line(self, code, result):
-        """What the tool says: an emulator may have had its word before."""
+        """The tool's own message: an emulator may have printed lines before it."""
         *_, last = result.err.splitlines(keepends=True)
         return self.failure_text(code, process.Result(result.status, result.out, last))
 
@@ -28,18 +28,18 @@ class CrashingNetwork(CommandLineTest):
         self.assertIn(SIGNAL, finding["what"])
         self.assertIn("Do not load it", finding["advice"])
 
-    def test_is_a_finding_of_verify(self):
+    def test_verify_reports_a_crash_as_a_finding(self):
         packages.write_package(self.dir / "package", networks.crashing())
         with self.nothing_changes():
             self.assert_found()
 
-    def test_is_a_finding_in_a_secured_package_too(self):
+    def test_verify_reports_a_crash_in_a_secured_package(self):
         packages.write_package(self.dir / "package", networks.crashing(), KEY_HEX)
         self.key_file()
         with self.nothing_changes():
             self.assert_found("--key-file", "key")
 
-    def test_does_not_hide_other_findings(self):
+    def test_a_crash_does_not_hide_other_findings(self):
         packages.write_package(self.dir / "package", networks.crashing())
         with packages.changed_manifest(self.dir / "package") as target:
             target["components"].append({"name": "file", "path": "more.bin"})
@@ -48,7 +48,7 @@ class CrashingNetwork(CommandLineTest):
         self.assertIn('warning: component "more.bin"', result.out)
         self.assertIn("error: prediction: ", result.out)
 
-    def test_is_refused_by_pack_which_leaves_nothing_behind(self):
+    def test_pack_refuses_the_network_and_leaves_nothing_behind(self):
         packages.write_network(self.dir, networks.crashing())
         self.key_file()
         secured = ["--key-file", "key", "--encrypt"]

@@ -8,6 +8,6 @@ struct Crash {
     Crash() { std::abort(); }
 };
 
-const Crash crash;  // made when the plugin is loaded
+const Crash crash;  // constructed when the plugin is loaded
 
 }  // namespace

@@ -1,8 +1,9 @@
 """From a network to predictions in the shell: the digits example, packed in every way.
 
-The expected probabilities are computed here, from the weights that the network's file holds. What
-the engine gives is only about the same, since it computes with fewer digits where the processor has
-instructions for that. Between packages of one network there is no such difference.
+The expected probabilities are computed here, from the weights in the network's file. The engine's
+results are only approximately equal: it computes in single precision, and an installed engine of
+2019 or 2020 may use fewer digits. Packages of one network do not differ from each other in that
+way.
 """
 
 import os
@@ -55,7 +56,7 @@ def convolution(x, kernel, bias):
 
 
 def expected_probabilities(image):
-    """What the README says that the network does, with more digits than the network has."""
+    """What the network computes according to the README, with more digits than the engine."""
     w = {name: array.astype(np.float64) for name, array in constants().items()}
     y = convolution(image * w["sixteenth"], w["conv1/kernel"], w["conv1/bias"])
     y = convolution(y, w["conv2/kernel"], w["conv2/bias"])
@@ -66,7 +67,7 @@ def expected_probabilities(image):
 
 
 def predict(directory, package, image, *options, **environment):
-    """The probabilities for a picture, by way of the shell and files in a directory."""
+    """The probabilities for a picture, predicted by the command line with files in a directory."""
     np.save(directory / "image.npy", image)
     call = ["run", package, "-i", "image=image.npy", "-o", "out", "--quiet", *options]
     result = process.in_pipe(call, directory, **environment)
@@ -80,7 +81,7 @@ class Digits(CommandLineTest):
     def setUpClass(cls):
         cls.images, cls.labels = held_out_digits()
         cls.expected = [expected_probabilities(image) for image in cls.images[:COUNT]]
-        # What the example's own plain package gives.
+        # The results of the example's own plain package.
         with tempfile.TemporaryDirectory() as folder:
             cls.reference = [
                 predict(Path(folder), DIGITS / "package", image) for image in cls.images[:COMPARED]
@@ -94,13 +95,13 @@ class Digits(CommandLineTest):
         self.succeed("pack", DIGITS / "package/digits.xml", "-o", output, *IDENTITY, *options)
 
     def assert_right(self, package, *options, **environment):
-        """That a package is good, and right on some digits."""
+        """Asserts that a package is good, and right about some digits."""
         self.succeed("verify", package, *options, **environment)
         for image, reference in zip(self.images, self.reference):
             result = predict(self.dir, package, image, *options, **environment)
             np.testing.assert_allclose(result, reference, rtol=0, atol=1e-6)
 
-    def test_packed_plain(self):
+    def test_plain_package_predicts_as_expected(self):
         self.pack("digits")
         self.succeed("verify", "digits")
         results = [predict(self.dir, "digits", image) for image in self.images[:COUNT]]
@@ -113,28 +114,28 @@ class Digits(CommandLineTest):
         """How many digits are recognised."""
         return int((np.argmax(probabilities, axis=-1).ravel() == self.labels[:COUNT]).sum())
 
-    def test_packed_with_encrypted_components(self):
+    def test_package_with_encrypted_components_predicts_as_expected(self):
         self.pack("digits", "--encrypt", "components", "--key-file", "key")
         self.assert_right("digits", "--key-file", "key")
 
-    def test_packed_as_an_archive(self):
+    def test_unpacked_archive_predicts_as_expected(self):
         self.pack("digits.tar")
         self.assertEqual(self.succeed_json("inspect", "digits.tar")["name"], "Digits")
         self.succeed("unpack", "digits.tar", "place")
         self.assert_right("place/digits")
 
-    def test_packed_as_an_archive_of_encrypted_components(self):
+    def test_unpacked_archive_of_encrypted_components_predicts_as_expected(self):
         self.pack("digits.tar", "--encrypt", "components", "--key-file", "key")
         self.succeed("unpack", "digits.tar", "place")
         self.assert_right("place/digits", "--key-file", "key")
 
-    def test_packed_as_an_encrypted_archive(self):
+    def test_unpacked_encrypted_archive_predicts_as_expected(self):
         self.pack("digits.tar", "--encrypt", "archive", "--key-file", "key")
         self.refused(21, "inspect", "digits.tar")
         root = self.succeed_json("unpack", "digits.tar", "place", "--key-file", "key")["root"]
         self.assert_right(root)
 
-    def test_as_the_example_has_them(self):
+    def test_packages_of_the_example_predict_as_expected(self):
         self.assert_right(DIGITS / "package")
         key = (DIGITS / "demo.key").read_text()
         shutil.copy(DIGITS / "demo.key", self.dir / "demo.key")
@@ -143,7 +144,7 @@ class Digits(CommandLineTest):
         self.assert_right(secured, "--key-file", "demo.key")
         self.assert_right(secured, "--key-env", "DEMO_KEY", DEMO_KEY=key)
 
-    def test_encrypted_file_by_file_as_the_manifest_says(self):
+    def test_package_encrypted_file_by_file_predicts_as_expected(self):
         secured = self.dir / "secured"
         secured.mkdir()
         shutil.copy(DIGITS / "secured_package/manifest.json", secured)
@@ -152,7 +153,7 @@ class Digits(CommandLineTest):
             self.succeed("encrypt", plain, f"secured/{name}", "--key-file", "key")
         self.assert_right("secured", "--key-file", "key")
 
-    def test_are_what_the_examples_program_recognises(self):
+    def test_program_of_the_example_recognises_digits(self):
         self.succeed("keygen", "demo.key")
         self.pack("package")
         self.pack("secured_package", "--encrypt", "components", "--key-file", "demo.key")
@@ -165,7 +166,7 @@ class Digits(CommandLineTest):
             stderr=subprocess.STDOUT,
             check=False,
         )
-        # It fails where the two packages differ, or are wrong too often.
+        # It fails if the two packages differ, or are wrong too often.
         self.assertEqual(done.returncode, 0, done.stdout.decode())
         self.assertIn(b"Digits: ", done.stdout)
 

@@ -17,7 +17,7 @@ LATE = {"CPU plugin": "cpu_plugin", "IR frontend": "ir_frontend"}
 
 class Doctor(CommandLineTest):
     @process.adapter_only(process.OTHER_RUNTIME)
-    def test_finds_this_installation_well(self):
+    def test_reports_that_this_installation_works(self):
         report = self.succeed_json("doctor")
         self.assertEqual(sorted(report), sorted(MEMBERS))
         self.assertIs(report["ok"], True)
@@ -31,9 +31,9 @@ class Doctor(CommandLineTest):
         self.assertIn("FP32", report["capabilities"])
 
     @process.adapter_only(process.OTHER_RUNTIME)
-    def test_tells_where_each_library_was_found(self):
+    def test_reports_the_file_of_each_library(self):
         libraries = self.succeed_json("doctor")["libraries"]
-        # "." for the end of the name, where numbers may stand too.
+        # "." marks the end of the name, which may be followed by numbers.
         for part in "quavin_on_device_sdk", "openvino_c.", *LATE.values(), "tbb.", "openvino.":
             with self.subTest(part):
                 names = re.compile(part.replace(".", r"\d*\."))
@@ -43,7 +43,7 @@ class Doctor(CommandLineTest):
                 if not process.WINDOWS:
                     self.assertTrue(Path(file).is_file(), file)
 
-    def test_tells_people_the_same(self):
+    def test_prints_the_same_facts_as_text(self):
         report = self.succeed_json("doctor")
         out = self.succeed("doctor")
         for name in "quavin", "runtime", "device", "processor", "precision", "threads", "streams":
@@ -57,13 +57,13 @@ class Doctor(CommandLineTest):
         with self.nothing_changes():
             self.succeed("doctor")
 
-    def test_takes_no_arguments(self):
+    def test_rejects_arguments(self):
         self.misused("doctor", "package")
 
 
 @process.adapter_only(process.OTHER_RUNTIME)
 class BrokenInstallation(CommandLineTest):
-    """The runtime's libraries in a place of their own, but for some."""
+    """A copy of the runtime's libraries, with some missing."""
 
     def without(self, part, substitute=None):
         libraries = self.succeed_json("doctor")["libraries"]
@@ -95,8 +95,8 @@ class BrokenInstallation(CommandLineTest):
         self.assertIn(part, report["missing"])
         return report["problem"]
 
-    @process.posix_only("no plugin that crashes is built there")
-    def test_that_crashes_is_reported(self):
+    @process.posix_only("no crashing plugin is built there")
+    def test_a_crashing_plugin_is_reported(self):
         crashing = os.environ["QUAVIN_CRASHING_PLUGIN"]
         result = self.without(LATE["CPU plugin"], crashing)
         self.assertEqual(result.status, 1, result)
@@ -105,10 +105,10 @@ class BrokenInstallation(CommandLineTest):
         self.assertIn("the engine crashed: ", report["problem"])
         self.assertIn("was ended by signal 6", report["problem"])
 
-    def test_without_the_plugin_is_told_in_the_words_of_the_engine(self):
+    def test_a_missing_plugin_is_reported_with_the_message_of_the_engine(self):
         self.assertIn("CPU", self.assert_misses("CPU plugin"))
 
-    def test_without_the_reader_is_told_in_the_words_of_the_engine(self):
+    def test_a_missing_reader_is_reported_with_the_message_of_the_engine(self):
         self.assertNotEqual(self.assert_misses("IR frontend"), "")
 
 

@@ -1,5 +1,4 @@
-// Loaded into the command line before the C library: it cannot read the file that a variable of the
-// environment names.
+// Preloaded into the command line, this makes the file named by an environment variable unreadable.
 
 #include <cstdlib>
 #include <optional>

@@ -1,4 +1,4 @@
-"""Files that can be opened, and that the system then cannot read."""
+"""Files that can be opened but then cannot be read."""
 
 import os
 import unittest
@@ -11,12 +11,12 @@ from support import KEY_HEX
 KEY = ["--key-file", "key"]
 
 
-@process.posix_only("what fails reads there is tested in the program itself")
+@process.posix_only("there, failing reads are tested within the program")
 class FailingReads(WithAPackage):
     def unreadable(self, name):
-        """The environment in which every read of a file fails."""
+        """An environment in which every read of a file fails."""
         library = "LD_PRELOAD=" + os.environ["QUAVIN_FAILING_READS"]
-        # The emulator itself is a program of this machine.
+        # The emulator itself is a native program.
         place = {"QEMU_SET_ENV": library} if process.EMULATOR else dict([library.split("=", 1)])
         sanitizers = {"ASAN_OPTIONS": "verify_asan_link_order=0"}
         return {**place, **sanitizers, "QUAVIN_UNREADABLE": str(self.dir / name)}
@@ -27,23 +27,23 @@ class FailingReads(WithAPackage):
         self.assertIn(f"{name} cannot be read: ", reason)
         self.assertIn("Input/output error", reason)
 
-    def test_end_encrypting_and_decrypting(self):
+    def test_encrypt_and_decrypt_fail_if_a_file_cannot_be_read(self):
         self.assert_refused("plain", "encrypt", "plain", "new", *KEY)
         self.assert_refused("secured", "decrypt", "secured", "new", *KEY)
         self.assert_refused("key", "encrypt", "plain", "new", *KEY)
 
-    def test_end_unpacking_and_packing(self):
+    def test_unpack_inspect_and_pack_fail_if_a_file_cannot_be_read(self):
         self.assert_refused("a.tar", "unpack", "a.tar", "new")
         self.assert_refused("a.tar", "inspect", "a.tar")
         self.assert_refused("net.xml", "pack", "net.xml", "-o", "new")
         self.assert_refused("net.bin", "pack", "net.xml", "-o", "new")
 
-    def test_end_running(self):
+    def test_run_fails_if_an_input_cannot_be_read(self):
         self.write("x.raw", bytes(16))
         self.assert_refused("x.npy", "run", "package", "-i", "x=x.npy", "-o", "out")
         self.assert_refused("x.raw", "run", "package", "-i", "x=x.raw", "-o", "out", "--raw")
 
-    def test_of_components_end_loading(self):
+    def test_loading_fails_if_a_component_cannot_be_read(self):
         for name in "net.xml", "net.bin":
             with self.subTest(name), self.nothing_changes():
                 environment = self.unreadable(f"package/{name}")
@@ -53,7 +53,7 @@ class FailingReads(WithAPackage):
                 self.assertEqual(verified.status, 1)
                 self.assertIn("File error!", verified.out)
 
-    def test_of_secured_components_are_not_blamed_on_the_key(self):
+    def test_failing_reads_of_secured_components_are_not_blamed_on_the_key(self):
         packages.write_package(self.dir / "secret", key_hex=KEY_HEX)
         for name in "net.xml", "net.bin":
             with self.subTest(name):
@@ -64,7 +64,7 @@ class FailingReads(WithAPackage):
                     self.assertIn("File error!", result.out + result.err)
                     self.assertNotIn("key is wrong", result.out + result.err)
 
-    def test_of_the_manifest_end_everything(self):
+    def test_commands_fail_if_the_manifest_cannot_be_read(self):
         for command in "inspect", "bench":
             with self.subTest(command):
                 environment = self.unreadable("package/manifest.json")

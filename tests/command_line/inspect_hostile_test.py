@@ -1,4 +1,4 @@
-"""quavin inspect: packages and archives that are damaged or mean harm."""
+"""quavin inspect: damaged and malicious packages and archives."""
 
 import json
 import unittest
@@ -7,9 +7,9 @@ import packages
 from inspect_test import InspectCase
 from support import KEY_HEX
 
-# What clears the screen, sets the title, goes back, ...
+# Text that clears the screen, sets the title, moves back, ...
 HOSTILE = ["\x1b[2J", "\x1b]0;title\x07", "\x7f", "\r\n", "\x08"]
-# The same as characters of their own, which terminals obey too: U+009B begins as ESC and "[" do.
+# As above, as single characters, which terminals obey too: U+009B stands for ESC and "[".
 HOSTILE_SINGLE_CHARACTERS = ["\x9b31m", "\x9d0;title\x9c", "\x85", "\x80"]
 
 
@@ -37,22 +37,22 @@ class Hostile(InspectCase):
                     call = [command, "package", *options]
                     self.assert_harmless(self.quavin_in_terminal(*call, NO_COLOR="1").out)
 
-    def test_texts_do_not_reach_the_terminal(self):
+    def test_control_characters_do_not_reach_the_terminal(self):
         for text in HOSTILE:
             self.assert_never_shown(text)
 
-    def test_control_characters_beyond_ascii_do_not_reach_the_terminal(self):
+    def test_control_characters_beyond_ascii_do_not_reach_the_terminal_either(self):
         for text in HOSTILE_SINGLE_CHARACTERS:
             self.assert_never_shown(text)
 
-    def test_texts_are_whole_in_json(self):
+    def test_json_contains_the_unchanged_texts(self):
         for text in HOSTILE + HOSTILE_SINGLE_CHARACTERS:
             with self.subTest(text.encode("unicode_escape")):
                 self.hostile_manifest(text)
                 report = self.succeed_json("inspect", "package")
                 self.assertEqual(report["description"], f"before{text}after")
 
-    def test_texts_that_are_no_utf8_are_shown_as_far_as_they_are(self):
+    def test_invalid_utf8_does_not_hide_the_rest_of_a_text(self):
         self.hostile_manifest("XYZ")
         manifest = self.package / "manifest.json"
         manifest.write_bytes(manifest.read_bytes().replace(b"XYZ", b"\xff\xc3\x28\xed\xa0\x80"))
@@ -64,7 +64,7 @@ class Hostile(InspectCase):
 
 
 class Refusals(InspectCase):
-    def test_an_encrypted_archive_with_a_hint(self):
+    def test_an_encrypted_archive_is_refused_with_a_hint(self):
         plain = (self.dir / self.archive("package")).read_bytes()
         self.write("secured.tar", packages.openssl_encrypt(plain, KEY_HEX, bytes(range(16))))
         reason = self.refused(21, "inspect", "secured.tar")
@@ -72,17 +72,17 @@ class Refusals(InspectCase):
         self.assertIn("encrypted", reason)
         self.assertIn("key", reason)
 
-    def test_files_that_are_no_archive(self):
+    def test_files_that_are_not_archives_are_refused(self):
         for content in b"", b"short", b"x" * 2048, bytes(1024):
             with self.subTest(content[:8]):
                 self.write("file.tar", content)
                 self.assertIn("file.tar", self.refused(21, "inspect", "file.tar"))
 
-    def test_an_archive_without_a_manifest(self):
+    def test_an_archive_without_a_manifest_is_refused(self):
         (self.package / "manifest.json").unlink()
         self.assertIn("manifest.json", self.refused(12, "inspect", self.archive("package")))
 
-    def test_an_archive_that_is_cut_off(self):
+    def test_a_truncated_archive_is_refused(self):
         content = (self.dir / self.archive("package")).read_bytes()
         self.write("cut.tar", content[:1536])
         with self.nothing_changes():
@@ -90,23 +90,23 @@ class Refusals(InspectCase):
         self.assertIn("manifest.json", reason)
         self.assertIn("left in the archive", reason)
 
-    def test_an_archive_whose_manifest_is_none(self):
+    def test_an_archive_with_an_invalid_manifest_is_refused(self):
         self.write("package/manifest.json", "[]")
         self.archive("package")
         with self.nothing_changes():
             self.assertIn("package.tar", self.refused(12, "inspect", "package.tar"))
 
-    def test_a_directory_without_a_manifest(self):
+    def test_a_directory_without_a_manifest_is_refused(self):
         (self.package / "manifest.json").unlink()
         self.assertIn("package", self.refused(12, "inspect", "package"))
 
-    def test_a_manifest_that_is_none(self):
+    def test_an_invalid_manifest_is_refused(self):
         for text in "", "no JSON", "[]", "{}", json.dumps({"name": "without targets"}):
             with self.subTest(text):
                 self.write("package/manifest.json", text)
                 self.assertIn("manifest", self.refused(12, "inspect", "package"))
 
-    def test_nothing_at_all(self):
+    def test_a_missing_package_is_refused(self):
         self.assertIn("nowhere", self.refused(3, "inspect", "nowhere"))
 
 

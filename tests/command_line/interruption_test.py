@@ -1,4 +1,4 @@
-"""What is left of commands that end in the middle of writing: killed, or refused by the disk."""
+"""What commands leave behind if they end while writing: killed, or because the disk refuses more."""
 
 import signal
 import stat
@@ -13,12 +13,12 @@ from calls import WithAPackage
 from support import KEY_HEX, tree
 
 KEY = ["--key-file", "key"]
-# More than the limit, and than any buffer.
+# Larger than the limit and any buffer.
 CONTENT = bytes(range(251)) * 8000
 LIMIT_KIB = 256
 
 
-@process.posix_only("the emulator knows no limit of the sizes of files")
+@process.posix_only("the emulator has no limit on file sizes")
 class Interruption(WithAPackage):
     def setUp(self):
         super().setUp()
@@ -29,7 +29,7 @@ class Interruption(WithAPackage):
         subprocess.run(command, cwd=self.dir, check=True)
 
     def limited(self, *arguments, kib=LIMIT_KIB, then=""):
-        """A call that the system ends where a file would grow beyond a limit."""
+        """A call that the system ends if a file would grow beyond a limit."""
         script = f'{then} ulimit -c 0; ulimit -f {kib * 2}; exec "$0" "$@"'
         return subprocess.run(
             ["sh", "-c", script, *process.command(process.TOOL, *arguments)],
@@ -47,14 +47,14 @@ class Interruption(WithAPackage):
         self.assertEqual(result.returncode, -signal.SIGXFSZ, result.stderr)
 
     def failed(self, *arguments, kib=LIMIT_KIB):
-        """The text of a call that the disk refuses to write more for."""
+        """The error of a call for which the disk refuses to write more."""
         result = self.limited(*arguments, kib=kib, then="trap '' XFSZ;")
         self.assertEqual(result.returncode, 1, result.stderr)
         self.assertIn(b"status 3: ", result.stderr)
         return result.stderr.decode()
 
-    def assert_left_by_the_dead(self, before):
-        """That all that was added is one unfinished file; gives its name."""
+    def assert_one_unfinished_file(self, before):
+        """Asserts that only one unfinished file was added, and returns its name."""
         [name] = set(tree(self.dir)) - set(before)
         self.assertIn(".quavin-", name)
         return name
@@ -74,22 +74,22 @@ class NewFiles(Interruption):
     def limit_of(self, call):
         return 0 if call[0] == "keygen" else LIMIT_KIB
 
-    def test_of_a_killed_command_are_not_there(self):
+    def test_a_killed_command_leaves_no_result(self):
         before = tree(self.dir)
         for call in self.CALLS:
             with self.subTest(call[0]):
                 self.killed(*call, kib=self.limit_of(call))
-                left = self.assert_left_by_the_dead(before)
+                left = self.assert_one_unfinished_file(before)
                 self.assert_gone_after(left, *call)
                 (self.dir / "new").unlink()
                 self.assertEqual(tree(self.dir), before)
 
-    def test_of_a_command_that_fails_are_not_there(self):
+    def test_a_failed_command_leaves_no_result(self):
         for call in self.CALLS:
             with self.subTest(call[0]), self.nothing_changes():
                 self.assertIn("new cannot be written: ", self.failed(*call, kib=self.limit_of(call)))
 
-    def test_are_made_whatever_others_have_left(self):
+    def test_new_files_are_created_despite_leftovers_of_others(self):
         for i in range(150):
             self.write(f".quavin-{i}", "precious")
         before = tree(self.dir)
@@ -99,7 +99,7 @@ class NewFiles(Interruption):
                 (self.dir / "new").unlink()
                 self.assertEqual(tree(self.dir), before)
 
-    def test_have_the_usual_rights(self):
+    def test_new_files_have_the_usual_permissions(self):
         for name, command, mode in ("new", "encrypt", 0o644), ("old", "decrypt", 0o600):
             source = {"encrypt": "plain", "decrypt": "secured"}[command]
             result = subprocess.run(
@@ -116,7 +116,7 @@ class NewFiles(Interruption):
 
 
 class UnpackedFiles(Interruption):
-    def test_of_a_killed_command_are_old_or_new(self):
+    def test_a_killed_command_leaves_replaced_files_old_or_new(self):
         self.write("there/model/large", "old")
         self.killed("unpack", "large.tar", "there")
         self.assertEqual((self.dir / "there/model/large").read_bytes(), b"old")
@@ -124,13 +124,13 @@ class UnpackedFiles(Interruption):
         self.succeed("unpack", "large.tar", "there")
         self.assertEqual(tree(self.dir / "there/model"), {"large": CONTENT})
 
-    def test_of_a_killed_command_are_not_there(self):
+    def test_a_killed_command_leaves_no_partial_files(self):
         self.killed("unpack", "large.tar", "new")
         self.assertFalse((self.dir / "new/model/large").exists())
         self.succeed("unpack", "large.tar", "new")
         self.assertEqual(tree(self.dir / "new/model"), {"large": CONTENT})
 
-    def test_are_made_whatever_others_have_left(self):
+    def test_files_are_unpacked_despite_leftovers_of_others(self):
         for i in range(150):
             self.write(f"there/model/.quavin-{i}", "precious")
         self.write("there/model/large", "old")
@@ -138,7 +138,7 @@ class UnpackedFiles(Interruption):
         self.succeed("unpack", "large.tar", "there")
         self.assertEqual(tree(self.dir / "there/model"), {**before, "large": CONTENT})
 
-    def test_may_have_the_names_of_unfinished_ones(self):
+    def test_unpacked_files_may_be_named_like_unfinished_ones(self):
         for i in range(3):
             self.write(f"source/model/.quavin-{i}", f"file {i}")
         command = ["tar", "-cf", "named.tar", "-C", "source", "model"]
@@ -158,31 +158,31 @@ class Predictions(Interruption):
         self.old = self.result.read_bytes()
         np.save(self.dir / "x.npy", np.float32([[9, 8, 7, 6]]))
 
-    def test_of_a_killed_command_are_the_old_ones(self):
+    def test_a_killed_command_leaves_the_old_outputs(self):
         self.killed(*self.CALL, kib=0)
         self.assertEqual(self.result.read_bytes(), self.old)
         self.succeed(*self.CALL)
         self.assertNotEqual(self.result.read_bytes(), self.old)
         self.assertEqual(list((self.dir / "results").iterdir()), [self.result])
 
-    def test_of_a_command_that_fails_are_the_old_ones(self):
+    def test_a_failed_command_leaves_the_old_outputs(self):
         with self.nothing_changes():
             self.assertIn("results/y.npy cannot be written: ", self.failed(*self.CALL, kib=0))
 
-    def test_keep_the_rights_of_the_old_ones(self):
+    def test_replaced_outputs_keep_their_permissions(self):
         self.result.chmod(0o600)
         self.succeed(*self.CALL)
         self.assertNotEqual(self.result.read_bytes(), self.old)
         self.assertEqual(stat.S_IMODE(self.result.stat().st_mode), 0o600)
 
-    def test_go_where_a_link_leads(self):
+    def test_outputs_are_written_through_a_link(self):
         self.result.rename(self.dir / "elsewhere.npy")
         self.result.symlink_to("../elsewhere.npy")
         self.succeed(*self.CALL)
         self.assertTrue(self.result.is_symlink())
         self.assertNotEqual((self.dir / "elsewhere.npy").read_bytes(), self.old)
 
-    def test_go_where_links_lead_to_nothing_yet(self):
+    def test_outputs_are_written_through_dangling_links(self):
         self.result.unlink()
         self.result.symlink_to("../link")
         (self.dir / "link").symlink_to("elsewhere.npy")
@@ -192,13 +192,13 @@ class Predictions(Interruption):
         self.assertTrue((self.dir / "elsewhere.npy").is_file())
         self.assertFalse((self.dir / "elsewhere.npy").is_symlink())
 
-    def test_do_not_replace_links_in_a_circle(self):
+    def test_links_in_a_circle_are_not_replaced(self):
         self.result.unlink()
         self.result.symlink_to("y.npy")
         self.assertIn("y.npy cannot be written", self.refused(3, *self.CALL))
         self.assertTrue(self.result.is_symlink())
 
-    def test_go_into_devices(self):
+    def test_outputs_can_be_written_to_devices(self):
         self.result.unlink()
         self.result.symlink_to("/dev/full")
         self.assertIn("y.npy cannot be written", self.refused(3, *self.CALL))
@@ -208,7 +208,7 @@ class Predictions(Interruption):
         self.assertTrue(self.result.is_char_device())
 
 
-# What has no tests itself.
+# Base classes, which contain no tests.
 del Interruption, WithAPackage
 
 if __name__ == "__main__":

@@ -1,4 +1,4 @@
-"""Manifests that are made to cost much: they are refused, or read with little memory and time."""
+"""Manifests made to be expensive: they are refused, or read with little memory and time."""
 
 import os
 import subprocess
@@ -9,13 +9,13 @@ import process
 from calls import WithAPackage
 
 MEBIBYTE = 1 << 20
-# For the library, the runtime and the manifest; without the last they take some 60 MiB.
+# For the library, the runtime and the manifest; without the manifest they take some 60 MiB.
 MOST_MEMORY = 192 * MEBIBYTE
-MOST_SECONDS = 20  # of the processor; a few tenths are used
+MOST_SECONDS = 20  # of processor time; a few tenths are used
 
 
 def repeated(text, size, begin='{"targets": {"Openvino": {"inputs": [', end="]}}}"):
-    """A manifest of nearly `size` bytes with a text again and again, separated by commas."""
+    """A manifest of nearly `size` bytes that repeats a text, separated by commas."""
     count = (size - len(begin) - len(end)) // (len(text) + 1)
     return begin + ",".join([text] * count) + end
 
@@ -38,29 +38,29 @@ class LargeManifests(WithAPackage):
             self.assertEqual(result.status, 1)
             self.assertIn("Failed to open metadata file at ", result.out + result.err)
 
-    def test_of_more_than_a_mebibyte_are_refused(self):
+    def test_manifests_over_one_mebibyte_are_refused(self):
         manifest = packages.read_manifest(self.dir / "package")
         text = packages.json.dumps(manifest)
         self.write("package/manifest.json", text + " " * (MEBIBYTE - len(text)))
         self.succeed("verify", "package")
         self.assert_refused_everywhere(text + " " * (MEBIBYTE + 1 - len(text)))
 
-    def test_of_many_values_are_refused(self):
+    def test_manifests_with_too_many_values_are_refused(self):
         for text in "1", "[]", "{}", '{"a":1}', '""':
             with self.subTest(text):
                 self.assert_refused_everywhere(repeated(text, MEBIBYTE))
         self.assert_refused_everywhere("[" * MEBIBYTE)
         self.assert_refused_everywhere('{"targets": ' + "[" * (MEBIBYTE - 100))
 
-    def test_in_archives_are_refused(self):
+    def test_large_manifests_in_archives_are_refused(self):
         self.write("package/manifest.json", repeated("1", MEBIBYTE))
         subprocess.run(["tar", "-cf", "b.tar", "package"], cwd=self.dir, check=True)
         self.refused(12, "inspect", "b.tar")
 
     @process.posix_only("the emulator's own memory would count")
     @unittest.skipIf(process.EMULATOR, "The emulator's own time and memory would count")
-    @unittest.skipIf(process.SANITIZED, "Sanitizers take time and memory of their own")
-    def test_that_are_just_small_enough_cost_little(self):
+    @unittest.skipIf(process.SANITIZED, "Sanitizers take additional time and memory")
+    def test_manifests_just_below_the_limits_cost_little(self):
         values = 65_500
         lists = {
             "numbers": ",".join(["1"] * values),
@@ -89,7 +89,7 @@ class LargeManifests(WithAPackage):
         ) as running:
             _, status, usage = os.wait4(running.pid, 0)
             running.returncode = os.waitstatus_to_exitcode(status)
-        # It may be refused, or just have warnings, but neither crash nor be taken for misuse.
+        # It may be refused or cause warnings, but must neither crash nor count as misuse.
         self.assertIn(running.returncode, (0, 1))
         return usage.ru_utime + usage.ru_stime, usage.ru_maxrss * 1024
 

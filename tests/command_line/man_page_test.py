@@ -1,4 +1,4 @@
-"""The manual page: it speaks of what --help speaks of, and a formatter has nothing against it."""
+"""The manual page: it matches --help, and a formatter accepts it."""
 
 import os
 import re
@@ -12,9 +12,9 @@ PAGE = os.environ["QUAVIN_MAN_PAGE"]
 
 
 def options_of_help(text):
-    """Names such as "-q,--quiet", and descriptions without what is added in brackets."""
+    """Names such as "-q,--quiet", and descriptions without the additions in brackets."""
     part = text.split("Options:\n")[1].split("\n\n")[0]
-    # A description begins behind two blanks, or on the next line.
+    # A description begins after two blanks, or on the next line.
     part = part.replace("\n     ", "      ")
     entries = re.findall(r"^  (-\S+)(?: \S+)*?(?:\s{2,})(\S.*)$", part, re.M)
     return {name.split("=")[0].split(":")[0]: description for name, description in entries}
@@ -45,10 +45,10 @@ class ManPage(CommandLineTest):
     def help_of(self, section):
         return self.succeed(*([section] if section else []), "--help")
 
-    def test_has_a_section_for_each_command_and_no_other(self):
+    def test_has_one_section_per_command(self):
         self.assertEqual(sorted(self.sections), sorted(["", *COMMANDS]))
 
-    def test_has_the_options_of_help_and_no_others(self):
+    def test_lists_the_same_options_as_help(self):
         for section in self.sections:
             with self.subTest(section):
                 options = options_of_help(self.help_of(section))
@@ -68,11 +68,11 @@ class ManPage(CommandLineTest):
             with self.subTest(name):
                 self.assertIn("\n" + description + "\n", self.sections[name])
 
-    def test_tells_the_exit_status(self):
+    def test_describes_the_exit_status(self):
         with open(PAGE, encoding="utf-8") as file:
             self.assertRegex(file.read(), r"\.SH EXIT STATUS\n0 on success")
 
-    def test_is_what_a_formatter_takes(self):
+    def test_passes_the_lint_of_mandoc(self):
         done = subprocess.run(
             ["mandoc", "-Tlint", "-W", "error", PAGE],
             stdout=subprocess.PIPE,

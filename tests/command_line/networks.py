@@ -1,6 +1,6 @@
-"""Small networks whose results NumPy knows too, and networks that nobody can use.
+"""Small networks whose results NumPy can compute too, and networks that are unusable.
 
-An element type is named as networks name it: "f32", "i8", ...
+Element types have the names used in networks: "f32", "i8", ...
 """
 
 import os
@@ -95,7 +95,7 @@ def scalar():
 
 
 def dynamic():
-    """y = x + x, of floats of which nobody knows how many."""
+    """y = x + x, of an unknown number of floats."""
     net = Network("dynamic")
     x = net.parameter("frames", (-1, 4))
     net.result(net.layer("Add", "y", [x, x], (-1, 4)))
@@ -103,7 +103,7 @@ def dynamic():
 
 
 def joined(shapes):
-    """One output "y": inputs "x0", "x1", ... of the shapes, as text, joined along their first dimension."""
+    """One output "y": inputs "x0", "x1", ... of the shapes, given as text, joined along their first dimension."""
     net = Network("joined")
     dims = [[d if d.isdigit() else "-1" for d in shape.split(",")] for shape in shapes]
     inputs = [net.parameter(f"x{i}", shape) for i, shape in enumerate(dims)]
@@ -114,7 +114,7 @@ def joined(shapes):
 
 
 def uncompilable():
-    """Reads well, but the engine has no normalisation of seven dimensions."""
+    """Can be read, but the engine has no normalisation of seven dimensions."""
     net = Network("uncompilable")
     shape = (1, 1, 2, 2, 2, 2, 2)
     x = net.parameter("x", shape)
@@ -125,11 +125,10 @@ def uncompilable():
 
 
 def crashing():
-    """Compiles well, but predicting reads far outside of memory: the engine believes the index of a
-    constant."""
+    """Compiles, but predicting reads far out of bounds: the engine trusts the index in a constant."""
     net = Network("crashing")
     x = net.parameter("x", (2, 1024))
     row = net.constant("row", np.int64([[1 << 30]]))
     net.result(net.layer("GatherND", "y", [x, row], (1, 1024), batch_dims=0))
-    net._layers[2] = net._layers[2].replace("opset1", "opset5")  # where the layer is defined
+    net._layers[2] = net._layers[2].replace("opset1", "opset5")  # the version that defines the layer
     return net

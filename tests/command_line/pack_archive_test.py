@@ -26,7 +26,7 @@ class PackTest(CommandLineTest):
         return self.pack(output, "--encrypt", what, "--key-file", "key")
 
     def unpacked_with(self, tool, archive, *options):
-        """What an archive tool says, to the letter: a complaint is a failure."""
+        """The exact output of an archive tool. Complaints are failures."""
         return subprocess.run(
             [tool, *options, "-f", archive],
             cwd=self.dir,
@@ -38,14 +38,14 @@ class PackTest(CommandLineTest):
 
 
 class Archive(PackTest):
-    def test_lists_the_directory_before_its_files(self):
+    def test_archive_lists_the_directory_before_its_files(self):
         self.pack("model.tar")
         for tool, options in TOOLS.items():
             with self.subTest(tool):
                 listed = self.unpacked_with(tool, "model.tar", "-t", *options)
                 self.assertEqual(listed.splitlines(), LIST)
 
-    def test_extracts_to_the_directory_form(self):
+    def test_archive_extracts_to_the_same_files_as_a_directory(self):
         self.pack("model.tar")
         expected = tree(self.pack("directory"))
         for tool in TOOLS:
@@ -56,31 +56,31 @@ class Archive(PackTest):
                 self.assertEqual(sorted(p.name for p in place.iterdir()), ["model"])
                 self.assertEqual(tree(place / "model"), expected)
 
-    def test_has_the_same_bytes_each_time(self):
+    def test_archive_has_the_same_bytes_each_time(self):
         self.assertEqual(
             self.pack("a/model.tar").read_bytes(), self.pack("b/model.tar").read_bytes()
         )
 
-    def test_is_whole_blocks_with_two_empty_ones_at_the_end(self):
+    def test_archive_consists_of_whole_blocks_and_ends_in_two_empty_ones(self):
         archive = self.pack("model.tar").read_bytes()
         self.assertEqual(len(archive) % 512, 0)
         self.assertEqual(archive[-1024:], bytes(1024))
 
-    def test_may_end_in_capital_letters(self):
+    def test_an_output_ending_in_upper_case_tar_becomes_an_archive(self):
         listed = self.unpacked_with("tar", self.pack("model.TAR"), "-t")
         self.assertEqual(listed.splitlines(), LIST)
 
-    def test_is_a_directory_where_the_name_ends_in_a_separator(self):
+    def test_an_output_ending_in_a_separator_becomes_a_directory(self):
         names = sorted(name.split("/")[1] for name in LIST if not name.endswith("/"))
         for name in "model.tar", "model.zip":
             self.assertEqual(sorted(tree(self.pack(name + "/"))), names)
 
-    def test_has_the_directory_that_was_given(self):
+    def test_archive_uses_the_given_root_directory(self):
         self.pack("my model.tar", "--root", "other")
         listed = self.unpacked_with("tar", "my model.tar", "-t").splitlines()
         self.assertEqual(listed, [name.replace("model/", "other/", 1) for name in LIST])
 
-    def test_takes_names_that_are_not_ascii(self):
+    def test_archive_supports_non_ascii_names(self):
         packages.write_network(self.dir, networks.affine(), "größe 日本")
         self.pack("modell-ü.tar", network="größe 日本.xml")
         names = ["", "manifest.json", "größe 日本.xml", "größe 日本.bin"]
@@ -89,7 +89,7 @@ class Archive(PackTest):
                 listed = self.unpacked_with(tool, "modell-ü.tar", "-t", *options)
                 self.assertEqual(listed.splitlines(), ["modell-ü/" + name for name in names])
 
-    def test_takes_names_of_99_bytes(self):
+    def test_archive_supports_names_of_99_bytes(self):
         stem = "n" * 93
         packages.write_network(self.dir, networks.affine(), stem)
         self.pack("model.tar", "--root", "r", network=stem + ".xml")
@@ -97,14 +97,14 @@ class Archive(PackTest):
             with self.subTest(tool):
                 self.assertIn(f"r/{stem}.xml\n", self.unpacked_with(tool, "model.tar", "-t"))
 
-    def test_can_be_unpacked_and_used(self):
+    def test_archive_can_be_unpacked_and_used(self):
         self.pack("model.tar")
         self.succeed("unpack", "model.tar", "place")
         self.succeed("verify", "place/model")
 
 
 class EncryptedComponents(PackTest):
-    def test_decrypt_to_their_source(self):
+    def test_encrypted_components_decrypt_to_their_sources(self):
         package = self.encrypted("components", "new")
         for name in "net.xml", "net.bin":
             with self.subTest(name):
@@ -112,9 +112,9 @@ class EncryptedComponents(PackTest):
                 plain = (self.dir / name).read_bytes()
                 self.assertEqual(packages.openssl_decrypt(secured, KEY_HEX), plain)
 
-    def test_are_padded_to_the_next_whole_block(self):
+    def test_encrypted_components_are_padded_to_the_next_block(self):
         package = self.encrypted("components", "new")
-        # 80 bytes of weights fill their blocks, so that a whole one is added; the network does not.
+        # The 80 bytes of weights fill their blocks, so a whole block is added; the network does not.
         for name, whole in ("net.bin", True), ("net.xml", False):
             with self.subTest(name):
                 plain = (self.dir / name).read_bytes()
@@ -124,7 +124,7 @@ class EncryptedComponents(PackTest):
                 padded = packages.openssl_decrypt(secured, KEY_HEX, padding=False)
                 self.assertEqual(padded, plain + bytes([count]) * count)
 
-    def test_are_declared_as_secured(self):
+    def test_encrypted_components_are_declared_as_secured(self):
         manifest = packages.read_manifest(self.encrypted("components", "new"))
         expected = [
             {"name": "secured_file", "path": name, "encryption": "aes"}
@@ -132,7 +132,7 @@ class EncryptedComponents(PackTest):
         ]
         self.assertEqual(manifest["targets"]["Openvino"]["components"], expected)
 
-    def test_have_vectors_of_their_own_each_time(self):
+    def test_encrypted_components_get_a_new_vector_each_time(self):
         vectors = [
             (self.encrypted("components", output) / name).read_bytes()[:16]
             for output, name in (("one", "net.xml"), ("two", "net.xml"), ("three", "net.bin"))
@@ -140,14 +140,14 @@ class EncryptedComponents(PackTest):
         vectors.append((self.dir / "three/net.xml").read_bytes()[:16])
         self.assertEqual(len(set(vectors)), 4)
 
-    def test_can_lie_in_a_plain_archive(self):
+    def test_encrypted_components_can_be_packed_into_a_plain_archive(self):
         self.encrypted("components", "model.tar")
         self.unpacked_with("tar", "model.tar", "-x")
         secured = (self.dir / "model/net.xml").read_bytes()
         plain = (self.dir / "net.xml").read_bytes()
         self.assertEqual(packages.openssl_decrypt(secured, KEY_HEX), plain)
 
-    def test_take_the_key_from_the_environment(self):
+    def test_components_can_be_encrypted_with_a_key_from_the_environment(self):
         self.pack_with_variable("new", "components")
         secured = (self.dir / "new/net.bin").read_bytes()
         plain = (self.dir / "net.bin").read_bytes()
@@ -159,24 +159,24 @@ class EncryptedComponents(PackTest):
 
 
 class EncryptedArchive(PackTest):
-    def test_decrypts_to_the_plain_one(self):
+    def test_encrypted_archive_decrypts_to_the_plain_one(self):
         plain = self.pack("plain/model.tar").read_bytes()
         secured = self.encrypted("archive", "model.tar").read_bytes()
         self.assertEqual(packages.openssl_decrypt(secured, KEY_HEX), plain)
 
-    def test_is_padded_by_a_whole_block(self):
+    def test_encrypted_archive_is_padded_by_a_whole_block(self):
         plain = self.pack("plain/model.tar").read_bytes()
         secured = self.encrypted("archive", "model.tar").read_bytes()
         padded = packages.openssl_decrypt(secured, KEY_HEX, padding=False)
         self.assertEqual(padded, plain + b"\x10" * 16)
 
-    def test_has_another_vector_each_time(self):
+    def test_encrypted_archive_gets_a_new_vector_each_time(self):
         one = self.encrypted("archive", "a/model.tar").read_bytes()
         two = self.encrypted("archive", "b/model.tar").read_bytes()
         self.assertNotEqual(one[:16], two[:16])
         self.assertNotEqual(one[16:32], two[16:32])
 
-    def test_shows_nothing_of_what_is_in_it(self):
+    def test_encrypted_archive_reveals_nothing_of_its_content(self):
         secured = self.encrypted("archive", "model.tar").read_bytes()
         for text in b"manifest.json", b"ustar", b"<net":
             self.assertNotIn(text, secured)

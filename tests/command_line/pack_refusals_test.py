@@ -1,4 +1,4 @@
-"""quavin pack: what it refuses, why, and that nothing is left of it."""
+"""quavin pack: what it refuses, why, and that it leaves nothing behind."""
 
 import concurrent.futures
 import os
@@ -12,7 +12,7 @@ from support import CommandLineTest
 
 class PackRefusals(CommandLineTest):
     def pack_refused(self, code, network, *options, output="new"):
-        """The reason why a network is not packed; nothing is left behind."""
+        """The reason why a network is refused. Asserts that nothing is left behind."""
         packages.write_network(self.dir, network)
         return self.refused_without_traces(code, "pack", "net.xml", "-o", output, *options)
 
@@ -27,7 +27,7 @@ class PackRefusals(CommandLineTest):
 
 
 class Networks(PackRefusals):
-    def test_with_bytes_as_input(self):
+    def test_networks_with_byte_inputs_are_refused(self):
         for element_type in "u8", "boolean":
             with self.subTest(element_type):
                 reason = self.pack_refused(9, networks.affine("pixels", dtype=element_type))
@@ -35,26 +35,26 @@ class Networks(PackRefusals):
                 self.assertIn("Convert layer", reason)
 
     @process.adapter_only(process.OWN_TEXTS)
-    def test_with_dimensions_that_are_not_known(self):
+    def test_networks_with_unknown_dimensions_are_refused(self):
         reason = self.pack_refused(3, networks.dynamic())
         self.assertIn('"frames"', reason)
         self.assertIn("fixed dimensions", reason)
 
     @process.adapter_only(process.OTHER_NETWORKS)
-    def test_with_dimensions_that_are_not_known_come_with_the_option_that_fixes_them(self):
+    def test_unknown_dimensions_are_refused_with_the_option_that_fixes_them(self):
         option = '--input "frames[1,4]"'
         self.assertIn(f"ovc MODEL {option}", self.pack_refused(3, networks.dynamic()))
         (self.dir / "net.bin").unlink()
         self.assertIn(option, self.refused_without_traces(3, "pack", "net.xml", "-o", "new"))
 
     @process.adapter_only(process.OTHER_NETWORKS)
-    def test_with_several_dimensions_that_are_not_known_come_with_one_option(self):
+    def test_several_unknown_dimensions_are_refused_with_one_option(self):
         reason = self.pack_refused(3, networks.joined(("-1,3", "2,3", "?,3", "1..8,3")))
         self.assertIn('--input "x0[1,3],x2[1,3],x3[1,3]"', reason)
 
     @process.adapter_only(process.OTHER_NETWORKS)
-    def test_with_dimensions_that_are_not_known_are_named_as_the_converter_names_them(self):
-        # Version 11, where a tensor has a name of its own.
+    def test_inputs_with_unknown_dimensions_are_named_as_the_converter_names_them(self):
+        # In version 11 tensors have their own names.
         path = packages.write_network(self.dir, networks.dynamic())
         text = path.read_text().replace('version="10"', 'version="11"').replace("-1,4", "?,4")
         port = '<port id="0" precision="FP32"><dim>-1'
@@ -63,7 +63,7 @@ class Networks(PackRefusals):
         reason = self.refused_without_traces(3, "pack", "net.xml", "-o", "new")
         self.assertIn('--input "a & b[1,4]"', reason)
 
-    def test_of_other_formats_that_the_converter_takes(self):
+    def test_other_formats_are_refused_with_the_command_that_converts_them(self):
         for name in "net.onnx", "NET.ONNX", "net.pb", "a b/net.tflite", "net.pdmodel", "net.pt2":
             with self.subTest(name):
                 self.write(name, "a model")
@@ -71,14 +71,14 @@ class Networks(PackRefusals):
                 quoted = f'"{name}"' if " " in name else name
                 self.assertIn(f"convert it with: ovc {quoted} --compress_to_fp16=False", reason)
                 self.assertIn("pip install openvino", reason)
-                self.assertIn(f"pack the {os.path.basename(name).rsplit('.')[0]}.xml", reason)
+                self.assertIn(f"pack the resulting {os.path.basename(name).rsplit('.')[0]}.xml", reason)
 
-    def test_of_other_formats_in_a_directory(self):
+    def test_a_saved_model_directory_is_refused_with_the_command_that_converts_it(self):
         self.write("saved/saved_model.pb", "a model")
         reason = self.refused_without_traces(7, "pack", "saved", "-o", "new")
         self.assertIn("ovc saved --compress_to_fp16=False", reason)
 
-    def test_of_formats_that_have_to_be_exported_first(self):
+    def test_formats_that_have_to_be_exported_are_refused_with_instructions(self):
         for name in "net.pt", "net.pth", "net.ckpt":
             with self.subTest(name):
                 self.write(name, "a model")
@@ -98,11 +98,11 @@ class Networks(PackRefusals):
                 self.assertIn('model.export("net")', reason)
                 self.assertIn("ovc net --compress_to_fp16=False", reason)
 
-    def test_of_other_formats_that_are_not_there(self):
+    def test_missing_files_of_other_formats_are_reported_as_missing(self):
         reason = self.refused_without_traces(3, "pack", "net.onnx", "-o", "new")
         self.assertIn("net.onnx cannot be opened", reason)
 
-    def test_that_are_none(self):
+    def test_files_that_are_not_networks_are_refused(self):
         self.write("net.bin", "weights")
         for text in "", "{}", "\x7fELF\x02", "<net", "<a></a>":
             with self.subTest(text):
@@ -111,42 +111,42 @@ class Networks(PackRefusals):
                 self.assertIn("net.xml", reason)
                 self.assertIn("OpenVINO IR of version " + process.IR_VERSIONS, reason)
 
-    def test_without_inputs_and_outputs(self):
+    def test_networks_without_inputs_and_outputs_are_refused(self):
         self.write("net.xml", '<net name="a" version="10"/>')
         reason = self.refused_without_traces(7, "pack", "net.xml", "-o", "new")
         self.assertIn("no inputs or no outputs", reason)
 
     @process.posix_only(process.ENGINE_CANNOT_FAIL)
-    def test_that_the_engine_cannot_compile(self):
+    def test_networks_that_the_engine_cannot_compile_are_refused(self):
         self.assertIn("LRN", self.pack_refused(2, networks.uncompilable()))
         self.assertIn("LRN", self.pack_refused(2, networks.uncompilable(), output="new.tar"))
 
     @process.posix_only(process.ENGINE_CANNOT_FAIL)
-    def test_that_the_engine_cannot_compile_leave_no_directories_above(self):
+    def test_a_refused_network_leaves_no_parent_directories(self):
         self.pack_refused(2, networks.uncompilable(), output="one/more/new")
 
-    def test_without_the_weights_that_they_need(self):
+    def test_networks_without_their_weights_are_refused(self):
         packages.write_network(self.dir, networks.affine())
         (self.dir / "net.bin").unlink()
         reason = self.refused_without_traces(3, "pack", "net.xml", "-o", "new")
         self.assertIn("weights", reason)
 
-    def test_with_weights_that_are_too_short(self):
+    def test_truncated_weights_are_refused(self):
         packages.write_network(self.dir, networks.affine())
         os.truncate(self.dir / "net.bin", 79)
         self.assertIn("weights", self.refused_without_traces(3, "pack", "net.xml", "-o", "new"))
 
-    def test_that_are_missing_or_no_files(self):
+    def test_networks_that_are_missing_or_not_files_are_refused(self):
         self.assertIn("none.xml", self.refused_without_traces(3, "pack", "none.xml", "-o", "new"))
         (self.dir / "net.xml").mkdir()
         self.assertIn("net.xml", self.refused_without_traces(3, "pack", "net.xml", "-o", "new"))
 
-    def test_with_named_weights_that_are_missing(self):
+    def test_missing_named_weights_are_refused(self):
         packages.write_network(self.dir, networks.affine())
         reason = self.refused_without_traces(3, "pack", "net.xml", "no.bin", "-o", "new")
         self.assertIn("no.bin", reason)
 
-    def test_whose_files_need_one_name(self):
+    def test_files_with_the_same_name_in_the_package_are_refused(self):
         packages.write_network(self.dir, networks.affine())
         (self.dir / "net.xml").rename(self.dir / "manifest.json")
         call = ["pack", "manifest.json", "net.bin", "-o", "new"]
@@ -158,25 +158,25 @@ class Networks(PackRefusals):
 
 
 class ReservedNames(PackRefusals):
-    """Names that Windows keeps for itself, refused everywhere: packages go from system to system."""
+    """Names that Windows reserves are refused on every system, since packages move between systems."""
 
     NAMES = ["con", "aux.model", "nul", "COM1", "lpt9", "com¹", "conin$", "a:b", "what?", "dot.", "two|"]
 
-    def test_of_outputs(self):
+    def test_outputs_with_reserved_names_are_refused(self):
         for name in self.NAMES:
             for output in name, name + ".tar", "deep/" + name:
                 with self.subTest(output):
                     reason = self.pack_refused(7, networks.affine(), output=output)
                     self.assertIn("Windows", reason)
 
-    def test_of_the_archives_directory(self):
+    def test_archive_directories_with_reserved_names_are_refused(self):
         for name in self.NAMES:
             with self.subTest(name):
                 reason = self.pack_refused(7, networks.affine(), "--root", name, output="new.tar")
                 self.assertIn("--root", reason)
 
     @process.posix_only("no file has such a name there")
-    def test_of_networks_and_weights(self):
+    def test_networks_and_weights_with_reserved_names_are_refused(self):
         for stem in "aux", "Con", "prn.net", "a:b":
             with self.subTest(stem):
                 packages.write_network(self.dir / "nets", networks.affine(), stem)
@@ -190,7 +190,7 @@ class ReservedNames(PackRefusals):
         reason = self.refused_without_traces(7, "pack", "net.xml", "nul.bin", "-o", "new")
         self.assertIn('"nul.bin"', reason)
 
-    def test_are_not_names_that_only_look_alike(self):
+    def test_names_similar_to_reserved_ones_are_accepted(self):
         packages.write_network(self.dir, networks.affine())
         for output in "console", "aux1", "com10", "nul_.tar", ".nul":
             with self.subTest(output):
@@ -198,7 +198,7 @@ class ReservedNames(PackRefusals):
 
 
 class SeveralAtOnce(PackRefusals):
-    def test_make_one_package_and_the_others_say_so(self):
+    def test_only_one_of_several_simultaneous_calls_succeeds(self):
         packages.write_network(self.dir, networks.affine())
         for output in "new.tar", "new":
             with self.subTest(output):
@@ -209,14 +209,14 @@ class SeveralAtOnce(PackRefusals):
                 for result in results:
                     if result.status != 0:
                         reason = self.failure_text(7, result)
-                        self.assertIn(f"{output} is there already", reason)
+                        self.assertIn(f"{output} already exists", reason)
         self.assertEqual(
             sorted(path.name for path in self.dir.iterdir()), ["net.bin", "net.xml", "new", "new.tar"]
         )
 
 
 class Outputs(PackRefusals):
-    def test_that_are_there(self):
+    def test_existing_outputs_are_refused(self):
         self.write("file", "precious")
         self.write("directory/file", "precious")
         (self.dir / "empty").mkdir()
@@ -225,31 +225,31 @@ class Outputs(PackRefusals):
             with self.subTest(output):
                 reason = self.pack_refused(7, networks.affine(), output=output)
                 self.assertIn(output, reason)
-                self.assertIn("there already", reason)
+                self.assertIn("already exists", reason)
 
     @process.posix_only(process.NO_LINKS)
-    def test_that_are_links(self):
+    def test_outputs_that_are_links_are_refused(self):
         (self.dir / "link").symlink_to("nowhere")
-        self.assertIn("there already", self.pack_refused(7, networks.affine(), output="link"))
+        self.assertIn("already exists", self.pack_refused(7, networks.affine(), output="link"))
 
-    def test_below_a_file(self):
+    def test_outputs_below_a_file_are_refused(self):
         self.write("file", "precious")
         self.assertIn("file", self.pack_refused(3, networks.affine(), output="file/new"))
 
-    def test_with_white_space_or_separators_in_the_archives_directory(self):
+    def test_archive_directories_with_white_space_or_separators_are_refused(self):
         for root in "a b", "a\tb", " ", "a\nb", "a/b", "a\\b", ".", "..":
             with self.subTest(root):
                 options = ["--root", root]
                 reason = self.pack_refused(7, networks.affine(), *options, output="new.tar")
                 self.assertIn("--root", reason)
 
-    def test_named_with_white_space_and_no_other_directory(self):
+    def test_archive_names_with_white_space_need_another_directory(self):
         reason = self.pack_refused(7, networks.affine(), output="my model.tar")
         self.assertIn('"my model"', reason)
         self.assertIn("--root", reason)
 
-    def test_with_a_name_that_is_too_long_for_an_archive(self):
-        # "r/" and the network's name make 100 bytes, which is one too many.
+    def test_names_too_long_for_an_archive_are_refused(self):
+        # "r/" and the network's name make 100 bytes, one too many.
         stem = "n" * 94
         packages.write_network(self.dir, networks.affine(), stem)
         call = ["pack", stem + ".xml", "--root", "r", "-o", "new.tar"]
@@ -261,7 +261,7 @@ class Outputs(PackRefusals):
 class Endings(PackRefusals):
     OTHERS = ".zip", ".gz", ".tgz", ".bz2", ".tbz2", ".xz", ".txz", ".zst", ".7z", ".rar"
 
-    def test_of_other_archives_are_not_made(self):
+    def test_endings_of_other_archives_are_rejected(self):
         for ending in *self.OTHERS, ".tar.gz", ".tar.xz", ".tar.bz2", ".tar.zst", ".ZIP", ".Tar.Gz":
             with self.subTest(ending):
                 text = self.pack_misused(output="new" + ending)
@@ -269,7 +269,7 @@ class Endings(PackRefusals):
                 self.assertIn(ending.lower().rsplit(".")[-1], text)
                 self.assertIn("an archive ends in .tar", text)
 
-    def test_of_other_archives_are_not_made_with_a_key_either(self):
+    def test_endings_of_other_archives_are_rejected_with_a_key_too(self):
         self.key_file()
         for what in "components", "archive":
             text = self.pack_misused("--encrypt", what, "--key-file", "key", output="new.tar.gz")
@@ -277,34 +277,34 @@ class Endings(PackRefusals):
 
 
 class Options(PackRefusals):
-    def test_a_key_without_anything_to_encrypt(self):
+    def test_a_key_without_encryption_is_a_misuse(self):
         self.key_file()
         self.assertIn("--encrypt", self.pack_misused("--key-file", "key"))
         self.assertIn("--encrypt", self.pack_misused("--key-env", "KEY"))
 
-    def test_encryption_without_a_key(self):
+    def test_encryption_without_a_key_is_a_misuse(self):
         for what, output in ("components", "new"), ("archive", "new.tar"):
             with self.subTest(what):
                 self.assertIn("--key-file", self.pack_misused("--encrypt", what, output=output))
 
-    def test_an_encrypted_archive_that_is_a_directory(self):
+    def test_encrypting_the_archive_needs_an_archive_as_output(self):
         self.key_file()
         options = ["--encrypt", "archive", "--key-file", "key"]
         self.assertIn(".tar", self.pack_misused(*options))
 
-    def test_a_directory_in_the_archive_without_an_archive(self):
+    def test_an_archive_directory_needs_an_archive_as_output(self):
         self.assertIn("--root", self.pack_misused("--root", "r"))
 
-    def test_encryption_of_something_else(self):
+    def test_unknown_kinds_of_encryption_are_a_misuse(self):
         self.key_file()
         self.pack_misused("--encrypt", "everything", "--key-file", "key")
 
-    def test_a_version_that_is_no_number_of_32_bits(self):
+    def test_a_version_that_is_not_a_32_bit_integer_is_a_misuse(self):
         for version in "one", "1.5", "2147483648":
             with self.subTest(version):
                 self.pack_misused("--model-version", version)
 
-    def test_a_key_that_is_none(self):
+    def test_an_invalid_key_is_refused(self):
         packages.write_network(self.dir, networks.affine())
         self.key_file("no key")
         for what, output in ("components", "new"), ("archive", "new.tar"):

@@ -31,7 +31,7 @@ class ArchiveCase(CommandLineTest):
         self.key_file()
 
     def archive(self, network=None, directory="model", **options):
-        """An archive as GNU tar makes it of a package."""
+        """Writes a package, and archives it with GNU tar."""
         packages.write_package(self.dir / "source" / directory, network, **options)
         self.tar("p.tar", directory)
 
@@ -45,7 +45,7 @@ class ArchiveCase(CommandLineTest):
         self.write(result, packages.openssl_encrypt(plain, KEY_HEX, bytes(range(16))))
 
     def used(self, archive, *options):
-        """Uses an archive with each command, and compares what comes out of it."""
+        """Uses an archive with each command, and compares the results."""
         for command, arguments in COMMANDS.items():
             with self.subTest(command):
                 self.succeed(command, archive, *arguments, *options)
@@ -53,7 +53,7 @@ class ArchiveCase(CommandLineTest):
         self.assertEqual(list(self.temporary.iterdir()), [])
 
     def refused_by_each(self, code, archive, *options):
-        """The texts with which each command refuses an archive; nothing is left behind."""
+        """The errors with which each command refuses an archive. Asserts that nothing is left behind."""
         reasons = []
         for command, arguments in COMMANDS.items():
             with self.subTest(command), self.nothing_changes():
@@ -68,11 +68,11 @@ class ArchiveCase(CommandLineTest):
 
 
 class Plain(ArchiveCase):
-    def test_is_used_as_its_directory_is(self):
+    def test_plain_archive_works_like_its_directory(self):
         self.archive()
         self.used("p.tar")
 
-    def test_is_used_with_the_package_at_its_root(self):
+    def test_plain_archive_may_have_the_package_at_its_root(self):
         self.archive()
         for name, what in ("files.tar", ["manifest.json", "net.xml", "net.bin"]), ("dot.tar", ["."]):
             subprocess.run(
@@ -80,41 +80,41 @@ class Plain(ArchiveCase):
             )
             self.used(name)
 
-    def test_is_used_without_entries_of_directories(self):
+    def test_plain_archive_works_without_directory_entries(self):
         self.archive()
         files = [f"model/{name}" for name in ("net.bin", "manifest.json", "net.xml")]
         self.tar("flat.tar", *files)
         self.used("flat.tar")
 
-    def test_may_have_any_name_and_place(self):
+    def test_plain_archive_may_have_any_name_and_location(self):
         self.archive()
         (self.dir / "deep").mkdir()
         (self.dir / "p.tar").rename(self.dir / "deep" / "größe")
         self.used("deep/größe")
 
-    def test_may_hold_secured_files(self):
+    def test_plain_archive_may_contain_secured_files(self):
         self.archive(key_hex=KEY_HEX)
         self.used("p.tar", *KEY_OPTIONS)
 
-    def test_holds_secured_files_without_their_key(self):
+    def test_secured_files_in_a_plain_archive_need_their_key(self):
         self.archive(key_hex=KEY_HEX)
         for reason in self.refused_by_each(7, "p.tar"):
             self.assertIn("secured", reason)
 
-    def test_holds_no_package(self):
+    def test_archive_without_a_package_is_refused(self):
         self.write("source/file", "text")
         self.tar("p.tar", "file")
         for reason in self.refused_by_each(12, "p.tar"):
-            self.assertIn("p.tar holds no manifest.json", reason)
+            self.assertIn("p.tar contains no manifest.json", reason)
 
-    def test_is_none(self):
+    def test_files_that_are_not_archives_are_refused(self):
         for content in b"", b"some text", bytes(4096), os.urandom(4096):
             self.write("p.tar", content)
             for reason in self.refused_by_each(21, "p.tar"):
                 self.assertIn("p.tar is neither a directory nor a tar archive", reason)
                 self.assertIn("--key-file", reason)
 
-    def test_leads_elsewhere(self):
+    def test_archive_with_an_entry_outside_is_refused(self):
         self.archive()
         with tarfile.open(self.dir / "p.tar", "a") as archive:
             entry = tarfile.TarInfo("../evil")
@@ -123,35 +123,35 @@ class Plain(ArchiveCase):
         for reason in self.refused_by_each(7, "p.tar"):
             self.assertIn("../evil", reason)
 
-    def test_is_cut_off(self):
+    def test_truncated_archive_is_refused(self):
         self.archive()
         os.truncate(self.dir / "p.tar", 2048)
         self.refused_by_each(7, "p.tar")
 
-    def test_of_pack_is_used(self):
+    def test_plain_archive_created_by_pack_works(self):
         packages.write_network(self.dir, networks.affine())
         self.succeed("pack", "net.xml", "-o", "p.tar")
         self.used("p.tar")
 
 
 class Encrypted(ArchiveCase):
-    def test_is_used_with_its_key(self):
+    def test_encrypted_archive_works_with_its_key(self):
         self.archive()
         self.encrypt()
         self.used("p.secret", *KEY_OPTIONS)
 
-    def test_of_pack_is_used(self):
+    def test_encrypted_archive_created_by_pack_works(self):
         packages.write_network(self.dir, networks.affine())
         options = ["--encrypt", "archive", *KEY_OPTIONS]
         self.succeed("pack", "net.xml", "-o", "p.tar", *options)
         self.used("p.tar", *KEY_OPTIONS)
 
-    def test_may_hold_files_that_are_secured_with_the_same_key(self):
+    def test_encrypted_archive_may_contain_files_secured_with_the_same_key(self):
         self.archive(key_hex=KEY_HEX)
         self.encrypt()
         self.used("p.secret", *KEY_OPTIONS)
 
-    def test_may_hold_files_in_directories(self):
+    def test_encrypted_archive_may_contain_subdirectories(self):
         self.archive()
         source = self.dir / "source/model"
         (source / "a/b").mkdir(parents=True)
@@ -162,14 +162,14 @@ class Encrypted(ArchiveCase):
         self.encrypt()
         self.used("p.secret", *KEY_OPTIONS)
 
-    def test_may_hold_a_network_without_constants(self):
+    def test_encrypted_archive_may_contain_a_network_without_constants(self):
         self.archive(networks.doubling())
         self.encrypt()
         np.save(self.dir / "x.npy", np.float32([1, 2]))
         self.succeed("run", "p.secret", "-i", "x=x.npy", "-o", "out", *KEY_OPTIONS)
         self.assertEqual(np.load(self.dir / "out/y.npy").tolist(), [2, 4])
 
-    def test_is_verified_as_its_directory_is(self):
+    def test_encrypted_archive_has_the_same_findings_as_its_directory(self):
         self.archive()
         source = self.dir / "source/model"
         manifest = packages.read_manifest(source)
@@ -184,7 +184,7 @@ class Encrypted(ArchiveCase):
         self.assertEqual(self.succeed_json("verify", "p.tar"), expected)
         self.assertEqual(self.succeed_json("verify", "p.secret", *KEY_OPTIONS), expected)
 
-    def test_needs_its_key(self):
+    def test_encrypted_archive_needs_its_key(self):
         self.archive()
         self.encrypt()
         for reason in self.refused_by_each(21, "p.secret"):
@@ -193,13 +193,13 @@ class Encrypted(ArchiveCase):
         for reason in self.refused_by_each(21, "p.secret", *KEY_OPTIONS):
             self.assertIn("the key is wrong", reason)
 
-    def test_of_another_length_than_secured_files_have(self):
+    def test_encrypted_archive_of_an_impossible_length_is_refused(self):
         self.write("p.secret", os.urandom(4097))
         for reason in self.refused_by_each(7, "p.secret", *KEY_OPTIONS):
             self.assertIn("4097 bytes", reason)
 
-    @process.posix_only("the emulator's place for temporary files is not the test's")
-    def test_shows_no_network_on_the_disk(self):
+    @process.posix_only("the emulator does not use the test's directory for temporary files")
+    def test_encrypted_archive_leaves_no_plain_network_on_disk(self):
         self.archive()
         self.encrypt()
         seen = Watch(self.temporary)
@@ -216,7 +216,7 @@ class Encrypted(ArchiveCase):
 
 
 class Watch:
-    """Everything that is to be seen in a directory for as long as the block lasts."""
+    """Collects everything that appears in a directory during the block."""
 
     def __init__(self, directory):
         self.files = {}
@@ -242,7 +242,7 @@ class Watch:
                         with open(os.path.join(place, name), "rb") as file:
                             self.files.setdefault(name, set()).add(file.read())
                 except FileNotFoundError:
-                    pass  # just gone
+                    pass  # deleted meanwhile
 
 
 if __name__ == "__main__":

@@ -1,12 +1,12 @@
-"""Makes packages and secured files without the tool: with the scripts folder and with openssl."""
+"""Creates packages and secured files without the tool, using the scripts folder and openssl."""
 
 import json
 import subprocess
 
 import networks
-import model_package  # of the scripts, which networks.py has put on the path
+import model_package  # from the scripts folder, which networks.py has put on the path
 
-# As a manifest has to declare what a network takes.
+# How a manifest has to declare the types that a network takes.
 model_package.DATA_TYPES.update(
     {"f16": "float", "f64": "float", "i8": "int8", "i16": "int16", "i64": "int32"}
 )
@@ -45,7 +45,7 @@ def write_manifest(package, manifest):
 
 
 class changed_manifest:
-    """The manifest of a package, written back at the end of the block. `target` is the engine's."""
+    """Gives the engine's target in the manifest of a package, and writes it back at the end of the block."""
 
     def __init__(self, package):
         self._package = package

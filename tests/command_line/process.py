@@ -1,6 +1,6 @@
 """Runs the command line as people do: in a pipe and in a terminal.
 
-The tool may be one for another system: then an emulator starts it.
+A tool built for another system is started by an emulator.
 """
 
 import functools
@@ -14,16 +14,16 @@ import unittest
 from dataclasses import dataclass
 
 TOOL = os.environ["QUAVIN_TOOL"]
-# A program and its own arguments, which a program and its arguments follow.
+# A program and its arguments, to be followed by the emulated program and its arguments.
 EMULATOR = [part for part in os.environ.get("QUAVIN_TOOL_EMULATOR", "").split(";") if part]
 WINDOWS = TOOL.endswith(".exe")
-# What stands behind the engine interface, and which networks it reads.
+# The implementation of the engine interface, and the networks that it reads.
 ADAPTER = os.environ.get("QUAVIN_ENGINE", "adapter") == "adapter"
 IR_VERSIONS = "10 or 11" if ADAPTER else "7 or 10"
 
 SANITIZED = "QUAVIN_SANITIZED" in os.environ
 
-# Long enough for a sanitized tool on a busy machine; for one that hangs.
+# Limits a tool that hangs; long enough for a sanitized one on a busy machine.
 PATIENCE = 120
 
 
@@ -35,7 +35,7 @@ class Result:
 
 
 def clean_environment(**changes):
-    """This process's own, without what decides about colours. A change to None removes."""
+    """This process's environment, without variables that affect colours. A change to None removes one."""
     environment = {k: v for k, v in os.environ.items() if k != "NO_COLOR"}
     environment.update({"TERM": "xterm", "LC_ALL": "C.UTF-8"})
     environment.update(changes)
@@ -43,45 +43,45 @@ def clean_environment(**changes):
 
 
 def posix_only(reason):
-    """For a test of what Windows does not have; the reason says what that is."""
+    """Marks a test of something that Windows lacks; the reason says what."""
     return unittest.skipIf(WINDOWS, "Not on Windows: " + reason)
 
 
 def adapter_only(reason):
-    """For a test of what an installed engine of 2019 or 2020 does otherwise; the reason says how."""
+    """Marks a test of something that an installed engine of 2019 or 2020 does differently; the reason says how."""
     return unittest.skipUnless(ADAPTER, "Not on an installed engine: " + reason)
 
 
-OWN_TEXTS = "its texts are its own"
-OTHER_NETWORKS = "it reads other versions, and fails otherwise over free dimensions"
-OTHER_RUNTIME = "its libraries, and what it tells about itself, are others"
+OWN_TEXTS = "its messages differ"
+OTHER_NETWORKS = "it reads other versions, and fails differently on free dimensions"
+OTHER_RUNTIME = "its libraries, and its information about itself, differ"
 FEWER_TYPES = "it refuses these element types"
 
-# It sees what they lead to, and nothing where they lead nowhere.
-NO_LINKS = "the emulator shows no links as such"
-# The emulator's C++ runtime crashes where the engine handles the failure; with the compiler vendor's
-# the same calls end as they should.
+# It shows the targets of links, and nothing for dangling links.
+NO_LINKS = "the emulator does not show links"
+# The emulator's C++ runtime crashes when the engine handles the failure; with the compiler vendor's
+# runtime the same calls end as they should.
 ENGINE_CANNOT_FAIL = "compiling a network cannot fail under the emulator"
 
 
 def shown_path(path):
-    """A path that was joined with "/", as the tool shows those that it has joined itself."""
+    """A path joined with "/", as the tool shows paths that it has joined."""
     return path.replace("/", "\\") if WINDOWS else path
 
 
 def local_path(shown):
-    """A path that the tool shows, as this machine has it."""
+    """A path shown by the tool, in the notation of this machine."""
     return shown.replace("\\", "/") if WINDOWS else shown
 
 
 def command(program, *arguments):
-    """The command line that starts one of the tool's system's programs."""
+    """The command line that starts a program built for the tool's system."""
     return [*EMULATOR, program, *map(os.fspath, map(_text, arguments))]
 
 
 def started(run):
-    """For a function that runs a program: wine now and then ends one that has not begun yet, with status 1 and
-    without a word, which no failure of the tool lacks. That is no answer, so it is asked once more."""
+    """Decorates a function that runs a program. Now and then wine ends a program before it begins, with status 1
+    and no output. Failures of the tool always print something, so in that case the program is run again."""
     @functools.wraps(run)
     def with_second_start(*arguments, **options):
         result = run(*arguments, **options)
@@ -92,7 +92,7 @@ def started(run):
 
 @started
 def in_pipe(arguments, cwd, stdout=subprocess.PIPE, program=TOOL, **environment):
-    """Both streams are pipes; `stdout` may be something else."""
+    """Runs the program with both streams as pipes, unless `stdout` is given."""
     done = subprocess.run(
         command(program, *arguments),
         cwd=cwd,
@@ -103,13 +103,13 @@ def in_pipe(arguments, cwd, stdout=subprocess.PIPE, program=TOOL, **environment)
         timeout=PATIENCE,
         check=False,
     )
-    # Strictly: what the tool prints is UTF-8, whatever it was given.
+    # Decode strictly: the tool prints UTF-8, whatever its input.
     return Result(done.returncode, (done.stdout or b"").decode(), done.stderr.decode())
 
 
 @started
 def in_terminal(arguments, cwd, out=True, err=True, **environment):
-    """The streams that are asked for are terminals of their own, the other is a pipe."""
+    """Runs the tool with a separate terminal for each stream selected, and a pipe for the other."""
     streams = [_Stream(out), _Stream(err)]
     with subprocess.Popen(
         command(TOOL, *arguments),
@@ -136,8 +136,8 @@ def _text(argument):
 
 
 def _without_drawing(text):
-    """What a program wrote to the emulator's console, which draws it: it hides the cursor meanwhile,
-    jumps over blanks, and ends lines by itself."""
+    """What a program wrote to the emulator's console, without the console's own drawing: it hides the
+    cursor meanwhile, skips blanks, and ends lines itself."""
     text = re.sub(r"\x1b\[\?25[lh]", "", text).replace("\r\r\n", "\n")
     return re.sub(r"\x1b\[K\x1b\[(\d+)C", lambda blanks: " " * int(blanks[1]), text)
 
@@ -167,7 +167,7 @@ class _Stream:
         while True:
             try:
                 some = os.read(self.ours, 65536)
-            except OSError:  # how a terminal tells that its last user has left
+            except OSError:  # how a terminal signals that its last user has left
                 return
             if not some:
                 return

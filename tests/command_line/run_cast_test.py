@@ -1,4 +1,4 @@
-"""quavin run --cast: .npy files of any number type, against NumPy's own casts."""
+"""quavin run --cast: .npy files of any number type, compared with NumPy's casts."""
 
 import unittest
 
@@ -17,7 +17,7 @@ if process.ADAPTER:  # an installed engine refuses it
 
 class CastCase(InputsCase):
     def cast(self, array, element_type="f32"):
-        """The outputs for an array that is converted."""
+        """The output for an array that is cast."""
         packages.write_package(self.dir / "package", networks.affine(dtype=element_type))
         np.save(self.dir / "x.npy", array)
         self.succeed(*self.call("x=x.npy"), "--cast")
@@ -31,7 +31,7 @@ class CastCase(InputsCase):
 
 
 class Casts(CastCase):
-    def test_turn_each_type_into_each(self):
+    def test_each_type_can_be_cast_to_each_other(self):
         for source in NUMBERS:
             values = np.array([[3, 0, 7, 100]], source)
             for element_type in INPUTS:
@@ -39,7 +39,7 @@ class Casts(CastCase):
                     expected = networks.affine_result(values.astype(INPUTS[element_type]))
                     np.testing.assert_array_equal(self.cast(values, element_type), expected)
 
-    def test_keep_signs(self):
+    def test_casts_keep_signs(self):
         for source in "f2", "f4", "f8", "i1", "i2", "i4", "i8":
             values = np.array([[-3, 0, -128, 127]], source)
             for element_type in INPUTS:
@@ -47,18 +47,18 @@ class Casts(CastCase):
                     expected = networks.affine_result(values.astype(np.float32))
                     np.testing.assert_array_equal(self.cast(values, element_type), expected)
 
-    def test_take_booleans_as_zero_and_one(self):
+    def test_booleans_are_cast_to_zero_and_one(self):
         expected = networks.affine_result([[1, 0, 0, 1]])
         np.testing.assert_array_equal(self.cast(np.array([[True, False, False, True]])), expected)
 
-    def test_take_big_endian_numbers(self):
+    def test_big_endian_numbers_are_cast(self):
         for source in ">f2", ">f4", ">f8", ">i2", ">i4", ">i8", ">u2", ">u4", ">u8":
             with self.subTest(source):
                 values = np.array([[1, 2, 300, 4]], source)
                 expected = networks.affine_result(values.astype(np.float32))
                 np.testing.assert_array_equal(self.cast(values), expected)
 
-    def test_round_doubles_and_large_integers_to_the_nearest_float(self):
+    def test_doubles_and_large_integers_are_rounded_to_the_nearest_float(self):
         for values in (
             np.float64([[0.1, 1 / 3, -1e-40, 16777217.0]]),
             np.int64([[16777217, -16777219, 2**62 + 1, 33554435]]),
@@ -68,19 +68,19 @@ class Casts(CastCase):
                 expected = networks.affine_result(values.astype(np.float32))
                 np.testing.assert_array_equal(self.cast(values), expected)
 
-    def test_take_every_kind_of_half(self):
-        # Subnormal, smallest, largest, and what is no number.
+    def test_every_kind_of_half_is_cast(self):
+        # Subnormal, smallest and largest numbers, and what is not a number.
         values = np.float16([[5.96e-8, 6.104e-5, 65504, -1e-7], [np.nan, np.inf, -np.inf, -0.0]])
         for row in values:
             np.testing.assert_array_equal(
                 self.cast(row.reshape(1, 4)), networks.affine_result(row.reshape(1, 4))
             )
 
-    def test_keep_what_is_not_finite_in_floats(self):
+    def test_casts_to_float_keep_non_finite_values(self):
         values = np.float64([[np.nan, np.inf, -np.inf, 1]])
         np.testing.assert_array_equal(self.cast(values), networks.affine_result(values))
 
-    def test_keep_the_ends_of_a_type(self):
+    def test_casts_keep_the_limits_of_a_type(self):
         for element_type in INPUTS.keys() - {"f32"}:
             dtype = np.dtype(INPUTS[element_type])
             ends = np.iinfo(dtype)
@@ -90,19 +90,19 @@ class Casts(CastCase):
                     expected = networks.affine_result(values)
                     np.testing.assert_allclose(self.cast(values, element_type), expected, 1e-6)
 
-    def test_are_done_by_bench_too(self):
+    def test_bench_casts_too(self):
         packages.write_package(self.dir / "package")
         np.save(self.dir / "x.npy", np.zeros((1, 4)))
         call = ["bench", "package", "-i", "x=x.npy", "--iterations", "1"]
         self.assertIn("--cast", self.refused(7, *call))
         self.succeed(*call, "--cast")
 
-    def test_change_nothing_where_the_type_is_right(self):
+    def test_casts_change_nothing_if_the_type_matches(self):
         np.testing.assert_array_equal(self.cast(X), networks.affine_result(X))
 
 
 class Refusals(CastCase):
-    def test_of_integers_beyond_the_inputs_type(self):
+    def test_values_out_of_range_are_refused(self):
         for element_type, value in (
             ("i32", np.int64(2**31)),
             ("i32", np.int64(-(2**31) - 1)),
@@ -122,32 +122,32 @@ class Refusals(CastCase):
                 continue
             with self.subTest(element_type=element_type, value=value):
                 reason = self.cast_refused(np.array([0, 0, value, 0], value.dtype), element_type)
-                self.assertIn("Element 2 of x.npy is beyond", reason)
+                self.assertIn("Element 2 of x.npy is out of range for", reason)
 
-    def test_of_what_is_not_finite_for_integers(self):
+    def test_non_finite_values_are_refused_for_integers(self):
         for value in np.nan, np.inf, -np.inf:
             for source in np.float16, np.float32, np.float64:
                 reason = self.cast_refused(np.array([0, value, 0, 0], source), "i32")
                 self.assertIn("Element 1 of x.npy is not finite", reason)
 
-    def test_of_fractions_for_integers(self):
+    def test_fractions_are_refused_for_integers(self):
         reason = self.cast_refused(np.float64([0, 0, 0, 1.5]), "i16")
-        self.assertIn("Element 3 of x.npy has a fraction and cannot be int16", reason)
+        self.assertIn("Element 3 of x.npy has a fraction and cannot be converted to int16", reason)
 
-    def test_of_what_is_no_number(self):
+    def test_types_that_are_not_numbers_are_refused(self):
         for dtype in "c8", "S4", "U4", "M8[s]":
             with self.subTest(dtype):
                 reason = self.cast_refused(np.zeros(4, dtype))
                 self.assertIn("holds elements of type", reason)
                 self.assertNotIn("--cast", reason)
 
-    def test_of_another_shape(self):
+    def test_other_shapes_are_refused(self):
         packages.write_package(self.dir / "package")
         np.save(self.dir / "x.npy", np.zeros((1, 5)))
         reason = self.refused(7, *self.call("x=x.npy"), "--cast")
-        self.assertIn("is double of shape [1, 5], and the input takes float of shape [1, 4]", reason)
+        self.assertIn("is double of shape [1, 5], but the input takes float of shape [1, 4]", reason)
 
-    def test_name_the_option_where_it_is_not_given(self):
+    def test_refusals_suggest_cast_if_it_would_help(self):
         packages.write_package(self.dir / "package")
         for dtype in "f8", "i8", "u1", "?", ">f4", "i4":
             with self.subTest(dtype):
@@ -156,7 +156,7 @@ class Refusals(CastCase):
         for array in np.zeros((1, 4), "c8"), np.zeros((1, 5), "i4"), np.zeros((4, 1), "f4"):
             self.assertNotIn("--cast", self.reason_against(array))
 
-    def test_of_raw_files(self):
+    def test_casting_raw_files_is_a_misuse(self):
         self.write("x.raw", bytes(16))
         packages.write_package(self.dir / "package")
         self.misused(*self.call("x=x.raw"), "--raw", "--cast")

@@ -1,4 +1,4 @@
-"""quavin run: what it says of the outputs, and where it writes them."""
+"""quavin run: what it reports about outputs, and where it writes them."""
 
 import unittest
 
@@ -16,7 +16,7 @@ class Report(RunCase):
         [output] = self.succeed_json(*call)["outputs"]
         return output
 
-    def test_sums_an_output_up(self):
+    def test_report_summarises_an_output(self):
         y = networks.affine_result(X)
         output = self.report(X)
         exact = {key: output[key] for key in ("name", "dataType", "shape", "file")}
@@ -27,18 +27,18 @@ class Report(RunCase):
         self.assertEqual(output["indexOfMaximum"], int(y.argmax()))
         self.assertEqual(output["notFinite"], 0)
 
-    def test_leaves_out_what_is_not_finite(self):
+    def test_report_leaves_out_non_finite_elements(self):
         output = self.report(np.float32([[np.nan, 1, np.inf, -np.inf]]))
         self.assertEqual((output["minimum"], output["maximum"], output["mean"]), (3, 3, 3))
         self.assertEqual((output["indexOfMaximum"], output["notFinite"]), (1, 3))
         out = self.succeed("run", "package", "-i", "x=x.npy", "-o", "out")
         self.assertIn("3 elements are not finite", out)
 
-    def test_is_json_where_nothing_is_finite(self):
+    def test_report_is_valid_json_if_no_element_is_finite(self):
         output = self.report(np.full((1, 4), np.nan, np.float32))
         self.assertEqual(output["notFinite"], 4)
 
-    def test_tells_integers(self):
+    def test_report_summarises_integers(self):
         output = self.report(np.int32([-5, 1, 9, 3]), networks.tripling_integers())
         self.assertEqual((output["dataType"], output["shape"]), ("int32", [4]))
         self.assertEqual((output["minimum"], output["maximum"]), (-15, 27))
@@ -54,36 +54,36 @@ class Printed(RunCase):
         with self.nothing_changes():
             return self.succeed(*call)
 
-    def test_are_the_first_values_and_what_all_are_like(self):
+    def test_first_values_and_statistics_are_printed(self):
         out = self.printed(np.float32([[1.5, -2, 3, 0.25]]))
         # 2 x + (0.5, 1, 1.5, 2)
         self.assertRegex(out, r"\A  OUTPUT +TYPE +SHAPE +MIN +MAX +MEAN +MAX AT +VALUES\n")
         row = r"  y +float +\[1, 4\] +-3 +7\.5 +2\.625 +2 +3\.5, -3, 7\.5, 2\.5\n\Z"
         self.assertRegex(out, row)
 
-    def test_are_at_most_ten_values(self):
+    def test_no_more_than_ten_values_are_printed(self):
         net = networks.Network("long")
         x = net.parameter("x", (12,))
         net.result(net.layer("Add", "y", [x, x], (12,)))
         out = self.printed(np.arange(12, dtype=np.float32), net)
         self.assertTrue(out.endswith("  0, 2, 4, 6, 8, 10, 12, 14, 16, 18, ...\n"), out)
 
-    def test_are_integers_where_the_network_gives_such(self):
+    def test_integers_are_printed_as_integers(self):
         out = self.printed(np.int32([-7, 0, 5, 400_000_000]), networks.tripling_integers())
         self.assertTrue(out.endswith("  -21, 0, 15, 1200000000\n"), out)
 
-    def test_are_not_always_finite(self):
+    def test_non_finite_values_are_printed_and_counted(self):
         out = self.printed(np.float32([[np.nan, -np.nan, np.inf, -np.inf]]))
         self.assertIn("  nan, nan, inf, -inf  4 elements are not finite", out)
 
-    def test_are_of_a_scalar_too(self):
+    def test_scalars_are_printed(self):
         out = self.printed(np.array(4.5, np.float32), networks.scalar())
         self.assertRegex(out, r"  y +float +\[\] +45 +45 +45 +0 +45\n\Z")
 
-    def test_are_printed_quietly_too(self):
+    def test_outputs_are_printed_in_quiet_mode(self):
         self.assertIn("VALUES", self.printed(X, None, "--quiet"))
 
-    def test_are_json(self):
+    def test_first_values_are_printed_as_json(self):
         self.package()
         x = np.float32([[1.5, np.nan, 3, np.inf]])
         call = ["run", "package", "-i", "x=" + self.save("x.npy", x)]
@@ -101,14 +101,14 @@ class Printed(RunCase):
         }
         self.assertEqual(output, expected)
 
-    def test_come_from_raw_files_too(self):
+    def test_outputs_for_raw_inputs_are_printed(self):
         self.package()
         self.write("x.raw", X.astype("<f4").tobytes())
         self.assertIn("VALUES", self.succeed("run", "package", "--raw", "-i", "x=x.raw"))
 
 
 class OutputNames(RunCase):
-    def test_do_not_lead_out_of_the_directory(self):
+    def test_output_names_do_not_lead_out_of_the_directory(self):
         np.save(self.dir / "x.npy", X)
         for name in "../x", "a/b", "/tmp/x", "..", ".hidden", "a\\b", "-rf", "größe":
             with self.subTest(name):
@@ -125,7 +125,7 @@ class OutputNames(RunCase):
                 now = {path.name for path in self.dir.iterdir()}
                 self.assertEqual(now - before, {"deep"} - before)
 
-    def test_that_windows_takes_for_devices_are_not_the_files(self):
+    def test_output_names_of_windows_devices_are_changed(self):
         np.save(self.dir / "x.npy", X)
         names = {"con": "_con", "NUL.txt": "_NUL.txt", "Com1": "_Com1", "conv": "conv", "com": "com"}
         for name, stem in names.items():
@@ -135,7 +135,7 @@ class OutputNames(RunCase):
                 self.assertEqual([p.name for p in (self.dir / "out").iterdir()], [stem + ".npy"])
                 (self.dir / "out" / (stem + ".npy")).unlink()
 
-    def test_of_directories_that_windows_does_not_take_are_refused(self):
+    def test_output_directories_that_windows_does_not_allow_are_refused(self):
         np.save(self.dir / "x.npy", X)
         self.package(networks.affine())
         for name in "con", "deep/nul", "aux.d", "COM²", "a:b", "dot.":
@@ -147,8 +147,8 @@ class OutputNames(RunCase):
             with self.subTest(name):
                 self.succeed("run", "package", "-i", "x=x.npy", "-o", name)
 
-    def test_that_become_one_have_files_of_their_own(self):
-        # Some file systems do not tell capital letters from small ones.
+    def test_outputs_with_colliding_names_get_separate_files(self):
+        # Some file systems are case-insensitive.
         for names in ("a/b", "a_b"), ("result", "Result"):
             with self.subTest(names):
                 net = networks.Network("alike")

@@ -1,4 +1,4 @@
-"""quavin run: results against NumPy's, and where they are written."""
+"""quavin run: results compared with NumPy, and where they are written."""
 
 import unittest
 
@@ -21,7 +21,7 @@ class RunCase(CommandLineTest):
         return name
 
     def results(self, *names_and_arrays, options=()):
-        """The outputs, by the names of their files, for inputs given as NAME, ARRAY, ..."""
+        """The outputs, by file name, for inputs given as NAME, ARRAY, ..."""
         inputs = []
         for name, array in zip(names_and_arrays[::2], names_and_arrays[1::2]):
             inputs += ["-i", f"{name}={self.save(f'in{len(inputs)}.npy', array)}"]
@@ -34,19 +34,19 @@ class RunCase(CommandLineTest):
 
 
 class Results(RunCase):
-    def test_are_those_of_numpy(self):
+    def test_results_match_numpy(self):
         self.package()
         results = self.results("x", X)
         self.assertEqual(list(results), ["y.npy"])
         self.assert_array(results["y.npy"], networks.affine_result(X))
 
-    def test_are_those_of_numpy_for_each_type(self):
+    def test_results_match_numpy_for_each_type(self):
         for element_type, dtype in ("i16", np.int16), ("i32", np.int32):
             with self.subTest(element_type):
                 self.assert_computed(element_type, dtype)
 
     @process.adapter_only("it converts no int8")
-    def test_are_those_of_numpy_for_int8(self):
+    def test_results_match_numpy_for_int8(self):
         self.assert_computed("i8", np.int8)
 
     def assert_computed(self, element_type, dtype):
@@ -54,12 +54,12 @@ class Results(RunCase):
         self.package(networks.affine(dtype=element_type))
         self.assert_array(self.results("x", x)["y.npy"], networks.affine_result(x))
 
-    def test_are_integers_where_the_networks_are(self):
+    def test_integer_networks_produce_integers(self):
         x = np.int32([-7, 0, 5, 400_000_000])
         self.package(networks.tripling_integers())
         self.assert_array(self.results("x", x)["y.npy"], 3 * x)
 
-    def test_of_two_inputs(self):
+    def test_two_inputs_are_matched_by_name(self):
         left = np.arange(6, dtype=np.float32).reshape(2, 3)
         right = np.float32([[0.5, -1, 2], [10, 0, -0.25]])
         self.package(networks.arithmetic())
@@ -69,7 +69,7 @@ class Results(RunCase):
             self.assert_array(results["sum.npy"], left + right)
             self.assert_array(results["product.npy"], left * right)
 
-    def test_of_inputs_of_several_types(self):
+    def test_inputs_may_have_different_types(self):
         whole = np.int32([1, 2, 3])
         half = np.float32([0.5, 0.25, 0.125])
         real = np.float32([10, 20, 30])
@@ -77,29 +77,29 @@ class Results(RunCase):
         results = self.results("whole", whole, "half", half, "real", real)
         self.assert_array(results["total.npy"], np.float32([11.5, 22.25, 33.125]))
 
-    def test_of_a_scalar(self):
+    def test_scalars_are_supported(self):
         self.package(networks.scalar())
         result = self.results("x", np.array(4.5, np.float32))["y.npy"]
         self.assert_array(result, np.array(45, np.float32))
 
-    def test_of_a_secured_package(self):
+    def test_secured_packages_are_supported(self):
         self.package(key_hex=KEY_HEX)
         self.key_file()
         results = self.results("x", X, options=["--key-file", "key"])
         self.assert_array(results["y.npy"], networks.affine_result(X))
 
-    def test_of_an_input_that_is_declared_twice(self):
+    def test_an_input_declared_twice_is_given_once(self):
         self.package()
         with packages.changed_manifest(self.dir / "package") as target:
             target["inputs"] *= 2
         self.assert_array(self.results("x", X)["y.npy"], networks.affine_result(X))
 
-    def test_replace_older_ones(self):
+    def test_results_replace_older_ones(self):
         self.package()
         self.results("x", 0 * X)
         self.assert_array(self.results("x", X)["y.npy"], networks.affine_result(X))
 
-    def test_have_elements_at_a_multiple_of_64(self):
+    def test_elements_start_at_a_multiple_of_64(self):
         for name in "affine", "doubling", "scalar", "tripling_integers":
             with self.subTest(name):
                 network = getattr(networks, name)()
@@ -114,14 +114,14 @@ class Results(RunCase):
 
 
 class Raw(RunCase):
-    def test_bytes_go_in_and_out(self):
+    def test_raw_bytes_are_read_and_written(self):
         self.package()
         self.write("x.raw", X.astype("<f4").tobytes())
         self.succeed("run", "package", "--raw", "-i", "x=x.raw", "-o", "out")
         result = (self.dir / "out/y.raw").read_bytes()
         self.assertEqual(result, networks.affine_result(X).astype("<f4").tobytes())
 
-    def test_bytes_of_another_number_are_refused(self):
+    def test_raw_files_of_the_wrong_size_are_refused(self):
         self.package()
         for length in 0, 15, 17, 32:
             with self.subTest(length):
@@ -130,7 +130,7 @@ class Raw(RunCase):
                 self.assertIn(f"x.raw has {length} bytes", reason)
                 self.assertIn("float of shape [1, 4]: 16 bytes", reason)
 
-    def test_bytes_do_not_say_what_a_variable_shape_is(self):
+    def test_raw_files_for_a_variable_shape_are_refused(self):
         self.package(networks.arithmetic())
         with packages.changed_manifest(self.dir / "package") as target:
             target["inputs"][1]["tensor"]["shape"] = [-1, 3]
@@ -145,13 +145,13 @@ class Refusals(RunCase):
         super().setUp()
         np.save(self.dir / "x.npy", X)
 
-    def test_a_secured_package_without_its_key(self):
+    def test_a_secured_package_without_its_key_is_refused(self):
         self.package(key_hex=KEY_HEX)
         with self.nothing_changes():
             reason = self.refused(7, "run", "package", "-i", "x=x.npy", "-o", "out")
-        self.assertIn("secured. Give the key with --key-file or --key-env.", reason)
+        self.assertIn("secured. Pass the key with --key-file or --key-env.", reason)
 
-    def test_a_secured_package_with_another_key(self):
+    def test_a_secured_package_with_a_wrong_key_is_refused(self):
         self.package(key_hex=KEY_HEX)
         self.key_file(OTHER_KEY_HEX)
         with self.nothing_changes():
@@ -161,14 +161,14 @@ class Refusals(RunCase):
             reason = self.refused(3, "bench", *call)
             self.assertIn("The key is wrong, or a file is damaged", reason)
 
-    def test_a_secured_package_that_misses_a_file(self):
+    def test_a_secured_package_without_a_file_is_not_blamed_on_the_key(self):
         self.package(key_hex=KEY_HEX)
         self.key_file()
         (self.dir / "package/net.bin").unlink()
         call = ["run", "package", "-i", "x=x.npy", "-o", "out", "--key-file", "key"]
         self.assertNotIn("key is wrong", self.refused(3, *call))
 
-    def test_a_directory_that_is_a_file(self):
+    def test_an_output_directory_that_is_a_file_is_refused(self):
         self.package()
         self.write("file", "precious")
         for output in "file", "file/below":
@@ -176,7 +176,7 @@ class Refusals(RunCase):
                 reason = self.refused(3, "run", "package", "-i", "x=x.npy", "-o", output)
                 self.assertIn("file", reason)
 
-    def test_a_package_that_is_none(self):
+    def test_a_path_that_is_not_a_package_is_refused(self):
         self.write("archive.tar", bytes(1024))
         (self.dir / "empty").mkdir()
         for code, name in (7, "nowhere"), (21, "archive.tar"), (12, "empty"):

@@ -1,4 +1,4 @@
-"""What all tests of the command line are made of: a directory of their own, and how a call ends."""
+"""The basis of all tests of the command line: a directory per test, and checks of how a call ends."""
 
 import contextlib
 import json
@@ -12,8 +12,8 @@ import process
 
 DIGITS = Path(os.environ["QUAVIN_DIGITS_EXAMPLE"])
 
-# A key and what it looks like where it must not be seen. The raw form has no zero byte, so that it
-# fits an environment variable too.
+# A key, also in the form in which it must never be printed. The raw form has no zero byte, so that
+# it fits in an environment variable.
 KEY_HEX = "6b1fe0a94c7d3825f3b29d5e81c46a37"
 KEY = bytes.fromhex(KEY_HEX)
 OTHER_KEY_HEX = "0123456789abcdef0123456789abcdef"
@@ -23,12 +23,12 @@ class CommandLineTest(unittest.TestCase):
     def setUp(self):
         folder = tempfile.TemporaryDirectory(prefix="quavin-test-")
         self.addCleanup(folder.cleanup)
-        # The tool's own temporary files lie beside, to be seen when they stay.
+        # The tool's temporary files go next to it, so that leftovers are noticed.
         self.temporary = Path(folder.name, "temporary")
         self.dir = Path(folder.name, "work")
         self.temporary.mkdir()
         self.dir.mkdir()
-        # On Windows the place for such is the user's, which no caller chooses.
+        # On Windows the user's directory is used, which the caller cannot choose.
         self.places = {} if process.WINDOWS else {"TMPDIR": str(self.temporary)}
 
     def quavin(self, *arguments, **options):
@@ -38,7 +38,7 @@ class CommandLineTest(unittest.TestCase):
         return process.in_terminal(arguments, self.dir, **options)
 
     def succeed(self, *arguments, **options):
-        """Standard output of a call that succeeds and has nothing to complain about."""
+        """Standard output of a call that succeeds without any complaint."""
         result = self.quavin(*arguments, **options)
         self.assertEqual((result.status, result.err), (0, ""))
         self.assertNotIn("\x1b", result.out)
@@ -46,13 +46,13 @@ class CommandLineTest(unittest.TestCase):
         return result.out
 
     def succeed_json(self, *arguments, **options):
-        """The object that is the whole of standard output."""
+        """The JSON object that makes up standard output."""
         report = json.loads(self.succeed(*arguments, "--json", **options))
         self.assertIsInstance(report, dict)
         return report
 
     def refused(self, code, *arguments, **options):
-        """The text of the only line, but for notes, that a failed call writes."""
+        """The text of the only line, apart from notes, that a failed call writes."""
         result = self.quavin(*arguments, **options)
         self.assertEqual((result.status, result.out), (1, ""), result.err)
         return self.failure_text(code, result)
@@ -63,7 +63,7 @@ class CommandLineTest(unittest.TestCase):
         return result.err.splitlines()[-1].split(": ", 2)[2]
 
     def notes(self, *arguments, **options):
-        """The notes on standard error of a call, however it ends; nobody else gets them."""
+        """The notes that a call writes, however it ends. They go only to standard error."""
         result = self.quavin(*arguments, **options)
         self.assertNotIn("note:", result.out)
         self.assertNotIn("\x1b", result.err)
@@ -73,7 +73,7 @@ class CommandLineTest(unittest.TestCase):
         return [line[len(prefix):] for line in lines if line.startswith(prefix)]
 
     def misused(self, *arguments, **options):
-        """Standard error of a call that makes no sense."""
+        """Standard error of a call with incorrect usage."""
         result = self.quavin(*arguments, **options)
         self.assertEqual((result.status, result.out), (2, ""), result.err)
         self.assertRegex(result.err, r"\Aquavin: .+\n")
@@ -92,11 +92,11 @@ class CommandLineTest(unittest.TestCase):
         self.assertEqual(self.everything(), before)
 
     def everything(self):
-        """All that lies in the test's directories: files with their bytes."""
+        """The content of the test's directories: files with their bytes."""
         return tree(self.dir), tree(self.temporary)
 
     def write(self, name, content, mode=None):
-        """A file of the test's directory, with the directories above it."""
+        """Writes a file in the test's directory, creating parent directories."""
         path = self.dir / name
         path.parent.mkdir(parents=True, exist_ok=True)
         path.write_bytes(content if isinstance(content, bytes) else content.encode())
@@ -105,10 +105,10 @@ class CommandLineTest(unittest.TestCase):
         return path
 
     def assert_private(self, name):
-        """That nobody but its owner may read or write a file."""
+        """Asserts that only its owner may read or write a file."""
         mode = stat.S_IMODE((self.dir / name).stat().st_mode)
         if process.WINDOWS:
-            # The emulator shows access lists as modes: those of the user for the user's group too.
+            # The emulator shows access lists as modes, with the user's rights for the group too.
             self.assertEqual(mode & 0o707, 0o700)
         else:
             self.assertEqual(mode, 0o600)
@@ -118,7 +118,7 @@ class CommandLineTest(unittest.TestCase):
 
 
 def tree(directory):
-    """What lies below a directory, by name: bytes of files, None for directories."""
+    """Everything below a directory, by name: bytes of files, None for directories."""
     return {
         str(path.relative_to(directory)): None if path.is_dir() else path.read_bytes()
         for path in sorted(Path(directory).rglob("*"))

@@ -1,4 +1,4 @@
-"""What a terminal shows and a pipe does not get."""
+"""What is printed to a terminal but not to a pipe."""
 
 import unittest
 
@@ -13,25 +13,25 @@ class Terminal(WithAPackage):
         self.assertEqual(result.status, 0)
         return result.out
 
-    def test_has_colours(self):
+    def test_results_are_coloured(self):
         self.assertTrue(self.verified().startswith("\x1b[32mok\x1b[0m: "))
 
-    def test_shows_letters_that_are_not_ascii(self):
+    def test_non_ascii_letters_are_shown(self):
         result = self.quavin_in_terminal("keygen", "größe 日本")
         self.assertEqual((result.status, result.out), (0, "Wrote a new key to größe 日本\n"))
 
-    def test_has_no_colours_in_a_pipe(self):
+    def test_pipes_get_no_colours(self):
         self.assertNotIn(COLOUR, self.verified(out=False))
 
-    def test_has_no_colours_where_they_are_not_wanted(self):
+    def test_colours_can_be_switched_off(self):
         for environment in {"NO_COLOR": "1"}, {"TERM": "dumb"}:
             with self.subTest(environment):
                 self.assertNotIn(COLOUR, self.verified(**environment))
 
-    def test_has_colours_where_the_refusal_is_empty(self):
+    def test_an_empty_no_color_variable_keeps_colours(self):
         self.assertIn(COLOUR, self.verified(NO_COLOR=""))
 
-    def test_has_no_colours_in_quiet_results_and_in_json(self):
+    def test_quiet_results_and_json_are_not_coloured(self):
         (self.dir / "package" / "net.bin").unlink()
         loud = self.quavin_in_terminal("verify", "package")
         self.assertIn("\x1b[31merror\x1b[0m", loud.out)
@@ -41,13 +41,13 @@ class Terminal(WithAPackage):
                 self.assertIn("error", out)
                 self.assertNotIn(COLOUR, out)
 
-    def test_has_a_progress_bar_on_standard_error_that_goes(self):
+    def test_progress_bar_appears_on_standard_error_and_is_removed(self):
         result = self.quavin_in_terminal(*self.call("bench"), out=False)
         self.assertIn("[", result.err)
         self.assertTrue(result.err.endswith("\r\x1b[K"), result.err)
         self.assertNotIn("\r", result.out)
 
-    def test_has_no_progress_bar_where_it_is_not_wanted(self):
+    def test_progress_bar_can_be_switched_off(self):
         for options, how in (([], {"err": False}), (["--quiet"], {}), (["--json"], {})):
             with self.subTest(options=options, how=how):
                 result = self.quavin_in_terminal(*self.call("bench"), *options, **how)

@@ -1,4 +1,4 @@
-"""quavin verify: good packages, keys, and how findings are told."""
+"""quavin verify: good packages, keys, and how findings are reported."""
 
 import unittest
 
@@ -10,39 +10,39 @@ GOOD = {"ok": True, "authenticated": False, "findings": []}
 
 
 class Verify(CommandLineTest):
-    def test_has_nothing_to_say_about_a_good_package(self):
+    def test_finds_nothing_in_a_good_package(self):
         for name in "affine", "doubling", "arithmetic", "typed_sum", "tripling_integers", "scalar":
             with self.subTest(name):
                 packages.write_package(self.dir / name, getattr(networks, name)())
                 self.assertEqual(self.succeed_json("verify", name), GOOD)
                 self.assertRegex(self.succeed("verify", name), rf"\Aok: {name} .+\n\Z")
 
-    def test_does_not_claim_to_know_who_made_a_package(self):
+    def test_does_not_claim_to_check_the_origin_of_a_package(self):
         packages.write_package(self.dir / "package")
-        claim = "ok: package loads, matches its network and predicts; who made it was not checked\n"
+        claim = "ok: package loads, matches its network and predicts; its origin was not checked\n"
         self.assertEqual(self.succeed("verify", "package"), claim)
         with packages.changed_manifest(self.dir / "package") as target:
             target["components"].append({"name": "file", "path": "more.bin"})
-        self.assertIn("warnings; who made it was not checked\n", self.succeed("verify", "package"))
+        self.assertIn("warnings; its origin was not checked\n", self.succeed("verify", "package"))
 
     def test_changes_nothing(self):
         packages.write_package(self.dir / "package")
         with self.nothing_changes():
             self.succeed("verify", "package")
 
-    def test_takes_the_key_of_a_secured_package(self):
+    def test_accepts_the_key_of_a_secured_package(self):
         packages.write_package(self.dir / "package", key_hex=KEY_HEX)
         self.key_file()
         call = ["verify", "package"]
         self.assertEqual(self.succeed_json(*call, "--key-file", "key"), GOOD)
         self.assertEqual(self.succeed_json(*call, "--key-env", "THE_KEY", THE_KEY=KEY_HEX), GOOD)
 
-    def test_takes_a_key_that_a_plain_package_does_not_need(self):
+    def test_accepts_a_key_that_a_plain_package_does_not_need(self):
         packages.write_package(self.dir / "package")
         self.key_file()
         self.assertEqual(self.succeed_json("verify", "package", "--key-file", "key"), GOOD)
 
-    def test_takes_a_package_of_one_plain_and_one_secured_file(self):
+    def test_accepts_a_package_with_one_plain_and_one_secured_file(self):
         packages.write_package(self.dir / "package")
         packages.write_package(self.dir / "secured", key_hex=KEY_HEX)
         (self.dir / "secured/net.bin").rename(self.dir / "package/net.bin")
@@ -51,7 +51,7 @@ class Verify(CommandLineTest):
         self.key_file()
         self.assertEqual(self.succeed_json("verify", "package", "--key-file", "key"), GOOD)
 
-    def test_takes_secured_files_without_padding(self):
+    def test_accepts_secured_files_without_padding(self):
         packages.write_package(self.dir / "package")
         plain = (self.dir / "package/net.bin").read_bytes()
         secured = packages.openssl_encrypt(plain, KEY_HEX, bytes(16), padding=False)
@@ -61,7 +61,7 @@ class Verify(CommandLineTest):
         self.key_file()
         self.assertEqual(self.succeed_json("verify", "package", "--key-file", "key"), GOOD)
 
-    def test_takes_empty_secured_weights_without_padding(self):
+    def test_accepts_empty_secured_weights_without_padding(self):
         packages.write_package(self.dir / "package", networks.doubling())
         self.write("package/net.bin", bytes(16))
         with packages.changed_manifest(self.dir / "package") as target:
@@ -70,14 +70,14 @@ class Verify(CommandLineTest):
         self.succeed("bench", "package", "--key-file", "key", "--seconds", "0.01")
         self.assertEqual(self.succeed_json("verify", "package", "--key-file", "key"), GOOD)
 
-    def test_cannot_read_with_another_key(self):
+    def test_reports_a_wrong_key(self):
         packages.write_package(self.dir / "package", key_hex=KEY_HEX)
         self.key_file(OTHER_KEY_HEX)
         finding = self.only_finding("--key-file", "key")
         self.assertEqual((finding["level"], finding["where"]), ("error", "network"))
         self.assertIn("key is wrong", finding["advice"])
 
-    def test_asks_for_the_key_of_a_secured_package(self):
+    def test_reports_a_missing_key(self):
         packages.write_package(self.dir / "package", key_hex=KEY_HEX)
         finding = self.only_finding()
         self.assertEqual((finding["level"], finding["where"]), ("error", "components"))
@@ -98,7 +98,7 @@ class Findings(CommandLineTest):
         super().setUp()
         self.package = packages.write_package(self.dir / "package", networks.arithmetic())
 
-    def test_are_all_told_at_once(self):
+    def test_all_findings_are_reported_at_once(self):
         with packages.changed_manifest(self.package) as target:
             target["components"].append({"name": "file", "path": "more.bin"})
             target["inputs"][0]["tensor"]["dataType"] = "int32"
@@ -118,25 +118,25 @@ class Findings(CommandLineTest):
         for begin in expected:
             self.assertTrue(any(line.startswith(begin) for line in told), begin)
 
-    def test_of_files_do_not_hide_those_of_the_manifest(self):
+    def test_findings_in_files_do_not_hide_those_in_the_manifest(self):
         (self.package / "net.xml").unlink()
         with packages.changed_manifest(self.package) as target:
             target["outputs"] = []
         out = self.quavin("verify", "package").out
         self.assertIn('error: component "net.xml": The file is missing', out)
-        self.assertIn("error: outputs: There are none", out)
+        self.assertIn("error: outputs: None are declared", out)
 
-    def test_come_with_advice_on_a_line_of_its_own(self):
+    def test_findings_have_advice_on_a_separate_line(self):
         (self.package / "net.xml").unlink()
         result = self.quavin("verify", "package")
         self.assertEqual(
             result.out,
             'error: component "net.xml": The file is missing\n'
-            "    Put it there, or correct the manifest's path.\n",
+            "    Add the file, or correct the path in the manifest.\n",
         )
         self.assertIn("package", self.failure_text(12, result))
 
-    def test_that_are_warnings_alone_are_no_failure(self):
+    def test_warnings_alone_are_not_a_failure(self):
         with packages.changed_manifest(self.package) as target:
             target["components"].append({"name": "file", "path": "more.bin"})
         self.assertRegex(self.succeed("verify", "package"), r"\Awarning: .+\n    .+\nok: ")
@@ -144,7 +144,7 @@ class Findings(CommandLineTest):
         self.assertIs(report["ok"], True)
         self.assertEqual([finding["level"] for finding in report["findings"]], ["warning"])
 
-    def test_are_told_in_quiet_too(self):
+    def test_findings_are_printed_in_quiet_mode(self):
         with packages.changed_manifest(self.package) as target:
             target["components"].append({"name": "file", "path": "more.bin"})
         self.assertRegex(self.succeed("verify", "package", "--quiet"), r"\Awarning: .+\n    .+\n\Z")

@@ -13,7 +13,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// What the converter takes as it is, and what has to be exported from its framework before.
+// Formats that the converter takes directly, and formats that must first be exported.
 constexpr std::array<std::string_view, 5> kConverted{".onnx", ".pb", ".tflite", ".pdmodel", ".pt2"};
 constexpr std::array<std::string_view, 4> kOfTorch{".pt", ".pth", ".ckpt", ".safetensors"};
 constexpr std::array<std::string_view, 3> kOfScikitLearn{".pkl", ".pickle", ".joblib"};
@@ -24,13 +24,13 @@ bool holds(const std::array<std::string_view, kSize>& endings, const std::string
     return std::find(endings.begin(), endings.end(), ending) != endings.end();
 }
 
-// The converter's command line. Its weights would be rounded to 16 bits otherwise.
+// The converter's command line. Without the option it would round the weights to 16 bits.
 std::string converting(const std::string& model) {
     const bool hasBlanks = model.find(' ') != std::string::npos;
     return "ovc " + (hasBlanks ? '"' + model + '"' : model) + " --compress_to_fp16=False";
 }
 
-// What to do before the model is IR; empty for what is taken for IR.
+// How to convert a model to IR; empty if it is taken for IR.
 std::string conversionOf(const std::string& network) {
     const std::string ending = toAsciiLower(fs::u8path(fileName(network)).extension().u8string());
     const std::string stem = stemOf(network);
@@ -42,7 +42,7 @@ std::string conversionOf(const std::string& network) {
                converting(stem + ".onnx");
     }
     if (holds(kOfScikitLearn, ending)) {
-        return "turn it into ONNX with skl2onnx, and convert that with: " +
+        return "export it to ONNX with skl2onnx, and convert that with: " +
                converting(stem + ".onnx");
     }
     if (holds(kOfKeras, ending)) {
@@ -59,8 +59,8 @@ void requireConverted(const std::string& network) {
     if (!conversion.empty()) {
         throw VelmoraQuavin::InvalidArgumentsException(
             network + " is not OpenVINO IR yet: " + conversion +
-            " (ovc comes with \"pip install openvino\"), then pack the " + stemOf(network) +
-            ".xml that this writes");
+            " (ovc comes with \"pip install openvino\"), then pack the resulting " +
+            stemOf(network) + ".xml");
     }
 }
 

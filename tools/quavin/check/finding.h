@@ -7,15 +7,15 @@
 
 namespace quavin_tool {
 
-/// Something that is wrong with a package, and what to do about it.
+/// A problem with a package, and what to do about it.
 struct Finding {
-    bool isError;  ///< It keeps the package from being used; otherwise it only surprises.
+    bool isError;  ///< The package cannot be used; otherwise a warning.
     std::string where;
     std::string what;
     std::string advice;
 };
 
-/// Everything that was found, in the order of the checks.
+/// All findings, in the order of the checks.
 class Findings {
 public:
     void error(std::string where, std::string what, std::string advice) {

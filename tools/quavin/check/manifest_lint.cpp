@@ -36,28 +36,29 @@ void lintIdentity(const Json& root, Findings& findings) {
         const std::string where = "\"" + std::string(name) + "\"";
         if (holds(kTexts, name)) {
             if (!member.value.IsString()) {
-                findings.warning(where, "It is no text and is not read", "Put it into quotes.");
+                findings.warning(where, "It is not a string and is ignored", "Put it in quotes.");
             }
         } else if (name == "version") {
             if (!member.value.IsInt()) {
-                findings.warning(where, "It is no whole number of 32 bits and is not read",
-                                 "Write a plain number, as 3.");
+                findings.warning(where, "It is not a 32-bit integer and is ignored",
+                                 "Write a plain number, such as 3.");
             }
         } else if (name != "targets" && name != "$schema") {
-            findings.warning(where, "No such member is read", "Look at how it is spelt.");
+            findings.warning(where, "This member is unknown and is ignored", "Check its spelling.");
         }
     }
 }
 
 void lintFeature(const std::string& where, const Json& feature, Findings& findings) {
     if (!feature.IsObject()) {
-        findings.warning(where, "It is no object", "Declare a name, a featureType and a block.");
+        findings.warning(where, "It is not an object",
+                         "Declare a name, a featureType and a block.");
         return;
     }
     const auto kind = feature.FindMember("featureType");
     if (kind == feature.MemberEnd() || !kind->value.IsString() ||
         meaningOf(kFeatureTypes, textOf(kind->value)) == nullptr) {
-        findings.warning(where, "Its featureType is none that is known", "Write \"tensor\".");
+        findings.warning(where, "Its featureType is unknown", "Write \"tensor\".");
         return;
     }
     const auto block = feature.FindMember(kind->value.GetString());
@@ -69,27 +70,26 @@ void lintFeature(const std::string& where, const Json& feature, Findings& findin
     const auto type = block->value.FindMember("dataType");
     if (type != block->value.MemberEnd() &&
         (!type->value.IsString() || meaningOf(kDataTypes, textOf(type->value)) == nullptr)) {
-        findings.warning(where, "Its dataType is none that is known",
-                         "Write float, int8, int16 or int32.");
+        findings.warning(where, "Its dataType is unknown", "Write float, int8, int16 or int32.");
     }
 }
 
 void lintTarget(const Json& target, Findings& findings) {
     if (!target.IsObject()) {
-        return;  // an error of its own: it has no components
+        return;  // reported separately: it has no components
     }
     for (const auto& member : target.GetObject()) {
         const std::string name(textOf(member.name));
         if (!holds(kLists, name)) {
-            findings.warning("\"" + name + "\" of the target", "No such member is read",
-                             "Look at how it is spelt.");
+            findings.warning("\"" + name + "\" of the target",
+                             "This member is unknown and is ignored", "Check its spelling.");
         } else if (!member.value.IsArray()) {
-            findings.warning("\"" + name + "\" of the target", "It is no list and is not read",
-                             "Put it into brackets.");
+            findings.warning("\"" + name + "\" of the target", "It is not an array and is ignored",
+                             "Put it in brackets.");
         } else if (name != "components") {
             rapidjson::SizeType index = 0;
             for (const Json& feature : member.value.GetArray()) {
-                lintFeature("number " + std::to_string(++index) + " of \"" + name + "\"", feature,
+                lintFeature("entry " + std::to_string(++index) + " of \"" + name + "\"", feature,
                             findings);
             }
         }
@@ -103,7 +103,7 @@ void lintManifest(const std::string& path, Findings& findings) {
     VelmoraQuavin::internal::JsonDocument root;
     if (VelmoraQuavin::internal::parseManifest(bytes.text(), root).fault !=
         VelmoraQuavin::internal::ManifestFault::kNone) {
-        return;  // told by whoever read it first
+        return;  // reported when it was first read
     }
     lintIdentity(root, findings);
     const auto targets = root.FindMember("targets");
@@ -113,8 +113,8 @@ void lintManifest(const std::string& path, Findings& findings) {
     for (const auto& target : targets->value.GetObject()) {
         const std::string_view engine = textOf(target.name);
         if (meaningOf(kEngines, engine) == nullptr) {
-            findings.warning("target \"" + std::string(engine) + "\"", "No such engine is known",
-                             "The one of this library is \"Openvino\".");
+            findings.warning("target \"" + std::string(engine) + "\"", "This engine is unknown",
+                             "This library uses \"Openvino\".");
         } else if (engine == "Openvino") {
             lintTarget(target.value, findings);
         }

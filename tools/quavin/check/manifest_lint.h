@@ -6,9 +6,9 @@
 
 namespace quavin_tool {
 
-/// Warns of what reading a manifest passes over in silence: members of a type that does not count,
-/// names that nobody reads, kinds and element types that do not exist.
-/// @param path of a manifest that can be read.
+/// Warns about what reading a manifest silently ignores: members of a wrong type, unknown names,
+/// and unknown feature and element types.
+/// @param path the path of a manifest that can be read.
 void lintManifest(const std::string& path, Findings& findings);
 
 }  // namespace quavin_tool

@@ -9,7 +9,7 @@
 
 namespace quavin_tool {
 
-/// Numbers and texts in a row, for another process of this program.
+/// Serialises numbers and texts for another process of this program.
 class MessageWriter {
 public:
     void number(std::uint64_t value) {
@@ -19,7 +19,7 @@ public:
         number(value.size());
         bytes_ += value;
     }
-    /// Room for as many bytes, so that none of them is copied on the way.
+    /// Reserves room, so that bytes are not copied as the message grows.
     void reserve(std::size_t size) { bytes_.reserve(size); }
 
     std::string& bytes() { return bytes_; }
@@ -28,12 +28,12 @@ private:
     std::string bytes_;
 };
 
-/// Reads the same in the same order. Nothing is believed: what wrote it may have lost control.
+/// Reads them in the same order. Nothing is trusted: the writer may have been compromised.
 class MessageReader {
 public:
     explicit MessageReader(std::string_view bytes) : bytes_(bytes) {}
 
-    /// @throws Exception where there is none left, as all do.
+    /// @throws Exception if the message ends early, like text().
     std::uint64_t number() {
         std::uint64_t value = 0;
         std::memcpy(&value, take(sizeof value).data(), sizeof value);
@@ -44,7 +44,7 @@ public:
 private:
     std::string_view take(std::uint64_t size) {
         if (size > bytes_.size()) {
-            throw VelmoraQuavin::Exception("A process of this program wrote a message cut off");
+            throw VelmoraQuavin::Exception("A process of this program wrote an incomplete message");
         }
         const std::string_view taken = bytes_.substr(0, size);
         bytes_.remove_prefix(size);

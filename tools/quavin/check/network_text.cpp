@@ -12,7 +12,7 @@
 namespace quavin_tool {
 namespace {
 
-// A list with commas between its parts, where a backslash takes a comma into a part.
+// Splits a list at its commas, except those escaped by a backslash.
 std::vector<std::string> split(const std::string& list) {
     std::vector<std::string> parts;
     if (list.empty()) {
@@ -70,7 +70,7 @@ private:
         return std::equal(path_.begin(), path_.end(), path.begin(), path.end());
     }
 
-    // The network's own layers and edges; those of bodies inside of layers lie deeper.
+    // Takes the network's own layers and edges; those of bodies inside layers are nested deeper.
     void take(const XmlTag& tag) {
         if (path_.empty() && tag.name == "net") {
             const std::string version = tag.attribute("version");
@@ -119,8 +119,8 @@ private:
         return ports;
     }
 
-    // An engine knows a port of version 10 by its layer, and by its number where the layer has
-    // several; one of version 11 by its tensor's name.
+    // Engines name a port by its layer in version 10, with its number if the layer has several, and
+    // by its tensor in version 11.
     std::vector<std::string> names(const Layer& layer, const std::string& portId) const {
         const auto port = std::find_if(layer.ports.begin(), layer.ports.end(),
                                        [&](const OutputPort& each) { return each.id == portId; });

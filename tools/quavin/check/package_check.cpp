@@ -32,7 +32,7 @@ public:
         const std::string problem = packageProblem(package_);
         if (!problem.empty()) {
             findings_.error("package", problem,
-                            "Name the directory that holds manifest.json, or an archive of it.");
+                            "Pass the directory that contains manifest.json, or an archive of it.");
             return findings_;
         }
         metadata_ = std::make_shared<VelmoraQuavin::ModelMetadata>();
@@ -41,10 +41,10 @@ public:
         if (!read.ok()) {
             findings_.error(
                 "manifest.json", read.getDescription().str(),
-                "Write one as docs/package-format.md tells, or let \"quavin pack\" do it.");
+                "Write one as docs/package-format.md describes, or let \"quavin pack\" do it.");
             return findings_;
         }
-        lintManifest(join(package_, "manifest.json"), findings_);  // it sees misspelt targets too
+        lintManifest(join(package_, "manifest.json"), findings_);  // also reports misspelt targets
         if (metadata_->getTargets().count(VelmoraQuavin::QuavinModelType::Openvino) == 0) {
             findings_.error("manifest.json", "There is no target \"Openvino\"",
                             "Add it: this library uses no other.");
@@ -73,21 +73,21 @@ private:
                 files.push_back(&component);
             } else {
                 findings_.warning("component \"" + component.path.str() + "\"",
-                                  "Its kind \"" + component.name.str() + "\" is not read",
+                                  "Its kind \"" + component.name.str() + "\" is ignored",
                                   R"(Name it "file" or "secured_file" if the network needs it.)");
             }
         }
         if (files.size() < 2) {
             findings_.error(
                 "components",
-                "There are " + std::to_string(files.size()) + " files, and two are needed",
-                "Name the network and its weights, in this order; the weights may be an empty "
+                "There are " + std::to_string(files.size()) + " files, but two are needed",
+                "List the network and its weights, in this order; the weights may be an empty "
                 "file.");
         }
         for (std::size_t i = 0; i < files.size(); ++i) {
             if (i >= 2) {
                 findings_.warning(
-                    "component \"" + files[i]->path.str() + "\"", "It is not read",
+                    "component \"" + files[i]->path.str() + "\"", "It is ignored",
                     "Remove it: the first two files are the network and its weights.");
                 continue;
             }
@@ -106,8 +106,9 @@ private:
         const fs::path file = systemPath(componentPath(package_, component.path));
         if (!fs::is_regular_file(file, ignored)) {
             findings_.error(
-                where, fs::exists(file, ignored) ? "It is no plain file" : "The file is missing",
-                "Put it there, or correct the manifest's path.");
+                where,
+                fs::exists(file, ignored) ? "It is not a regular file" : "The file is missing",
+                "Add the file, or correct the path in the manifest.");
             return;
         }
         if (component.name == ComponentKind::SecuredFile) {
@@ -122,8 +123,8 @@ private:
         for (const auto& [kind, features] : {std::pair{PortKind::kInput, &target.inputs},
                                              std::pair{PortKind::kOutput, &target.outputs}}) {
             if (features->empty()) {
-                findings_.error(kind == PortKind::kInput ? "inputs" : "outputs", "There are none",
-                                "Declare one at least.");
+                findings_.error(kind == PortKind::kInput ? "inputs" : "outputs",
+                                "None are declared", "Declare at least one.");
             }
             std::set<std::string> names;
             for (const ModelFeatureDescriptor& feature : *features) {
@@ -138,7 +139,7 @@ private:
             if (first.variableShape() || first.shape().size() <= 0) {
                 findings_.error(portName(PortKind::kInput, target.inputs.front()),
                                 "The first input has the shape " + shapeText(first),
-                                "Give it the network's own shape: loading refuses any other.");
+                                "Declare the network's shape: loading refuses any other.");
             }
         }
     }
@@ -148,7 +149,7 @@ private:
             setKey(target, *key_);
         } else if (isSecured(target)) {
             findings_.error("components",
-                            "They are secured, and were not looked into without their key",
+                            "They are secured and cannot be checked without their key",
                             kMissingKeyAdvice);
             return false;
         }
@@ -163,11 +164,10 @@ private:
         }
         if (!trial.ok()) {
             const bool wrongKey = decryptsToNoNetwork(package_, target);
-            findings_.error(
-                "network", trial.status.getDescription().str(),
-                wrongKey ? kWrongKeyAdvice
-                         : "Export the network again, as OpenVINO IR of version " QUAVIN_IR_VERSIONS
-                           " with fixed dimensions, with its weights.");
+            findings_.error("network", trial.status.getDescription().str(),
+                            wrongKey ? kWrongKeyAdvice
+                                     : "Export the network again with its weights, as OpenVINO IR "
+                                       "of version " QUAVIN_IR_VERSIONS " with fixed dimensions.");
             return;
         }
         comparePorts(PortKind::kInput, target.inputs, trial.inputs, findings_);
@@ -184,14 +184,13 @@ private:
                 "Loading and predicting once fails with status " +
                     std::to_string(trial.status.getCode()) + ": " +
                     trial.status.getDescription().str(),
-                "Try the network by itself: the engine may lack one of its operations.");
+                "Try the network on its own: the engine may lack one of its operations.");
         }
     }
 
     void reportCrash(const char* where, const std::string& what) {
         findings_.error(where, what,
-                        "Do not load it: it would take its host down too. It is faulty, or made to "
-                        "do harm.");
+                        "Do not load it: it would crash its host too. It is faulty or malicious.");
     }
 
     std::string package_;

@@ -8,7 +8,7 @@
 namespace quavin_tool {
 
 /// Checks the package in a directory as far as its state allows.
-/// @param key null where there is none; what is secured is then not checked, which is a finding.
+/// @param key null if there is none; then secured files are not checked, which is a finding.
 Findings checkPackage(const std::string& package, const Key* key);
 
 }  // namespace quavin_tool

@@ -31,8 +31,8 @@ std::string list(const Descriptors& ports) {
     return text;
 }
 
-// Predictions need inputs as the network has them. Outputs come as the network has them, whatever
-// is declared: that only misleads.
+// Predictions need inputs to match the network. Outputs follow the network whatever is declared: a
+// wrong declaration only misleads.
 void report(PortKind kind, const std::string& where, const std::string& what,
             const std::string& advice, Findings& findings) {
     if (kind == PortKind::kInput) {
@@ -46,15 +46,15 @@ void compareShapes(PortKind kind, const std::string& where, const TensorDescript
                    const TensorDescriptor& is, Findings& findings) {
     if (says.variableShape()) {
         findings.warning(
-            where, "Its shape is variable and the network's is " + shapeText(is),
-            "Declare the network's shape; hosts need to allocate the tensor themselves.");
+            where, "Its shape is variable, but the network's is " + shapeText(is),
+            "Declare the network's shape, or hosts need to allocate the tensor themselves.");
         return;
     }
     if (says.shape().compare(is.shape())) {
         return;
     }
     const std::string what =
-        "Its shape is " + shapeText(says) + " and the network's is " + shapeText(is);
+        "Its shape is " + shapeText(says) + ", but the network's is " + shapeText(is);
     const std::string advice = "Declare \"shape\": " + shapeText(is) + ".";
     // Loading and predicting only need enough bytes.
     if (says.shape().size() >= is.shape().size()) {
@@ -71,44 +71,45 @@ void compareTensors(PortKind kind, const ModelFeatureDescriptor& declared,
     const TensorDescriptor& is = real.tensorDescriptor();
     const std::string type = typeName(is.tensorType());
     if (declared.type() != QuavinFeatureType::TENSOR) {
-        report(kind, where, "Its featureType is no \"tensor\"", "Declare " + describe(real) + ".",
+        report(kind, where, "Its featureType is not \"tensor\"", "Declare " + describe(real) + ".",
                findings);
         return;
     }
     if (kind == PortKind::kInput && !isInputType(is.tensorType())) {
-        findings.error(where, "The network takes " + type + ", which predictions cannot give",
+        findings.error(where, "The network takes " + type + ", which predictions cannot supply",
                        "Convert the network's input to float, int8, int16 or int32.");
         return;
     }
     if (says.tensorType() != is.tensorType()) {
         report(kind, where,
-               "Its dataType is " + typeName(says.tensorType()) + " and the network's is " + type,
+               "Its dataType is " + typeName(says.tensorType()) + ", but the network's is " + type,
                R"(Declare "dataType": ")" + type + "\".", findings);
     }
     compareShapes(kind, where, says, is, findings);
 }
 
-// What the network has and the manifest does not.
+// Reports a port of the network that the manifest does not declare.
 void reportMissing(PortKind kind, const ModelFeatureDescriptor& port, Findings& findings) {
     if (kind == PortKind::kInput) {
-        findings.error(portName(kind, port), "The network needs it, and the manifest has none",
+        findings.error(portName(kind, port),
+                       "The network needs it, but the manifest does not declare it",
                        "Declare it: " + describe(port) + ".");
     } else {
-        findings.warning(portName(kind, port), "The network gives it, and the manifest has none",
-                         "Declare it if hosts want it: " + describe(port) + ".");
+        findings.warning(portName(kind, port),
+                         "The network produces it, but the manifest does not declare it",
+                         "Declare it if hosts need it: " + describe(port) + ".");
     }
 }
 
-// What the manifest has and the network does not.
+// Reports a feature of the manifest that the network lacks.
 void reportUnknown(PortKind kind, const ModelFeatureDescriptor& feature, const Descriptors& real,
                    Findings& findings) {
-    constexpr const char* kWhat = "The network has none of this name";
     if (kind == PortKind::kInput) {
         findings.warning(
-            portName(kind, feature), kWhat,
+            portName(kind, feature), "The network has no input of this name",
             "Remove it, unless it is for the host; the network has " + list(real) + ".");
     } else {
-        findings.error(portName(kind, feature), kWhat,
+        findings.error(portName(kind, feature), "The network has no output of this name",
                        "Remove or rename it; the network has " + list(real) + ".");
     }
 }

@@ -12,7 +12,7 @@ enum class PortKind { kInput, kOutput };
 /// "input \"image\"".
 std::string portName(PortKind kind, const VelmoraQuavin::ModelFeatureDescriptor& port);
 
-/// Compares what a manifest declares with what its network has: names, types and shapes.
+/// Compares a manifest's declarations with its network: names, types and shapes.
 void comparePorts(PortKind kind, const Descriptors& declared, const Descriptors& real,
                   Findings& findings);
 

@@ -118,7 +118,7 @@ Trial perform(const Request& request) {
         trial.status = VelmoraQuavin::getStatusFromCurrentException();
     }
     if (!trial.status.ok()) {
-        printNotes();  // they stay in this process otherwise
+        printNotes();  // otherwise they would be lost with this process
     }
     return trial;
 }
@@ -160,7 +160,7 @@ Trial tryToPredict(const std::string& package, const Key* key) {
 }
 
 std::string answerTrial(std::string_view request) {
-    forgetNotes();  // of the process that this one may be a copy of
+    forgetNotes();  // inherited if this process is a copy of its parent
     MessageReader message(request);
     Request parts{};
     parts.task = static_cast<Task>(message.number());

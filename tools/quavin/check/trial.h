@@ -8,11 +8,11 @@
 
 namespace quavin_tool {
 
-/// What came of giving a network to the engine in a process of its own: some networks crash it.
+/// The result of trying a network in a separate process, since some networks crash the engine.
 struct Trial {
-    VelmoraQuavin::QuavinStatus status;  ///< What the library says, unless it crashed.
-    std::string crash;                   ///< How the process ended instead, for people.
-    Descriptors inputs;                  ///< Of the network, where it was described.
+    VelmoraQuavin::QuavinStatus status;  ///< The library's status, unless it crashed.
+    std::string crash;                   ///< How the process crashed, as a message.
+    Descriptors inputs;                  ///< Of the network, if it was described.
     Descriptors outputs;
 
     bool ok() const { return crash.empty() && status.ok(); }
@@ -23,14 +23,14 @@ struct Trial {
 Trial tryToDescribe(const std::string& network, const std::string& weights);
 
 /// Describes the network of a package.
-/// @param key of a secured package, or null.
+/// @param key the key of a secured package, or null.
 Trial tryToDescribe(const std::string& package, const Key* key);
 
 /// Loads a package and predicts once with zeros, unless an input's shape is left to the host.
-/// @param key of a secured package, or null.
+/// @param key the key of a secured package, or null.
 Trial tryToPredict(const std::string& package, const Key* key);
 
-/// The work of that process.
+/// The work done in that process.
 std::string answerTrial(std::string_view request);
 
 }  // namespace quavin_tool

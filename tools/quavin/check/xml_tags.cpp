@@ -13,10 +13,10 @@ namespace quavin_tool {
 namespace {
 
 constexpr std::string_view kBlanks = " \t\r\n";
-// "&#x10FFFF;", with some zeros in front.
+// "&#x10FFFF;", with room for some leading zeros.
 constexpr std::size_t kLongestReference = 16;
 
-// Cuts off what stands before one of some characters, and returns it.
+// Removes and returns the text before the first of the given characters.
 std::string_view takeUntil(std::string_view& text, std::string_view ends) {
     const std::size_t end = std::min(text.find_first_of(ends), text.size());
     const std::string_view taken = text.substr(0, end);
@@ -28,7 +28,7 @@ void skipBlanks(std::string_view& text) {
     text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
 }
 
-// The length of a tag's inside: up to the first ">" that no quotes are around.
+// The length of a tag's inside: up to the first ">" outside quotes.
 std::size_t lengthOfTag(std::string_view text) {
     char quote = 0;
     for (std::size_t i = 0; i < text.size(); ++i) {
@@ -44,7 +44,7 @@ std::size_t lengthOfTag(std::string_view text) {
     return std::string_view::npos;
 }
 
-// Appends what stands between "&" and ";" as the character that it means.
+// Appends the character that the text between "&" and ";" refers to.
 bool appendReference(std::string_view reference, std::string& text) {
     constexpr std::array<std::pair<std::string_view, char>, 5> kNamed{
         {{"amp", '&'}, {"lt", '<'}, {"gt", '>'}, {"quot", '"'}, {"apos", '\''}}};

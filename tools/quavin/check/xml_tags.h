@@ -14,19 +14,19 @@ struct XmlTag {
     std::string_view name;
     std::string_view attributes;
 
-    /// The value of an attribute with its references replaced; empty where there is none.
+    /// The value of an attribute with references resolved; empty if there is none.
     std::string attribute(std::string_view wanted) const;
 };
 
-/// Walks over the tags of a text that a real parser accepts. Whatever the text is, it takes linear
-/// time and reads nothing outside of it. The adapter has a reader of its own: this program links
-/// the library alone, and the library exports no XML.
+/// Iterates over the tags of a text that a real parser accepts. For any text it takes linear time
+/// and stays in bounds. The adapter has its own reader, which cannot be used here: this program
+/// links only the library, which exports no XML.
 class XmlTags {
 public:
     explicit XmlTags(std::string_view text) : rest_(text) {}
 
-    /// The next tag, without comments, declarations and the text between tags; nothing at the end,
-    /// and where the text stops being XML.
+    /// The next tag, skipping comments, declarations and the text between tags; nothing at the end
+    /// or if the text stops being XML.
     std::optional<XmlTag> next();
 
 private:

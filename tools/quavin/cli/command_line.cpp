@@ -8,7 +8,7 @@
 namespace quavin_tool {
 
 void addQuietOption(CLI::App& command, OutputOptions& options) {
-    command.add_flag("-q,--quiet", options.quiet, "Print results and errors alone");
+    command.add_flag("-q,--quiet", options.quiet, "Print only results and errors");
 }
 
 void addOutputOptions(CLI::App& command, OutputOptions& options) {
@@ -25,19 +25,19 @@ CLI::Validator isPath() {
             constexpr bool kBackslashSeparates = std::filesystem::path::preferred_separator == '\\';
             return kBackslashSeparates || path.find('\\') == std::string::npos
                        ? ""
-                       : "a path must not hold a backslash: " + path;
+                       : "a path must not contain a backslash: " + path;
         },
         "");
 }
 
 void defineCommandLine(CLI::App& app) {
     app.name("quavin");
-    app.description("Makes, checks and runs packages of machine-learning models.");
-    app.footer("\"quavin help COMMAND\" tells the options of a command.");
-    app.set_help_flag("-h,--help", "Print this help and leave");
+    app.description("Builds, checks and runs packages of machine-learning models.");
+    app.footer("\"quavin help COMMAND\" shows the options of a command.");
+    app.set_help_flag("-h,--help", "Print this help and exit");
     app.set_version_flag("--version", std::string("quavin ") + VelmoraQuavin::getVersion(),
-                         "Print the version and leave");
-    // A path may begin with "/" on every system.
+                         "Print the version and exit");
+    // A path may begin with "/" on any system.
     app.allow_windows_style_options(false);
     app.require_subcommand(1);
     app.get_formatter()->label("SUBCOMMAND", "COMMAND");

@@ -6,18 +6,18 @@
 
 namespace quavin_tool {
 
-/// Defines all commands and their options. Parsing runs the command that was named.
+/// Defines all commands and their options. Parsing runs the selected command.
 void defineCommandLine(CLI::App& app);
 
-/// --quiet, and --json for commands that report something.
+/// Adds --quiet, and --json for commands that report a result.
 void addOutputOptions(CLI::App& command, OutputOptions& options);
 void addQuietOption(CLI::App& command, OutputOptions& options);
 
-/// For options that are paths: not empty, and no backslash where that is not the system's separator
-/// (the library takes it for one everywhere).
+/// For path options: refuses empty paths, and backslashes unless they are the system's separator
+/// (the library treats them as separators everywhere).
 CLI::Validator isPath();
 
-// One for each command, in a file of its own.
+// One function per command, each in its own file.
 void addPackCommand(CLI::App& app);
 void addInspectCommand(CLI::App& app);
 void addVerifyCommand(CLI::App& app);
@@ -28,7 +28,7 @@ void addEncryptCommand(CLI::App& app);
 void addDecryptCommand(CLI::App& app);
 void addKeygenCommand(CLI::App& app);
 void addDoctorCommand(CLI::App& app);
-/// After all others, which it looks up.
+/// Must come last: it looks up the other commands.
 void addHelpCommand(CLI::App& app);
 
 }  // namespace quavin_tool

@@ -16,7 +16,7 @@ using VelmoraQuavin::internal::platform::StandardStream;
 
 constexpr std::size_t kBarWidth = 30;
 
-// Whether escape sequences on a stream do what they are for.
+// Whether a stream is a terminal that interprets escape sequences.
 bool takesEscapes(StandardStream stream) {
     return isTerminal(stream) && environmentVariable("TERM") != "dumb";
 }

@@ -6,22 +6,23 @@
 
 namespace quavin_tool {
 
-/// How a command talks. Results go to standard output; everything else goes to standard error.
+/// Controls what a command prints. Results go to standard output, everything else to standard
+/// error.
 struct OutputOptions {
-    bool quiet = false;  ///< Results and errors alone.
+    bool quiet = false;  ///< Only results and errors.
     bool json = false;   ///< Results as one JSON object.
 };
 
-/// What colours mean.
+/// The meaning of a colour.
 enum class Mood { kGood, kWarning, kBad };
 
-/// A text in a colour where standard output is a terminal that wants colours, and not quiet.
+/// Colours a text if standard output is a terminal with colours and neither quiet nor JSON is on.
 std::string inMood(std::string_view text, Mood mood, const OutputOptions& options);
 
-/// Says on standard output what was done, unless it is to be quiet or to print JSON.
+/// Reports on standard output what was done, unless quiet or JSON is on.
 void say(const std::string& text, const OutputOptions& options);
 
-/// A bar on standard error that grows with the work; there only where that is a terminal.
+/// A progress bar on standard error, shown only if that is a terminal.
 class ProgressBar {
 public:
     ProgressBar(std::string title, const OutputOptions& options);

@@ -28,7 +28,7 @@ int fail(const VelmoraQuavin::QuavinStatus& status) {
     return kFailure;
 }
 
-// A command that succeeded may still have surprised: an input was read in another shape.
+// A command that succeeded may still have notes, such as on an input read in a different shape.
 void explainSuccess(const CLI::App& app) {
     for (const CLI::App* const command : app.get_subcommands()) {
         const CLI::Option* const quiet = command->get_option_no_throw("--quiet");
@@ -40,23 +40,23 @@ void explainSuccess(const CLI::App& app) {
 
 int run(CLI::App& app, std::vector<std::string> arguments) {
     try {
-        std::reverse(arguments.begin(), arguments.end());  // as the parser takes them
+        std::reverse(arguments.begin(), arguments.end());  // the parser expects them in reverse
         app.parse(std::move(arguments));
     } catch (const CLI::Success& request) {
-        app.exit(request);  // help, or the version
+        app.exit(request);  // --help or --version
     } catch (const CLI::ParseError& error) {
         const std::string text = quavin_tool::usageText(app, error);
         std::cerr << "quavin: " << quavin_tool::withoutKeys(quavin_tool::printable(text))
                   << "\nRun with --help for more information.\n";
         return kUsage;
     }
-    // A result that nobody got is no success.
+    // Fail if the result could not be written.
     std::cout.flush();
     if (std::cout) {
         explainSuccess(app);
         return 0;
     }
-    return fail({VelmoraQuavin::FILE_ERROR, "Standard output cannot be written"});
+    return fail({VelmoraQuavin::FILE_ERROR, "Cannot write to standard output"});
 }
 
 }  // namespace

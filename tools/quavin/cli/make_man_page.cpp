@@ -1,4 +1,4 @@
-// Writes the manual page of the command line from the definition of its options.
+// Generates the manual page of the command line from the definitions of its options.
 //
 //     quavin_make_man_page FILE
 
@@ -15,7 +15,7 @@
 
 namespace {
 
-// What the formatter of manual pages would take for a request or an escape.
+// Escapes what roff would take for a request or an escape sequence.
 std::string escaped(const std::string& text) {
     std::string result;
     if (!text.empty() && (text.front() == '.' || text.front() == '\'')) {
@@ -65,7 +65,7 @@ void writeCommand(std::ostream& page, const CLI::App& command) {
 void writePage(std::ostream& page, const CLI::App& app) {
     page << R"(.TH QUAVIN 1 "" "quavin )" << VelmoraQuavin::getVersion() << R"(" "User Commands")"
          << "\n"
-         << ".SH NAME\nquavin \\- packages of machine\\-learning models\n"
+         << ".SH NAME\nquavin \\- build, check and run packages of machine\\-learning models\n"
          << ".SH SYNOPSIS\n.B quavin\n.I COMMAND\n[\\fIOPTION\\fR ...]\n"
          << ".SH DESCRIPTION\n"
          << escaped(app.get_description()) << '\n'
@@ -79,8 +79,8 @@ void writePage(std::ostream& page, const CLI::App& app) {
             writeCommand(page, *command);
         }
     }
-    page << ".SH EXIT STATUS\n0 on success, 1 after a failure, 2 for a call that makes no sense.\n"
-         << "Failures are told on standard error, with the status code and text.\n";
+    page << ".SH EXIT STATUS\n0 on success, 1 on failure, 2 on incorrect usage.\n"
+         << "Failures are reported on standard error, with the status code and text.\n";
 }
 
 }  // namespace

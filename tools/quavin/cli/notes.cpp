@@ -14,7 +14,7 @@ namespace {
 
 using VelmoraQuavin::LogRecord;
 
-// One call fails once. More would come of a package that makes them.
+// A call fails only once; more notes come from a package made to cause them.
 constexpr std::size_t kMostNotes = 20;
 
 class NoteKeeper : public VelmoraQuavin::ILogProcessor {

@@ -6,13 +6,13 @@
 
 namespace quavin_tool {
 
-/// Keeps the library's diagnostics: they explain errors, and are printed with them. Each text is
-/// kept once, however often it comes.
+/// Collects the library's diagnostics, which explain errors and are printed with them. Repeated
+/// texts are kept once.
 std::shared_ptr<VelmoraQuavin::ILogProcessor> noteKeeper();
 
-/// Prints what was kept on standard error, and forgets it.
+/// Prints the collected notes on standard error and discards them.
 void printNotes();
-/// Forgets what was kept: it was told in other words, or was for another process.
+/// Discards the collected notes, if they were reported otherwise or belong to another process.
 void forgetNotes();
 
 }  // namespace quavin_tool

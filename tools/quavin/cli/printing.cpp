@@ -21,7 +21,7 @@ using VelmoraQuavin::TensorShape;
 
 namespace {
 
-// Also what JSON would let through raw, and a terminal would not just show.
+// Also escapes characters that JSON allows unescaped but that a terminal would interpret.
 std::string jsonString(std::string_view bytes) {
     std::string valid;
     utf8::replace_invalid(bytes.begin(), bytes.end(), std::back_inserter(valid), U'?');
@@ -134,7 +134,7 @@ void JsonOutput::numbers(const char* name, const std::vector<double>& values) {
 }
 
 void JsonOutput::number(double value) {
-    // JSON has no others.
+    // JSON has no NaN or infinity.
     if (std::isfinite(value)) {
         writer_.Double(value);
     } else {

@@ -13,10 +13,10 @@
 
 namespace quavin_tool {
 
-/// A text from a package as it may stand in a terminal.
+/// A text from a package, made safe to print on a terminal.
 std::string printable(const VelmoraQuavin::String& text);
 
-/// Rows with their columns under each other, each row on a line of its own, indented.
+/// Rows with aligned columns, one indented line per row.
 std::string table(const std::vector<std::vector<std::string>>& rows);
 
 /// "12 bytes", "3.4 MiB".
@@ -26,10 +26,10 @@ std::string readableSize(std::uint64_t bytes);
 std::string typeName(VelmoraQuavin::DataType type);
 /// "[1, 10]".
 std::string shapeText(const VelmoraQuavin::TensorShape& shape);
-/// The same; "variable" where dimensions are not known.
+/// As above, but "variable" if dimensions are unknown.
 std::string shapeText(const VelmoraQuavin::TensorDescriptor& descriptor);
 
-/// Writes JSON as people read it.
+/// Writes indented JSON.
 class JsonOutput {
 public:
     using Writer = rapidjson::PrettyWriter<rapidjson::StringBuffer>;
@@ -53,16 +53,16 @@ public:
     void member(const char* name, int value);
     void member(const char* name, std::uint64_t value);
     void member(const char* name, double value);
-    /// Numbers as an array; null in the place of those that are not finite.
+    /// An array of numbers, with null for those that are not finite.
     void numbers(const char* name, const std::vector<double>& values);
-    /// A shape as an array; null for a variable one.
+    /// A shape as an array, or null if it is variable.
     void shape(const char* name, const VelmoraQuavin::TensorShape* value);
     void texts(const char* name, const std::vector<VelmoraQuavin::String>& values);
-    /// An array of objects with the name, type and shape of each tensor.
+    /// An array with the name, type and shape of each tensor.
     void ports(const char* name,
                const std::vector<VelmoraQuavin::ModelFeatureDescriptor>& features);
 
-    /// What was written.
+    /// The JSON text written so far.
     std::string text() const;
 
 private:

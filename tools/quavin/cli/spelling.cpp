@@ -11,7 +11,7 @@ namespace {
 constexpr std::size_t kLongestName = 40;
 constexpr std::size_t kShortestBeginning = 3;
 
-// How many letters were added, left out, replaced, or swapped with their neighbour.
+// The number of letters added, left out, replaced, or swapped with their neighbour.
 std::size_t distance(std::string_view a, std::string_view b) {
     std::vector<std::vector<std::size_t>> steps(a.size() + 1,
                                                 std::vector<std::size_t>(b.size() + 1));

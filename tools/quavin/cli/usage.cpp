@@ -8,7 +8,7 @@
 namespace quavin_tool {
 namespace {
 
-// Longer than any option: what is not may be something else, pasted behind a dash.
+// No option is longer: longer text may be something else, pasted after a dash.
 constexpr std::size_t kLongestOption = 30;
 
 using Arguments = std::vector<std::string>;
@@ -17,8 +17,8 @@ bool isOption(const std::string& argument) {
     return argument.size() > 1 && argument.front() == '-';
 }
 
-// What an option is called: a long one without its value, of a short one the letter, since what is
-// attached to it is its value.
+// The name of an option without its value. For a short option that is one letter: whatever follows
+// it is the value.
 std::string optionName(const std::string& argument) {
     const bool isLong = argument.substr(0, 2) == "--";
     return isLong ? argument.substr(0, argument.find('=')) : argument.substr(0, 2);
@@ -48,9 +48,9 @@ std::string unknownArgumentsText(const CLI::App& command, const Arguments& argum
             meant += (meant.empty() ? "--" : " and --") + known;
         }
     }
-    // What is no option is not repeated: it may be a key.
-    const std::string text = names.empty() ? "There are arguments that the command does not take"
-                                           : "Unknown argument:" + names;
+    // Only options are repeated: anything else may be a key.
+    const std::string text =
+        names.empty() ? "The command was given unexpected arguments" : "Unknown argument:" + names;
     return meant.empty() ? text : text + "; did you mean " + meant + "?";
 }
 
@@ -62,7 +62,7 @@ std::string unknownCommandText(const CLI::App& app, std::string_view typed) {
         commands.push_back(command->get_name());
     }
     const std::string meant = closestName(typed, commands);
-    return meant.empty() ? "There is no such command; \"quavin help\" lists them"
+    return meant.empty() ? "There is no such command; \"quavin help\" lists the commands"
                          : "There is no such command; did you mean \"" + meant + "\"?";
 }
 
@@ -74,10 +74,10 @@ std::string usageText(const CLI::App& app, const CLI::ParseError& error) {
         if (word != unknown.end()) {
             return unknownCommandText(app, *word);
         }
-        // The parser's own word for a command is "subcommand".
+        // The parser itself would say "subcommand".
         return unknown.empty() ? "A COMMAND is required" : unknownArgumentsText(app, unknown);
     }
-    // What is missing may only be misspelt.
+    // A missing option may merely be misspelt.
     const bool isMissing = dynamic_cast<const CLI::RequiredError*>(&error) != nullptr;
     if (dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr ||
         (isMissing && std::any_of(unknown.begin(), unknown.end(), isOption))) {

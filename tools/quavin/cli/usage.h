@@ -6,11 +6,11 @@
 
 namespace quavin_tool {
 
-/// What is wrong with a call that the parser refused. Arguments are not repeated, since somebody
-/// may have typed a key; of options only the name is.
+/// The message for a command line that the parser refused. It does not repeat arguments, since one
+/// may be a key; of options it repeats only the name.
 std::string usageText(const CLI::App& app, const CLI::ParseError& error);
 
-/// What is said of a word that stands where a command should, and is none.
+/// The message for a word that is not a command but stands in place of one.
 std::string unknownCommandText(const CLI::App& app, std::string_view typed);
 
 }  // namespace quavin_tool

@@ -27,7 +27,7 @@ struct Options {
     bool raw = false;
     Casts casts = Casts::kRefused;
     double seconds = 3;
-    std::uint64_t iterations = 0;  // 0: as many as fit
+    std::uint64_t iterations = 0;  // 0: as many as fit in the time
     std::uint64_t warmUp = 0;
     KeyOptions key;
     OutputOptions output;
@@ -40,14 +40,14 @@ struct Report {
     VelmoraQuavin::EngineInfo engine;
 };
 
-// Of each the time is kept.
+// The time of each one is kept in memory.
 constexpr std::uint64_t kMostPredictions = 10'000'000;
 
 using Clock = std::chrono::steady_clock;
 
-// "nan" is in every range.
+// CLI::Range accepts "nan".
 std::string isNumber(const std::string& text) {
-    return std::isfinite(std::strtod(text.c_str(), nullptr)) ? "" : text + " is no number";
+    return std::isfinite(std::strtod(text.c_str(), nullptr)) ? "" : text + " is not a number";
 }
 
 double secondsSince(Clock::time_point start) {
@@ -173,23 +173,23 @@ void addBenchCommand(CLI::App& app) {
         ->check(isPath())
         ->required();
     addInputOption(*command, options->inputs)
-        ->description("The file for an input; zeros for those that are not given");
+        ->description("The file for an input; inputs without a file are zeros");
     CLI::Option* const raw =
         command->add_flag("--raw", options->raw,
-                          "Files hold elements alone: little-endian, the last dimension fastest");
+                          "Files hold only the elements: little-endian, last dimension fastest");
     addCastOption(*command, options->casts)->excludes(raw);
     CLI::Option* const seconds =
-        command->add_option("-s,--seconds", options->seconds, "How long to predict")
+        command->add_option("-s,--seconds", options->seconds, "How many seconds to predict")
             ->type_name("NUMBER")
             ->check(CLI::Range(0.01, 86400.0) & CLI::Validator(isNumber, ""))
             ->capture_default_str();
-    command->add_option("-n,--iterations", options->iterations, "How often to predict instead")
+    command->add_option("-n,--iterations", options->iterations, "How many times to predict instead")
         ->type_name("NUMBER")
         ->check(CLI::Range(std::uint64_t{1}, kMostPredictions).description(""))
         ->excludes(seconds);
     command
         ->add_option("-w,--warm-up", options->warmUp,
-                     "How often to predict, after the first, before it counts")
+                     "How many predictions to run after the first before counting")
         ->type_name("NUMBER")
         ->check(CLI::Range(std::uint64_t{0}, kMostPredictions).description(""))
         ->capture_default_str();

@@ -50,7 +50,7 @@ void decryptFile(const Options& options) {
             throw VelmoraQuavin::FileException(
                 options.input +
                 " does not end in PKCS#7 padding: the key is wrong, the file is damaged, or it was "
-                "made without padding (then give --keep-padding)");
+                "encrypted without padding (then pass --keep-padding)");
         }
         plain.truncate(plain.size() - *padding);
     }
@@ -60,7 +60,7 @@ void decryptFile(const Options& options) {
         options.output);
 }
 
-// The options that both have.
+// The options common to both.
 CLI::App* addCommand(CLI::App& app, const char* name, const char* description,
                      const std::shared_ptr<Options>& options) {
     CLI::App* const command = app.add_subcommand(name, description);
@@ -81,16 +81,16 @@ CLI::App* addCommand(CLI::App& app, const char* name, const char* description,
 
 void addEncryptCommand(CLI::App& app) {
     auto options = std::make_shared<Options>();
-    addCommand(app, "encrypt", "Encrypts a file as packages hold secured files.", options)
+    addCommand(app, "encrypt", "Encrypts a file in the form of a package's secured files.", options)
         ->callback([options] { encryptFile(*options); });
 }
 
 void addDecryptCommand(CLI::App& app) {
     auto options = std::make_shared<Options>();
-    CLI::App* const command =
-        addCommand(app, "decrypt", "Decrypts a secured file, for its owner alone.", options);
+    CLI::App* const command = addCommand(
+        app, "decrypt", "Decrypts a secured file into one that only its owner may read.", options);
     command->add_flag("--keep-padding", options->keepPadding,
-                      "Keep what fills the last block, as loading does");
+                      "Keep the padding of the last block, as loading does");
     command->callback([options] { decryptFile(*options); });
 }
 

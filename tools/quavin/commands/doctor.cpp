@@ -39,13 +39,13 @@ struct Library {
 
 struct Diagnosis {
     QuavinStatus status;   // of loading and predicting
-    bool crashed = false;  // the process that tried; this one has loaded little then
+    bool crashed = false;  // the trial process; this one has loaded little then
     EngineInfo engine;
     std::vector<Library> libraries;
     std::vector<std::string> missing;
 };
 
-// y = x + x, of four floats.
+// y = x + x, for four floats.
 constexpr std::string_view kNetwork = R"(<?xml version="1.0"?>
 <net name="trial" version="10">
   <layers>
@@ -73,8 +73,8 @@ constexpr std::string_view kNetwork = R"(<?xml version="1.0"?>
 )";
 using Four = std::array<float, 4>;
 
-// Parts of the runtime that it loads by itself when they are needed, by what their files are called
-// in today's releases and in those of 2019 and 2020.
+// Parts of the runtime that it loads itself when needed, with parts of their file names in today's
+// releases and in those of 2019 and 2020.
 struct Part {
     const char* name;
     std::array<std::string_view, 2> files;
@@ -82,7 +82,7 @@ struct Part {
 constexpr std::array<Part, 2> kLoadedLate{{{"CPU plugin", {"cpu_plugin", "mkldnnplugin"}},
                                            {"IR frontend", {"ir_frontend", "ir_reader"}}}};
 
-// What predictions depend on, and not the system's own.
+// Libraries that predictions depend on, except the system's own.
 constexpr std::array<std::string_view, 7> kOfInterest{
     "quavin", "openvino", "inference_engine", "mkldnnplugin", "tbb", "libcrypto", "bcrypt."};
 
@@ -122,7 +122,7 @@ void predictAndCompare(VelmoraQuavin::QuavinModel& model) {
     Four output{};
     std::memcpy(output.data(), outputs.at(0)->asTensor()->buffer(), sizeof output);
     if (output != kExpected) {
-        throw VelmoraQuavin::MLFrameworkException("The prediction gave wrong numbers");
+        throw VelmoraQuavin::MLFrameworkException("The prediction returned wrong numbers");
     }
 }
 
@@ -143,11 +143,11 @@ void listLibraries(Diagnosis& diagnosis) {
     }
 }
 
-// From a package on the disk to numbers, as hosts do it.
+// Goes from a package on disk to numbers, as hosts do.
 void tryEngine(Diagnosis& diagnosis) {
     const TemporaryDirectory directory;
     writePackage(directory.path());
-    // A broken installation may crash: another process finds out first.
+    // A broken installation may crash, so another process tries it first.
     const Trial trial = tryToPredict(directory.path(), nullptr);
     diagnosis.crashed = !trial.crash.empty();
     if (diagnosis.crashed) {
@@ -157,7 +157,7 @@ void tryEngine(Diagnosis& diagnosis) {
         loadModel(readManifest(directory.path()));
     require(model->getEngineInfo(diagnosis.engine));
     predictAndCompare(*model);
-    // While the model is there: Windows unloads the device's library together with the last one.
+    // List before the model is destroyed: Windows unloads the device's library with the last model.
     listLibraries(diagnosis);
     diagnosis.status = {VelmoraQuavin::SUCCESS, ""};
 }
@@ -168,7 +168,7 @@ Diagnosis diagnose() {
         tryEngine(diagnosis);
     } catch (...) {
         diagnosis.status = VelmoraQuavin::getStatusFromCurrentException();
-        forgetNotes();  // the process that tried it first has printed them
+        forgetNotes();  // the trial process has printed them
         listLibraries(diagnosis);
     }
     return diagnosis;
@@ -207,7 +207,7 @@ void print(const Diagnosis& diagnosis, const Options& options) {
                   << ": a small network loads and predicts\n";
     } else {
         std::cout << inMood("error", Mood::kBad, options.output)
-                  << ": a small network does not load and predict: status "
+                  << ": a small network failed to load and predict: status "
                   << diagnosis.status.getCode() << ": "
                   << printable(diagnosis.status.getDescription()) << '\n';
     }
@@ -254,7 +254,7 @@ void doctor(const Options& options) {
 void addDoctorCommand(CLI::App& app) {
     auto options = std::make_shared<Options>();
     CLI::App* const command = app.add_subcommand(
-        "doctor", "Tells which libraries and processor are used, and tries them.");
+        "doctor", "Shows which libraries and processor are used, and tests them.");
     addOutputOptions(*command, options->output);
     command->callback([options] { doctor(*options); });
 }

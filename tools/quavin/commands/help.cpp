@@ -11,7 +11,7 @@ namespace {
 
 void printHelp(const CLI::App& app, const std::string& topic) {
     if (topic.empty()) {
-        // Not App::help(), which would be that of the command that was given: "help".
+        // Not App::help(): it would print the help of the given command, "help".
         std::cout << app.get_formatter()->make_help(&app, app.get_name(),
                                                     CLI::AppFormatMode::Normal);
         return;
@@ -29,10 +29,10 @@ void printHelp(const CLI::App& app, const std::string& topic) {
 void addHelpCommand(CLI::App& app) {
     auto topic = std::make_shared<std::string>();
     CLI::App* const command = app.add_subcommand("help", "Prints the help of a command.");
-    command->add_option("COMMAND", *topic, "The command; without one, help on all of them")
+    command->add_option("COMMAND", *topic, "The command; without one, the help of all commands")
         ->type_name("");
     command->callback([topic, &app] { printHelp(app, *topic); });
-    command->group("");  // "--help" shows it in its last line, not among what works on packages
+    command->group("");  // "--help" shows it in its last line, not among the commands for packages
 }
 
 }  // namespace quavin_tool

@@ -28,7 +28,7 @@ struct Options {
 
 using Targets = std::map<QuavinModelType, const ModelTarget*>;
 
-// By engine, so that the order is always the same.
+// Sorted by engine for a stable order.
 Targets sortedTargets(const VelmoraQuavin::ModelMetadata& metadata) {
     Targets targets;
     for (const auto& [type, target] : metadata.getTargets()) {
@@ -37,7 +37,7 @@ Targets sortedTargets(const VelmoraQuavin::ModelMetadata& metadata) {
     return targets;
 }
 
-// As the manifest has it, which is not the engine's display name.
+// The engine's key in a manifest, which is not its display name.
 std::string keyOf(QuavinModelType type) {
     using namespace VelmoraQuavin::internal;
     return std::string(wordFor(kEngines, type, ""));
@@ -141,7 +141,7 @@ void inspect(const Options& options) {
 void addInspectCommand(CLI::App& app) {
     auto options = std::make_shared<Options>();
     CLI::App* const command =
-        app.add_subcommand("inspect", "Shows what a package or an archive holds. Needs no key.");
+        app.add_subcommand("inspect", "Shows what a package or an archive contains. Needs no key.");
     command->add_option("PACKAGE", options->package, "The package's directory, or its archive")
         ->type_name("DIR|FILE.tar")
         ->check(isPath())

@@ -37,8 +37,8 @@ void makeKey(const Options& options) {
 
 void addKeygenCommand(CLI::App& app) {
     auto options = std::make_shared<Options>();
-    CLI::App* const command =
-        app.add_subcommand("keygen", "Makes a random key, in a file for its owner alone.");
+    CLI::App* const command = app.add_subcommand(
+        "keygen", "Creates a random key in a file that only its owner may read.");
     command->add_option("FILE", options->file, "The new file to write the key to")
         ->type_name("")
         ->check(isPath())

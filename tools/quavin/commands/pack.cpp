@@ -45,7 +45,7 @@ bool encryptsArchive(const Options& options) {
     return options.encrypt == "archive";
 }
 
-// In small letters; none of a path that a separator at its end makes a directory's.
+// In lower case; empty for a path that ends in a separator, which is a directory's.
 std::string endingOf(const std::string& path) {
     const std::string name = toAsciiLower(fs::u8path(path).filename().u8string());
     return name.substr(std::min(name.rfind('.'), name.size()));
@@ -55,7 +55,7 @@ bool makesArchive(const Options& options) {
     return endingOf(options.result) == ".tar";
 }
 
-// A directory of such a name would be taken for an archive that it is not.
+// A directory with such a name would be mistaken for an archive.
 void requireNoOtherArchive(const Options& options) {
     constexpr std::array<std::string_view, 16> kOthers{
         ".zip", ".gz",   ".tgz", ".bz2",  ".tbz", ".tbz2", ".xz",  ".txz",
@@ -63,11 +63,11 @@ void requireNoOtherArchive(const Options& options) {
     const std::string ending = endingOf(options.result);
     if (std::find(kOthers.begin(), kOthers.end(), ending) != kOthers.end()) {
         throw CLI::ValidationError(
-            "--output", "ends in " + ending + ", which is not made: an archive ends in .tar");
+            "--output", "ends in " + ending + ", which is not supported: an archive ends in .tar");
     }
 }
 
-// What is wrong with the call itself.
+// Checks the command line itself.
 void checkOptions(const Options& options) {
     requireNoOtherArchive(options);
     const bool encrypts = !options.encrypt.empty();
@@ -75,25 +75,25 @@ void checkOptions(const Options& options) {
         throw CLI::ValidationError("--encrypt", "needs --key-file or --key-env");
     }
     if (!encrypts && options.key.given()) {
-        throw CLI::ValidationError("--key-file", "is given, but nothing to --encrypt");
+        throw CLI::ValidationError("--key-file", "is given without --encrypt");
     }
     if (encryptsArchive(options) && !makesArchive(options)) {
         throw CLI::ValidationError("--encrypt archive", "needs an --output that ends in .tar");
     }
     if (!options.root.empty() && !makesArchive(options)) {
-        throw CLI::ValidationError("--root", "is for an --output that ends in .tar");
+        throw CLI::ValidationError("--root", "needs an --output that ends in .tar");
     }
 }
 
-// One that every form of extraction takes.
+// The archive's directory, under a name that both overloads of extractTarball() accept.
 std::string rootName(const Options& options) {
     std::string root = options.root.empty() ? stemOf(options.result) : options.root;
     if (root.find_first_of(" \t\n\v\f\r/\\") != std::string::npos || root == "." ||
         !VelmoraQuavin::internal::parseTarEntryPath(root).refusal.empty()) {
         throw InvalidArgumentsException(
             "\"" + root +
-            "\" cannot be the archive's directory, since not every host unpacks such a name: "
-            "choose another with --root, without white space and separators");
+            "\" cannot be the archive's directory, since not every host can unpack such a name: "
+            "choose another with --root, without white space or separators");
     }
     requirePortableName(root, "choose another --root");
     return root;
@@ -151,7 +151,7 @@ void print(const Options& options, const NetworkFiles& network) {
         }
     }
     std::string text = "Packed " + options.network + " as " + options.result + "\n" + table(rows);
-    text.pop_back();  // the last line's end
+    text.pop_back();  // the last line break
     say(text, options.output);
 }
 
@@ -166,7 +166,8 @@ void pack(const Options& options) {
     const NetworkFiles network = readFilesToPack(options.network, options.weights);
     const Identity identity = fillIn(options.identity, options);
 
-    // Made beside its place and moved there whole, so that no half of a package is left behind.
+    // Built next to its destination and moved there complete, so that a failure leaves no partial
+    // package.
     fs::path target = fs::absolute(fs::u8path(options.result));
     target = target.has_filename() ? target : target.parent_path();
     const std::string place = target.parent_path().u8string();
@@ -175,8 +176,8 @@ void pack(const Options& options) {
     const std::string directory = join(stage.path(), "package");
     NewDirectories(directory).keep();
 
-    // What goes into an encrypted archive is tried in a secured form of its own, with a key that
-    // nobody else has: nothing plain gets onto the disk.
+    // The content of an encrypted archive is tried as files secured with a throwaway key, so that
+    // nothing plain is written to disk.
     const Key throwaway;
     const Key* const trialKey = encryptsArchive(options) ? &throwaway : key.get();
     Package package = makePackage(identity, network, trialKey);
@@ -204,14 +205,14 @@ void pack(const Options& options) {
 void addPackCommand(CLI::App& app) {
     auto options = std::make_shared<Options>();
     CLI::App* const command =
-        app.add_subcommand("pack", "Makes a package, or an archive of one, from a network.");
-    command->add_option("NETWORK", options->network, "The network, OpenVINO IR (.xml)")
+        app.add_subcommand("pack", "Creates a package, or an archive of one, from a network.");
+    command->add_option("NETWORK", options->network, "The network as OpenVINO IR (.xml)")
         ->type_name("FILE")
         ->check(isPath())
         ->required();
     command
         ->add_option("WEIGHTS", options->weights,
-                     "Its weights (.bin); by default the file beside it")
+                     "Its weights (.bin); by default the file next to it")
         ->type_name("FILE")
         ->check(isPath());
     command
@@ -224,19 +225,21 @@ void addPackCommand(CLI::App& app) {
         command->add_option(name, value, description)->type_name("TEXT");
     };
     addText("--id", options->identity.id,
-            "The model's id; by default the file's name without its ending");
-    addText("--name", options->identity.name, "The model's name; by default as the id");
+            "The model's id; by default the file's name without its extension");
+    addText("--name", options->identity.name,
+            "The model's name; by default the file's name without its extension");
     addText("--author", options->identity.author, "The model's author");
     addText("--description", options->identity.description, "What the model does");
-    addText("--sdk-version", options->identity.sdkVersion, "A mark for hosts");
+    addText("--sdk-version", options->identity.sdkVersion,
+            "The SDK version, for hosts to interpret");
     command->add_option("--model-version", options->identity.version, "The model's version")
         ->type_name("NUMBER")
         ->capture_default_str();
     addText("--root", options->root,
-            "The directory in the archive; by default the archive's file name");
+            "The directory in the archive; by default the archive's name without .tar");
     command
         ->add_option("--encrypt", options->encrypt,
-                     "Encrypt the network's files (components) or all (archive)")
+                     "Encrypt the network's files (components) or everything (archive)")
         ->check(CLI::IsMember({"components", "archive"}).description(""))
         ->type_name("components|archive");
     addKeyOptions(*command, options->key);

@@ -24,7 +24,7 @@ struct Options {
 };
 
 void run(const Options& options) {
-    // Before anything is read: a wrong call is no failed one.
+    // Before anything is read: incorrect usage has its own exit status.
     const InputFiles files = parseInputs(options.inputs);
     requirePortableName(options.directory, "choose another --output");
     const std::unique_ptr<Key> key = readKey(options.key);
@@ -45,7 +45,7 @@ void run(const Options& options) {
 void addRunCommand(CLI::App& app) {
     auto options = std::make_shared<Options>();
     CLI::App* const command =
-        app.add_subcommand("run", "Predicts once, from files, and prints or writes the outputs.");
+        app.add_subcommand("run", "Predicts once from files, and prints or writes the outputs.");
     command->add_option("PACKAGE", options->package, "The package's directory, or its archive")
         ->type_name("DIR|FILE.tar")
         ->check(isPath())
@@ -53,12 +53,12 @@ void addRunCommand(CLI::App& app) {
     addInputOption(*command, options->inputs)->required();
     command
         ->add_option("-o,--output", options->directory,
-                     "Where to write the outputs, made where it is missing; else they are printed")
+                     "The directory for outputs, created if missing; by default they are printed")
         ->type_name("DIR")
         ->check(isPath());
     CLI::Option* const raw =
         command->add_flag("--raw", options->raw,
-                          "Files hold elements alone: little-endian, the last dimension fastest");
+                          "Files hold only the elements: little-endian, last dimension fastest");
     addCastOption(*command, options->casts)->excludes(raw);
     addKeyOptions(*command, options->key);
     addOutputOptions(*command, options->output);

@@ -13,7 +13,7 @@ namespace quavin_tool {
 namespace {
 
 constexpr std::size_t kMostBars = 12;
-// With both times and the count, 80 columns.
+// 80 columns together with both times and the count.
 constexpr std::size_t kLongestBar = 40;
 constexpr double kUsual = 0.99;
 
@@ -77,7 +77,7 @@ std::string histogramText(const std::vector<Timings::Bar>& bars) {
     std::vector<std::vector<std::string>> rows;
     for (const Timings::Bar& bar : bars) {
         const double share = static_cast<double>(bar.count) / static_cast<double>(most);
-        // Rounded up: what is there is seen.
+        // Rounded up, so that any count is visible.
         const auto length = static_cast<std::size_t>(std::ceil(share * kLongestBar));
         rows.push_back({timeText(bar.from), "to " + timeText(bar.to), std::to_string(bar.count),
                         std::string(length, '#')});

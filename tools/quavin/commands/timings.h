@@ -6,7 +6,7 @@
 
 namespace quavin_tool {
 
-/// How long things took that were done again and again, in seconds.
+/// The durations of repeated runs, in seconds.
 class Timings {
 public:
     /// @param times at least one.
@@ -17,11 +17,11 @@ public:
     double maximum() const { return sorted_.back(); }
     double sum() const { return sum_; }
     double mean() const { return sum_ / static_cast<double>(sorted_.size()); }
-    /// The smallest time that a share of all did not exceed.
+    /// The smallest time that a given share of the runs did not exceed.
     double percentile(double share) const;
 
-    /// How many took from one time to the next. The last bar may begin at the 99th percentile and
-    /// reach as far as the slowest, so that a few slow ones do not hide what the others are like.
+    /// The number of runs that took between two times. The last bar may range from the 99th
+    /// percentile to the slowest run, so that a few slow runs do not hide the rest.
     struct Bar {
         double from;
         double to;

@@ -32,7 +32,7 @@ QuavinStatus extract(const WipedBytes& archive, const Key* key, Filepath& destin
                                                              key->bytes(), destination);
 }
 
-// What is encrypted, or was decrypted with another key, is noticed by its checksums.
+// Encrypted archives, or those decrypted with a wrong key, fail the checksum test.
 QuavinStatus withAdvice(QuavinStatus status, const Options& options) {
     if (status.getCode() == VelmoraQuavin::TAR_CHECKSUM_MISMATCH) {
         status.setDescription(status.getDescription() +
@@ -48,14 +48,15 @@ void unpack(const Options& options) {
     const WipedBytes archive = readFile(options.archive);
     if (key == nullptr && VelmoraQuavin::internal::isFalseTarEnd(archive.data(), archive.size())) {
         throw VelmoraQuavin::Exception(
-            options.archive + " is no tar archive; an encrypted one needs --key-file or --key-env",
+            options.archive +
+                " is not a tar archive; an encrypted one needs --key-file or --key-env",
             VelmoraQuavin::TAR_CHECKSUM_MISMATCH);
     }
     NewDirectories directories(options.directory);
     Filepath destination(options.directory);
     require(withAdvice(extract(archive, key.get(), destination), options));
     directories.keep();
-    // Without a directory entry nothing has become the root.
+    // Without a directory entry there is no root.
     const bool hasRoot = *destination.c_str() != 0;
     const std::string root = hasRoot ? shellPath(destination) : options.directory;
     if (options.output.json) {
@@ -73,12 +74,12 @@ void unpack(const Options& options) {
 
 void addUnpackCommand(CLI::App& app) {
     auto options = std::make_shared<Options>();
-    CLI::App* const command = app.add_subcommand("unpack", "Unpacks an archive below a directory.");
+    CLI::App* const command = app.add_subcommand("unpack", "Unpacks an archive into a directory.");
     command->add_option("FILE", options->archive, "The archive, plain or encrypted")
         ->type_name("")
         ->check(isPath())
         ->required();
-    command->add_option("DIR", options->directory, "The directory, made where it is missing")
+    command->add_option("DIR", options->directory, "The directory, created if it is missing")
         ->type_name("")
         ->check(isPath())
         ->required();

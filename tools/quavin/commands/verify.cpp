@@ -54,7 +54,7 @@ void print(const Findings& findings, const Options& options) {
         say(inMood("ok", Mood::kGood, options.output) + ": " + options.package +
                 (findings.all().empty() ? " loads, matches its network and predicts"
                                         : " can be used; see the warnings") +
-                "; who made it was not checked",
+                "; its origin was not checked",
             options.output);
     }
 }
@@ -67,13 +67,13 @@ Findings check(const Options& options, const Key* key) {
     } catch (const ArchiveKeyException& problem) {
         findings.error("package", problem.what(),
                        key == nullptr
-                           ? "Name the directory that holds manifest.json, or an archive of it; "
-                             "give the key of an encrypted one with --key-file or --key-env."
+                           ? "Pass the directory that contains manifest.json, or an archive of it; "
+                             "pass the key of an encrypted one with --key-file or --key-env."
                            : kWrongArchiveKeyAdvice);
         return findings;
     } catch (const VelmoraQuavin::Exception& problem) {
         findings.error("package", problem.what(),
-                       "Name the directory that holds manifest.json, or an archive of it.");
+                       "Pass the directory that contains manifest.json, or an archive of it.");
         return findings;
     }
     return checkPackage(place->directory(), key);

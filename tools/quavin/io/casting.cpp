@@ -19,7 +19,7 @@ struct Half {
     std::uint16_t bits;
 };
 
-// Every half is a double.
+// Exact: every half fits a double.
 double valueOf(Half half) {
     const int sign = (half.bits & 0x8000) != 0 ? -1 : 1;
     const int exponent = half.bits >> 10 & 0x1F;
@@ -32,7 +32,7 @@ double valueOf(Half half) {
                          : std::ldexp(sign * (fraction + 0x400), exponent - 25);
 }
 
-// An int8, which is no character.
+// An int8 that is not mistaken for a character.
 struct SmallInteger {
     std::uint8_t bits;
 };
@@ -46,36 +46,36 @@ Number valueOf(Number number) {
     return number;
 }
 
-// Why a value cannot become one of another type; null where it can.
+// Why a value cannot be converted to another type; null if it can.
 template <typename To, typename From>
 const char* problemOf(From value) {
     using Limits = std::numeric_limits<To>;
     if constexpr (std::is_floating_point_v<To>) {
         if constexpr (std::is_floating_point_v<From>) {
             return std::isfinite(value) && std::abs(value) > static_cast<From>(Limits::max())
-                       ? "is beyond"
+                       ? "is out of range for"
                        : nullptr;
         }
         return nullptr;
     } else if constexpr (std::is_floating_point_v<From>) {
         if (!std::isfinite(value)) {
-            return "is not finite and cannot be";
+            return "is not finite and cannot be converted to";
         }
         if (std::trunc(value) != value) {
-            return "has a fraction and cannot be";
+            return "has a fraction and cannot be converted to";
         }
-        // In double: a float does not hold the limits of 32 bits.
+        // As double: a float cannot represent the limits of 32 bits.
         const auto wide = static_cast<double>(value);
         return wide < static_cast<double>(Limits::min()) ||
                        wide > static_cast<double>(Limits::max())
-                   ? "is beyond"
+                   ? "is out of range for"
                    : nullptr;
     } else if constexpr (std::is_signed_v<From>) {
         const auto wide = static_cast<std::int64_t>(value);
-        return wide < Limits::min() || wide > Limits::max() ? "is beyond" : nullptr;
+        return wide < Limits::min() || wide > Limits::max() ? "is out of range for" : nullptr;
     } else {
         const auto wide = static_cast<std::uint64_t>(value);
-        return wide > static_cast<std::uint64_t>(Limits::max()) ? "is beyond" : nullptr;
+        return wide > static_cast<std::uint64_t>(Limits::max()) ? "is out of range for" : nullptr;
     }
 }
 

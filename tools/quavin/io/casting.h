@@ -6,11 +6,11 @@
 
 namespace quavin_tool {
 
-/// Writes the elements of an array as another type. Floats are rounded; nothing else changes.
-/// @param path of the array's file, for messages.
-/// @param destination memory for as many elements of that type.
-/// @throws InvalidArgumentsException where an element does not fit: beyond the type's range, and
-///         for whole numbers a fraction, NaN or infinity.
+/// Converts the elements of an array to another type. Floats are rounded; other values are exact.
+/// @param path the path of the array's file, for messages.
+/// @param destination room for all elements in that type.
+/// @throws InvalidArgumentsException if an element does not fit: out of the type's range or, for
+///         integers, a fraction, NaN or infinity.
 void castElements(const NpyArray& array, const std::string& path, VelmoraQuavin::DataType type,
                   unsigned char* destination);
 

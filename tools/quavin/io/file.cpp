@@ -28,7 +28,7 @@ void writeNew(const std::string& path, std::string_view content, platform::Reade
     }
 }
 
-// For pipes and devices, which nothing can take the place of.
+// For pipes and devices, which cannot be replaced by a new file.
 void writeInto(const std::string& path, std::string_view content) {
     std::ofstream file = FileUtils::openFileToWriteBinaryData(Filepath(path));
     VelmoraQuavin::internal::writeInSteps(file, content.data(), content.size());
@@ -38,9 +38,9 @@ void writeInto(const std::string& path, std::string_view content) {
     }
 }
 
-// What links lead to, be it nothing yet: that is written, and the links stay.
+// Follows links to their target, which may not exist yet: the target is written, the links stay.
 fs::path endOfLinks(fs::path file) {
-    constexpr int kMostLinks = 40;  // as many as the system follows
+    constexpr int kMostLinks = 40;  // like the system's own limit
     std::error_code problem;
     for (int i = 0; i < kMostLinks && fs::is_symlink(file, problem); ++i) {
         const fs::path next = fs::read_symlink(file, problem);
@@ -64,7 +64,7 @@ WipedBytes readFile(const std::string& path) {
     std::uint64_t got = 0;
     problem = file->read(bytes.data(), got);
     if (problem.empty() && got < file->size()) {
-        problem = "has become shorter while it was read";
+        problem = "became shorter while it was read";
     }
     if (!problem.empty()) {
         throw FileException(path + " " + problem);

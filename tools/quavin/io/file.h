@@ -9,15 +9,15 @@
 namespace quavin_tool {
 
 /// Reads a whole file.
-/// @throws FileException naming it.
+/// @throws FileException naming the file.
 WipedBytes readFile(const std::string& path);
-/// Writes a whole file. One that is there keeps its content until its successor is whole, and stays
-/// where that fails.
-/// @throws FileException naming it.
+/// Writes a whole file. An existing file keeps its content until the new one is complete, and stays
+/// if that fails.
+/// @throws FileException naming the file.
 void writeFile(const std::string& path, std::string_view content);
-/// Writes a new file; nothing may be there yet.
+/// Writes a new file, which must not exist yet.
 void writeNewFile(const std::string& path, std::string_view content);
-/// The same for a file that its owner alone may read.
+/// As above, for a file that only its owner may read.
 void writePrivateFile(const std::string& path, std::string_view content);
 
 }  // namespace quavin_tool

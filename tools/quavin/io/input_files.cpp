@@ -29,7 +29,7 @@ void fillRaw(const std::string& path, QuavinFeature& feature) {
     if (tensor->buffer() == nullptr ||
         static_cast<std::uint64_t>(tensor->bytes()) != content.size()) {
         throw InvalidArgumentsException(
-            path + " has " + std::to_string(content.size()) + " bytes, and the input takes " +
+            path + " has " + std::to_string(content.size()) + " bytes, but the input takes " +
             typeName(tensor->dataType()) + " of shape " +
             shapeText(feature.featureDescriptor().tensorDescriptor()) + ": " +
             std::to_string(std::max<std::int64_t>(tensor->bytes(), 0)) + " bytes");
@@ -37,7 +37,7 @@ void fillRaw(const std::string& path, QuavinFeature& feature) {
     std::memcpy(tensor->buffer(), content.data(), content.size());
 }
 
-// A feature over a tensor of the array's shape. The allocated one will not do where the manifest
+// A feature with a tensor of the array's shape. The allocated one does not work if the manifest
 // leaves the shape open.
 std::shared_ptr<QuavinFeature> featureOf(const std::string& path,
                                          const ModelFeatureDescriptor& declared, Casts casts) {
@@ -49,7 +49,7 @@ std::shared_ptr<QuavinFeature> featureOf(const std::string& path,
     if (!typeFits || !shapeFits) {
         const bool castHelps = shapeFits && isInputType(type) && casts == Casts::kRefused;
         throw InvalidArgumentsException(path + " is " + typeName(array.type) + " of shape " +
-                                        shapeText(array.shape) + ", and the input takes " +
+                                        shapeText(array.shape) + ", but the input takes " +
                                         typeName(type) + " of shape " + shapeText(wanted) +
                                         (castHelps ? "; --cast converts it" : ""));
     }
@@ -65,7 +65,7 @@ std::shared_ptr<QuavinFeature> featureOf(const std::string& path,
     return feature;
 }
 
-// Told before what is missing: a name that is misspelt is both.
+// Checked before missing inputs: a misspelt name is both unknown and missing.
 void requireKnownNames(const InputFiles& files, const Features& inputs) {
     std::set<std::string> known;
     std::string list;
@@ -78,8 +78,8 @@ void requireKnownNames(const InputFiles& files, const Features& inputs) {
     }
     for (const auto& [name, file] : files) {
         if (known.count(name) == 0) {
-            std::string problem = "The package has no input \"" + name;
-            problem.append("\" that takes a file, but ").append(list);
+            std::string problem = "The package has no tensor input \"" + name;
+            problem.append("\", but ").append(list);
             throw InvalidArgumentsException(problem);
         }
     }
@@ -90,7 +90,7 @@ void requireKnownNames(const InputFiles& files, const Features& inputs) {
 CLI::Option* addInputOption(CLI::App& command, std::vector<std::string>& arguments) {
     return command
         .add_option("-i,--input", arguments,
-                    "The file for an input; once for each of the package's inputs")
+                    "The file for an input; repeat for each of the package's inputs")
         ->type_name("NAME=FILE")
         ->expected(1)
         ->allow_extra_args(false)
@@ -100,7 +100,7 @@ CLI::Option* addInputOption(CLI::App& command, std::vector<std::string>& argumen
 CLI::Option* addCastOption(CLI::App& command, Casts& casts) {
     return command.add_flag_callback(
         "--cast", [&casts] { casts = Casts::kDone; },
-        "Convert .npy files of other types to those of the inputs");
+        "Convert .npy files of other types to the types of the inputs");
 }
 
 InputFiles parseInputs(const std::vector<std::string>& arguments) {
@@ -126,14 +126,14 @@ Features readInputs(VelmoraQuavin::QuavinModel& model, const InputFiles& files, 
         const std::string name = input->featureDescriptor().name().str();
         const auto file = files.find(name);
         if (input->type() != QuavinFeatureType::TENSOR) {
-            continue;  // for hosts: the engine takes tensors alone
+            continue;  // for hosts: the engine takes only tensors
         }
         if (file == files.end() && missing == MissingInputs::kZeros) {
             continue;
         }
         if (file == files.end()) {
             std::string problem = "The input \"" + name;
-            problem.append("\" has no file: give --input ").append(name).append("=FILE");
+            problem.append("\" has no file: pass --input ").append(name).append("=FILE");
             throw InvalidArgumentsException(problem);
         }
         if (raw) {

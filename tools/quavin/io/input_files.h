@@ -10,26 +10,26 @@
 
 namespace quavin_tool {
 
-/// Files by the names of the inputs that they are for.
+/// Input files by the names of their inputs.
 using InputFiles = std::map<std::string, std::string>;
 
-/// What becomes of an input without a file.
+/// How to treat inputs without a file.
 enum class MissingInputs { kRefused, kZeros };
 
-/// --input NAME=FILE, as often as it is given.
+/// Adds --input NAME=FILE, which may be repeated.
 CLI::Option* addInputOption(CLI::App& command, std::vector<std::string>& arguments);
-/// --cast.
+/// Adds --cast.
 CLI::Option* addCastOption(CLI::App& command, Casts& casts);
 
-/// Takes the arguments of --input apart.
-/// @throws CLI::ValidationError for one of another form, and for a name that stands twice.
+/// Parses the arguments of --input.
+/// @throws CLI::ValidationError for a malformed argument or a name that is given twice.
 InputFiles parseInputs(const std::vector<std::string>& arguments);
 
-/// The inputs of a model, from files.
-/// @param raw whether files hold elements alone; ".npy" files otherwise.
-/// @param casts whether ".npy" files may hold other types, which become those of the inputs.
-/// @throws InvalidArgumentsException for names that the model lacks, for missing files, and
-///         for files that do not fit, naming them; FileException for one that cannot be read.
+/// Reads the inputs of a model from files.
+/// @param raw whether files hold only elements; otherwise they are ".npy" files.
+/// @param casts whether ".npy" files of other types are converted to the types of the inputs.
+/// @throws InvalidArgumentsException naming unknown inputs, inputs without a file, or files that do
+///         not fit; FileException for a file that cannot be read.
 Features readInputs(VelmoraQuavin::QuavinModel& model, const InputFiles& files, bool raw,
                     MissingInputs missing, Casts casts);
 

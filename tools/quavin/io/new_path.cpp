@@ -18,7 +18,7 @@ namespace {
 
 [[noreturn]] void refuseTaken(const std::string& path) {
     throw VelmoraQuavin::InvalidArgumentsException(
-        path + " is there already; remove it, or choose another name");
+        path + " already exists; remove it or choose another name");
 }
 
 }  // namespace
@@ -35,14 +35,14 @@ void requireAbsent(const std::string& path) {
 }
 
 void requirePortableName(const std::string& path, const std::string& advice) {
-    // "a:b" is a place on a drive for Windows, and a name elsewhere.
+    // "a:b" is a path on a drive on Windows, and a file name elsewhere.
     const fs::path file = fs::u8path(path);
     const bool onDrive = file.has_root_name() && !file.has_root_directory();
     const std::string name = onDrive ? path : fileName(path);
     const bool isPlace = name.empty() || name == "." || name == "..";
     if (!isPlace && !VelmoraQuavin::internal::isPortableName(name)) {
         throw VelmoraQuavin::InvalidArgumentsException(
-            "\"" + name + "\" is a name that Windows reserves or does not take: " + advice);
+            "\"" + name + "\" is a name that Windows reserves or does not allow: " + advice);
     }
 }
 
@@ -60,7 +60,7 @@ void moveToNew(const std::string& from, const std::string& to, const std::string
 
 NewDirectories::NewDirectories(const std::string& path) {
     std::error_code error;
-    // A drive, as any root, is its own parent.
+    // A drive, like any root, is its own parent.
     for (fs::path missing = fs::u8path(path);
          missing.has_relative_path() && !fs::exists(missing, error);
          missing = missing.parent_path()) {
@@ -70,7 +70,7 @@ NewDirectories::NewDirectories(const std::string& path) {
     }
     fs::create_directories(fs::u8path(path), error);
     if (!fs::is_directory(fs::u8path(path))) {
-        throw FileException("The directory " + path + " cannot be made" +
+        throw FileException("The directory " + path + " cannot be created" +
                             (error ? ": " + error.message() : ""));
     }
 }

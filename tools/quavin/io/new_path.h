@@ -5,23 +5,23 @@
 
 namespace quavin_tool {
 
-/// @throws InvalidArgumentsException where something is there.
+/// @throws InvalidArgumentsException if the path exists.
 void requireAbsent(const std::string& path);
-/// @param advice what to do about a name that not every system takes.
-/// @throws InvalidArgumentsException where the last name of a path is one.
+/// @param advice what to do about a name that not every system allows.
+/// @throws InvalidArgumentsException if the path ends in such a name.
 void requirePortableName(const std::string& path, const std::string& advice);
-/// Gives a file or directory another name, where nothing is there at that moment.
+/// Renames a file or directory without replacing anything.
 /// @param shown the new name as the user gave it.
-/// @throws InvalidArgumentsException where something is there; FileException where it fails.
+/// @throws InvalidArgumentsException if the new name is taken; FileException if renaming fails.
 void moveToNew(const std::string& from, const std::string& to, const std::string& shown);
-/// Whether something is there, be it a link that leads nowhere.
+/// Whether a path exists, even as a dangling link.
 bool isThere(const std::string& path);
 
-/// Makes a directory and what is missing above it, and removes what it has made unless it is told
-/// to keep it. What is not empty by then stays.
+/// Creates a directory and its missing parents. Unless told to keep them, removes those that it
+/// created and that are still empty.
 class NewDirectories {
 public:
-    /// @throws FileException where the directory cannot be made.
+    /// @throws FileException if the directory cannot be created.
     explicit NewDirectories(const std::string& path);
     NewDirectories(const NewDirectories&) = delete;
     NewDirectories& operator=(const NewDirectories&) = delete;
@@ -30,7 +30,7 @@ public:
     void keep() { made_.clear(); }
 
 private:
-    std::vector<std::string> made_;  // the innermost first
+    std::vector<std::string> made_;  // innermost first
 };
 
 }  // namespace quavin_tool

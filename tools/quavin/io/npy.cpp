@@ -22,10 +22,10 @@ constexpr std::string_view kMagic("\x93NUMPY", 6);
 // Magic, two bytes of version, and the length of the header in two bytes (version 1) or four.
 constexpr std::size_t kVersionOffset = 6;
 constexpr std::size_t kLengthOffset = 8;
-// Elements begin at a multiple of this.
+// The elements are aligned to this.
 constexpr std::size_t kAlignment = 64;
 
-// By the type code of NumPy, without its byte order.
+// NumPy's type codes, without byte order.
 struct ElementType {
     std::string_view code;
     DataType type;
@@ -58,10 +58,10 @@ const ElementType& elementType(const std::string& path, std::string_view code, C
             return isOrder && code.substr(1) == candidate.code;
         });
     const bool isKnown = found != std::end(kTypes);
-    const std::string cast = isKnown ? ", or give --cast" : "";
+    const std::string cast = isKnown ? ", or pass --cast" : "";
     if (casts == Casts::kRefused && code.substr(0, 1) == ">") {
         refuse(path, "is big-endian (" + printable(code) +
-                         "); save it after array.astype(array.dtype.newbyteorder('<'))" + cast);
+                         "); convert it with array.astype(array.dtype.newbyteorder('<'))" + cast);
     }
     if (!isKnown || (casts == Casts::kRefused && !isInputType(found->type))) {
         refuse(path, "holds elements of type '" + printable(code) +
@@ -72,7 +72,7 @@ const ElementType& elementType(const std::string& path, std::string_view code, C
     return *found;
 }
 
-// WipedBytes of the elements; nothing where they do not fit a number.
+// The size of the elements in bytes; nothing on overflow.
 std::optional<std::uint64_t> byteCount(const std::vector<int64>& shape, int64 elementSize) {
     auto bytes = static_cast<std::uint64_t>(elementSize);
     for (const int64 extent : shape) {
@@ -92,33 +92,33 @@ NpyArray readNpy(const std::string& path, Casts casts) {
     array.file = readFile(path);
     const std::string_view text = array.file.text();
     if (text.substr(0, kMagic.size()) != kMagic || text.size() < kLengthOffset + 2) {
-        refuse(path, "is no .npy file; for raw elements give --raw");
+        refuse(path, "is not a .npy file; pass --raw for raw elements");
     }
     const auto version = static_cast<unsigned char>(text[kVersionOffset]);
     const std::size_t lengthBytes = version == 1 ? 2 : 4;
     const std::size_t begin = kLengthOffset + lengthBytes;
     if (version < 1 || version > 3 || text.size() < begin) {
-        refuse(path, "is of a .npy version that is not known");
+        refuse(path, "has an unknown .npy version");
     }
     const std::size_t length = numberAt(text, kLengthOffset, lengthBytes);
     if (length > text.size() - begin) {
-        refuse(path, "is cut off in its header");
+        refuse(path, "ends within its header");
     }
     const std::optional<NpyHeader> header = parseNpyHeader(text.substr(begin, length));
     if (!header.has_value()) {
-        refuse(path, "has a .npy header that makes no sense, or a type of several fields");
+        refuse(path, "has a malformed .npy header, or a type with several fields");
     }
     const ElementType& type = elementType(path, header->type, casts);
     if (header->fortranOrder) {
-        refuse(path, "is in Fortran order; save numpy.ascontiguousarray(array)");
+        refuse(path, "is in Fortran order; save numpy.ascontiguousarray(array) instead");
     }
     array.offset = begin + length;
     const std::uint64_t left = text.size() - array.offset;
     const std::optional<std::uint64_t> needed = byteCount(header->shape, type.size);
     if (needed != left) {
-        refuse(path, "holds " + std::to_string(left) + " bytes of elements, which is not what " +
+        refuse(path, "holds " + std::to_string(left) + " bytes of elements, which does not match " +
                          typeName(type.type) + " of shape " +
-                         shapeText(TensorShape(header->shape)) + " takes");
+                         shapeText(TensorShape(header->shape)));
     }
     array.type = type.type;
     array.isBigEndian = header->type.front() == '>';
@@ -137,7 +137,7 @@ std::string npyText(DataType type, const TensorShape& shape, std::string_view el
     for (const int64 extent : shape.shapeVector()) {
         dimensions += std::to_string(extent) + ", ";
     }
-    // A tuple of one keeps its comma.
+    // A tuple with one element keeps its comma.
     if (shape.dimension() > 1) {
         dimensions.resize(dimensions.size() - 2);
     } else if (shape.dimension() == 1) {

@@ -8,10 +8,10 @@
 
 namespace quavin_tool {
 
-/// Whether elements of another type than an input's are refused, or converted.
+/// Whether elements of a type other than the input's are refused or converted.
 enum class Casts { kRefused, kDone };
 
-/// An array as NumPy saves it, in C order.
+/// An array as saved by NumPy, in C order.
 struct NpyArray {
     VelmoraQuavin::DataType type = VelmoraQuavin::DataType::UNDEFINED;
     bool isBigEndian = false;
@@ -23,12 +23,12 @@ struct NpyArray {
 };
 
 /// Reads a ".npy" file of numbers or booleans.
-/// @param casts where they are refused, little-endian numbers of a type that the engine takes.
-/// @throws InvalidArgumentsException saying what is wrong with it and what to do.
+/// @param casts if refused, only little-endian numbers of types that the engine takes are allowed.
+/// @throws InvalidArgumentsException saying what is wrong and what to do.
 NpyArray readNpy(const std::string& path, Casts casts);
 
 /// The content of a ".npy" file.
-/// @param elements as many as the shape has.
+/// @param elements must match the type and shape.
 std::string npyText(VelmoraQuavin::DataType type, const VelmoraQuavin::TensorShape& shape,
                     std::string_view elements);
 

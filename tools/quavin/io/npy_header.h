@@ -8,15 +8,15 @@
 
 namespace quavin_tool {
 
-/// What the header of a ".npy" file says. The type lies in the header's text.
+/// The header of a ".npy" file. The type points into the header's text.
 struct NpyHeader {
     std::string_view type;
     bool fortranOrder = false;
     std::vector<VelmoraQuavin::int64> shape;
 };
 
-/// Reads the header's text, which is a Python dictionary of three members with plain values.
-/// @return nothing for anything else, a type of several fields for one.
+/// Parses the header, a Python dictionary of three members with plain values.
+/// @return nothing for anything else, such as a type with several fields.
 std::optional<NpyHeader> parseNpyHeader(std::string_view text);
 
 }  // namespace quavin_tool

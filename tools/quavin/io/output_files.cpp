@@ -51,7 +51,7 @@ Summary summarize(const ITensor& tensor) {
     return summary;
 }
 
-// As many as a person looks at.
+// The first elements, for display.
 template <typename Element>
 std::vector<double> firstValues(const ITensor& tensor) {
     constexpr std::int64_t kShown = 10;
@@ -76,8 +76,8 @@ Summary summarize(const ITensor& tensor) {
                                                 : summarize<std::int32_t>(tensor);
 }
 
-// A name from a package must not lead anywhere else. The same on every system, so that whoever
-// reads the files finds them everywhere.
+// A name from a package must not lead outside the directory. The result is the same on every
+// system, so that readers find the files everywhere.
 std::string fileNameFor(const std::string& name) {
     constexpr std::string_view kPlain =
         "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_-.";
@@ -131,7 +131,7 @@ void writeOutputs(std::vector<Output>& outputs, const std::string& directory, bo
     for (Output& output : outputs) {
         const ITensor& tensor = *output.tensor;
         std::string stem = fileNameFor(output.name);
-        // There are file systems that do not tell capital letters from small ones.
+        // Some file systems are case-insensitive.
         while (!taken.insert(toAsciiLower(stem)).second) {
             stem += '_';
         }

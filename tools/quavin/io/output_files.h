@@ -8,7 +8,7 @@
 
 namespace quavin_tool {
 
-/// What an output's elements are like; those that are not finite are counted and left out.
+/// Statistics of an output's elements. Those that are not finite are only counted.
 struct Summary {
     double minimum = 0;
     double maximum = 0;
@@ -20,21 +20,21 @@ struct Summary {
 /// An output of a prediction and the file that it was written to.
 struct Output {
     std::string name;
-    std::string file;                      ///< Empty where it was not written.
-    const VelmoraQuavin::ITensor* tensor;  ///< The feature's own.
+    std::string file;                      ///< Empty if it was not written.
+    const VelmoraQuavin::ITensor* tensor;  ///< Owned by the feature.
     Summary summary;
 };
 
-/// The outputs as they are, without files.
-/// @param features of a prediction; stay alive as long as what is returned.
+/// Summarises outputs, without files.
+/// @param features the outputs of a prediction; must outlive the result.
 std::vector<Output> summarizeOutputs(const Features& features);
 
-/// Writes every output into a directory, under names that lead nowhere else.
-/// @param directory made where it is missing.
-/// @param raw elements alone instead of ".npy" files.
+/// Writes every output to a directory, under names that cannot lead outside.
+/// @param directory created if it is missing.
+/// @param raw whether to write only the elements instead of ".npy" files.
 void writeOutputs(std::vector<Output>& outputs, const std::string& directory, bool raw);
 
-/// Prints what the outputs are like, with their files or, without those, their first elements.
+/// Prints the summaries, with the files or else the first elements.
 void printOutputs(const std::vector<Output>& outputs);
 void printOutputsAsJson(const std::vector<Output>& outputs);
 

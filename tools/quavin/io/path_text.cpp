@@ -25,7 +25,7 @@ std::string shellPath(const Filepath& path) {
             character = static_cast<char>(fs::path::preferred_separator);
         }
     }
-    // The separator of a root stays: without it "C:\" is another directory.
+    // Keep the separator of a root: without it, "C:\" would be a different directory.
     const std::size_t root = systemPath(text).root_path().u8string().size();
     while (text.size() > std::max<std::size_t>(root, 1) &&
            (text.back() == '/' || text.back() == '\\')) {
@@ -44,22 +44,12 @@ std::string join(const std::string& directory, const std::string& name) {
 
 std::string fileName(const std::string& path) {
     const fs::path file = fs::u8path(path);
-    // With a separator at its end the last part is empty.
+    // If the path ends in a separator, its last part is empty.
     return (file.has_filename() ? file : file.parent_path()).filename().u8string();
 }
 
 std::string stemOf(const std::string& path) {
     return fs::u8path(fileName(path)).stem().u8string();
-}
-
-std::string toAsciiLower(std::string_view text) {
-    std::string small(text);
-    for (char& character : small) {
-        if (character >= 'A' && character <= 'Z') {
-            character = static_cast<char>(character - 'A' + 'a');
-        }
-    }
-    return small;
 }
 
 }  // namespace quavin_tool

@@ -5,23 +5,23 @@
 #include <string_view>
 
 #include "quavin/files.h"
+#include "text/unicode.h"
 
 namespace quavin_tool {
 
-/// A path as the system takes it, from UTF-8. Where the system's names are texts, what is no UTF-8
-/// becomes "?", which is in no file's name there.
+/// Converts a UTF-8 path for the system. If the system's names are text, invalid UTF-8 becomes "?",
+/// which no file name contains there.
 std::filesystem::path systemPath(const std::string& path);
-/// A path of the library as this system's shell takes it.
+/// A path of the library in the notation of this system's shell.
 std::string shellPath(const VelmoraQuavin::Filepath& path);
-/// The file of a package's component, as this system's shell takes it.
+/// The path of a package's component in the notation of this system's shell.
 std::string componentPath(const std::string& package, const VelmoraQuavin::String& path);
-/// Joins a directory and a name as this system's shell does.
+/// Joins a directory and a name with this system's separator.
 std::string join(const std::string& directory, const std::string& name);
-/// What stands behind the last separator.
+/// The part after the last separator.
 std::string fileName(const std::string& path);
-/// The same without its ending.
+/// As above, without the extension.
 std::string stemOf(const std::string& path);
-/// A text with its ASCII letters in lower case.
-std::string toAsciiLower(std::string_view text);
+using VelmoraQuavin::internal::toAsciiLower;
 
 }  // namespace quavin_tool

@@ -31,7 +31,7 @@ TemporaryDirectory::TemporaryDirectory(const std::string& parent) {
             return;
         }
     }
-    throw VelmoraQuavin::FileException("No directory can be made in " + place.u8string());
+    throw VelmoraQuavin::FileException("Cannot create a directory in " + place.u8string());
 }
 
 TemporaryDirectory::~TemporaryDirectory() {

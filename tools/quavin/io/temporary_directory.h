@@ -4,11 +4,11 @@
 
 namespace quavin_tool {
 
-/// A new empty directory that its owner alone may enter, removed with its content at the end.
+/// A new directory that only its owner may enter, removed with its content on destruction.
 class TemporaryDirectory {
 public:
-    /// @param parent where to make it; the system's place for such where it is empty.
-    /// @throws FileException where it cannot be made.
+    /// @param parent where to create it; if empty, in the system's directory for temporary files.
+    /// @throws FileException if it cannot be created.
     explicit TemporaryDirectory(const std::string& parent = {});
     TemporaryDirectory(const TemporaryDirectory&) = delete;
     TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;

@@ -6,7 +6,7 @@
 
 namespace quavin_tool {
 
-/// The bytes of a file, wiped when they go: they may be decrypted, or about to be encrypted.
+/// The bytes of a file, wiped on destruction: they may be decrypted or about to be encrypted.
 class WipedBytes {
 public:
     WipedBytes() = default;
@@ -19,7 +19,7 @@ public:
     unsigned char* data() { return reinterpret_cast<unsigned char*>(data_.get()); }
     const unsigned char* data() const { return reinterpret_cast<unsigned char*>(data_.get()); }
     std::string_view text() const { return {data_.get(), size_}; }
-    /// Makes it shorter.
+    /// Shortens the bytes, wiping the rest.
     void truncate(std::uint64_t size);
 
 private:

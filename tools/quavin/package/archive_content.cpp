@@ -13,13 +13,13 @@ using VelmoraQuavin::internal::TarEntry;
 using VelmoraQuavin::internal::TarEntryPath;
 using VelmoraQuavin::internal::TarReader;
 
-// A name as unpacking takes it, "/" between its parts.
+// A name as unpacking interprets it, with "/" between its parts.
 std::string joinedName(const TarEntry& entry) {
     const TarEntryPath path = VelmoraQuavin::internal::parseTarEntryPath(entry.name);
     if (!path.refusal.empty()) {
         throw VelmoraQuavin::InvalidArgumentsException(
             "Archive entry " + VelmoraQuavin::internal::quotedTarName(entry.name) + ": " +
-            path.refusal + ", so that unpacking refuses the archive");
+            path.refusal + ", so the archive cannot be unpacked");
     }
     std::string joined;
     for (const std::string& name : path.names) {
@@ -57,14 +57,14 @@ ArchiveContent readArchive(const WipedBytes& archive, const std::string& path) {
     for (TarEntry entry; reader.next(entry);) {
         const std::string name = joinedName(entry);
         if (entry.kind == TarEntry::Kind::kFile) {
-            content.files[name] = entry;  // the last of a name counts
+            content.files[name] = entry;  // of entries with the same name, the last counts
         } else if (!root.has_value()) {
             root = name.empty() ? "" : name + "/";
         }
     }
     const std::optional<std::string> place = placeOfManifest(content, root.value_or(""));
     if (!place.has_value()) {
-        throw VelmoraQuavin::ModelMetaDataException(path + " holds no manifest.json");
+        throw VelmoraQuavin::ModelMetaDataException(path + " contains no manifest.json");
     }
     content.package = *place;
     return content;

@@ -8,20 +8,21 @@
 
 namespace quavin_tool {
 
-/// Whether a file begins as a tar archive does. Nothing tells an encrypted one from other bytes.
+/// Whether a file begins like a tar archive. An encrypted archive cannot be recognised.
 bool isArchive(const WipedBytes& bytes);
 
-/// The files of an archive; their contents lie in its bytes.
+/// The files of an archive; their contents point into its bytes.
 struct ArchiveContent {
-    std::map<std::string, VelmoraQuavin::internal::TarEntry> files;  ///< By name, parted by "/".
-    std::string package;  ///< What stands before "manifest.json": nothing, or a directory and "/".
+    /// By name, with "/" between parts.
+    std::map<std::string, VelmoraQuavin::internal::TarEntry> files;
+    std::string package;  ///< The prefix of "manifest.json": empty, or a directory and "/".
 };
 
-/// Finds a package in an archive: in the directory that unpacking calls its root, or else in any at
-/// most one deep.
-/// @param path of the archive, for messages.
-/// @throws Exception where unpacking refuses the archive; ModelMetaDataException where it holds no
-///         manifest.
+/// Finds the package in an archive: in the directory that unpacking reports as the root, or else in
+/// any directory at most one level deep.
+/// @param path the archive's path, for messages.
+/// @throws Exception if unpacking would refuse the archive; ModelMetaDataException if there is no
+///         manifest in it.
 ArchiveContent readArchive(const WipedBytes& archive, const std::string& path);
 
 }  // namespace quavin_tool

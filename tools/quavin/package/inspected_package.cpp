@@ -34,8 +34,8 @@ Inspected inspectArchive(const std::string& path) {
     if (!isArchive(archive)) {
         throw VelmoraQuavin::Exception(
             path +
-                " is no tar archive; an encrypted one shows nothing before it is unpacked with "
-                "its key",
+                " is not a tar archive; an encrypted one must be unpacked with its key before "
+                "it can be inspected",
             VelmoraQuavin::TAR_CHECKSUM_MISMATCH);
     }
     const ArchiveContent content = readArchive(archive, path);
@@ -43,7 +43,7 @@ Inspected inspectArchive(const std::string& path) {
     Inspected inspected{std::make_shared<VelmoraQuavin::ModelMetadata>(), {}};
     if (!inspected.metadata->loadFromMemory(manifest.content, manifest.size).ok()) {
         throw VelmoraQuavin::ModelMetaDataException("The manifest.json in " + path +
-                                                    " is no manifest");
+                                                    " is not a valid manifest");
     }
     for (const auto& [name, entry] : content.files) {
         if (name.substr(0, content.package.size()) == content.package) {

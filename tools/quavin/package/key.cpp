@@ -20,10 +20,10 @@ using VelmoraQuavin::internal::secureWipe;
 using VelmoraQuavin::internal::WipeOnExit;
 namespace platform = VelmoraQuavin::internal::platform;
 
-const std::string kGivenFile = "The --key-file that was given";
+const std::string kGivenFile = "The file given with --key-file";
 constexpr const char* kForms = "a key is 16 raw bytes or 32 hexadecimal digits";
 
-// Of a longer file this much is enough to see that it is no key.
+// Enough of a longer file to see that it is not a key.
 constexpr std::size_t kLargestKeyFile = 40;
 
 int digitValue(unsigned char digit) {
@@ -40,7 +40,7 @@ bool hasShapeOfKey(std::string_view text) {
     return text.size() == 2 * kKeySize && std::all_of(text.begin(), text.end(), isDigit);
 }
 
-// For a name of nothing: sixteen characters may be the key as well.
+// For a name that does not exist: sixteen characters may be a raw key.
 bool mayBeKey(std::string_view name) {
     return hasShapeOfKey(name) || name.size() == kKeySize;
 }
@@ -69,7 +69,7 @@ void addKeyOptions(CLI::App& command, KeyOptions& options) {
         ->type_name("NAME")
         ->excludes(file);
     command.add_flag("--allow-open-key-file", options.allowOpenFile,
-                     "Accept a key file that others than its owner may read or change");
+                     "Accept a key file that users other than its owner may read or change");
 }
 
 Key::Key(const KeyOptions& options) {
@@ -88,7 +88,7 @@ Key::Key(const KeyOptions& options) {
         case platform::PrivateReading::kDone:
             break;
         case platform::PrivateReading::kOpenToOthers:
-            problem += ", or give --allow-open-key-file";
+            problem += ", or pass --allow-open-key-file";
             [[fallthrough]];
         default:
             throw FileException(
@@ -98,7 +98,7 @@ Key::Key(const KeyOptions& options) {
     if (!parse(text.data(), size)) {
         throw InvalidArgumentsException(
             (hasShapeOfKey(options.file) ? kGivenFile : "The file " + options.file) +
-            " holds no key: " + kForms);
+            " contains no key: " + kForms);
     }
 }
 
@@ -106,22 +106,21 @@ void Key::readVariable(const std::string& name) {
     std::optional<std::string> value = platform::environmentVariable(name);
     if (!value.has_value()) {
         throw InvalidArgumentsException(
-            mayBeKey(name)
-                ? "There is no environment variable of the name that was given with --key-env"
-                : "There is no environment variable " + name);
+            mayBeKey(name) ? "There is no environment variable with the name given with --key-env"
+                           : "There is no environment variable " + name);
     }
     std::string& text = *value;
     const WipeOnExit wipe(text.data(), text.size());
     if (!parse(reinterpret_cast<const unsigned char*>(text.data()), text.size())) {
-        throw InvalidArgumentsException((hasShapeOfKey(name) ? "The --key-env that was given"
+        throw InvalidArgumentsException((hasShapeOfKey(name) ? "The variable given with --key-env"
                                                              : "The environment variable " + name) +
-                                        " holds no key: " + kForms);
+                                        " contains no key: " + kForms);
     }
 }
 
 Key::Key() {
     if (!platform::fillRandom(bytes_.data(), bytes_.size())) {
-        throw VelmoraQuavin::Exception("The system has no random bytes to give");
+        throw VelmoraQuavin::Exception("The system cannot provide random bytes");
     }
 }
 
@@ -134,7 +133,7 @@ std::unique_ptr<Key> readKey(const KeyOptions& options) {
 }
 
 std::string withoutKeys(const std::string& text) {
-    // A digest in a longer name is not meant, but each name in a path counts.
+    // A digest within a longer name stays, but each name in a path is checked.
     constexpr std::string_view kOfNames =
         "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789._-";
     std::string shown;
@@ -158,7 +157,7 @@ bool Key::parse(const unsigned char* text, std::size_t size) {
     if (withoutLineEnd(text, size) != 2 * kKeySize) {
         return false;
     }
-    // Before the first byte of the key is there: what is no key is not kept.
+    // Check before the first byte is stored: never keep what is not a key.
     if (!std::all_of(text, text + 2 * kKeySize, isDigit)) {
         return false;
     }

@@ -10,7 +10,7 @@ namespace quavin_tool {
 
 constexpr std::size_t kKeySize = 16;
 
-/// Where a command gets its key from; never from its own arguments, which other users can see.
+/// Where a command gets its key from. Never from its arguments, which other users can see.
 struct KeyOptions {
     std::string file;
     std::string variable;
@@ -21,13 +21,13 @@ struct KeyOptions {
 
 void addKeyOptions(CLI::App& command, KeyOptions& options);
 
-/// A key of sixteen bytes, wiped when it goes.
+/// A key of sixteen bytes, wiped on destruction.
 class Key {
 public:
-    /// @throws FileException, InvalidArgumentsException where there is no key of sixteen raw bytes
-    ///         or 32 hexadecimal digits.
+    /// @throws FileException, InvalidArgumentsException if there is no key of sixteen raw bytes or
+    ///         32 hexadecimal digits.
     explicit Key(const KeyOptions& options);
-    /// A random one.
+    /// A random key.
     Key();
     Key(const Key&) = delete;
     Key& operator=(const Key&) = delete;
@@ -37,17 +37,17 @@ public:
 
 private:
     void readVariable(const std::string& name);
-    // 16 raw bytes, or 32 hexadecimal digits with or without a line end.
+    // Takes 16 raw bytes, or 32 hexadecimal digits with or without a line break.
     bool parse(const unsigned char* text, std::size_t size);
 
     std::array<unsigned char, kKeySize> bytes_{};
 };
 
-/// The key that the options name; null where they name none.
+/// The key that the options name; null if they name none.
 std::unique_ptr<Key> readKey(const KeyOptions& options);
 
-/// A text for people without the words in it that have the shape of a key: somebody may have given
-/// one in place of a file's name.
+/// Masks words in a message that look like a key: one may have been given in place of a file
+/// name.
 std::string withoutKeys(const std::string& text);
 
 }  // namespace quavin_tool

@@ -7,7 +7,7 @@
 
 namespace quavin_tool {
 
-/// The identity of a model, as its manifest tells it.
+/// The identity of a model, as stated in its manifest.
 struct Identity {
     std::string id;
     std::string name;
@@ -18,7 +18,7 @@ struct Identity {
 };
 
 /// The text of "manifest.json" for a network of the OpenVINO engine.
-/// @param files the names of the network and of its weights.
+/// @param files the file names of the network and its weights.
 /// @param secured whether both are encrypted.
 std::string manifestText(const Identity& identity, const std::vector<std::string>& files,
                          bool secured, const Descriptors& inputs, const Descriptors& outputs);

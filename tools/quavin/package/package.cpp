@@ -26,13 +26,13 @@ using VelmoraQuavin::QuavinModelType;
 
 namespace {
 
-// The text of a network, as opposed to what a wrong key makes of one.
+// Whether a text is a network rather than the result of decrypting with a wrong key.
 bool isNetwork(std::string_view text) {
     return text.find("<net") != std::string_view::npos &&
            text.find("</net>") != std::string_view::npos;
 }
 
-// A component's bytes, decrypted where they are secured.
+// A component's bytes, decrypted if secured.
 WipedBytes contentOf(const std::string& package, const ModelComponent& component) {
     const std::string path = componentPath(package, component.path);
     WipedBytes content = readFile(path);
@@ -41,7 +41,7 @@ WipedBytes contentOf(const std::string& package, const ModelComponent& component
                : std::move(content);
 }
 
-// One text behind another, whether or not the first ends as a sentence.
+// Appends advice to a text, which may or may not end as a sentence.
 std::string joined(const std::string& text, const char* advice) {
     const bool ends =
         !text.empty() && std::string_view(".!?").find(text.back()) != std::string::npos;

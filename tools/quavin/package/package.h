@@ -13,51 +13,51 @@ using Metadata = std::shared_ptr<VelmoraQuavin::ModelMetadata>;
 using Features = std::vector<std::shared_ptr<VelmoraQuavin::QuavinFeature>>;
 using Descriptors = std::vector<VelmoraQuavin::ModelFeatureDescriptor>;
 
-/// Why a path cannot be a package's directory; empty where it can.
+/// Why a path cannot be a package's directory; empty if it can.
 std::string packageProblem(const std::string& package);
 
 /// Reads the manifest in a package's directory.
-/// @throws InvalidArgumentsException where there is no such directory.
+/// @throws InvalidArgumentsException if there is no such directory.
 Metadata readManifest(const std::string& package);
 
 /// The part of a manifest that this engine uses.
-/// @throws ModelMetaDataException where there is none.
+/// @throws ModelMetaDataException if there is none.
 VelmoraQuavin::ModelTarget& engineTarget(VelmoraQuavin::ModelMetadata& metadata);
 
-/// Whether any file that loading reads is secured.
+/// Whether any component is secured.
 bool isSecured(const VelmoraQuavin::ModelTarget& target);
 
 /// Sets a key on all components.
 void setKey(VelmoraQuavin::ModelTarget& target, const Key& key);
-/// The same for the sixteen bytes of one.
+/// As above, for a key of sixteen bytes.
 void setKey(VelmoraQuavin::ModelTarget& target, const unsigned char* key);
 
-/// Whether a package's secured files can be read and decrypted, and show no network: the key is
-/// wrong then, or a file is damaged. Whatever else keeps it from being loaded is not the key's.
+/// Whether a package's secured files can be read and decrypted but do not contain a network: then
+/// the key is wrong or a file is damaged. Any other failure has nothing to do with the key.
 bool decryptsToNoNetwork(const std::string& package, const VelmoraQuavin::ModelTarget& target);
 
-/// What to do where secured files have no key, or one that makes no network of them.
-constexpr const char* kMissingKeyAdvice = "Give the key with --key-file or --key-env.";
+/// Advice if secured files lack a key, or if decrypting them does not yield a network.
+constexpr const char* kMissingKeyAdvice = "Pass the key with --key-file or --key-env.";
 constexpr const char* kWrongKeyAdvice =
-    "The key is wrong, or a file is damaged: what was decrypted is no network.";
+    "The key is wrong, or a file is damaged: the decrypted data is not a network.";
 constexpr const char* kWrongArchiveKeyAdvice =
-    "Give the key that it was encrypted with, or get the file once more.";
+    "Pass the key that it was encrypted with, or get the file again.";
 
-/// Reads a package's manifest, and sets its key where there is one.
-/// @throws InvalidArgumentsException where the package needs one and there is none.
+/// Reads a package's manifest and sets its key if there is one.
+/// @throws InvalidArgumentsException if the package needs a key and there is none.
 Metadata openPackage(const std::string& package, const Key* key);
 
 /// Loads the model of a manifest.
-/// @throws Exception as loading fails, with advice where a key may be the cause.
+/// @throws Exception if loading fails, with advice if the key may be the cause.
 std::shared_ptr<VelmoraQuavin::QuavinModel> loadModel(const Metadata& metadata);
 
 /// Inputs of zeros.
 Features zeroInputs(VelmoraQuavin::QuavinModel& model);
 
-/// Predicts, with every failure as an exception of the library.
+/// Predicts; throws every failure as an exception of the library.
 Features predict(VelmoraQuavin::QuavinModel& model, const Features& inputs);
 
-/// Whether an element type can be given to a network.
+/// Whether predictions accept inputs of an element type.
 bool isInputType(VelmoraQuavin::DataType type);
 
 }  // namespace quavin_tool

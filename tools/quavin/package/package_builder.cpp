@@ -25,7 +25,7 @@ using VelmoraQuavin::ModelFeatureDescriptor;
 
 constexpr std::string_view kManifest = "manifest.json";
 
-// The weights beside the network, where they are not named; none for a network without constants.
+// The named weights, or else the file next to the network; empty for a network without constants.
 std::string findWeights(const std::string& network, const std::string& weights) {
     if (!weights.empty()) {
         return weights;
@@ -40,13 +40,13 @@ void checkInput(const ModelFeatureDescriptor& input) {
     if (!isInputType(tensor.tensorType())) {
         throw VelmoraQuavin::InvalidTensorDataTypeException(
             name + " has the element type " + typeName(tensor.tensorType()) +
-            ", and predictions take float, int8, int16 and int32: convert the network's input, "
-            "for example with a Convert layer behind an int32 input");
+            ", but predictions take only float, int8, int16 and int32: convert the network's "
+            "input, for example with a Convert layer after an int32 input");
     }
     if (tensor.shape().size() == 0) {
         throw InvalidArgumentsException(name + " has no elements (shape " +
                                         shapeText(tensor.shape()) +
-                                        "): export the network with another shape");
+                                        "): export the network with a different shape");
     }
 }
 
@@ -57,15 +57,15 @@ void requireNoCrash(const Trial& trial, const std::string& network) {
     }
 }
 
-// Why a network cannot be read is the engine's to say; this is what to do.
+// Advice on what to do; the engine says why it cannot read the network.
 std::string adviceOn(std::string_view networkText, const std::string& weights) {
     std::string advice = fixedDimensionsAdvice(networkText);
     if (!advice.empty()) {
         return advice;
     }
-    return weights.empty() ? "there is no .bin file beside it: name its weights if it has any"
-                           : "what can be packed is OpenVINO IR of version " QUAVIN_IR_VERSIONS
-                             ", with fixed dimensions";
+    return weights.empty() ? "there is no .bin file next to it: name its weights if it has any"
+                           : "only OpenVINO IR of version " QUAVIN_IR_VERSIONS
+                             " with fixed dimensions can be packed";
 }
 
 void describe(const std::string& network, const std::string& weights, NetworkFiles& files) {
@@ -85,7 +85,7 @@ void describe(const std::string& network, const std::string& weights, NetworkFil
     sortAsInText(ports.outputs, files.outputs);
     if (files.inputs.empty() || files.outputs.empty()) {
         throw InvalidArgumentsException(network +
-                                        " has no inputs or no outputs, and a package needs both");
+                                        " has no inputs or no outputs, but a package needs both");
     }
     std::for_each(files.inputs.begin(), files.inputs.end(), checkInput);
 }
@@ -102,7 +102,7 @@ NetworkFiles readFilesToPack(const std::string& network, const std::string& name
     requireConverted(network);
     const std::string weights = findWeights(network, namedWeights);
     NetworkFiles files;
-    // Read first: it tells which of the two is missing.
+    // Read first, to report which of the two is missing.
     files.contents.push_back(readFile(network));
     files.contents.push_back(weights.empty() ? WipedBytes(0) : readFile(weights));
     describe(network, weights, files);
@@ -111,12 +111,12 @@ NetworkFiles readFilesToPack(const std::string& network, const std::string& name
     const std::string weightsName = weights.empty() ? stemOf(network) + ".bin" : fileName(weights);
     if (networkName == weightsName || networkName == kManifest || weightsName == kManifest) {
         throw InvalidArgumentsException(
-            "The network, its weights and \"manifest.json\" need names of their own, not " +
+            "The network, its weights and \"manifest.json\" need different names, not " +
             networkName + " and " + weightsName);
     }
     files.names = {networkName, weightsName};
     for (const std::string& name : files.names) {
-        requirePortableName(name, "rename the file, so that the package can be used everywhere");
+        requirePortableName(name, "rename the file so that the package can be used everywhere");
     }
     return files;
 }

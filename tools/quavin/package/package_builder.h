@@ -10,19 +10,19 @@
 
 namespace quavin_tool {
 
-/// A network's two files and what goes into it and comes out.
+/// A network's two files, its inputs and its outputs.
 struct NetworkFiles {
-    std::vector<std::string> names;    ///< Of the files in a package.
+    std::vector<std::string> names;    ///< File names in the package.
     std::vector<WipedBytes> contents;  ///< In the same order.
-    Descriptors inputs;                ///< In the network's own order, and so are the outputs.
+    Descriptors inputs;                ///< In the network's own order, like the outputs.
     Descriptors outputs;
 };
 
 /// Reads a network.
-/// @param network the path of its text.
-/// @param weights the path of its constants; empty for the file beside it, or for none.
-/// @throws Exception of several classes for what could not be loaded or predicted later, naming the
-///         input and what to do.
+/// @param network the path of its XML file.
+/// @param weights the path of its weights; empty for the file next to it, or for none.
+/// @throws Exception of several classes for a network that could not be loaded or used for
+///         predictions later, saying why and what to do.
 NetworkFiles readFilesToPack(const std::string& network, const std::string& weights);
 
 /// A file of a package.
@@ -36,8 +36,8 @@ struct PackageFile {
 std::vector<PackageFile> makePackage(const Identity& identity, const NetworkFiles& network,
                                      const Key* key);
 
-/// Writes a package into a directory, loads it from there and predicts once.
-/// @param key of a secured package, or null.
+/// Writes a package to a directory, loads it from there and predicts once.
+/// @param key the key of a secured package, or null.
 void writeAndTry(const std::vector<PackageFile>& package, const std::string& directory,
                  const Key* key);
 

@@ -31,7 +31,7 @@ std::string_view textOf(const TarEntry& entry) {
     return {reinterpret_cast<const char*>(entry.content), entry.size};
 }
 
-// The archive in its plain form. Nothing tells an encrypted one from other bytes.
+// Decrypts an archive. An encrypted archive cannot be told from other bytes.
 WipedBytes plainArchive(WipedBytes archive, const std::string& path, const Key* key) {
     if (key == nullptr) {
         throw ArchiveKeyException(
@@ -43,19 +43,19 @@ WipedBytes plainArchive(WipedBytes archive, const std::string& path, const Key* 
     if (!isArchive(plain)) {
         throw ArchiveKeyException(
             path +
-            " is no tar archive, also when it is decrypted: the key is wrong, or "
-            "the file is damaged");
+            " is not a tar archive, even after decryption: the key is wrong, or the file is "
+            "damaged");
     }
     return plain;
 }
 
-// The parts of a component's path, to be looked up in an archive; none of one that leads out of it.
+// The parts of a component's path, to look up in an archive; none if it leads out of the archive.
 std::vector<std::string> partsOf(const ModelComponent& component) {
     const auto parsed = VelmoraQuavin::internal::parseTarEntryPath(component.path.view());
     return parsed.refusal.empty() ? parsed.names : std::vector<std::string>{};
 }
 
-// Writes a component as a secured file. One that the archive lacks is missed by whoever loads it.
+// Writes a component as a secured file. If the archive lacks it, loading reports that.
 void writeComponent(const ModelComponent& component, const ArchiveContent& content, const Key& key,
                     const std::string& directory) {
     std::string name = content.package;
@@ -85,7 +85,7 @@ void writeSecured(const ArchiveContent& content, const Key& key, const std::stri
         metadata.load(VelmoraQuavin::Filepath(place).append(VelmoraQuavin::Filepath(kManifest)));
     const auto target = metadata.getTargets().find(VelmoraQuavin::QuavinModelType::Openvino);
     if (!status.ok() || target == metadata.getTargets().end()) {
-        return;  // told by whoever reads the manifest
+        return;  // reported when the manifest is read
     }
     for (const ModelComponent& component : target->second.components) {
         writeComponent(component, content, key, directory);

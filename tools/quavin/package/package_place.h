@@ -9,25 +9,25 @@
 
 namespace quavin_tool {
 
-/// A file that is no archive, for want of a key or with the one that was given.
+/// The file is not an archive, and there was no key or decrypting it did not yield one.
 class ArchiveKeyException : public VelmoraQuavin::Exception {
 public:
     explicit ArchiveKeyException(const std::string& text)
         : Exception(text, VelmoraQuavin::TAR_CHECKSUM_MISMATCH) {}
 };
 
-/// Where a package's files are: the directory that was named or, for an archive, a temporary one
-/// that goes with this object.
+/// Where a package's files are: the given directory or, for an archive, a temporary one that is
+/// removed with this object.
 ///
-/// Of an encrypted archive, network and weights are in the temporary directory as secured files
-/// with the same key, so that they are plain in memory alone. The manifest is plain there.
+/// For an encrypted archive, the temporary directory holds network and weights as files secured
+/// with the same key, so that they are plain only in memory. The manifest is plain there.
 class PackagePlace {
 public:
-    /// @param package a directory or an archive. What is neither file nor archive stays as it is,
-    ///        for whoever reads the manifest to complain about.
+    /// @param package a directory or an archive. Anything that is not a regular file is taken for a
+    ///        directory; reading its manifest reports any problem.
     /// @param key for an encrypted archive, or null.
-    /// @throws ArchiveKeyException where the key is missing or wrong; Exception of several classes
-    ///         for an archive that unpacking refuses, or that holds no manifest.
+    /// @throws ArchiveKeyException if the key is missing or wrong; Exception of several classes for
+    ///         an archive that unpacking refuses or that contains no manifest.
     PackagePlace(const std::string& package, const Key* key);
 
     const std::string& directory() const { return directory_; }

@@ -23,7 +23,7 @@ WipedBytes encrypt(std::string_view plain, const Key& key) {
     const std::uint64_t padding = kBlock - plain.size() % kBlock;
     const std::uint64_t padded = plain.size() + padding;
     if (padded > kLargestSecuredFile - kBlock) {
-        throw InvalidArgumentsException("A secured file must have less than 4 GiB, not " +
+        throw InvalidArgumentsException("A secured file must be smaller than 4 GiB, not " +
                                         std::to_string(padded + kBlock) + " bytes");
     }
     WipedBytes secured(kBlock + padded);
@@ -41,7 +41,8 @@ WipedBytes encrypt(std::string_view plain, const Key& key) {
 std::string securedLengthProblem(std::uint64_t length) {
     if (!isSecuredSize(length)) {
         return "has " + std::to_string(length) +
-               " bytes; a secured file has a multiple of 16, at least 16 and less than 4 GiB";
+               " bytes; the size of a secured file is a multiple of 16, at least 16 and less than "
+               "4 GiB";
     }
     return "";
 }

@@ -18,7 +18,7 @@ using rapidjson::SizeType;
 using VelmoraQuavin::ComponentKind;
 using VelmoraQuavin::EngineKey;
 
-// Writes what is read, but for the kinds of components.
+// Copies what is read, replacing only the kinds of components.
 class Securing : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, Securing> {
 public:
     explicit Securing(rapidjson::StringBuffer& output) : writer_(output) {}
@@ -57,7 +57,7 @@ public:
     }
 
 private:
-    // The array of components has no name of its own.
+    // The components are elements of an array, hence the empty name.
     bool isKindOfComponent() const {
         const std::array<std::string_view, 5> kinds{"targets", EngineKey::Openvino.view(),
                                                     "components", "", "name"};
@@ -78,7 +78,7 @@ std::string withSecuredFiles(std::string_view manifest) {
     rapidjson::StringBuffer output;
     Securing securing(output);
     rapidjson::MemoryStream input(manifest.data(), manifest.size());
-    // As the library reads it: nesting costs memory and not the stack.
+    // As in the library: nesting uses memory, not the stack.
     constexpr unsigned kFlags =
         rapidjson::kParseIterativeFlag | rapidjson::kParseNumbersAsStringsFlag;
     rapidjson::Reader().Parse<kFlags>(input, securing);

@@ -5,8 +5,8 @@
 
 namespace quavin_tool {
 
-/// A manifest whose components of the kind "file" have become secured ones. Everything else stays.
-/// @param manifest the text of one that the library reads.
+/// Turns a manifest's components of the kind "file" into secured files. Everything else stays.
+/// @param manifest the text of a manifest that the library can read.
 std::string withSecuredFiles(std::string_view manifest);
 
 }  // namespace quavin_tool

@@ -20,7 +20,7 @@ using VelmoraQuavin::internal::TarFields;
 using VelmoraQuavin::internal::TarHeader;
 using VelmoraQuavin::internal::TarType;
 
-// One byte less than the field, which then ends in a zero byte.
+// One byte less than the field, leaving room for the terminating zero byte.
 constexpr std::size_t kLongestName = VelmoraQuavin::internal::TarFields::kName.size - 1;
 // Eleven octal digits.
 constexpr std::uint64_t kLargestFile = (std::uint64_t{1} << 33) - 1;
@@ -31,7 +31,7 @@ void writeText(std::string& header, TarField field, std::string_view text) {
     header.replace(field.offset, text.size(), text);
 }
 
-// The fields are zero bytes before, which end the digits.
+// The fields are zeroed beforehand, which terminates the digits.
 void writeOctal(std::string& header, TarField field, std::size_t digits, std::uint64_t value) {
     for (std::size_t i = digits; i > 0; --i) {
         header.at(field.offset + i - 1) = static_cast<char>('0' + (value & 7));
@@ -46,7 +46,7 @@ void writeNumber(std::string& header, TarField field, std::uint64_t value) {
 std::string makeHeader(const std::string& name, char type, unsigned int mode, std::uint64_t size) {
     if (name.size() > kLongestName) {
         throw InvalidArgumentsException("The name " + name +
-                                        " is too long for an archive: 99 bytes are its limit");
+                                        " is too long for an archive: the limit is 99 bytes");
     }
     if (size > kLargestFile) {
         throw InvalidArgumentsException("The file " + name + " is too large for an archive");
@@ -64,7 +64,7 @@ std::string makeHeader(const std::string& name, char type, unsigned int mode, st
     const unsigned int checksum =
         TarHeader(reinterpret_cast<const unsigned char*>(header.data())).checksum();
     writeOctal(header, TarFields::kChecksum, kTarChecksumDigits, checksum);
-    // By custom a zero byte and a blank stand behind it.
+    // By convention a zero byte and a space follow it.
     header[TarFields::kChecksum.offset + TarFields::kChecksum.size - 1] = ' ';
     return header;
 }
@@ -80,7 +80,7 @@ void TarWriter::addFile(const std::string& name, std::string_view content) {
 }
 
 WipedBytes TarWriter::finish() const {
-    std::uint64_t blocks = 2;  // the end
+    std::uint64_t blocks = 2;  // end of the archive
     for (const Entry& entry : entries_) {
         blocks += 1 + tarBlocksOf(entry.content.size());
     }

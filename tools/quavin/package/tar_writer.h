@@ -9,17 +9,17 @@
 
 namespace quavin_tool {
 
-/// Builds a tar archive that every form of extraction takes: plain ustar headers, each directory
-/// before what is in it, and names short enough for the header's own field. The same content gives
-/// the same bytes.
+/// Builds a tar archive that both overloads of FileUtils::extractTarball accept: plain ustar
+/// headers, each directory before its content, and names short enough for the header's name field.
+/// The same content always yields the same bytes.
 class TarWriter {
 public:
-    /// @param name ended by "/".
+    /// @param name ending in "/".
     void addDirectory(const std::string& name);
-    /// @param name with the directories that it is in.
-    /// @param content stays where it is until finish().
+    /// @param name including its directories.
+    /// @param content must stay valid until finish().
     void addFile(const std::string& name, std::string_view content);
-    /// The archive with its end.
+    /// The complete archive.
     WipedBytes finish() const;
 
 private:
