@@ -3,8 +3,9 @@
 //     quavin_load_benchmark PLAIN SECURED KEYHEX [ROUNDS]      times, in turns
 //     quavin_load_benchmark --peak raw|plain|secured FOLDER [KEYHEX]
 //
-// The folders hold the same model as models/make_mobilenet.py writes it, plain and encrypted. The
-// second form loads once and prints the process's peak memory, which takes a process for each.
+// The folders hold the same model, as models/make_mobilenet.py writes it, plain and encrypted. The
+// second form loads once and prints the process's peak memory, so each measurement needs its own
+// process.
 
 #include <quavin/quavin.h>
 #include <sys/resource.h>

@@ -31,12 +31,12 @@ std::vector<std::string> mountsInMemory() {
     return folders;
 }
 
-// Why the folder does not serve; empty where it does.
+// Why the folder is not suitable; empty if it is.
 std::string objection(const std::string& folder, std::uint64_t bytes) {
     struct statvfs room {};
     struct statfs kind {};
     if (::statvfs(folder.c_str(), &room) != 0 || ::statfs(folder.c_str(), &kind) != 0) {
-        return "cannot be looked at";
+        return "cannot be examined";
     }
     if (kind.f_type != TMPFS_MAGIC) {
         return "is not on a tmpfs";
@@ -70,8 +70,8 @@ MemoryFolder::MemoryFolder(const std::filesystem::path& parent, std::uint64_t by
         path_ = name;
         return;
     }
-    throw std::runtime_error("no folder in memory with " + std::to_string(bytes >> 20) +
-                             " MiB; mount a tmpfs and name it:" + tried);
+    throw std::runtime_error("no memory-backed folder with " + std::to_string(bytes >> 20) +
+                             " MiB; mount a tmpfs and pass its path:" + tried);
 }
 
 MemoryFolder::~MemoryFolder() {

@@ -5,13 +5,13 @@
 
 namespace benchmark {
 
-/// A new empty folder on a memory-backed file system, removed with all that is in it.
+/// A new empty folder on a memory-backed file system, removed with its contents.
 class MemoryFolder {
 public:
-    /// @param parent where to make it; empty for /dev/shm or, where that is too small, another
+    /// @param parent where to create it; empty for /dev/shm or, if that is too small, another
     ///        memory-backed file system.
-    /// @param bytes how much room it needs.
-    /// @throws std::runtime_error that lists what was tried, where none has the room.
+    /// @param bytes the room it needs.
+    /// @throws std::runtime_error listing what was tried, if none has the room.
     MemoryFolder(const std::filesystem::path& parent, std::uint64_t bytes);
     ~MemoryFolder();
     MemoryFolder(const MemoryFolder&) = delete;

@@ -28,7 +28,7 @@ class RawNetwork {
 public:
     explicit RawNetwork(const std::string& folder);
 
-    /// Runs the network once on inputs of zeros.
+    /// Runs the network once on all-zero inputs.
     /// @param kept how many outputs of the latest calls stay alive.
     void predict(std::size_t kept);
 
@@ -36,7 +36,7 @@ private:
     struct Port {
         ov_element_type_e type;
         std::vector<int64_t> dimensions;
-        std::vector<unsigned char> memory;  // of inputs only
+        std::vector<unsigned char> memory;  // only for inputs
     };
     using PortAt = ov_status_e(const ov_model_t*, std::size_t, ov_output_const_port_t**);
 

@@ -3,7 +3,7 @@
 //     quavin_tar_benchmark [ROUNDS [FOLDER]]
 //     quavin_tar_benchmark --extract|--extract-mapped ARCHIVE DIRECTORY
 //
-// Works in memory: in FOLDER, which must be on a tmpfs, or one that it finds. The second form is
+// Works in memory: in FOLDER, which must be on a tmpfs, or in one that it finds. The second form is
 // the small program that the first one starts and measures. Needs GNU tar and bsdtar.
 
 #include <fcntl.h>
@@ -34,7 +34,7 @@ constexpr std::size_t kLargeSize = std::size_t{64} << 20;
 constexpr int kDirectories = 100;
 constexpr int kFilesInEach = 50;
 constexpr std::size_t kSmallSize = 4096;
-// A tree, its archive and what is extracted are there at once.
+// A tree, its archive and the extracted files exist at the same time.
 constexpr std::uint64_t kRoom = std::uint64_t{4} * kLargeFiles * kLargeSize;
 
 using Command = std::vector<std::string>;
@@ -68,7 +68,7 @@ void extract(const Archive& archive, const std::string& directory) {
     extract(archive.bytes(), archive.size, directory);
 }
 
-// From the file's own memory: nothing is copied before it is written.
+// From the mapped file: nothing is copied before it is written.
 void extractMapped(const std::string& path, const std::string& directory) {
     const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
     require(file >= 0, "cannot open " + path);
@@ -92,14 +92,14 @@ void run(Command command) {
     require(waitpid(process, &status, 0) == process && status == 0, command[0] + " failed");
 }
 
-// A fresh one for every measurement; the old one goes outside of the measured time.
+// A fresh directory for every measurement; the old one is removed outside the measured time.
 std::string emptied(const fs::path& directory) {
     fs::remove_all(directory);
     fs::create_directory(directory);
     return directory.string();
 }
 
-// No two files alike, so that a comparison sees a mix-up.
+// No two files are alike, so that a comparison detects mix-ups.
 void makeTree(const fs::path& root, int directories, int filesInEach, std::size_t size) {
     for (int directory = 0; directory < directories; ++directory) {
         const fs::path folder = root / "package" / std::to_string(directory);
@@ -119,12 +119,12 @@ std::string makeArchive(const fs::path& place, const fs::path& tree) {
 }
 
 void writePlainly(const Archive& archive, const std::string& directory) {
-    // Behind the headers of two directories and of the first file.
+    // After the headers of two directories and the first file.
     const unsigned char* next = archive.bytes() + 3 * std::size_t{512};
     for (int index = 0; index < kLargeFiles; ++index, next += kLargeSize + 512) {
         const std::string name = directory + "/" + std::to_string(index);
         const int file = ::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-        require(file >= 0, "cannot make " + name);
+        require(file >= 0, "cannot create " + name);
         require(::write(file, next, kLargeSize) == static_cast<ssize_t>(kLargeSize),
                 "cannot write " + name);
         require(::close(file) == 0, "cannot close " + name);

@@ -171,7 +171,7 @@ def main():
         "id": f"benchmark-{arguments.kind}",
         "name": f"Benchmark network {arguments.kind}",
         "author": "quavin_on_device_sdk benchmarks",
-        "description": "Made by a script to be measured; its numbers mean nothing",
+        "description": "Generated for benchmarks; its numbers are meaningless",
         "sdkVersion": "1.0",
         "version": 1,
     }

@@ -1,4 +1,4 @@
-"""What scripts/demo.sh builds can be installed by the command that the README gives, from nothing."""
+"""The install command in the README works on what scripts/demo.sh builds from nothing."""
 
 import os
 import re
@@ -12,7 +12,7 @@ CMAKE = os.environ["QUAVIN_CMAKE"]
 
 
 class DemoTest(unittest.TestCase):
-    def test_its_folder_installs(self):
+    def test_demo_build_can_be_installed(self):
         script = (SOURCE / "scripts/demo.sh").read_text(encoding="utf-8")
         targets = re.search(r"(?m)^configure_and_build demo\b(.*)$", script)[1].split()
         self.assertIn("cmake --install build/demo --prefix PREFIX", (SOURCE / "README.md").read_text(encoding="utf-8"))

@@ -1,4 +1,4 @@
-"""Which engine is taken, and what is said where the one that was found cannot be used."""
+"""Which engine is used, and what is reported if the one that was found cannot be used."""
 
 import os
 import re
@@ -29,7 +29,7 @@ def run(*command, **options):
 
 
 def changed_headers(folder, old, new):
-    """A copy of the interface in which one name is another."""
+    """Copies the interface with one name replaced by another."""
     shutil.copytree(HEADERS, folder)
     for header in folder.rglob("*.hpp"):
         header.write_text(re.sub(rf"\b{old}\b", new, header.read_text(encoding="utf-8")), encoding="utf-8")
@@ -56,7 +56,7 @@ class EngineTest(unittest.TestCase):
         return folder
 
     def configured(self, engine, package=None, prepared=True):
-        """The build folder and what was said, in one line."""
+        """Returns the build folder, the exit status and the output on one line."""
         environment = {name: value for name, value in os.environ.items()
                        if name not in ("InferenceEngine_DIR", "CMAKE_PREFIX_PATH")}
         environment.update(LC_ALL="C", LD_LIBRARY_PATH=str(self.libraries / "external") if prepared else "")
@@ -68,35 +68,35 @@ class EngineTest(unittest.TestCase):
         return build, done.returncode, " ".join(done.stdout.split())
 
     def assert_refused(self, package, reason, prepared=True):
-        _, status, said = self.configured("installed", package, prepared)
-        self.assertNotEqual(status, 0, said)
-        self.assertIn(f"The Inference Engine in {package} cannot be used", said)
-        self.assertRegex(said, reason)
-        self.assertIn("setupvars.sh", said)
+        _, status, output = self.configured("installed", package, prepared)
+        self.assertNotEqual(status, 0, output)
+        self.assertIn(f"The Inference Engine in {package} cannot be used", output)
+        self.assertRegex(output, reason)
+        self.assertIn("setupvars.sh", output)
 
-        _, status, said = self.configured("auto", package, prepared)
-        self.assertEqual(status, 0, said)
-        self.assertIn("CMake Warning", said)
-        self.assertIn(f"The Inference Engine in {package} cannot be used", said)
-        self.assertRegex(said, reason)
-        self.assertIn("The adapter takes its place", said)
-        self.assertIn("Engine: adapter", said)
+        _, status, output = self.configured("auto", package, prepared)
+        self.assertEqual(status, 0, output)
+        self.assertIn("CMake Warning", output)
+        self.assertIn(f"The Inference Engine in {package} cannot be used", output)
+        self.assertRegex(output, reason)
+        self.assertIn("The adapter takes its place", output)
+        self.assertIn("Engine: adapter", output)
 
-    def test_a_release_with_a_second_library_is_taken_and_both_are_linked(self):
+    def test_a_release_with_a_second_library_is_used_and_both_are_linked(self):
         package = self.package()
         for engine in "installed", "auto":
-            build, status, said = self.configured(engine, package)
-            self.assertEqual(status, 0, said)
-            self.assertIn(f"Engine: installed Inference Engine ({package})", said)
-            self.assertNotIn("CMake Warning", said)
+            build, status, output = self.configured(engine, package)
+            self.assertEqual(status, 0, output)
+            self.assertIn(f"Engine: installed Inference Engine ({package})", output)
+            self.assertNotIn("CMake Warning", output)
         linked = "".join(path.read_text(encoding="utf-8")
                          for path in [*build.rglob("build.ninja"), *build.rglob("link.txt")])
         self.assertRegex(linked, r"libinference_engine\.so.*libinference_engine_legacy\.so")
 
-    def test_without_the_releases_environment_setupvars_is_named(self):
+    def test_a_missing_environment_is_reported_naming_setupvars(self):
         self.assert_refused(self.package(), "libthreads.so, needed by .*, not found", prepared=False)
 
-    def test_a_release_without_a_network_reader_is_refused_with_the_compilers_words(self):
+    def test_a_release_without_a_network_reader_is_refused_with_the_compilers_message(self):
         later = changed_headers(self.dir / "later", "CreateCNNNetReader", "ReadNetworkOtherwise")
         self.assert_refused(self.package(later), "error: .CreateCNNNetReader. is not a member")
 
@@ -104,16 +104,16 @@ class EngineTest(unittest.TestCase):
         content = 'set(InferenceEngine_FOUND FALSE)\nset(InferenceEngine_NOT_FOUND_MESSAGE "has no libraries")\n'
         self.assert_refused(self.package(content=content), "has no libraries")
 
-    def test_where_there_is_none_the_adapter_is_taken_without_a_word(self):
-        _, status, said = self.configured("auto")
-        self.assertEqual(status, 0, said)
-        self.assertIn("Engine: adapter", said)
-        self.assertNotIn("CMake Warning", said)
-        _, status, said = self.configured("installed")
+    def test_without_an_installed_engine_the_adapter_is_used_silently(self):
+        _, status, output = self.configured("auto")
+        self.assertEqual(status, 0, output)
+        self.assertIn("Engine: adapter", output)
+        self.assertNotIn("CMake Warning", output)
+        _, status, output = self.configured("installed")
         self.assertNotEqual(status, 0)
-        self.assertIn("No Inference Engine was found. Source the setupvars.sh", said)
+        self.assertIn("No Inference Engine was found. Source the setupvars.sh", output)
 
-    def test_the_engines_sources_use_no_name_that_2019_lacks(self):
+    def test_the_engines_sources_use_only_names_that_2019_has(self):
         headers = changed_headers(self.dir / "2019", "BOOL", "BOOL_OF_2020")
         for source in sorted((SOURCE / "src/engine/openvino").glob("*.cpp")):
             done = run(COMPILER, "-std=c++17", "-fsyntax-only", "-DQUAVIN_BUILDING_LIBRARY", "-I", headers,

@@ -1,4 +1,4 @@
-"""What was built has the protections that docs/porting.md lists, as readelf, objdump and nm see it."""
+"""The binaries have the protections that docs/porting.md lists, according to readelf, objdump and nm."""
 
 import os
 import re
@@ -35,10 +35,10 @@ class ObjectsTest(unittest.TestCase):
     def users_of(self, pattern):
         return [path for path, names in self.names.items() if any(re.fullmatch(pattern, name) for name in names)]
 
-    def test_functions_with_buffers_watch_their_stack(self):
+    def test_functions_with_buffers_have_stack_protection(self):
         self.assertGreater(len(self.users_of("__stack_chk_fail")), len(OBJECTS) // 4)
 
-    def test_calls_are_checked_where_they_are_optimised(self):
+    def test_calls_are_checked_in_optimised_builds(self):
         checked = self.users_of(r"__\w+_chk")
         if os.environ["QUAVIN_IS_OPTIMISED"] == "1":
             self.assertNotEqual(checked, [])
@@ -47,13 +47,13 @@ class ObjectsTest(unittest.TestCase):
 
 
 class ElfTest(unittest.TestCase):
-    def test_our_objects_mark_where_jumps_may_land(self):
-        # For the library the linker would need the marks of the system's start files too.
+    def test_our_objects_mark_valid_jump_targets(self):
+        # For the library, the linker would also need marks in the system's start files.
         marks = {"x86_64": "IBT, SHSTK", "aarch64": "BTI, PAC"}[PROCESSOR]
         for path in OBJECTS:
             self.assertIn(marks, output_of("READELF", "-nW", path), path)
 
-    def test_what_the_loader_fills_in_is_read_only_afterwards(self):
+    def test_relocated_data_is_read_only_after_loading(self):
         for path in BINARIES:
             self.assertIn("GNU_RELRO", output_of("READELF", "-lW", path), path)
             self.assertRegex(output_of("READELF", "-dW", path), r"BIND_NOW|FLAGS_1.*\bNOW\b", path)
@@ -66,19 +66,19 @@ class ElfTest(unittest.TestCase):
         for path in PROGRAMS:
             self.assertRegex(output_of("READELF", "-dW", path), r"FLAGS_1.*\bPIE\b", path)
 
-    def test_the_stacks_watch_is_linked(self):
+    def test_stack_protection_is_linked(self):
         for path in BINARIES:
             self.assertRegex(output_of("READELF", "--dyn-syms", "-W", path), r"UND __stack_chk_fail\b", path)
 
 
 class WindowsTest(unittest.TestCase):
-    def test_all_can_be_loaded_anywhere_and_execute_no_data(self):
+    def test_binaries_can_be_loaded_anywhere_and_do_not_execute_data(self):
         for path in BINARIES:
             headers = output_of("OBJDUMP", "-p", path)
             for flag in ("DYNAMIC_BASE", "NX_COMPAT", "HIGH_ENTROPY_VA"):
                 self.assertRegex(headers, rf"(?m)^\s+{flag}$", path)
 
-    def test_the_checks_need_no_library_of_their_own(self):
+    def test_the_checks_need_no_separate_library(self):
         for path in BINARIES:
             self.assertNotIn("libssp", output_of("OBJDUMP", "-p", path), path)
 

@@ -1,4 +1,4 @@
-"""MSVC gets options of its own and none of GCC's, as far as that can be told without it."""
+"""MSVC gets its own options and none of GCC's, as far as that can be checked without MSVC."""
 
 import os
 import subprocess
@@ -17,7 +17,7 @@ def configure(folder, *options):
 
 
 class MsvcTest(unittest.TestCase):
-    def test_no_option_of_another_compiler_is_given(self):
+    def test_no_option_for_another_compiler_is_passed(self):
         with tempfile.TemporaryDirectory() as folder:
             done = configure(folder)
             self.assertEqual(done.returncode, 0, done.stdout)
@@ -30,7 +30,7 @@ class MsvcTest(unittest.TestCase):
         with tempfile.TemporaryDirectory() as folder:
             done = configure(folder, "-DQUAVIN_SANITIZE=ON")
         self.assertNotEqual(done.returncode, 0)
-        self.assertIn("QUAVIN_SANITIZE has options for GCC and clang alone", " ".join(done.stdout.split()))
+        self.assertIn("QUAVIN_SANITIZE supports only GCC and clang", " ".join(done.stdout.split()))
 
 
 if __name__ == "__main__":

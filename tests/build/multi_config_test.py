@@ -1,4 +1,4 @@
-"""With a generator of several configurations, each finds the DLLs that its programs need."""
+"""With a multi-configuration generator, each configuration finds the DLLs that its programs need."""
 
 import os
 import subprocess
@@ -8,7 +8,7 @@ from pathlib import Path
 
 
 class MultiConfigTest(unittest.TestCase):
-    def test_the_dlls_stand_where_each_configurations_programs_are_built(self):
+    def test_the_dlls_are_next_to_each_configurations_programs(self):
         with tempfile.TemporaryDirectory() as folder:
             subprocess.run(
                 [os.environ["QUAVIN_CMAKE"], "-S", os.environ["QUAVIN_SOURCE_DIR"], "-B", folder,

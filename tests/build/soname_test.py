@@ -1,4 +1,4 @@
-"""A host is bound to the versions of the library that it works with: the minor one up to 1.0, then the major."""
+"""A host is bound to compatible versions of the library: by the minor version before 1.0, then by the major."""
 
 import os
 import re
@@ -7,7 +7,7 @@ import unittest
 
 
 class SonameTest(unittest.TestCase):
-    def test_it_names_the_compatible_versions(self):
+    def test_the_soname_names_the_compatible_versions(self):
         with open(os.environ["QUAVIN_VERSION_HEADER"], encoding="utf-8") as file:
             major, minor = re.findall(r"#define QUAVIN_VERSION_M\w+ (\d+)", file.read())
         compatible = f"0.{minor}" if major == "0" else major

@@ -1,7 +1,7 @@
 """Compares what a DLL exports with what the public headers mark for import.
 
-clang tells which declarations the marks cover and how the linker calls them; objdump tells what the DLL
-exports. Both lists have to be the same: hosts find all that the headers promise, and nothing else.
+clang lists the marked declarations with their linker names; objdump lists what the DLL exports. The two lists
+must be the same, so that hosts find everything that the headers promise, and nothing else.
 
     check_exports.py --compiler clang++-14 --objdump OBJDUMP --dll DLL --system-include DIR...
         --include DIR... HEADER
@@ -19,7 +19,7 @@ NAMESPACE = "VelmoraQuavin"
 
 
 def objects_in(text):
-    """The JSON objects of a text that has other lines between them."""
+    """Yields the JSON objects of a text that has other lines between them."""
     decoder = json.JSONDecoder()
     start = text.find("{")
     while start != -1:
@@ -29,7 +29,7 @@ def objects_in(text):
 
 
 def marked_in(declaration, names=()):
-    """The linker's names of what is marked below a declaration."""
+    """Yields the linker's names of the marked declarations below this one."""
     for inner in declaration.get("inner", []):
         path = (*names, inner.get("name", ""))
         kind = inner["kind"]
@@ -60,7 +60,7 @@ def exported_by(library, objdump):
 
 
 def without_variant(name):
-    """One name for the variants that constructors and destructors are exported in."""
+    """Returns one name for all variants in which a constructor or destructor is exported."""
     return re.sub(r"([CD])[0-3](?=E)", r"\1", name)
 
 
@@ -75,9 +75,9 @@ def main(arguments=None):
     promised = promised_by(given.header, given.compiler, check_sources.include_options(given))
     exported = exported_by(given.dll, given.objdump)
     for name in sorted(promised - exported):
-        print("marked in the headers and not exported:", name)
+        print("marked in the headers but not exported:", name)
     for name in sorted(exported - promised):
-        print("exported and not marked in the headers:", name)
+        print("exported but not marked in the headers:", name)
     print(f"{len(promised)} names are marked, {len(exported)} are exported")
     return 0 if promised and promised == exported else 1
 

@@ -1,4 +1,4 @@
-"""The check sees what is missing and what is too much, on a header and a DLL of a few lines."""
+"""The check finds missing and surplus exports, on a header and a DLL of a few lines."""
 
 import contextlib
 import io
@@ -55,27 +55,28 @@ def outcome(header, source):
         subprocess.run([MINGW, "-shared", "-DBUILDING", "library.cpp", "-o", library], cwd=folder, check=True)
         path = Path(folder, "library.h")
         path.write_text(header, encoding="utf-8")
-        said = io.StringIO()
-        with contextlib.redirect_stdout(said):
+        output = io.StringIO()
+        with contextlib.redirect_stdout(output):
             status = check_exports.main([*OPTIONS, "--objdump", OBJDUMP, "--dll", library, str(path)])
-        return status, said.getvalue().splitlines()
+        return status, output.getvalue().splitlines()
 
 
 class CheckExportsTest(unittest.TestCase):
-    # The function, two special members, the hidden one, the variable, the table and the type.
-    def test_the_same_names_pass(self):
+    # The function, two special members, the hidden one, the variable, the virtual table and the
+    # type information.
+    def test_matching_names_pass(self):
         self.assertEqual(outcome(HEADER, SOURCE), (0, ["7 names are marked, 7 are exported"]))
 
-    def test_a_name_that_is_not_marked_is_seen(self):
+    def test_an_unmarked_export_is_found(self):
         more = SOURCE.replace("void unmarked", "__declspec(dllexport) void unmarked")
         self.assertEqual(outcome(HEADER, more), (1, [
-            "exported and not marked in the headers: _ZN13VelmoraQuavin8unmarkedEv",
+            "exported but not marked in the headers: _ZN13VelmoraQuavin8unmarkedEv",
             "7 names are marked, 8 are exported"]))
 
-    def test_a_name_that_is_not_exported_is_seen(self):
+    def test_a_missing_export_is_found(self):
         more = HEADER.replace("API void function();", "API void function(); API void other();")
         self.assertEqual(outcome(more, SOURCE), (1, [
-            "marked in the headers and not exported: _ZN13VelmoraQuavin5otherEv",
+            "marked in the headers but not exported: _ZN13VelmoraQuavin5otherEv",
             "8 names are marked, 7 are exported"]))
 
 

@@ -1,7 +1,7 @@
-"""Compiles sources with clang for Windows, each by itself, and says which of them it refuses.
+"""Compiles sources with clang for Windows, each by itself, and reports those that it refuses.
 
-The compiler's front end alone runs, with the C and C++ headers of the toolchain that the library is built
-with, and with extensions of all compilers as errors: what passes is plain C++17.
+Only the compiler's front end runs, with the C and C++ headers of the library's toolchain, and extensions of any
+compiler are errors: what passes is plain C++17.
 
     check_sources.py --compiler clang++-14 --system-include DIR... --include DIR... [--in-front HEADER] FILE...
 """
@@ -10,7 +10,7 @@ import argparse
 import subprocess
 import sys
 
-# To read sources for Windows with the headers that are named, and no others.
+# Reads sources for Windows with only the headers that are given.
 READING = [
     "--target=x86_64-w64-mingw32",
     "-fsyntax-only",
@@ -33,8 +33,8 @@ OPTIONS = [
 
 
 def complaint_about(path, compiler, options):
-    """What the compiler says where it refuses a file, else nothing."""
-    # Included, so that "#pragma once" stands in a header and not in the main file.
+    """Returns the compiler's output if it refuses a file, otherwise an empty text."""
+    # Included, so that "#pragma once" is in a header and not in the main file.
     command = [compiler, *OPTIONS, *options, "-x", "c++", "-"]
     done = subprocess.run(command, input=f'#include "{path}"\n', stdout=subprocess.PIPE,
                           stderr=subprocess.STDOUT, text=True, check=False)

@@ -1,5 +1,5 @@
-// Included in front of a source, makes MinGW's headers like those of Microsoft's SDK where they
-// differ and a build by MinGW cannot show it.
+// Included before a source, makes MinGW's headers like those of Microsoft's SDK where they differ
+// in ways that a MinGW build cannot show.
 #pragma once
 
 // MinGW's C++ headers define it themselves.
@@ -10,7 +10,7 @@
 #include <algorithm>
 #include <limits>
 #include <string>
-// Behind them, since they take its macros out.
+// After the C++ headers, because they undefine its macros.
 #include <windows.h>
 #include <winternl.h>
 
@@ -19,5 +19,5 @@
 #define min(a, b) (((a) < (b)) ? (a) : (b))
 #endif
 
-// In the headers of the driver kit alone.
+// Only in the driver kit's headers.
 #pragma GCC poison NtQueryInformationFile NtSetInformationFile NtReadFile NtWriteFile

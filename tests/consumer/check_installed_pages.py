@@ -1,4 +1,4 @@
-"""The pages that the installed headers name are installed, and links between installed pages lead somewhere.
+"""The pages that the installed headers name are installed, and links between installed pages resolve.
 
     check_installed_pages.py PREFIX
 """

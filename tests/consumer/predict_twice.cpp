@@ -1,4 +1,4 @@
-// Loads the package that is named on the command line, y = x + x, and predicts with it.
+// Loads the package named on the command line, which computes y = x + x, and predicts with it.
 
 #include <quavin/quavin.h>
 

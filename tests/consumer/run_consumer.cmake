@@ -1,4 +1,4 @@
-# Configures, builds and runs one of the consumer projects, from nothing.
+# Configures, builds and runs one of the consumer projects from scratch.
 
 set(work "${CONSUMER_WORK_DIR}/${CONSUMER}")
 file(REMOVE_RECURSE "${work}")
@@ -29,7 +29,7 @@ set(options
 if(CONSUMER STREQUAL "installed")
   run("${CMAKE_COMMAND}" --install "${QUAVIN_BINARY_DIR}" --config "${BUILD_TYPE}" --prefix
       "${work}/first")
-  # Moved, so that nothing can depend on the place that it was installed to.
+  # Moved, so that nothing can depend on the path it was installed to.
   file(RENAME "${work}/first" "${work}/prefix")
   file(GLOB headers RELATIVE "${work}/prefix/include" "${work}/prefix/include/*")
   if(NOT headers STREQUAL "quavin")
@@ -38,7 +38,9 @@ if(CONSUMER STREQUAL "installed")
   run("${PYTHON}" -B "${CONSUMER_SOURCE_DIR}/check_installed_pages.py" "${work}/prefix")
   list(APPEND options "-DCMAKE_PREFIX_PATH=${work}/prefix")
 else()
-  list(APPEND options "-DQUAVIN_SOURCE_DIR=${QUAVIN_SOURCE_DIR}" "-DQUAVIN_ENGINE=${QUAVIN_ENGINE}")
+  # Warnings as errors, so that ccache knows these compilations from the build around this test.
+  list(APPEND options "-DQUAVIN_SOURCE_DIR=${QUAVIN_SOURCE_DIR}" "-DQUAVIN_ENGINE=${QUAVIN_ENGINE}"
+       -DQUAVIN_WARNINGS_AS_ERRORS=ON)
   if(OPENVINO_DIR)
     list(APPEND options "-DOpenVINO_DIR=${OPENVINO_DIR}")
   endif()
@@ -51,13 +53,13 @@ run("${CMAKE_COMMAND}" -S "${CONSUMER_SOURCE_DIR}/${CONSUMER}" -B "${work}/build
 run("${CMAKE_COMMAND}" --build "${work}/build" --config "${BUILD_TYPE}" --parallel 2)
 find_program(consumer_program NAMES predict_twice predict_twice.exe PATHS "${work}/build" "${work}/build/${BUILD_TYPE}"
              NO_DEFAULT_PATH REQUIRED)
-# As a Windows developer ships them: beside the program.
+# Next to the program, as a Windows developer ships them.
 get_filename_component(folder "${consumer_program}" DIRECTORY)
 file(GLOB libraries "${work}/prefix/bin/*.dll")
 if(libraries)
   file(COPY ${libraries} DESTINATION "${folder}")
 endif()
-# Neither is the system's libcrypto that of another processor.
+# The system's libcrypto is not built for the emulated processor.
 if(EMULATOR AND IS_DIRECTORY "${LIBRARY_PATH}")
   set(ENV{LD_LIBRARY_PATH} "${LIBRARY_PATH}")
 endif()

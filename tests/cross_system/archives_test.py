@@ -1,4 +1,4 @@
-"""Archives that one system has made are the other's, and so are those of other programs."""
+"""Each system can use archives made on the other, and archives made by other programs."""
 
 import io
 import shutil
@@ -23,7 +23,7 @@ class Archives(exchange.ExchangeTest):
         packages.write_network(self.dir, networks.affine())
         self.key_file()
 
-    def test_are_the_same_bytes_wherever_they_are_made(self):
+    def test_archives_are_identical_wherever_they_are_created(self):
         for system in SYSTEMS:
             self.on(system).succeed("pack", "net.xml", "-o", f"{system}/model.tar")
         made = [(self.dir / f"{system}/model.tar").read_bytes() for system in SYSTEMS]
@@ -31,7 +31,7 @@ class Archives(exchange.ExchangeTest):
         with tarfile.open(fileobj=io.BytesIO(made[0])) as archive:
             self.assertEqual(archive.getnames()[0], "model")
 
-    def test_are_unpacked_by_the_other_system(self):
+    def test_archives_are_unpacked_by_the_other_system(self):
         for maker, reader in WAYS:
             with self.way(maker, reader):
                 for form in [], ["--encrypt", "archive", "--key-file", "key"]:
@@ -42,7 +42,7 @@ class Archives(exchange.ExchangeTest):
                     self.on(maker).succeed("verify", f"{place}/model")
 
     def unpacked_elsewhere(self, archive, encrypted=False):
-        """The tree as Python's tarfile and openssl find it."""
+        """Returns the tree as Python's tarfile and openssl find it."""
         content = (self.dir / archive).read_bytes()
         if encrypted:
             content = packages.openssl_decrypt(content, KEY_HEX)
@@ -50,7 +50,7 @@ class Archives(exchange.ExchangeTest):
             return {member.name: opened.extractfile(member).read() if member.isfile() else None
                     for member in opened}
 
-    def test_of_other_programs_give_the_same_trees(self):
+    def test_archives_of_other_programs_give_the_same_trees(self):
         for program in "gnu_default", "bsdtar_default", "git":
             with self.subTest(program):
                 shutil.copy(DATA / f"accepted/{program}.tar", self.dir)
@@ -60,7 +60,7 @@ class Archives(exchange.ExchangeTest):
                 self.assertGreater(len(trees[0]), 3)
                 self.assertEqual(*trees)
 
-    def test_may_have_names_outside_ascii(self):
+    def test_names_may_be_non_ascii(self):
         network = packages.write_network(self.dir, networks.affine(), LETTERS).name
         for maker, reader in WAYS:
             with self.way(maker, reader):
@@ -78,7 +78,7 @@ class Archives(exchange.ExchangeTest):
                 member.size = len(content)
                 archive.addfile(member, io.BytesIO(content))
 
-    def test_with_names_that_windows_has_not_are_unpacked_elsewhere(self):
+    def test_names_that_windows_cannot_have_are_refused_only_there(self):
         names = ["nul", "sub/COM1.txt", "ab:c", "what?", "dot.", "space ", "tab\tin it", "<angle>"]
         for number, name in enumerate(names):
             with self.subTest(name):
@@ -91,14 +91,14 @@ class Archives(exchange.ExchangeTest):
                 unpacked = tree(self.dir / "on-windows").values()
                 self.assertEqual([content for content in unpacked if content is not None], [])
 
-    def test_with_names_that_differ_in_case_alone_are_one_file_on_windows(self):
+    def test_names_that_differ_only_in_case_are_one_file_on_windows(self):
         self.archive("a.tar", [("Name", b"first"), ("name", b"second")])
         for system in SYSTEMS:
             self.on(system).succeed("unpack", "a.tar", f"on-{system}")
         self.assertEqual(tree(self.dir / "on-linux"), {"Name": b"first", "name": b"second"})
         self.assertEqual([*tree(self.dir / "on-windows").values()], [b"second"])
 
-    def test_are_refused_for_the_same_reasons(self):
+    def test_bad_archives_are_refused_for_the_same_reasons(self):
         self.write("tree/good", b"content")
         subprocess.run(["tar", "-cf", "good.tar", "tree"], cwd=self.dir, check=True)
         good = (self.dir / "good.tar").read_bytes()
@@ -112,9 +112,9 @@ class Archives(exchange.ExchangeTest):
         self.assertEqual(len(archives), 10)
         for archive in [*archives, "nowhere.tar"]:
             with self.subTest(archive), self.nothing_changes():
-                told = self.assert_same_on_both("unpack", archive, "new")
-                self.assertEqual((told.status, told.out), (1, ""))
-                self.assertRegex(told.err, r"\Aquavin: status \d+: ")
+                result = self.assert_same_on_both("unpack", archive, "new")
+                self.assertEqual((result.status, result.out), (1, ""))
+                self.assertRegex(result.err, r"\Aquavin: status \d+: ")
 
 
 if __name__ == "__main__":

@@ -1,7 +1,7 @@
 """The command line on two systems, and a directory that both work in.
 
-QUAVIN_NATIVE_TOOL names the tool of the system that the tests run on, QUAVIN_WINDOWS_TOOL the one that was
-built for Windows, and QUAVIN_WINDOWS_EMULATOR what runs it, a list with ";" between the words.
+QUAVIN_NATIVE_TOOL names the tool for the system that the tests run on, QUAVIN_WINDOWS_TOOL the one built for
+Windows, and QUAVIN_WINDOWS_EMULATOR the command that runs the latter, with ";" between its words.
 """
 
 import os
@@ -11,7 +11,7 @@ from dataclasses import dataclass
 
 sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "command_line"))
 
-import process  # noqa: E402  # from the folder of the line above
+import process  # noqa: E402  # from the folder added above
 from support import CommandLineTest  # noqa: E402
 
 
@@ -42,12 +42,12 @@ LINUX = System("linux", (os.environ["QUAVIN_NATIVE_TOOL"],))
 WINDOWS = System("windows", (*os.environ["QUAVIN_WINDOWS_EMULATOR"].split(";"),
                              os.environ["QUAVIN_WINDOWS_TOOL"]))
 SYSTEMS = (LINUX, WINDOWS)
-# Who makes something, and who reads it.
+# The system that writes, and the one that reads.
 WAYS = ((LINUX, WINDOWS), (WINDOWS, LINUX))
 
 
 class ExchangeTest(CommandLineTest):
-    """A test says on which system a call happens: self.on(WINDOWS).succeed("pack", ...)."""
+    """A test selects the system for a call: self.on(WINDOWS).succeed("pack", ...)."""
 
     system = None
 
@@ -62,7 +62,7 @@ class ExchangeTest(CommandLineTest):
         return self.subTest(maker=maker.name, reader=reader.name)
 
     def assert_same_on_both(self, *arguments, **options):
-        """What a call ends with, on whichever system."""
+        """Checks that a call has the same result on both systems, and returns it."""
         results = [self.on(system).quavin(*arguments, **options) for system in SYSTEMS]
         self.assertEqual(*results)
         self.assert_shows_no_key(results[0])

@@ -1,8 +1,8 @@
-"""Packages that one system has made are the other's."""
+"""Each system can use packages made on the other."""
 
 import unittest
 
-import exchange  # first: it knows where the others are
+import exchange  # first: it makes the others importable
 import networks
 import numpy as np
 import packages
@@ -26,7 +26,7 @@ class Packages(exchange.ExchangeTest):
         given = np.load(self.dir / results / "y.npy")
         np.testing.assert_allclose(given, networks.affine_result(INPUT), rtol=1e-5)
 
-    def test_are_the_same_bytes_wherever_they_are_made(self):
+    def test_packages_are_identical_wherever_they_are_created(self):
         about = ["--name", "A name", "--author", "An author", "--model-version", "3"]
         for system in SYSTEMS:
             self.on(system).succeed("pack", "net.xml", "-o", f"{system}/model", *about)
@@ -34,7 +34,7 @@ class Packages(exchange.ExchangeTest):
         self.assertEqual(len(made), 4)
         self.assertEqual(tree(self.dir / "windows"), made)
 
-    def test_predict_on_the_other_system(self):
+    def test_packages_predict_on_the_other_system(self):
         for maker, reader in WAYS:
             with self.way(maker, reader):
                 package = f"by-{maker}"
@@ -42,7 +42,7 @@ class Packages(exchange.ExchangeTest):
                 self.on(reader).succeed("verify", package)
                 self.assert_predicts(reader, package)
 
-    def test_with_encrypted_components_predict_on_the_other_system(self):
+    def test_encrypted_components_predict_on_the_other_system(self):
         key = ["--key-file", "key"]
         for maker, reader in WAYS:
             with self.way(maker, reader):
@@ -56,27 +56,27 @@ class Packages(exchange.ExchangeTest):
                 self.on(reader).succeed("verify", package, *key)
                 self.assert_predicts(reader, package, *key)
 
-    def test_tell_the_same_wherever_they_are_inspected(self):
+    def test_inspect_prints_the_same_on_both_systems(self):
         packages.write_package(self.dir / "plain")
         packages.write_package(self.dir / "secured", key_hex=KEY_HEX)
         with packages.changed_manifest(self.dir / "plain") as target:
             target["inputs"][0]["name"] = LETTERS
         for package in "plain", "secured":
             for form in [], ["--json"]:
-                told = self.assert_same_on_both("inspect", package, *form)
-                self.assertEqual((told.status, told.err), (0, ""))
-                self.assertEqual(LETTERS in told.out, package == "plain")
+                result = self.assert_same_on_both("inspect", package, *form)
+                self.assertEqual((result.status, result.err), (0, ""))
+                self.assertEqual(LETTERS in result.out, package == "plain")
 
-    def test_are_found_faulty_for_the_same_reasons(self):
+    def test_verify_finds_the_same_faults_on_both_systems(self):
         packages.write_package(self.dir / "package")
         with packages.changed_manifest(self.dir / "package") as target:
             target["outputs"][0]["name"] = LETTERS
             target["inputs"][0]["tensor"]["shape"] = [4, 1]
-        told = self.assert_same_on_both("verify", "package")
-        self.assertEqual(told.status, 1)
-        self.assertIn(LETTERS, told.out + told.err)
+        result = self.assert_same_on_both("verify", "package")
+        self.assertEqual(result.status, 1)
+        self.assertIn(LETTERS, result.out + result.err)
 
-    def test_may_have_names_outside_ascii(self):
+    def test_names_may_be_non_ascii(self):
         network = packages.write_network(self.dir, networks.affine(), LETTERS).name
         for maker, reader in WAYS:
             with self.way(maker, reader):

@@ -1,4 +1,4 @@
-"""The same network gives the same on both systems."""
+"""The same network gives the same results on both systems."""
 
 import os
 import shutil
@@ -17,7 +17,7 @@ NUMBERS = Path(__file__).resolve().parents[1] / "data/numbers"
 
 class Predictions(exchange.ExchangeTest):
     def predictions(self, package, inputs):
-        """The outputs of each system by name: arrays as NumPy loads them."""
+        """Returns each system's outputs by name, as NumPy arrays."""
         options = []
         for name, values in inputs.items():
             np.save(self.dir / f"{name}.npy", values)
@@ -34,7 +34,7 @@ class Predictions(exchange.ExchangeTest):
                              (windows[name].dtype, windows[name].shape))
         return given
 
-    def test_of_reals_agree(self):
+    def test_float_predictions_agree(self):
         packages.write_package(self.dir / "package", networks.arithmetic())
         random = np.random.default_rng(7)
         left, right = (random.normal(size=(2, 3)).astype(np.float32) for _ in range(2))
@@ -42,7 +42,7 @@ class Predictions(exchange.ExchangeTest):
             np.testing.assert_allclose(given["sum"], left + right, rtol=1e-5)
             np.testing.assert_allclose(given["product"], left * right, rtol=1e-5)
 
-    def test_of_numbers_that_half_precision_cannot_hold_agree(self):
+    def test_predictions_beyond_half_precision_agree(self):
         for package in "just_above_one", "cancelling_sums", "convolution", "classifier":
             with self.subTest(package):
                 shutil.copytree(NUMBERS / package, self.dir / package)
@@ -54,20 +54,20 @@ class Predictions(exchange.ExchangeTest):
                 for system in SYSTEMS:
                     shutil.rmtree(self.dir / f"results-{system}")
 
-    def test_of_integers_are_equal(self):
+    def test_integer_predictions_are_equal(self):
         packages.write_package(self.dir / "package", networks.tripling_integers())
         x = np.int32([-5, 0, 7, 2**29])
         for given in self.predictions("package", {"x": x}):
             np.testing.assert_array_equal(given["y"], 3 * x)
 
-    def test_of_mixed_types_agree(self):
+    def test_predictions_with_mixed_types_agree(self):
         packages.write_package(self.dir / "package", networks.typed_sum())
         inputs = {"whole": np.int32([1, -2, 3]), "half": np.float32([0.5, 0.25, -1]),
                   "real": np.float32([0.125, 10, -0.5])}
         for given in self.predictions("package", inputs):
             np.testing.assert_allclose(given["total"], [1.625, 8.25, 1.5], rtol=1e-5)
 
-    def test_of_handwritten_digits_agree(self):
+    def test_predictions_of_handwritten_digits_agree(self):
         shutil.copytree(DIGITS / "package", self.dir / "digits")
         records = np.fromfile(DIGITS / "held_out.bin", np.uint8).reshape(-1, 65)
         for record in records[:2]:

@@ -1,4 +1,4 @@
-"""Secured files and keys that one system has made are the other's."""
+"""Each system can use secured files and keys made on the other."""
 
 import os
 import unittest
@@ -9,7 +9,7 @@ from exchange import SYSTEMS, WAYS
 from support import KEY_HEX, OTHER_KEY_HEX
 
 VECTOR = bytes(range(16))
-# Whole blocks, none, and all that a text stream would change.
+# Nothing, whole blocks, and everything that a text stream would change.
 CONTENTS = [b"", b"x" * 48, b"lines\r\nand\nends\x1a\x00behind" + bytes(range(256)) * 300]
 
 
@@ -18,7 +18,7 @@ class SecuredFiles(exchange.ExchangeTest):
         super().setUp()
         self.key_file()
 
-    def test_are_decrypted_by_the_other_system(self):
+    def test_files_are_decrypted_by_the_other_system(self):
         for number, content in enumerate(CONTENTS):
             plain = f"plain{number}"
             self.write(plain, content)
@@ -32,21 +32,21 @@ class SecuredFiles(exchange.ExchangeTest):
                                             THE_KEY=KEY_HEX)
                     self.assertEqual((self.dir / back).read_bytes(), content)
 
-    def test_are_decrypted_with_keys_of_the_other_system(self):
+    def test_files_are_decrypted_with_keys_from_the_other_system(self):
         self.write("plain", CONTENTS[-1])
         for maker, reader in WAYS:
             with self.way(maker, reader):
                 for options in [], ["--raw"]:
                     key, secured, back = (f"{name}-{maker}{len(options)}" for name in "ksb")
                     self.on(maker).succeed("keygen", key, *options)
-                    # Who may read it is for the system to which it is brought.
+                    # Its permissions are up to the system it is moved to.
                     os.chmod(self.dir / key, 0o600)
                     self.on(reader).succeed("encrypt", "plain", secured, "--key-file", key)
                     self.on(maker).succeed("decrypt", secured, back, "--key-file", key,
                                            "--allow-open-key-file")
                     self.assertEqual((self.dir / back).read_bytes(), CONTENTS[-1])
 
-    def test_are_refused_for_the_same_reasons(self):
+    def test_bad_files_are_refused_for_the_same_reasons(self):
         secured = packages.openssl_encrypt(b"some text", KEY_HEX, VECTOR)
         for name, content in {"good": secured, "short": secured[:15], "odd": secured[:-1],
                               "vector": VECTOR, "empty": b""}.items():
@@ -61,18 +61,18 @@ class SecuredFiles(exchange.ExchangeTest):
             with self.subTest(call), self.nothing_changes():
                 self.assertEqual(self.assert_same_on_both("decrypt", *call).status, 1)
 
-    def test_are_refused_with_the_systems_own_reason_behind_ours(self):
+    def test_refusals_give_the_systems_own_reason_after_ours(self):
         secured = packages.openssl_encrypt(b"some text", KEY_HEX, VECTOR)
         self.write("good", secured)
         calls = {("good", "new", "--key-file", "nowhere"): "The key file nowhere cannot be opened",
-                 ("good", "none/new", "--key-file", "key"): "none/new cannot be made"}
+                 ("good", "none/new", "--key-file", "key"): "none/new cannot be created"}
         for call, ours in calls.items():
             for system in SYSTEMS:
                 with self.subTest(call, system=system.name), self.nothing_changes():
                     reason = self.on(system).refused(3, "decrypt", *call)
                     self.assertTrue(reason.startswith(ours + ": "), reason)
 
-    def test_may_have_names_outside_ascii(self):
+    def test_names_may_be_non_ascii(self):
         self.write("größe 日本 😀", b"some text")
         for system in SYSTEMS:
             with self.subTest(system.name):

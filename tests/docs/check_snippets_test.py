@@ -1,4 +1,4 @@
-"""Small trees with one thing wrong each, and what scripts/check_snippets.py says about them."""
+"""Small trees with one error each, and what scripts/check_snippets.py reports about them."""
 
 import pathlib
 import sys
@@ -23,7 +23,7 @@ GOOD_TREE = {
 
 class CheckSnippetsTest(unittest.TestCase):
     def errors(self, **changes):
-        """What is wrong with the good tree after some files are replaced, or removed with None."""
+        """Returns the errors of the good tree after some files are replaced, or removed with None."""
         with tempfile.TemporaryDirectory() as folder:
             for name, text in {**GOOD_TREE, **changes}.items():
                 if text is not None:
@@ -69,7 +69,7 @@ class CheckSnippetsTest(unittest.TestCase):
         self.assertEqual(['README.md:1: no "<!-- from PATH -->" above this block'],
                          self.with_readme("```python\nreturn 0\n```\n"))
 
-    def test_a_block_of_another_language_is_compared_where_it_names_a_source(self):
+    def test_a_block_of_another_language_is_compared_if_it_names_a_source(self):
         text = "<!-- from main.cpp -->\n```text\nreturn 1;\n```\n"
         self.assertEqual(["README.md:2: this block is not in main.cpp"], self.with_readme(text))
 
@@ -87,7 +87,7 @@ class CheckSnippetsTest(unittest.TestCase):
     def test_links_to_other_sites_and_in_code_are_left_alone(self):
         self.assertEqual([], self.with_readme("[a](https://example.org/) and `[b](gone.md)`\n"))
 
-    def test_a_page_that_the_index_does_not_lead_to_is_found(self):
+    def test_a_page_not_reachable_from_the_index_is_found(self):
         self.assertEqual(["docs/README.md does not lead to docs/lost.md"],
                          self.errors(**{"docs/lost.md": "# Lost\n"}))
 
@@ -96,7 +96,7 @@ class CheckSnippetsTest(unittest.TestCase):
         self.assertEqual(["no table has a row for the status code 2 `FAILURE`"],
                          self.errors(**{"docs/errors.md": text}))
 
-    def test_a_status_code_with_another_number_is_found(self):
+    def test_a_status_code_with_the_wrong_number_is_found(self):
         text = GOOD_TREE["docs/errors.md"].replace("| 2 |", "| 3 |")
         self.assertEqual(["no table has a row for the status code 2 `FAILURE`"],
                          self.errors(**{"docs/errors.md": text}))

@@ -1,6 +1,6 @@
-"""The JSON Schema of manifests takes what can be loaded, and refuses what would surprise.
+"""The JSON Schema of manifests accepts what can be loaded, and refuses what would cause surprises.
 
-The program "quavin" is named by the environment variable QUAVIN_TOOL; PackedManifestTest needs it.
+The environment variable QUAVIN_TOOL names the program "quavin"; PackedManifestTest needs it.
 """
 
 import json
@@ -37,7 +37,7 @@ SECOND = (*TARGET, "inputs", 1)
 VALUE = (*TARGET, "inputs", 2)
 OUTPUT = (*TARGET, "outputs", 0)
 
-# What is changed in the good manifest, and how; None removes it.
+# What is changed in the good manifest, and to what; None removes it.
 ACCEPTED = {
     "a name of the schema": (("$schema",), "package-manifest.schema.json"),
     "no texts": (("name",), None),
@@ -80,7 +80,7 @@ REFUSED = {
     "an empty path": ((*NETWORK, "path"), ""),
     "an absolute path": ((*NETWORK, "path"), "/n.xml"),
     "a path with a drive": ((*NETWORK, "path"), "c:n.xml"),
-    "a path that leads out": ((*NETWORK, "path"), "a/../../n.xml"),
+    "a path that leads outside": ((*NETWORK, "path"), "a/../../n.xml"),
     "a path that ends above": ((*NETWORK, "path"), ".."),
     "a path with backslashes": ((*NETWORK, "path"), "a\\n.xml"),
     "a plain file that is marked as encrypted": ((*NETWORK, "encryption"), "aes"),
@@ -105,9 +105,9 @@ REFUSED = {
     "a later input without elements": ((*SECOND, "tensor", "shape"), [0, 2]),
     "a later input of negative shape": ((*SECOND, "tensor", "shape"), [-2, 2]),
     "an input without an element type": ((*FIRST, "tensor", "dataType"), None),
-    "an element type that cannot be given": ((*FIRST, "tensor", "dataType"), "uint8"),
-    "an element type of another spelling": ((*FIRST, "tensor", "dataType"), "float32"),
-    "a mark that is no boolean": ((*FIRST, "required"), "yes"),
+    "an element type that is not supported": ((*FIRST, "tensor", "dataType"), "uint8"),
+    "an element type with another spelling": ((*FIRST, "tensor", "dataType"), "float32"),
+    "a mark that is not a boolean": ((*FIRST, "required"), "yes"),
     "a value with another kind's block": (VALUE, {"name": "flag", "featureType": "bool", "double": {}}),
     "a value with a tensor's block": ((*VALUE, "tensor"), TENSOR["tensor"]),
     "an output that is a value": (OUTPUT, {"name": "y", "featureType": "double"}),
@@ -117,7 +117,7 @@ REFUSED = {
 
 
 def changed(place, value):
-    manifest = json.loads(json.dumps(GOOD))  # nothing in it is shared
+    manifest = json.loads(json.dumps(GOOD))  # a deep copy
     inner = manifest
     for key in place[:-1]:
         inner = inner[key]
@@ -132,7 +132,7 @@ def paths_of_errors(manifest):
     return [tuple(error.absolute_path) for error in VALIDATOR.iter_errors(manifest)]
 
 
-def lies_on_the_way(path, place):
+def is_on_the_way(path, place):
     return path[:len(place)] == place or place[:len(path)] == path
 
 
@@ -141,37 +141,37 @@ def problems(manifest):
 
 
 class SchemaTest(unittest.TestCase):
-    def test_it_is_a_schema(self):
+    def test_the_schema_is_valid(self):
         jsonschema.Draft202012Validator.check_schema(SCHEMA)
 
-    def test_it_takes_the_good_manifest(self):
+    def test_the_good_manifest_is_accepted(self):
         self.assertEqual([], problems(GOOD))
 
-    def test_it_takes_what_can_be_loaded(self):
+    def test_loadable_manifests_are_accepted(self):
         for name, change in ACCEPTED.items():
             with self.subTest(name):
                 self.assertEqual([], problems(changed(*change)))
 
-    def test_it_refuses_what_is_wrong(self):
+    def test_wrong_manifests_are_refused(self):
         for name, (place, value) in REFUSED.items():
             with self.subTest(name):
                 paths = paths_of_errors(changed(place, value))
                 self.assertNotEqual([], paths)
-                # And for that alone.
-                self.assertEqual([], [p for p in paths if not lies_on_the_way(p, place)])
+                # And only for that.
+                self.assertEqual([], [p for p in paths if not is_on_the_way(p, place)])
 
-    def test_it_refuses_what_is_no_object(self):
+    def test_values_that_are_not_objects_are_refused(self):
         for manifest in ([GOOD], "manifest", 1, None):
             self.assertNotEqual([], problems(manifest))
 
-    def test_it_takes_the_packages_of_the_tree(self):
+    def test_the_packages_of_the_tree_are_accepted(self):
         paths = [*ROOT.glob("examples/**/manifest.json"), *ROOT.glob("tests/consumer/**/manifest.json")]
         self.assertGreaterEqual(len(paths), 3)
         for path in paths:
             with self.subTest(path.relative_to(ROOT)):
                 self.assertEqual([], problems(json.loads(path.read_text(encoding="utf-8"))))
 
-    def test_it_takes_the_manifests_of_the_page(self):
+    def test_the_manifests_of_the_page_are_accepted(self):
         blocks = re.findall(r"^```json\n(.*?)^```$", PAGE.read_text(encoding="utf-8"), re.M | re.S)
         manifests = [block for block in map(json.loads, blocks) if "targets" in block]
         self.assertGreaterEqual(len(manifests), 1)
@@ -181,7 +181,7 @@ class SchemaTest(unittest.TestCase):
 
 class PackedManifestTest(unittest.TestCase):
     def packed(self, *options):
-        """What stands in the manifest that the tool writes for the example's network."""
+        """Returns the manifest that the tool writes for the example's network."""
         with tempfile.TemporaryDirectory() as folder:
             key = pathlib.Path(folder, "key")
             key.write_bytes(bytes(range(16)))
@@ -196,12 +196,12 @@ class PackedManifestTest(unittest.TestCase):
     def kinds(self, manifest):
         return [component["name"] for component in manifest["targets"]["Openvino"]["components"]]
 
-    def test_of_a_plain_package_is_taken(self):
+    def test_the_manifest_of_a_plain_package_is_accepted(self):
         manifest = self.packed("--name", "Handwritten \"digits\"", "--model-version", "7")
         self.assertEqual(["file", "file"], self.kinds(manifest))
         self.assertEqual([], problems(manifest))
 
-    def test_of_a_secured_package_is_taken(self):
+    def test_the_manifest_of_a_secured_package_is_accepted(self):
         manifest = self.packed("--encrypt", "components", "--key-file", "KEY")
         self.assertEqual(["secured_file", "secured_file"], self.kinds(manifest))
         self.assertEqual([], problems(manifest))

@@ -1,6 +1,6 @@
-"""The worked example and the recipes of docs/package-format.md, tried with openssl and tar.
+"""The worked example and the recipes of docs/package-format.md, checked with openssl and tar.
 
-The program "quavin" is named by the environment variable QUAVIN_TOOL; UnpackingTest needs it.
+The environment variable QUAVIN_TOOL names the program "quavin"; UnpackingTest needs it.
 """
 
 import os
@@ -58,11 +58,11 @@ class WorkedExampleTest(unittest.TestCase):
             text = "".join(chr(b) if 32 <= b < 127 else "." for b in bytes.fromhex(digits))
             self.assertEqual(text, shown)
 
-    def test_openssl_makes_the_same(self):
+    def test_openssl_produces_the_same(self):
         made = cipher(key=self.key, vector=self.vector, text=self.plain)
         self.assertEqual(self.secured, self.vector + made)
 
-    def test_without_padding_it_ends_earlier(self):
+    def test_without_padding_the_file_ends_earlier(self):
         made = cipher("-nopad", key=self.key, vector=self.vector, text=self.plain)
         self.assertEqual(self.secured[:0x30], self.vector + made)
 
@@ -84,21 +84,21 @@ class Recipes(unittest.TestCase):
         shutil.copy(ROOT / "docs/package-manifest.schema.json", self.folder)
         (self.folder / "secured").mkdir()
         script = "\n".join(block for _, language, _, block in PAGE.blocks if language == "sh")
-        # The python3 that has what the tests need.
+        # The python3 that has the modules the tests need.
         path = f"{pathlib.Path(sys.executable).parent}:{os.environ['PATH']}"
         subprocess.run(["sh", "-eu", "-c", script], cwd=self.folder, check=True,
                        env={**os.environ, "PATH": path, "key": KEY})
 
 
 class RecipesTest(Recipes):
-    def test_a_file_is_encrypted_and_comes_back(self):
+    def test_a_file_is_encrypted_and_decrypted(self):
         plain = (PACKAGE / "digits.xml").read_bytes()
         secured = (self.folder / "secured/digits.xml").read_bytes()
         self.assertEqual(16 + len(plain) // 16 * 16 + 16, len(secured))
         self.assertEqual(plain, decrypted(secured))
         self.assertEqual(plain, (self.folder / "plain.xml").read_bytes())
 
-    def test_an_archive_is_what_every_form_of_extraction_takes(self):
+    def test_an_archive_suits_every_form_of_extraction(self):
         with tarfile.open(self.folder / "digits.tar") as archive:
             entries = archive.getmembers()
         self.assertEqual("digits", entries[0].name)

@@ -1,11 +1,11 @@
-"""What docs/command-line.md shows is what happens.
+"""docs/command-line.md shows what really happens.
 
 All ```console blocks are run in order, by one shell, in a folder that holds the digits example's network.
-"$ " begins a command, "> " continues it, and the other lines are what it prints on both of its outputs:
-"..." stands for any lines, "<...>" for any text within a line, and blanks between the columns of a table for
-at least two.
+"$ " starts a command, "> " continues it, and the other lines are what it prints to both of its outputs:
+"..." stands for any lines, "<...>" for any text within a line, and spaces between the columns of a table for
+at least two spaces.
 
-The program "quavin" is named by the environment variable QUAVIN_TOOL.
+The environment variable QUAVIN_TOOL names the program "quavin".
 """
 
 import os
@@ -26,12 +26,12 @@ ROOT = pathlib.Path(__file__).resolve().parents[2]
 PAGE = ROOT / "docs/command-line.md"
 FILES = ["package/digits.xml", "package/digits.bin", "held_out.bin"]
 
-# Stands before the output of each command, which cannot hold it.
+# Precedes the output of each command, which cannot contain it.
 MARK = "\x1e"
 
 
 def steps(block):
-    """The commands of a block, each with the lines that it is to print."""
+    """Returns the commands of a block, each with the lines that it should print."""
     found = []
     for line in block.splitlines():
         if line.startswith("$ "):
@@ -60,12 +60,12 @@ def matches(lines, output):
 
 
 def run(commands, folder, tool):
-    """What each of the commands prints, on both outputs."""
+    """Returns what each of the commands prints to both outputs."""
     script = ["exec 2>&1", "umask 022"]
     for command in commands:
-        # "$?" is left as the command before it has left it.
+        # Keeps "$?" as the previous command left it.
         script += [f"status=$?; printf '{MARK}'; (exit $status)", command]
-    # The python3 that has what the tests need.
+    # The python3 that has the modules the tests need.
     path = [pathlib.Path(tool).parent, pathlib.Path(sys.executable).parent, os.environ["PATH"]]
     environment = {**os.environ, "PATH": ":".join(map(str, path)), "LC_ALL": "C.UTF-8"}
     done = subprocess.run(["bash", "-c", "\n".join(script)], cwd=folder, env=environment,
@@ -90,7 +90,7 @@ class TranscriptsTest(unittest.TestCase):
                     self.assertEqual("\n".join(lines) + "\n", output)
                     self.fail("the output does not match")
 
-    def test_every_command_is_shown_and_every_option_told(self):
+    def test_every_command_is_shown_and_every_option_mentioned(self):
         def help_of(*command):
             return subprocess.run([os.environ["QUAVIN_TOOL"], *command, "--help"], check=True,
                                   stdout=subprocess.PIPE).stdout.decode()
@@ -101,14 +101,14 @@ class TranscriptsTest(unittest.TestCase):
             with self.subTest(command):
                 self.assertRegex(page, rf"(?m)^\$ quavin {command}\b")
                 self.assertRegex(page, rf"(?m)^    quavin {command}\b")
-                told = set(re.findall(r"--[a-z-]+", page))
-                self.assertLessEqual(set(re.findall(r"--[a-z-]+", help_of(command))), told)
+                mentioned = set(re.findall(r"--[a-z-]+", page))
+                self.assertLessEqual(set(re.findall(r"--[a-z-]+", help_of(command))), mentioned)
 
 
 class ReadingTest(unittest.TestCase):
     """How the page is read, on small examples."""
 
-    def test_commands_and_what_they_print_are_told_apart(self):
+    def test_commands_and_their_output_are_distinguished(self):
         self.assertEqual([("a", ["1", "> 2"]), ("cat <<E\nb\nE", []), ("c", [])],
                          steps("$ a\n1\n> 2\n$ cat <<E\n> b\n> E\n$ c"))
 
@@ -118,14 +118,14 @@ class ReadingTest(unittest.TestCase):
                           "/bin/true")
         self.assertEqual(["", "", "7\n", "error\n", "end"], printed)
 
-    def test_what_is_equal_matches(self):
+    def test_equal_output_matches(self):
         for lines, output in [([], ""), (["a", "b"], "a\nb\n"), (["a.b*"], "a.b*\n"),
                               (["..."], ""), (["...", "b", "..."], "1\n2\nb\n3\n"),
                               (["in <...> ms"], "in 12.5 ms\n"), (["  a  b"], "  a     b\n")]:
             with self.subTest(lines):
                 self.assertTrue(matches(lines, output))
 
-    def test_what_differs_does_not_match(self):
+    def test_different_output_does_not_match(self):
         for lines, output in [([], "a\n"), (["a"], ""), (["a"], "a"), (["a"], "b\n"), (["a"], "ab\n"),
                               (["a"], "a\nb\n"), (["a.b"], "axb\n"), (["...", "b"], "1\nb\n2\n"),
                               (["in <...> ms"], "in 1\n2 ms\n"), (["in <...> ms"], "in  ms\n"),

@@ -1,4 +1,4 @@
-"""Programs that fail under the emulator are seen to fail."""
+"""Programs that fail under the emulator are reported as failing."""
 
 import os
 import subprocess
@@ -14,7 +14,7 @@ def run(test):
 
 
 class EmulatorTest(unittest.TestCase):
-    def test_success_is_success(self):
+    def test_a_passing_program_succeeds(self):
         done = run("Passes")
         self.assertEqual(done.returncode, 0, done.stdout)
         self.assertIn(b"[  PASSED  ] 1 test", done.stdout)

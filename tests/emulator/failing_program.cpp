@@ -1,4 +1,4 @@
-// Ends in the way of the test that is asked for; each but the first is a failure.
+// Ends in the way that the selected test names; all but the first are failures.
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-// What a host learns of a network before there is a package or a model of it.
+// What a host can learn about a network before it has a package or a model.
 
 #include "integration/model_test.h"
 #include "support/secured_file.h"
@@ -31,7 +31,7 @@ protected:
         return describeNetwork(metadata, inputs_, outputs_);
     }
 
-    // An affine network's; gives its key.
+    // Writes the package of an affine network and returns its key.
     CryptoKey writeSecuredPackage() {
         const IrNetwork network = affineNetwork();
         PackageText text = describe(network);
@@ -56,12 +56,12 @@ protected:
     std::vector<ModelFeatureDescriptor> outputs_;
 };
 
-TEST_F(DescribeNetwork, NeedsNoLibraryToBeSwitchedOn) {
+TEST_F(DescribeNetwork, WorksWithoutInit) {
     ASSERT_FALSE(QuavinClient::isInitialized());
     EXPECT_THAT(describeFiles(affineNetwork()), IsOk());
 }
 
-TEST_F(DescribeNetwork, TellsNamesTypesAndShapesOfARequiredTensor) {
+TEST_F(DescribeNetwork, ReportsNamesTypesAndShapesAsRequiredTensors) {
     ASSERT_THAT(describeFiles(affineNetwork()), IsOk());
     ASSERT_THAT(namesOf(inputs_), ElementsAre("x"));
     ASSERT_THAT(namesOf(outputs_), ElementsAre("y"));
@@ -75,7 +75,7 @@ TEST_F(DescribeNetwork, TellsNamesTypesAndShapesOfARequiredTensor) {
     }
 }
 
-TEST_F(DescribeNetwork, TellsSeveralInNameOrderAndReplacesWhatWasThere) {
+TEST_F(DescribeNetwork, ListsPortsInNameOrderAndReplacesEarlierEntries) {
     inputs_.emplace_back();
     outputs_.emplace_back();
     ASSERT_THAT(describeFiles(arithmeticNetwork()), IsOk());
@@ -83,34 +83,34 @@ TEST_F(DescribeNetwork, TellsSeveralInNameOrderAndReplacesWhatWasThere) {
     EXPECT_THAT(namesOf(outputs_), ElementsAre("difference", "product", "sum"));
 }
 
-TEST_F(DescribeNetwork, TellsNoDimensionsAsAnEmptyShape) {
+TEST_F(DescribeNetwork, ReportsAScalarAsAnEmptyShape) {
     ASSERT_THAT(describeFiles(scalarNetwork()), IsOk());
     EXPECT_EQ(inputs_.at(0).tensorDescriptor().shape().dimension(), 0U);
     EXPECT_EQ(outputs_.at(0).tensorDescriptor().shape().dimension(), 0U);
 }
 
-// Beside each type of the file the one that loading shows.
+// Each element type of the file, with the one that loading reports.
 class DescribeNetworkTypes
     : public DescribeNetwork,
       public ::testing::WithParamInterface<std::pair<const char*, DataType>> {};
 
-TEST_P(DescribeNetworkTypes, AreThoseThatLoadingShows) {
+TEST_P(DescribeNetworkTypes, TypesMatchThoseThatLoadingReports) {
     ASSERT_THAT(describeFiles(halvingNetwork(GetParam().first)), IsOk());
     EXPECT_EQ(inputs_.at(0).tensorDescriptor().tensorType(), GetParam().second);
     EXPECT_EQ(outputs_.at(0).tensorDescriptor().tensorType(), DataType::FLOAT);
 }
 
-constexpr std::pair<const char*, DataType> kShownTypes[] = {
+constexpr std::pair<const char*, DataType> kReportedTypes[] = {
     {"f32", DataType::FLOAT},     {"f16", DataType::FLOAT}, {"i8", DataType::INT8},
     {"i16", DataType::INT16},     {"i32", DataType::INT32}, {"u8", DataType::UINT8},
     {"u16", DataType::UINT16},
-#ifdef QUAVIN_ENGINE_IS_ADAPTER  // others refuse these, or show them otherwise
+#ifdef QUAVIN_ENGINE_IS_ADAPTER  // others refuse these, or report them differently
     {"f64", DataType::FLOAT},     {"u32", DataType::INT32}, {"i64", DataType::INT32},
     {"boolean", DataType::UINT8},
 #endif
 };
 
-INSTANTIATE_TEST_SUITE_P(, DescribeNetworkTypes, ::testing::ValuesIn(kShownTypes),
+INSTANTIATE_TEST_SUITE_P(, DescribeNetworkTypes, ::testing::ValuesIn(kReportedTypes),
                          [](const auto& tested) { return std::string(tested.param.first); });
 
 TEST_F(DescribeNetwork, IntegerOutputsStayIntegers) {
@@ -118,7 +118,7 @@ TEST_F(DescribeNetwork, IntegerOutputsStayIntegers) {
     EXPECT_EQ(outputs_.at(0).tensorDescriptor().tensorType(), DataType::INT32);
 }
 
-TEST_F(DescribeNetwork, TakesTheEmptyPathForANetworkWithoutConstants) {
+TEST_F(DescribeNetwork, AcceptsAnEmptyWeightsPathForANetworkWithoutConstants) {
     writeNetwork(directory_, sumNetwork());
     EXPECT_THAT(
         describeNetwork(Filepath(directory_.entry("net.xml")), Filepath(), inputs_, outputs_),
@@ -126,7 +126,7 @@ TEST_F(DescribeNetwork, TakesTheEmptyPathForANetworkWithoutConstants) {
     EXPECT_THAT(namesOf(inputs_), ElementsAre("x"));
 }
 
-TEST_F(DescribeNetwork, OfMissingFilesAnswersFileErrorAndChangesNothing) {
+TEST_F(DescribeNetwork, MissingFilesAnswerFileErrorAndChangeNothing) {
     inputs_.emplace_back();
     EXPECT_THAT(describeFiles(), IsStatus(FILE_ERROR, "File error!"));
     EXPECT_EQ(inputs_.size(), 1U);
@@ -136,14 +136,14 @@ TEST_F(DescribeNetwork, OfMissingFilesAnswersFileErrorAndChangesNothing) {
     EXPECT_EQ(inputs_.size(), 1U);
 }
 
-#ifdef QUAVIN_ENGINE_IS_ADAPTER  // whose texts these are
-TEST_F(DescribeNetwork, OfTextThatIsNoNetworkAnswersFileError) {
+#ifdef QUAVIN_ENGINE_IS_ADAPTER  // these are its texts
+TEST_F(DescribeNetwork, TextThatIsNotANetworkAnswersFileError) {
     directory_.write("net.xml", "no network");
     directory_.write("net.bin", "");
     EXPECT_THAT(describeFiles(), IsStatusWith(FILE_ERROR, HasSubstr("not an XML text")));
 }
 
-TEST_F(DescribeNetwork, OfDynamicDimensionsNamesTheInput) {
+TEST_F(DescribeNetwork, DynamicDimensionsAnswerFileErrorNamingTheInput) {
     IrNetwork net("dynamic");
     net.output(net.layer("Relu", "y", {net.input("x", {1, -1})}, {1, -1}));
     EXPECT_THAT(describeFiles(net),
@@ -151,31 +151,31 @@ TEST_F(DescribeNetwork, OfDynamicDimensionsNamesTheInput) {
                                                           HasSubstr("dynamic dimensions"))));
 }
 
-TEST_F(DescribeNetwork, OfASecuredPackageWithAWrongKeySaysThatItIsNoNetwork) {
+TEST_F(DescribeNetwork, AWrongKeyAnswersThatTheTopologyIsNotXml) {
     writeSecuredPackage();
     const CryptoKey wrong{};
     EXPECT_THAT(describePackage(&wrong), IsStatusWith(FILE_ERROR, HasSubstr("not an XML text")));
 }
 #endif
 
-TEST_F(DescribeNetwork, OfAPathThatIsNotUtf8AnswersFileError) {
+TEST_F(DescribeNetwork, APathThatIsNotUtf8AnswersFileError) {
     EXPECT_THAT(describeNetwork(Filepath("\xFF.xml"), Filepath("x"), inputs_, outputs_),
                 IsStatus(FILE_ERROR, "bad conversion"));
 }
 
-TEST_F(DescribeNetwork, OfAPackageReadsItsComponents) {
+TEST_F(DescribeNetwork, ReadsTheComponentsOfAPackage) {
     writePackage(directory_, arithmeticNetwork());
     ASSERT_THAT(describePackage(), IsOk());
     EXPECT_THAT(namesOf(inputs_), ElementsAre("left", "right"));
 }
 
-TEST_F(DescribeNetwork, OfASecuredPackageDecryptsInMemory) {
+TEST_F(DescribeNetwork, DecryptsASecuredPackageInMemory) {
     const CryptoKey key = writeSecuredPackage();
     ASSERT_THAT(describePackage(&key), IsOk());
     EXPECT_THAT(namesOf(inputs_), ElementsAre("x"));
 }
 
-TEST_F(DescribeNetwork, OfAPackageWithoutATargetAnswersMetadataError) {
+TEST_F(DescribeNetwork, APackageWithoutATargetAnswersMetadataError) {
     PackageText text = describe(affineNetwork());
     text.engine = "WinML";
     writeManifest(directory_, text);
@@ -183,7 +183,7 @@ TEST_F(DescribeNetwork, OfAPackageWithoutATargetAnswersMetadataError) {
                 IsStatus(MODEL_METADATA_ERROR, "The manifest has no target for Openvino"));
 }
 
-TEST_F(DescribeNetwork, OfAPackageWithOneFileAnswersIncompleteModel) {
+TEST_F(DescribeNetwork, APackageWithOneFileAnswersIncompleteModel) {
     PackageText text = describe(affineNetwork());
     text.components.pop_back();
     writeManifest(directory_, text);

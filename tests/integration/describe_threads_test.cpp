@@ -1,4 +1,4 @@
-// Networks that are described on several threads at once.
+// Networks described on several threads at once.
 
 #include <gmock/gmock.h>
 
@@ -18,7 +18,7 @@ std::string brokenLayerOf(int thread) {
     return "NoSuchLayer" + std::to_string(thread) + "x";
 }
 
-// The engine names the layer, which it does not know.
+// The engine's failure names the layer, which it does not know.
 IrNetwork brokenNetwork(int thread) {
     IrNetwork net("broken");
     const auto x = net.input("x", {1, 4});
@@ -34,9 +34,9 @@ QuavinStatus describeFolder(const TempDirectory& directory, const std::string& f
                            outputs);
 }
 
-#ifdef QUAVIN_ENGINE_IS_ADAPTER  // others keep texts their own way
-// The runtime keeps one text of the last failure for the whole process.
-TEST(DescribeNetworkOnThreads, ToldTextsAreOfTheVeryNetwork) {
+#ifdef QUAVIN_ENGINE_IS_ADAPTER  // others keep texts in their own way
+// The runtime keeps a single text of the last failure for the whole process.
+TEST(DescribeNetworkOnThreads, FailureTextsBelongToTheirOwnNetwork) {
     constexpr int kThreads = 6;
     const TempDirectory directory;
     for (int thread = 0; thread < kThreads; ++thread) {
@@ -44,7 +44,7 @@ TEST(DescribeNetworkOnThreads, ToldTextsAreOfTheVeryNetwork) {
     }
     std::atomic<int> own{0};
     std::atomic<int> others{0};
-    const auto describeAgainAndAgain = [&](int thread) {
+    const auto describeRepeatedly = [&](int thread) {
         for (int round = 0; round < kRounds; ++round) {
             const QuavinStatus status = describeFolder(directory, std::to_string(thread));
             const std::string text = status.getDescription().str();
@@ -59,18 +59,18 @@ TEST(DescribeNetworkOnThreads, ToldTextsAreOfTheVeryNetwork) {
     };
     std::vector<std::thread> threads;
     for (int thread = 0; thread < kThreads; ++thread) {
-        threads.emplace_back(describeAgainAndAgain, thread);
+        threads.emplace_back(describeRepeatedly, thread);
     }
     for (std::thread& thread : threads) {
         thread.join();
     }
     EXPECT_EQ(others, 0);
-    // The rest had to do without: how many is a matter of how busy the machine is.
+    // The rest did not get that text; how many depends on how busy the machine is.
     EXPECT_GT(own, 0);
 }
 #endif
 
-TEST(DescribeNetworkOnThreads, GoodNetworksAreDescribedBesideBrokenOnes) {
+TEST(DescribeNetworkOnThreads, GoodNetworksAreDescribedAlongsideBrokenOnes) {
     const TempDirectory directory;
     writeNetwork(directory, affineNetwork(), "good");
     writeNetwork(directory, brokenNetwork(0), "broken");

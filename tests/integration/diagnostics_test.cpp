@@ -1,4 +1,4 @@
-// What a host that asks for diagnostics is told of failures whose fixed texts hide the cause.
+// What a host with diagnostics enabled is told about failures whose fixed texts hide the cause.
 
 #include <gmock/gmock.h>
 
@@ -48,7 +48,7 @@ class Diagnostics : public DiagnosticsBase {
 protected:
     Diagnostics() : DiagnosticsBase(true) {}
 
-    // A model that reads four floats, and a feature that it refuses.
+    // Gives a model that reads four floats a feature that it refuses.
     void refuse(const std::shared_ptr<QuavinFeature>& feature) {
         if (model_ == nullptr) {
             ASSERT_THAT(loadNetwork(affineNetwork()), IsOk());
@@ -64,21 +64,21 @@ protected:
     }
 };
 
-TEST_F(Diagnostics, HaveTheDocumentedCategoryAndLevel) {
+TEST_F(Diagnostics, RecordsHaveTheDocumentedCategoryAndLevel) {
     EXPECT_THAT(load("nowhere"), Not(IsOk()));
     ASSERT_THAT(records(), SizeIs(1));
     EXPECT_EQ(recorder_->records()[0].category, 4U);
     EXPECT_EQ(recorder_->records()[0].level, 2U);
 }
 
-TEST_F(Diagnostics, AreNotMadeWhereEverythingSucceeds) {
+TEST_F(Diagnostics, NothingIsReportedIfEverythingSucceeds) {
     ASSERT_THAT(loadNetwork(affineNetwork()), IsOk());
     ASSERT_THAT(allocateInputs(), IsOk());
     ASSERT_THAT(predict(), IsOk());
     EXPECT_THAT(records(), IsEmpty());
 }
 
-TEST_F(Diagnostics, NameTheTargetThatAPackageHasInstead) {
+TEST_F(Diagnostics, AMissingTargetIsReportedWithThePackagesTargets) {
     PackageText text = describe(affineNetwork());
     text.engine = "OpenVino";
     loadPackage(text);
@@ -91,7 +91,7 @@ TEST_F(Diagnostics, NameTheTargetThatAPackageHasInstead) {
     EXPECT_THAT(records(), ElementsAre(HasSubstr("the target \"Openvino\" is needed")));
 }
 
-TEST_F(Diagnostics, NameTheEngineTypeThatADeviceAsksFor) {
+TEST_F(Diagnostics, AnUnavailableEngineTypeIsNamed) {
     writePackage(directory_, affineNetwork());
     Device device;
     device.engineType = QuavinModelType::MockML;
@@ -102,7 +102,7 @@ TEST_F(Diagnostics, NameTheEngineTypeThatADeviceAsksFor) {
                             "(Openvino); 0 leaves the choice to it"));
 }
 
-TEST_F(Diagnostics, NameTheComponentsThatAreReadAndSkipped) {
+TEST_F(Diagnostics, UsedAndSkippedComponentsAreNamed) {
     PackageText text = describe(affineNetwork());
     text.components = {{"file", "net.xml"}, {"File", "net.bin"}};
     loadPackage(text);
@@ -119,7 +119,7 @@ TEST_F(Diagnostics, NameTheComponentsThatAreReadAndSkipped) {
                                 "there is none; skipped for their names: \"memory_stream\""));
 }
 
-TEST_F(Diagnostics, NameTheFirstInputAndItsShape) {
+TEST_F(Diagnostics, AnUnusableFirstInputIsNamedWithItsShape) {
     PackageText text = describe(affineNetwork());
     text.inputs = {tensorFeature("x", {1, 0}, "float")};
     loadPackage(text);
@@ -129,7 +129,7 @@ TEST_F(Diagnostics, NameTheFirstInputAndItsShape) {
                                        loading() + "its first input \"x\" has the shape [-1, 4]"));
 }
 
-TEST_F(Diagnostics, NameTheInputThatCannotBeAllocated) {
+TEST_F(Diagnostics, AnInputThatCannotBeAllocatedIsNamed) {
     PackageText text = describe(affineNetwork());
     text.inputs.push_back(R"({"name": "picture", "featureType": "image"})");
     writePackage(directory_, affineNetwork());
@@ -147,7 +147,7 @@ TEST_F(Diagnostics, NameTheInputThatCannotBeAllocated) {
                             "[4611686018427387904]"));
 }
 
-TEST_F(Diagnostics, NameTheInputWithoutAFeatureAndWhatWasGiven) {
+TEST_F(Diagnostics, AnInputWithoutAFeatureIsNamedWithTheGivenFeatures) {
     ASSERT_THAT(loadNetwork(affineNetwork()), IsOk());
     EXPECT_THAT(predict(), IsStatus(EMPTY_INPUT_DESCRIPTOR, "Empty Input Feature Descriptor"));
     inputs_ = {featureOf<float>("X", {1, 4}, DataType::FLOAT, {1, 2, 3, 4}), nullptr,
@@ -159,7 +159,7 @@ TEST_F(Diagnostics, NameTheInputWithoutAFeatureAndWhatWasGiven) {
                             "\"\""));
 }
 
-TEST_F(Diagnostics, TellWhatARefusedInputIsLike) {
+TEST_F(Diagnostics, ARefusedInputIsDescribed) {
     const std::string network =
         "predict: input \"x\" of the network has the shape [1, 4], and its ";
     refuse(featureOver("x", {1, 4}, DataType::UINT8, nullptr));
@@ -181,13 +181,13 @@ TEST_F(Diagnostics, TellWhatARefusedInputIsLike) {
     EXPECT_THAT(records(), ElementsAre(network + "feature is no tensor but of the type double"));
 }
 
-TEST_F(Diagnostics, AreNotMadeWhereTheTextNamesInputAndBytes) {
+TEST_F(Diagnostics, NothingIsReportedIfTheTextNamesInputAndBytes) {
     refuse(featureOver("x", {1, 4}, DataType::FLOAT, nullptr));
     EXPECT_THAT(records(), IsEmpty());
 }
 
-#ifdef QUAVIN_ENGINE_IS_ADAPTER  // whose words these are
-TEST_F(Diagnostics, TellTheEnginesWordsWhereAnotherElementTypeIsGiven) {
+#ifdef QUAVIN_ENGINE_IS_ADAPTER  // these are its words
+TEST_F(Diagnostics, TheEnginesTextIsReportedForAnUnexpectedElementType) {
     refuse(featureOf<std::int32_t>("x", {1, 4}, DataType::INT32, {1, 2, 3, 4}));
     EXPECT_THAT(records(), ElementsAre(::testing::AllOf(
                                ::testing::StartsWith("predict: the engine fails: "),
@@ -195,7 +195,7 @@ TEST_F(Diagnostics, TellTheEnginesWordsWhereAnotherElementTypeIsGiven) {
 }
 #endif
 
-TEST_F(Diagnostics, TellOfAnotherShapeWithEnoughBytesWhichPredicts) {
+TEST_F(Diagnostics, ADifferentShapeWithEnoughBytesIsReportedAndPredicts) {
     ASSERT_THAT(loadNetwork(affineNetwork()), IsOk());
     inputs_ = {featureOf<float>("x", {4, 1}, DataType::FLOAT, {1, 2, 3, -4})};
     ASSERT_THAT(predict(), IsOk());
@@ -205,7 +205,7 @@ TEST_F(Diagnostics, TellOfAnotherShapeWithEnoughBytesWhichPredicts) {
                             "network's [1, 4]"));
 }
 
-TEST_F(Diagnostics, HoldNoKeyAndNothingOfSecuredFiles) {
+TEST_F(Diagnostics, NoKeyOrSecuredContentIsReported) {
     const IrNetwork network = affineNetwork();
     const CryptoKey key = {'s', 'e', 'c', 'r', 'e', 't', ' ', 'k',
                            'e', 'y', ' ', '1', '2', '3', '4', '5'};
@@ -235,7 +235,7 @@ TEST_F(Diagnostics, HoldNoKeyAndNothingOfSecuredFiles) {
     EXPECT_THAT(records(), Each(Not(HasSubstr("secret"))));
 }
 
-TEST_F(Diagnostics, ComeOneAtATimeFromModelsThatPredictOnSeveralThreads) {
+TEST_F(Diagnostics, RecordsOfConcurrentPredictionsArriveOneAtATime) {
     constexpr int kThreads = 4;
     constexpr int kPredictions = 100;
     writePackage(directory_, affineNetwork());

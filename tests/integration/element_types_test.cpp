@@ -1,4 +1,4 @@
-// Which element types go in and come out.
+// Which element types inputs and outputs may have.
 
 #include "integration/model_test.h"
 
@@ -9,14 +9,14 @@ using ::testing::ElementsAre;
 
 class ElementTypes : public ModelTest {
 protected:
-    // A feature for a network of one input "x", which need not be declared by the manifest.
+    // Sets a feature for a network with one input "x", whatever the manifest declares.
     template <typename Value>
     void giveX(DataType type, const std::vector<Value>& values) {
         inputs_ = {featureOf<Value>("x", {1, static_cast<int64>(values.size())}, type, values)};
     }
 };
 
-// y = x / 2, so that a misread type cannot give the expected numbers.
+// y = x / 2, so that a misread type cannot produce the expected numbers.
 TEST_F(ElementTypes, FloatInputIsReadAsFloat) {
     ASSERT_THAT(loadNetwork(halvingNetwork("f32")), IsOk());
     giveX<float>(DataType::FLOAT, {1, -3, 1000, 0.5F});
@@ -24,7 +24,7 @@ TEST_F(ElementTypes, FloatInputIsReadAsFloat) {
     EXPECT_THAT(valuesOf<float>(outputs_.at(0)), ElementsAre(0.5F, -1.5F, 500.F, 0.25F));
 }
 
-#ifdef QUAVIN_ENGINE_IS_ADAPTER  // others convert no int8
+#ifdef QUAVIN_ENGINE_IS_ADAPTER  // others do not convert int8
 TEST_F(ElementTypes, Int8InputIsReadAsInt8) {
     ASSERT_THAT(loadNetwork(halvingNetwork("i8")), IsOk());
     ASSERT_THAT(allocateInputs(), IsOk());
@@ -53,7 +53,7 @@ TEST_F(ElementTypes, Int32InputIsReadAsInt32) {
     EXPECT_THAT(valuesOf<float>(outputs_.at(0)), ElementsAre(0.5F, -1.5F, 500000.F, -32768.F));
 }
 
-TEST_F(ElementTypes, Int32OutputComesAsInt32) {
+TEST_F(ElementTypes, Int32OutputIsReturnedAsInt32) {
     ASSERT_THAT(loadNetwork(integerNetwork()), IsOk());
     giveX<std::int32_t>(DataType::INT32, {1, -2, 100000, 0});
     ASSERT_THAT(predict(), IsOk());
@@ -62,7 +62,7 @@ TEST_F(ElementTypes, Int32OutputComesAsInt32) {
 }
 
 #ifdef QUAVIN_ENGINE_IS_ADAPTER  // as above
-TEST_F(ElementTypes, OneNetworkTakesAllFourTypesAtOnce) {
+TEST_F(ElementTypes, OneNetworkAcceptsAllFourTypesAtOnce) {
     IrNetwork net("all types");
     const IrNetwork::Shape shape = {1, 2};
     const auto real = net.input("real", shape, "f32");
@@ -132,7 +132,7 @@ TEST_F(ElementTypes, DoubleInputIsRefusedWithItsOwnText) {
                                                  "Double not supported in openvino engine");
 }
 
-TEST_F(ElementTypes, ASupportedTypeThatTheNetworkWasNotLoadedWithIsAnEngineFailure) {
+TEST_F(ElementTypes, ASupportedTypeOtherThanTheLoadedOneIsAnEngineFailure) {
     ASSERT_THAT(loadNetwork(sumNetwork()), IsOk());
     giveX<std::int32_t>(DataType::INT32, {1, 2});
     expectThrows<MLFrameworkException>([&] { predict(); }, ML_FRAMEWORK_ERROR,
@@ -140,7 +140,7 @@ TEST_F(ElementTypes, ASupportedTypeThatTheNetworkWasNotLoadedWithIsAnEngineFailu
     EXPECT_TRUE(outputs_.empty());
 }
 
-TEST_F(ElementTypes, PredictionGoesOnAfterARefusedType) {
+TEST_F(ElementTypes, PredictionSucceedsAgainAfterARefusedType) {
     ASSERT_THAT(loadNetwork(sumNetwork()), IsOk());
     giveX<std::uint8_t>(DataType::UINT8, {1, 2, 3, 4, 5, 6, 7, 8});
     EXPECT_THROW(predict(), InvalidTypeException);
@@ -151,9 +151,9 @@ TEST_F(ElementTypes, PredictionGoesOnAfterARefusedType) {
     EXPECT_THAT(valuesOf<float>(outputs_.at(0)), ElementsAre(2.F, 4.F));
 }
 
-// Precisions are set on the network while predicting, so the next load of the same network has
+// Precisions are set on the network while predicting, so the next load of the same network uses
 // them.
-TEST_F(ElementTypes, LoadingAgainTakesTheTypeOfTheLastFeature) {
+TEST_F(ElementTypes, LoadingAgainUsesTheTypeOfTheLastFeature) {
     ASSERT_THAT(loadNetwork(halvingNetwork("f32")), IsOk());
     giveX<std::int32_t>(DataType::INT32, {1, -3, 1000, 5});
     EXPECT_THROW(predict(), MLFrameworkException);
@@ -162,7 +162,7 @@ TEST_F(ElementTypes, LoadingAgainTakesTheTypeOfTheLastFeature) {
     EXPECT_THAT(valuesOf<float>(outputs_.at(0)), ElementsAre(0.5F, -1.5F, 500.F, 2.5F));
 }
 
-TEST_F(ElementTypes, LoadingAgainAfterARefusedTypeTakesUnloadingFirst) {
+TEST_F(ElementTypes, LoadingAgainAfterARefusedTypeRequiresUnloadingFirst) {
     ASSERT_THAT(loadNetwork(sumNetwork()), IsOk());
     giveX<std::uint8_t>(DataType::UINT8, {1, 2, 3, 4, 5, 6, 7, 8});
     EXPECT_THROW(predict(), InvalidTypeException);
@@ -175,7 +175,7 @@ TEST_F(ElementTypes, LoadingAgainAfterARefusedTypeTakesUnloadingFirst) {
     EXPECT_THAT(valuesOf<float>(outputs_.at(0)), ElementsAre(2.F, 4.F));
 }
 
-TEST_F(ElementTypes, InputWithoutDimensionsIsOneElement) {
+TEST_F(ElementTypes, InputWithoutDimensionsHasOneElement) {
     ASSERT_THAT(loadNetwork(scalarNetwork()), IsOk());
     ASSERT_THAT(allocateInputs(), IsOk());
     ASSERT_EQ(inputs_.at(0)->asTensor()->bytes(), 4);
@@ -187,7 +187,7 @@ TEST_F(ElementTypes, InputWithoutDimensionsIsOneElement) {
     EXPECT_THAT(valuesOf<float>(outputs_.at(0)), ElementsAre(45.F));
 }
 
-TEST_F(ElementTypes, InputWithoutDimensionsTakesATensorOfOneElement) {
+TEST_F(ElementTypes, InputWithoutDimensionsAcceptsATensorOfOneElement) {
     ASSERT_THAT(loadNetwork(scalarNetwork()), IsOk());
     inputs_ = {featureOf<float>("x", {1, 1}, DataType::FLOAT, {-2})};
     ASSERT_THAT(predict(), IsOk());

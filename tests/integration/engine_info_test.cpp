@@ -1,4 +1,4 @@
-// What the library tells about the engine behind it.
+// What the library reports about its engine.
 
 #include <gmock/gmock.h>
 
@@ -16,7 +16,7 @@ using ::testing::IsEmpty;
 using ::testing::Le;
 using ::testing::Not;
 
-// Of this machine, whatever it is.
+// Checks only what holds on any machine.
 void expectToBePlausible(const EngineInfo& info) {
     ASSERT_FALSE(info.runtimeVersion.empty());
     EXPECT_TRUE(std::isdigit(info.runtimeVersion.data()[0])) << info.runtimeVersion;
@@ -24,7 +24,7 @@ void expectToBePlausible(const EngineInfo& info) {
     EXPECT_FALSE(info.deviceName.empty());
     EXPECT_THAT(info.capabilities, Contains(String("FP32")));
     const int processors = static_cast<int>(std::thread::hardware_concurrency());
-#ifdef QUAVIN_ENGINE_IS_ADAPTER  // others need not tell these
+#ifdef QUAVIN_ENGINE_IS_ADAPTER  // others need not report these
     EXPECT_EQ(info.precision, "f32");
     EXPECT_THAT(info.threads, Ge(1));
     EXPECT_THAT(info.streams, Ge(1));
@@ -33,14 +33,14 @@ void expectToBePlausible(const EngineInfo& info) {
     EXPECT_THAT(info.streams, Le(processors));
 }
 
-TEST(EngineInfoOfTheClient, IsToldWithoutInit) {
+TEST(EngineInfoOfTheClient, IsAvailableWithoutInit) {
     ASSERT_FALSE(QuavinClient::isInitialized());
     EngineInfo info;
     EXPECT_THAT(QuavinClient::getEngineInfo(info), IsOk());
     expectToBePlausible(info);
 }
 
-TEST(EngineInfoOfTheClient, TakesThePlaceOfWhatWasThere) {
+TEST(EngineInfoOfTheClient, ReplacesEarlierContent) {
     EngineInfo info;
     info.device = "another";
     info.capabilities = {"flying", "swimming"};
@@ -51,28 +51,28 @@ TEST(EngineInfoOfTheClient, TakesThePlaceOfWhatWasThere) {
 
 using EngineInfoOfAModel = ModelTest;
 
-TEST_F(EngineInfoOfAModel, IsThatOfTheNetworkThatWasLoaded) {
+TEST_F(EngineInfoOfAModel, IsPlausibleAfterLoading) {
     ASSERT_THAT(loadNetwork(affineNetwork()), IsOk());
     EngineInfo info;
     EXPECT_THAT(model_->getEngineInfo(info), IsOk());
     expectToBePlausible(info);
 }
 
-TEST_F(EngineInfoOfAModel, IsWhatTheClientForetells) {
-    EngineInfo foretold;
-    ASSERT_THAT(QuavinClient::getEngineInfo(foretold), IsOk());
+TEST_F(EngineInfoOfAModel, MatchesWhatTheClientReportedBeforehand) {
+    EngineInfo expected;
+    ASSERT_THAT(QuavinClient::getEngineInfo(expected), IsOk());
     ASSERT_THAT(loadNetwork(affineNetwork()), IsOk());
     EngineInfo info;
     ASSERT_THAT(model_->getEngineInfo(info), IsOk());
-    EXPECT_EQ(info.runtimeVersion, foretold.runtimeVersion);
-    EXPECT_EQ(info.deviceName, foretold.deviceName);
-    EXPECT_EQ(info.precision, foretold.precision);
-    EXPECT_EQ(info.threads, foretold.threads);
-    EXPECT_EQ(info.streams, foretold.streams);
-    EXPECT_EQ(info.capabilities, foretold.capabilities);
+    EXPECT_EQ(info.runtimeVersion, expected.runtimeVersion);
+    EXPECT_EQ(info.deviceName, expected.deviceName);
+    EXPECT_EQ(info.precision, expected.precision);
+    EXPECT_EQ(info.threads, expected.threads);
+    EXPECT_EQ(info.streams, expected.streams);
+    EXPECT_EQ(info.capabilities, expected.capabilities);
 }
 
-TEST_F(EngineInfoOfAModel, NeedsALoadedModelAndLeavesTheInfoAloneWithoutOne) {
+TEST_F(EngineInfoOfAModel, FailsAndLeavesTheInfoAloneWithoutALoadedModel) {
     ASSERT_THAT(loadNetwork(affineNetwork()), IsOk());
     const auto metadata = model_->getMetadata();
     ASSERT_THAT(client_.unloadModel(model_), IsOk());
@@ -87,7 +87,7 @@ TEST_F(EngineInfoOfAModel, NeedsALoadedModelAndLeavesTheInfoAloneWithoutOne) {
     expectToBePlausible(info);
 }
 
-TEST_F(EngineInfoOfAModel, IsNotToldWhereLoadingFailed) {
+TEST_F(EngineInfoOfAModel, IsUnavailableAfterAFailedLoad) {
     ASSERT_THAT(loadNetwork(affineNetwork()), IsOk());
     EXPECT_THAT(model_->load(nullptr),
                 IsStatus(INVALID_ARGUMENTS, "There is no metadata to load a model from"));

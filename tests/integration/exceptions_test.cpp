@@ -13,13 +13,14 @@ namespace {
 
 using testing::IsStatus;
 
-TEST(ExceptionsInAHost, AreCaughtByTheirType) {
+TEST(ExceptionsInAHost, LibraryExceptionsAreCaughtByTheirType) {
     EXPECT_THROW(FileUtils::getFileSize(Filepath("no\\such\\file")), FileException);
     EXPECT_THROW(FileUtils::getFileSize(Filepath("\xFF")), std::range_error);
 }
 
-// The library asks the C++ runtime for the exception that the host handles: both have to share one.
-TEST(ExceptionsInAHost, BecomeAStatusInItsHandler) {
+// The library asks the C++ runtime for the exception that the host is handling, so both must share
+// one runtime.
+TEST(ExceptionsInAHost, LibraryExceptionsBecomeAStatusInTheHostsHandler) {
     try {
         FileUtils::getFileSize(Filepath("no\\such\\file"));
         FAIL() << "nothing was thrown";
@@ -28,7 +29,7 @@ TEST(ExceptionsInAHost, BecomeAStatusInItsHandler) {
     }
 }
 
-TEST(ExceptionsInAHost, OfItsOwnBecomeAStatusToo) {
+TEST(ExceptionsInAHost, HostExceptionsBecomeAStatusToo) {
     try {
         throw std::runtime_error("of the host");
     } catch (...) {

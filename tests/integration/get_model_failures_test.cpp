@@ -1,4 +1,4 @@
-// What getModel answers where it fails, and what happens to the host's pointer.
+// What getModel returns if it fails, and what happens to the host's pointer.
 
 #include "integration/get_model_test.h"
 
@@ -52,7 +52,7 @@ void callEveryOverload(QuavinClient& client, const TempDirectory& directory,
     check(client.getModel(metadata, model, Device()), model);
 }
 
-TEST_F(GetModel, AFailingLoadEmptiesThePointerInEveryOverload) {
+TEST_F(GetModel, AFailingLoadClearsThePointerInEveryOverload) {
     takeAComponentAway();
     callEveryOverload(client_, directory_, readManifest(), other_,
                       [](const QuavinStatus& status, const auto& model) {

@@ -1,4 +1,4 @@
-// Paths as hosts give them.
+// Paths in the forms that hosts pass.
 
 #include "integration/get_model_test.h"
 
@@ -17,7 +17,7 @@ TEST_F(GetModel, ATrailingSeparatorIsDoubledInTheTextOfAFailure) {
                                                    directory_.entry("nowhere\\\\manifest.json")));
 }
 
-TEST_F(GetModel, Utf16PathsMayHoldAnyCharacter) {
+TEST_F(GetModel, Utf16PathsMayContainAnyCharacter) {
     // An umlaut, two ideographs, and a character of two UTF-16 units.
     const std::string folder =
         "M\xC3\xBC"

@@ -10,7 +10,7 @@ using ::testing::IsEmpty;
 TEST_F(GetModel, DeviceOverloadsRegisterAndTypeOverloadsDoNot) {
     const auto metadata = readManifest();
     const auto type = QuavinModelType::Openvino;
-    ASSERT_EQ(registeredModels(), 0U);  // `other_` came through a type
+    ASSERT_EQ(registeredModels(), 0U);  // `other_` was loaded by type
     ASSERT_THAT(client_.getModel(utf16(directory_), model_, 0, type), IsOk());
     ASSERT_THAT(client_.getModel(metadata, model_, type), IsOk());
     EXPECT_EQ(registeredModels(), 0U);
@@ -41,7 +41,7 @@ TEST_F(GetModel, ARegisteredModelIsHeldByTheClientAndAnUnregisteredOneIsNot) {
     EXPECT_TRUE(registered.expired());
 }
 
-TEST_F(GetModel, AFailedDeviceLoadStaysRegisteredAndEmptiesThePointer) {
+TEST_F(GetModel, AFailedDeviceLoadStaysRegisteredAndClearsThePointer) {
     takeAComponentAway();
     EXPECT_THAT(client_.getModel(directory_.text(), model_, Device(), 0),
                 IsStatus(INVALID_MODEL_PATH, "Incomplete Model"));

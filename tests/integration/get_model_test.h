@@ -18,7 +18,7 @@ inline Device deviceOfType(QuavinModelType type) {
     return device;
 }
 
-/// A package on the disk, and another model in the host's pointer.
+/// A package on disk, and another model in the host's pointer.
 class GetModel : public ModelTest {
 protected:
     GetModel() {
@@ -30,13 +30,13 @@ protected:
     std::size_t registeredModels() const {
         return client_.queryRuntimeStatus().getLoadedModels().size();
     }
-    /// A package whose loading answers 4, "Incomplete Model".
+    /// Makes a package for which getModel returns 4, "Incomplete Model".
     void takeAComponentAway() {
         PackageText text = describe(sumNetwork());
         text.components.pop_back();
         writeManifest(directory_, text);
     }
-    /// A package whose loading throws, which answers 3.
+    /// Makes a package whose loading throws, for which getModel returns 3.
     void breakTheTopology() { directory_.write("net.xml", "no network at all"); }
     /// A package for another engine.
     void writePackageForAnotherEngine() {

@@ -1,4 +1,4 @@
-// Which engine types and devices getModel takes.
+// Which engine types and devices getModel accepts.
 
 #include "integration/get_model_test.h"
 
@@ -33,7 +33,7 @@ TEST_P(GetModelOfFittingType, LoadsThroughEveryOverload) {
     expectLoaded(client_.getModel(metadata, model_, deviceOfType(type())));
 }
 
-TEST_P(GetModelOfOtherType, IsRefusedByPathWithAnEmptyPointer) {
+TEST_P(GetModelOfOtherType, IsRefusedByPathAndClearsThePointer) {
     EXPECT_THAT(client_.getModel(directory_.text(), model_, 0, type()),
                 IsStatus(MODEL_METADATA_ERROR, kNoTarget));
     EXPECT_EQ(model_, nullptr);
@@ -52,7 +52,7 @@ TEST_P(GetModelOfOtherType, IsRefusedByDeviceAndRegistersNothing) {
     EXPECT_EQ(registeredModels(), 0U);
 }
 
-TEST_P(GetModelOfOtherType, IsRefusedByMetadataWithTheOldModelInPlace) {
+TEST_P(GetModelOfOtherType, IsRefusedByMetadataAndKeepsTheOldModel) {
     const auto metadata = readManifest();
     EXPECT_THAT(client_.getModel(metadata, model_, type()),
                 IsStatus(MODEL_METADATA_ERROR, kNoTarget));
@@ -70,13 +70,13 @@ TEST_F(GetModel, TheListedDeviceOfTheEngineIsRefused) {
                 IsStatus(MODEL_METADATA_ERROR, kNoTarget));
 }
 
-TEST_F(GetModel, AManifestForOtherEnginesAnswers12WithAnEmptyPointer) {
+TEST_F(GetModel, AManifestForOtherEnginesAnswers12AndClearsThePointer) {
     writePackageForAnotherEngine();
     EXPECT_THAT(load(), IsStatus(MODEL_METADATA_ERROR, kNoTarget));
     EXPECT_EQ(model_, nullptr);
 }
 
-TEST_F(GetModel, NothingOfADeviceButItsEngineTypeMatters) {
+TEST_F(GetModel, OnlyTheEngineTypeOfADeviceMatters) {
     Device device;
     device.name = "GPU";
     device.description = "a device that no machine has";

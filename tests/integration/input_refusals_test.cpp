@@ -16,7 +16,7 @@ public:
     TensorShape stride() const override { return {8, 2}; }
 };
 
-// A tensor that says nothing of its own about memory.
+// A tensor that only wraps the given memory.
 std::shared_ptr<ITensor> overMemory(const TensorShape& shape, float* memory, std::size_t bytes) {
     return std::make_shared<BufferWrappedTensor>(DataType::FLOAT, shape,
                                                  reinterpret_cast<unsigned char*>(memory), bytes);
@@ -50,7 +50,7 @@ TEST_F(InputRefusals, AStridedTensorIsRefused) {
     EXPECT_TRUE(outputs_.empty());
 }
 
-TEST_F(InputRefusals, AScalarFeatureUnderAnInputsNameIsRefused) {
+TEST_F(InputRefusals, AScalarFeatureWithAnInputsNameIsRefused) {
     inputs_ = {std::make_shared<QuavinFeatureDouble>(
         ModelFeatureDescriptor(QuavinFeatureType::DOUBLE, true, "x", "",
                                TensorDescriptor({1, 4}, DataType::FLOAT), ImageDescriptor()),
@@ -60,15 +60,15 @@ TEST_F(InputRefusals, AScalarFeatureUnderAnInputsNameIsRefused) {
         "Attempt to interpret a feature as tensor while the feature's type is double");
 }
 
-TEST_F(InputRefusals, AScalarInputThatTheManifestDeclaresIsRefusedToo) {
+TEST_F(InputRefusals, AScalarInputDeclaredByTheManifestIsRefusedToo) {
     PackageText text = describe(affineNetwork());
     text.inputs = {scalarFeature("x", "int64")};
     writeManifest(directory_, text);
     ASSERT_THAT(load(), IsOk());
     ASSERT_THAT(allocateInputs(), IsOk());
     ASSERT_EQ(inputs_.at(0)->type(), QuavinFeatureType::INT64);
-    // Without an element type the descriptor maps to none that the engine takes; the feature is
-    // asked for its tensor before that.
+    // Without an element type the descriptor maps to none that the engine accepts, but the feature
+    // is asked for its tensor first.
     expectThrows<InvalidTypeException>(
         [&] { predict(); }, INVALID_TYPE,
         "Attempt to interpret a feature as tensor while the feature's type is int64");
@@ -95,15 +95,15 @@ TEST_F(InputRefusals, ATensorOfFewerBytesIsRefusedNamingInputAndBytes) {
     expectTooSmall("given 0");
 }
 
-TEST_F(InputRefusals, ATensorOfNoElementTypeHasNoBytes) {
+TEST_F(InputRefusals, ATensorWithoutAnElementTypeHasNoBytes) {
     float memory[4] = {};
     give(std::make_shared<BufferWrappedTensor>(DataType::UNDEFINED, TensorShape{1, 4},
                                                reinterpret_cast<unsigned char*>(memory), 0));
     expectTooSmall("given 0");
 }
 
-TEST_F(InputRefusals, TheEnginesOwnChecksOfAnInputComeFirst) {
-    // No memory, and a type that the engine has a text for.
+TEST_F(InputRefusals, TheEnginesOwnInputChecksComeFirst) {
+    // No memory, and a type for which the engine has its own text.
     inputs_ = {featureOver("x", {1, 4}, DataType::UINT8, nullptr)};
     expectThrows<InvalidTypeException>(
         [&] { predict(); }, INVALID_TYPE,
@@ -117,7 +117,7 @@ TEST_F(InputRefusals, TheEnginesOwnChecksOfAnInputComeFirst) {
     EXPECT_THROW(predict(), MLFrameworkException);
 }
 
-TEST_F(InputRefusals, AnotherShapeWithTheSameBytesIsBoundAsItStands) {
+TEST_F(InputRefusals, ADifferentShapeWithTheSameBytesIsBoundUnchanged) {
     for (const TensorShape& shape :
          {TensorShape{4}, TensorShape{4, 1}, TensorShape{2, 2}, TensorShape{1, 1, 1, 2, 2}}) {
         inputs_ = {featureOf<float>("x", shape, DataType::FLOAT, {1, 2, 3, -4})};
@@ -127,13 +127,13 @@ TEST_F(InputRefusals, AnotherShapeWithTheSameBytesIsBoundAsItStands) {
     }
 }
 
-TEST_F(InputRefusals, AnotherShapeWithMoreBytesIsBoundAsItStands) {
+TEST_F(InputRefusals, ADifferentShapeWithMoreBytesIsBoundUnchanged) {
     inputs_ = {featureOf<float>("x", {3, 3}, DataType::FLOAT, {1, 2, 3, -4, 9, 9, 9, 9, 9})};
     ASSERT_THAT(predict(), IsOk());
     EXPECT_THAT(valuesOf<float>(outputs_.at(0)), ElementsAre(2.5F, 5.F, 7.5F, -6.F));
 }
 
-TEST_F(InputRefusals, PredictionGoesOnAfterARefusal) {
+TEST_F(InputRefusals, PredictionSucceedsAgainAfterARefusal) {
     give(std::make_shared<StridedTensor>(DataType::FLOAT, TensorShape{1, 4}));
     EXPECT_THROW(predict(), MLFrameworkException);
     give(nullptr);

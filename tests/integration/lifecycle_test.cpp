@@ -1,4 +1,4 @@
-// Models that are loaded, unloaded and loaded again, and several at once.
+// Models loaded, unloaded and loaded again, and several models at once.
 
 #include <atomic>
 #include <filesystem>
@@ -67,10 +67,10 @@ TEST_F(Lifecycle, LoadingAfterUnloadingReadsTheFiles) {
     expectAffineNumbers();
 }
 
-TEST_F(Lifecycle, LoadingAfterUnloadingTakesTheFilesAsTheyAreThen) {
+TEST_F(Lifecycle, LoadingAfterUnloadingUsesTheCurrentFiles) {
     const auto metadata = model_->getMetadata();
     ASSERT_THAT(client_.unloadModel(model_), IsOk());
-    writeNetwork(directory_, halvingNetwork("f32"));  // of the same ports
+    writeNetwork(directory_, halvingNetwork("f32"));  // with the same ports
     ASSERT_THAT(model_->load(metadata), IsOk());
     ASSERT_THAT(allocateInputs(), IsOk());
     EXPECT_THAT(predictFloats({1, 2, 3, -4}), ElementsAre(0.5F, 1.F, 1.5F, -2.F));
@@ -91,7 +91,7 @@ TEST_F(Lifecycle, AManifestMayBeReadAgainThroughTheModel) {
                 IsStatusWith(MODEL_METADATA_ERROR, Not(IsEmpty())));
 }
 
-TEST_F(Lifecycle, LoadingFromNoMetadataAnswers7AndKeepsTheModelLoaded) {
+TEST_F(Lifecycle, LoadingFromNullMetadataAnswers7AndKeepsTheModelLoaded) {
     EXPECT_THAT(model_->load(std::shared_ptr<ModelMetadata>()),
                 IsStatusWith(INVALID_ARGUMENTS, Not(IsEmpty())));
     expectAffineNumbers();
@@ -150,7 +150,7 @@ TEST_F(Lifecycle, SeveralModelsAtOnceDoNotDisturbEachOther) {
         EXPECT_THAT(valuesOf<float>(h.at(0)), ElementsAre(1.F, 2.F, 3.F, 4.F));
         EXPECT_THAT(valuesOf<std::int32_t>(i.at(0)), ElementsAre(3, 6, 9, 12));
     }
-    // One that is unloaded leaves the others as they are.
+    // Unloading one leaves the others unaffected.
     auto unloaded = halving;
     ASSERT_THAT(client_.unloadModel(unloaded), IsOk());
     Features a;
@@ -195,7 +195,7 @@ TEST_F(Lifecycle, OutputsMayBeDroppedOnAnotherThreadWhileTheModelPredicts) {
     }
 }
 
-TEST_F(Lifecycle, ModelsGoOnAfterTheLibraryIsSwitchedOffAndOn) {
+TEST_F(Lifecycle, ModelsKeepPredictingAsTheLibraryIsSwitchedOffAndOn) {
     ASSERT_THAT(client_.getModel(directory_.text(), model_, Device(), 0), IsOk());
     for (int cycle = 0; cycle < 3; ++cycle) {
         QuavinClient::terminate();
@@ -203,7 +203,7 @@ TEST_F(Lifecycle, ModelsGoOnAfterTheLibraryIsSwitchedOffAndOn) {
         expectAffineNumbers();
         ASSERT_THAT(QuavinClient::init(QuavinConfig()), IsOk());
         EXPECT_EQ(&QuavinClient::instance(), &client_);
-        // The registry is the one of before.
+        // The registry is unchanged.
         EXPECT_EQ(client_.queryRuntimeStatus().getLoadedModels(), (std::vector{model_}));
         expectAffineNumbers();
     }

@@ -1,4 +1,4 @@
-// One thread loads, unloads and drops models while another predicts with a model of its own.
+// One thread loads, unloads and drops models while another predicts with its own model.
 
 #include <atomic>
 #include <future>
@@ -10,7 +10,7 @@ namespace {
 
 using LoadingBesidePredicting = ModelTest;
 
-TEST_F(LoadingBesidePredicting, DisturbsNoPredictionOfAnotherModel) {
+TEST_F(LoadingBesidePredicting, DoesNotDisturbPredictionsOfAnotherModel) {
     constexpr int kRounds = 10;
     ASSERT_THAT(loadNetwork(affineNetwork()), IsOk());
     ASSERT_THAT(allocateInputs(), IsOk());

@@ -1,4 +1,5 @@
-// Nothing is copied: the engine reads the memory of the host's tensors, and outputs are its memory.
+// Nothing is copied: the engine reads the host's tensors in place, and outputs expose the memory it
+// wrote.
 
 #include <algorithm>
 #include <array>
@@ -19,7 +20,7 @@ protected:
     Memory() { EXPECT_THAT(loadNetwork(affineNetwork()), IsOk()); }
 };
 
-TEST_F(Memory, OfAnInputIsReadAnewByEveryPrediction) {
+TEST_F(Memory, AnInputIsReadAgainByEveryPrediction) {
     ASSERT_THAT(allocateInputs(), IsOk());
     const unsigned char* const address = addressOf(inputs_.at(0));
     EXPECT_THAT(predictFloats({0, 0, 0, 0}), ElementsAre(0.5F, 1.F, 1.5F, 2.F));
@@ -28,7 +29,7 @@ TEST_F(Memory, OfAnInputIsReadAnewByEveryPrediction) {
     EXPECT_EQ(addressOf(inputs_.at(0)), address);
 }
 
-TEST_F(Memory, OfTheHostIsReadInPlaceThroughAWrappingTensor) {
+TEST_F(Memory, HostMemoryIsReadInPlaceThroughAWrappingTensor) {
     std::array<float, 4> samples = {1, 2, 3, -4};
     auto* const bytes = reinterpret_cast<unsigned char*>(samples.data());
     inputs_ = {featureOver("x", {1, 4}, DataType::FLOAT,
@@ -42,7 +43,7 @@ TEST_F(Memory, OfTheHostIsReadInPlaceThroughAWrappingTensor) {
     EXPECT_THAT(samples, ElementsAre(10.F, 20.F, 30.F, 40.F));  // and is not written
 }
 
-TEST_F(Memory, OfAnInputNeedsNoAlignmentBeyondItsElements) {
+TEST_F(Memory, AnInputNeedsNoAlignmentBeyondItsElements) {
     const std::array<float, 4> samples = {1, 2, 3, -4};
     alignas(64) std::array<float, 8> memory{};
     for (std::size_t offset = 0; offset < 5; ++offset) {
@@ -56,9 +57,9 @@ TEST_F(Memory, OfAnInputNeedsNoAlignmentBeyondItsElements) {
     }
 }
 
-TEST_F(Memory, OfAnInputMayChangeBetweenPredictions) {
+TEST_F(Memory, AnInputsMemoryMayChangeBetweenPredictions) {
     for (const float value : {1.F, 2.F, 3.F}) {
-        // New memory every time, and the old is gone.
+        // New memory every time; the old memory is freed.
         inputs_ = {featureOf<float>("x", {1, 4}, DataType::FLOAT, {value, value, value, value})};
         ASSERT_THAT(predict(), IsOk());
         EXPECT_THAT(valuesOf<float>(outputs_.at(0)),
@@ -66,7 +67,7 @@ TEST_F(Memory, OfAnInputMayChangeBetweenPredictions) {
     }
 }
 
-TEST_F(Memory, OfAnOutputIsWritableAndBelongsToThatOutputAlone) {
+TEST_F(Memory, AnOutputIsWritableAndItsMemoryIsNotShared) {
     ASSERT_THAT(allocateInputs(), IsOk());
     predictFloats({0, 0, 0, 0});
     const auto output = outputs_.at(0);
@@ -76,7 +77,7 @@ TEST_F(Memory, OfAnOutputIsWritableAndBelongsToThatOutputAlone) {
     EXPECT_THAT(valuesOf<float>(output), ElementsAre(7.F, 7.F, 7.F, 7.F));
 }
 
-TEST_F(Memory, OfEarlierOutputsIsUntouchedByLaterPredictions) {
+TEST_F(Memory, EarlierOutputsAreUntouchedByLaterPredictions) {
     ASSERT_THAT(allocateInputs(), IsOk());
     Features kept;
     for (const float value : {0.F, 1.F, 2.F, 3.F, 4.F}) {
@@ -93,7 +94,7 @@ TEST_F(Memory, OfEarlierOutputsIsUntouchedByLaterPredictions) {
     }
 }
 
-TEST_F(Memory, OfAnOutputOutlivesTheModel) {
+TEST_F(Memory, AnOutputOutlivesTheModel) {
     ASSERT_THAT(allocateInputs(), IsOk());
     predictFloats({1, 2, 3, -4});
     const auto output = outputs_.at(0);
@@ -106,7 +107,7 @@ TEST_F(Memory, OfAnOutputOutlivesTheModel) {
     EXPECT_THAT(valuesOf<float>(output), ElementsAre(1.F, 1.F, 1.F, 1.F));
 }
 
-TEST_F(Memory, OfAnOutputOutlivesItsFeatureInATensorThatIsHeld) {
+TEST_F(Memory, AHeldTensorOutlivesItsOutputFeature) {
     ASSERT_THAT(allocateInputs(), IsOk());
     predictFloats({1, 2, 3, -4});
     const std::shared_ptr<const ITensor> tensor = outputs_.at(0)->asTensor();
@@ -116,27 +117,27 @@ TEST_F(Memory, OfAnOutputOutlivesItsFeatureInATensorThatIsHeld) {
     EXPECT_EQ(std::vector<float>(values, values + 4), (std::vector<float>{2.5F, 5, 7.5F, -6}));
 }
 
-TEST_F(Memory, OfAnOutputSurvivesUnloadingTheModel) {
+TEST_F(Memory, AnOutputSurvivesUnloadingTheModel) {
     ASSERT_THAT(allocateInputs(), IsOk());
     predictFloats({1, 2, 3, -4});
     ASSERT_THAT(client_.unloadModel(model_), IsOk());
     EXPECT_THAT(valuesOf<float>(outputs_.at(0)), ElementsAre(2.5F, 5.F, 7.5F, -6.F));
 }
 
-#ifdef QUAVIN_ENGINE_IS_ADAPTER  // others hold an output for one call more
-TEST_F(Memory, OfADroppedOutputIsHandedOutAgain) {
+#ifdef QUAVIN_ENGINE_IS_ADAPTER  // others hold an output for one more call
+TEST_F(Memory, ADroppedOutputsMemoryIsReused) {
     ASSERT_THAT(allocateInputs(), IsOk());
     predictFloats({0, 0, 0, 0});
     const unsigned char* const address = addressOf(outputs_.at(0));
     for (int call = 0; call < 5; ++call) {
-        predictFloats({1, 2, 3, -4});  // drops the outputs of the call before
+        predictFloats({1, 2, 3, -4});  // drops the previous call's outputs
         EXPECT_EQ(addressOf(outputs_.at(0)), address);
         EXPECT_THAT(valuesOf<float>(outputs_.at(0)), ElementsAre(2.5F, 5.F, 7.5F, -6.F));
     }
 }
 #endif
 
-TEST_F(Memory, OfTwoOutputsAlternatesWhereTheHostDropsTheOldAfterTheNewCame) {
+TEST_F(Memory, TwoBlocksAlternateIfTheOldOutputIsDroppedAfterTheNewOne) {
     ASSERT_THAT(allocateInputs(), IsOk());
     const auto keepUntilTheNext = [&] {
         Features fresh;
@@ -152,7 +153,7 @@ TEST_F(Memory, OfTwoOutputsAlternatesWhereTheHostDropsTheOldAfterTheNewCame) {
 }
 
 #ifdef QUAVIN_ENGINE_IS_ADAPTER  // as above
-TEST_F(Memory, OfARefusedPredictionsOutputsIsNotLost) {
+TEST_F(Memory, OutputMemoryOfARefusedPredictionIsNotLost) {
     ASSERT_THAT(allocateInputs(), IsOk());
     predictFloats({1, 2, 3, -4});
     const unsigned char* const address = addressOf(outputs_.at(0));
@@ -167,7 +168,7 @@ TEST_F(Memory, OfARefusedPredictionsOutputsIsNotLost) {
 }
 #endif
 
-TEST_F(Memory, OfAnOutputMayFeedTheNextPrediction) {
+TEST_F(Memory, AnOutputMayFeedTheNextPrediction) {
     ASSERT_THAT(allocateInputs(), IsOk());
     predictFloats({1, 2, 3, -4});
     const auto first = outputs_.at(0);
@@ -177,7 +178,7 @@ TEST_F(Memory, OfAnOutputMayFeedTheNextPrediction) {
     EXPECT_THAT(valuesOf<float>(first), ElementsAre(2.5F, 5.F, 7.5F, -6.F));
 }
 
-TEST_F(Memory, OfAnOutputTensorIsNeverResized) {
+TEST_F(Memory, AnOutputTensorIsNeverResized) {
     ASSERT_THAT(allocateInputs(), IsOk());
     predictFloats({1, 2, 3, -4});
     ITensor& tensor = *outputs_.at(0)->asTensor();

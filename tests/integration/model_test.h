@@ -55,7 +55,7 @@ protected:
         outputs_.clear();
         return model_->predict(inputs_, outputs_);
     }
-    /// Sets the first input of four floats and gives the first output of floats.
+    /// Sets the first input's floats, predicts, and returns the first output's floats.
     std::vector<float> predictFloats(const std::vector<float>& values) {
         fill(inputs_.at(0), values);
         EXPECT_THAT(predict(), IsOk());

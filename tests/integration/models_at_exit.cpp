@@ -1,5 +1,5 @@
-// A host that ends with models left behind, in the way that its argument says. It has to end with
-// status 0, whatever the order in which its statics and the library's go.
+// A host that exits with models left behind, in the way its argument selects. It must exit with
+// status 0, whatever the order in which its statics and the library's are destroyed.
 
 #include <cstdlib>
 #include <functional>
@@ -19,7 +19,7 @@ namespace {
 using namespace VelmoraQuavin;
 using namespace VelmoraQuavin::testing;
 
-// Made before the library's own statics, and so gone after them.
+// Created before the library's own statics, and so destroyed after them.
 const TempDirectory directory;
 std::shared_ptr<QuavinModel> heldModel;
 Features heldInputs;
@@ -92,7 +92,7 @@ void leaveInTheMiddle() {
     Features inputs;
     Features outputs;
     predict(model, inputs, outputs);
-    std::exit(0);  // locals stay as they are; statics go
+    std::exit(0);  // locals are not destroyed; statics are
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// Which components of a package are read, and what a host is told where that fails.
+// Which components of a package are read, and what a host is told if that fails.
 
 #include "integration/model_test.h"
 
@@ -40,13 +40,13 @@ TEST_F(NetworkComponents, ComponentsNamedModelAndWeightsAnswerIncompleteModel) {
                 IsStatus(INVALID_MODEL_PATH, "Incomplete Model"));
 }
 
-TEST_F(NetworkComponents, KindsAreComparedWithTheirCase) {
+TEST_F(NetworkComponents, KindsAreCaseSensitive) {
     EXPECT_THAT(loadWith({{"File", "net.xml"}, {"FILE", "net.bin"}, {"file ", "net.bin"}}),
                 IsStatus(INVALID_MODEL_PATH, "Incomplete Model"));
 }
 
-TEST_F(NetworkComponents, OneFileAnswersIncompleteModelWithoutTouchingIt) {
-    // The file is not there, and that is not what the host is told.
+TEST_F(NetworkComponents, OneFileAnswersIncompleteModelWithoutReadingIt) {
+    // The file does not exist, but that is not what the host is told.
     EXPECT_THAT(loadWith({{"file", "not there"}}),
                 IsStatus(INVALID_MODEL_PATH, "Incomplete Model"));
 }
@@ -62,7 +62,7 @@ TEST_F(NetworkComponents, TheFirstFileIsTheTopology) {
                 IsStatusWith(FILE_ERROR, Not(IsEmpty())));
 }
 
-TEST_F(NetworkComponents, ComponentsMayLieInFoldersOfThePackage) {
+TEST_F(NetworkComponents, ComponentsMayBeInFoldersOfThePackage) {
     writeNetwork(directory_, affineNetwork(), "inner/part");
     PackageText text = describe(affineNetwork());
     text.components = {{"file", "inner\\\\part\\\\net.xml"}, {"file", "inner/part/net.bin"}};
@@ -82,7 +82,7 @@ TEST_F(NetworkComponents, AMissingTopologyFileAnswersFileError) {
                 IsStatus(FILE_ERROR, "File error!"));
 }
 
-TEST_F(NetworkComponents, ADirectoryInPlaceOfAFileAnswersFileError) {
+TEST_F(NetworkComponents, ADirectoryInsteadOfAFileAnswersFileError) {
     directory_.write("folder/entry", "");
     EXPECT_THAT(loadWith({{"file", "net.xml"}, {"file", "folder"}}),
                 IsStatus(FILE_ERROR, "File error!"));
@@ -104,13 +104,13 @@ TEST_F(NetworkComponents, AMalformedTopologyAnswersTheEnginesTextAsAFileError) {
     }
 }
 
-TEST_F(NetworkComponents, ShorterWeightsThanTheNetworkNeedsAnswerAFileError) {
+TEST_F(NetworkComponents, WeightsShorterThanTheNetworkNeedsAnswerFileError) {
     writePackage(directory_, affineNetwork());
     directory_.write("net.bin", affineNetwork().weights().substr(0, 16));
     EXPECT_THAT(load(), IsStatusWith(FILE_ERROR, Not(IsEmpty())));
 }
 
-TEST_F(NetworkComponents, LongerWeightsThanTheNetworkNeedsLoad) {
+TEST_F(NetworkComponents, WeightsLongerThanTheNetworkNeedsLoad) {
     writePackage(directory_, affineNetwork());
     directory_.write("net.bin", affineNetwork().weights() + std::string(100, '\x7F'));
     ASSERT_THAT(load(), IsOk());
@@ -118,14 +118,14 @@ TEST_F(NetworkComponents, LongerWeightsThanTheNetworkNeedsLoad) {
     EXPECT_THAT(predictFloats({1, 1, 1, 1}), ElementsAre(2.5F, 3.F, 3.5F, 4.F));
 }
 
-TEST_F(NetworkComponents, AWeightsFileOfZeroBytesLoadsWhereTheNetworkHasNoConstants) {
+TEST_F(NetworkComponents, AnEmptyWeightsFileLoadsIfTheNetworkHasNoConstants) {
     writePackage(directory_, sumNetwork());
     ASSERT_EQ(directory_.read("net.bin"), "");
     ASSERT_THAT(load(), IsOk());
     expectSums();
 }
 
-TEST_F(NetworkComponents, ATopologyWithBytesBehindItsEndLoads) {
+TEST_F(NetworkComponents, ATopologyWithTrailingBytesLoads) {
     for (const std::string& padding : {std::string(16, '\x10'), std::string(7, '\0'),
                                        std::string("\n\n  "), std::string(3, '\x03')}) {
         writePackage(directory_, sumNetwork());

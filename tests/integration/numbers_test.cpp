@@ -1,6 +1,6 @@
-// Networks whose numbers half precision and bfloat16 cannot hold, against NumPy's results in double
-// precision (tests/data/numbers). Where a processor has instructions for such types the runtime
-// would use them of its own accord.
+// Networks whose numbers half precision and bfloat16 cannot represent, compared with NumPy's
+// results in double precision (tests/data/numbers). On processors with instructions for such types
+// the runtime would use them by default.
 
 #include <gmock/gmock.h>
 
@@ -43,7 +43,7 @@ double largestRelativeError(const std::vector<float>& given, const std::vector<d
 
 class Numbers : public ModelTest, public ::testing::WithParamInterface<const char*> {};
 
-TEST_P(Numbers, ArePredictedAsNumPyComputesThem) {
+TEST_P(Numbers, PredictionsMatchNumPy) {
     const std::string package = packageOf(GetParam());
     const auto expected = readValues<double>(package + "/y.f64");
     ASSERT_FALSE(expected.empty());
@@ -56,7 +56,7 @@ TEST_P(Numbers, ArePredictedAsNumPyComputesThem) {
     EXPECT_LT(largestRelativeError(given, expected), 1e-5);
 }
 
-INSTANTIATE_TEST_SUITE_P(Of, Numbers,
+INSTANTIATE_TEST_SUITE_P(Networks, Numbers,
                          ::testing::Values("just_above_one", "cancelling_sums", "convolution",
                                            "classifier"),
                          [](const auto& network) { return std::string(network.param); });
@@ -64,7 +64,7 @@ INSTANTIATE_TEST_SUITE_P(Of, Numbers,
 using IntegerNumbers = ModelTest;
 
 // Beyond 2^24 single precision has gaps, and the runtime computes integers with it on arm64.
-TEST_F(IntegerNumbers, AreExactUpToTwoToThe24) {
+TEST_F(IntegerNumbers, IntegersAreExactUpToTwoToThe24) {
     ASSERT_THAT(loadNetwork(integerNetwork()), IsOk());
     ASSERT_THAT(allocateInputs(), IsOk());
     fill<std::int32_t>(inputs_.at(0), {5592405, -5592405, 5592404, 1398101});

@@ -1,4 +1,4 @@
-// What a host gets from predict(): which features it needs, and which it gets back.
+// What a host sees of predict(): which features it needs, and which it returns.
 
 #include "integration/model_test.h"
 
@@ -10,7 +10,7 @@ using ::testing::HasSubstr;
 
 class Prediction : public ModelTest {};
 
-TEST_F(Prediction, OfAPlainPackageGivesTheNetworksNumbers) {
+TEST_F(Prediction, APlainPackageYieldsTheNetworksNumbers) {
     ASSERT_THAT(loadNetwork(affineNetwork()), IsOk());
     ASSERT_THAT(allocateInputs(), IsOk());
     fill<float>(inputs_.at(0), {1, 2, 3, -4});
@@ -33,7 +33,7 @@ TEST_F(Prediction, OutputsAreTensorFeaturesWithTheManifestsDescriptorAndTheNetwo
     EXPECT_EQ(tensor->bytes(), 16);
 }
 
-TEST_F(Prediction, MatchesInputsByNameInWhateverOrderTheManifestHasThem) {
+TEST_F(Prediction, MatchesInputsByNameWhateverTheirOrderInTheManifest) {
     const IrNetwork network = arithmeticNetwork();
     writeNetwork(directory_, network);
     PackageText text = describe(network);
@@ -50,7 +50,7 @@ TEST_F(Prediction, MatchesInputsByNameInWhateverOrderTheManifestHasThem) {
     EXPECT_THAT(valuesOf<float>(named(outputs_, "sum")), ElementsAre(7.F, 10.F));
 }
 
-TEST_F(Prediction, OutputsComeInTheTargetsOrderNotTheNetworks) {
+TEST_F(Prediction, OutputsFollowTheTargetsOrderNotTheNetworks) {
     const IrNetwork network = arithmeticNetwork();
     writeNetwork(directory_, network);
     PackageText text = describe(network);
@@ -70,7 +70,7 @@ TEST_F(Prediction, OutputsComeInTheTargetsOrderNotTheNetworks) {
     EXPECT_THAT(valuesOf<float>(outputs_[2]), ElementsAre(3.F, 4.F));
 }
 
-TEST_F(Prediction, GivesOnlyTheOutputsThatTheTargetDeclares) {
+TEST_F(Prediction, ReturnsOnlyTheOutputsThatTheTargetDeclares) {
     const IrNetwork network = arithmeticNetwork();
     writeNetwork(directory_, network);
     PackageText text = describe(network);
@@ -85,7 +85,7 @@ TEST_F(Prediction, GivesOnlyTheOutputsThatTheTargetDeclares) {
     EXPECT_THAT(valuesOf<float>(outputs_[0]), ElementsAre(10.F, 21.F));
 }
 
-TEST_F(Prediction, AppendsItsOutputsBehindExistingEntries) {
+TEST_F(Prediction, AppendsItsOutputsAfterExistingEntries) {
     ASSERT_THAT(loadNetwork(affineNetwork()), IsOk());
     ASSERT_THAT(allocateInputs(), IsOk());
     const auto mine = featureOf<float>("mine", {1}, DataType::FLOAT, {9});
@@ -120,7 +120,7 @@ TEST_F(Prediction, SkipsNullFeatures) {
     EXPECT_THAT(valuesOf<float>(outputs_.at(0)), ElementsAre(2.5F, 5.F, 7.5F, -6.F));
 }
 
-TEST_F(Prediction, TakesTheFirstOfSeveralFeaturesOfOneName) {
+TEST_F(Prediction, UsesTheFirstOfSeveralFeaturesWithTheSameName) {
     ASSERT_THAT(loadNetwork(sumNetwork()), IsOk());
     inputs_ = {featureOf<float>("x", {1, 2}, DataType::FLOAT, {1, 2}),
                featureOf<float>("x", {1, 2}, DataType::FLOAT, {10, 20})};
@@ -128,7 +128,7 @@ TEST_F(Prediction, TakesTheFirstOfSeveralFeaturesOfOneName) {
     EXPECT_THAT(valuesOf<float>(outputs_.at(0)), ElementsAre(2.F, 4.F));
 }
 
-TEST_F(Prediction, AMissingInputFeatureAnswers19AndGivesNoOutputs) {
+TEST_F(Prediction, AMissingInputFeatureAnswers19AndReturnsNoOutputs) {
     ASSERT_THAT(loadNetwork(arithmeticNetwork()), IsOk());
     inputs_ = {featureOf<float>("left", {1, 2}, DataType::FLOAT, {1, 2})};
     EXPECT_THAT(predict(), IsStatus(EMPTY_INPUT_DESCRIPTOR, "Empty Input Feature Descriptor"));
@@ -149,7 +149,7 @@ TEST_F(Prediction, OnlyNullFeaturesAnswer19) {
     EXPECT_THAT(predict(), IsStatus(EMPTY_INPUT_DESCRIPTOR, "Empty Input Feature Descriptor"));
 }
 
-TEST_F(Prediction, AnOutputThatTheNetworkDoesNotHaveAnswers12NamingIt) {
+TEST_F(Prediction, AnOutputMissingFromTheNetworkAnswers12NamingIt) {
     const IrNetwork network = affineNetwork();
     writeNetwork(directory_, network);
     PackageText text = describe(network);

@@ -1,5 +1,5 @@
-// The public headers include one another and the C++ standard library, and nothing else. That each
-// compiles alone is shown by the target quavin_public_headers_alone.
+// The public headers include one another and the C++ standard library, and nothing else. The target
+// quavin_public_headers_alone checks that each compiles alone.
 
 #include <gmock/gmock.h>
 
@@ -22,7 +22,7 @@ std::vector<fs::path> publicHeaders() {
     return headers;
 }
 
-// What stands behind every #include of a header, with its quotes or brackets.
+// The operand of every #include of a header, with its quotes or brackets.
 std::vector<std::string> includesOf(const fs::path& header) {
     std::vector<std::string> found;
     std::ifstream file(header);
@@ -37,7 +37,7 @@ std::vector<std::string> includesOf(const fs::path& header) {
     return found;
 }
 
-TEST(PublicHeaders, IncludeOnlyOneAnotherAndTheStandardLibrary) {
+TEST(PublicHeaders, HeadersIncludeOnlyOneAnotherAndTheStandardLibrary) {
     ASSERT_FALSE(publicHeaders().empty());
     for (const fs::path& header : publicHeaders()) {
         for (const std::string& include : includesOf(header)) {
@@ -50,7 +50,7 @@ TEST(PublicHeaders, IncludeOnlyOneAnotherAndTheStandardLibrary) {
     }
 }
 
-TEST(PublicHeaders, AreAllIncludedByOne) {
+TEST(PublicHeaders, TheMainHeaderIncludesAllOthers) {
     const fs::path all = fs::path(QUAVIN_PUBLIC_HEADERS) / "quavin.h";
     const auto included = includesOf(all);
     for (const fs::path& header : publicHeaders()) {

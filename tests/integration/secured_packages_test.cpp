@@ -1,4 +1,4 @@
-// Packages whose files are encrypted: the components' name says so, and the host gives the keys.
+// Packages whose files are encrypted: the components' names say so, and the host supplies the keys.
 
 #include <filesystem>
 #include <set>
@@ -33,7 +33,8 @@ protected:
         text.components = components;
         writeManifest(directory_, text);
     }
-    // Pads both files to whole blocks as given; the unfilled ones get what their readers skip.
+    // Pads both files to whole blocks as given; unpadded ones are extended by bytes that their
+    // readers skip.
     void writeSecured(BlockFilling filling, const CryptoKey& key = countingKey()) {
         std::string topology = affineNetwork().topology();
         std::string weights = affineNetwork().weights();
@@ -111,8 +112,8 @@ TEST_F(SecuredPackage, PlainAndSecuredComponentsMix) {
     expectAffineNumbers();
 }
 
-TEST_F(SecuredPackage, TheNameDecidesNotTheEncryptionMember) {
-    // Plain files that are marked as encrypted, and secured ones that are not.
+TEST_F(SecuredPackage, TheNameDecidesOnDecryptionNotTheEncryptionMember) {
+    // Plain files that are marked as encrypted.
     writePackage(directory_, affineNetwork());
     std::string manifest = describe(affineNetwork()).manifest();
     for (std::size_t at = 0; (at = manifest.find(R"("name": "file")", at)) != std::string::npos;) {
@@ -125,37 +126,37 @@ TEST_F(SecuredPackage, TheNameDecidesNotTheEncryptionMember) {
     expectAffineNumbers();
 }
 
-TEST_F(SecuredPackage, WithoutAKeyTheKeyIsSixteenZeros) {
+TEST_F(SecuredPackage, TheKeyDefaultsToSixteenZeros) {
     writeSecured(BlockFilling::kPkcs7, CryptoKey{});
     ASSERT_THAT(load(), IsOk());
     expectAffineNumbers();
 }
 
-TEST_F(SecuredPackage, AWrongTopologyKeyEndsInTheEnginesReadingErrorAsAStatus) {
+TEST_F(SecuredPackage, AWrongTopologyKeyAnswersTheEnginesReadError) {
     writeSecured(BlockFilling::kPkcs7);
     EXPECT_THAT(loadWithKeys(anotherKey(), countingKey()),
                 IsStatusWith(FILE_ERROR, Not(IsEmpty())));
 }
 
-TEST_F(SecuredPackage, AWrongWeightsKeyIsNotNoticedAndGivesNumbersWithoutMeaning) {
+TEST_F(SecuredPackage, AWrongWeightsKeyGoesUnnoticedAndYieldsMeaninglessNumbers) {
     writeSecured(BlockFilling::kPkcs7);
     ASSERT_THAT(loadWithKeys(countingKey(), anotherKey()), IsOk());
     ASSERT_THAT(allocateInputs(), IsOk());
     EXPECT_THAT(predictFloats({1, 2, 3, -4}), Not(ElementsAre(2.5F, 5.F, 7.5F, -6.F)));
 }
 
-TEST_F(SecuredPackage, NoKeyEndsInTheEnginesReadingErrorAsAStatus) {
+TEST_F(SecuredPackage, AMissingKeyAnswersTheEnginesReadError) {
     writeSecured(BlockFilling::kPkcs7);
     EXPECT_THAT(load(), IsStatusWith(FILE_ERROR, Not(IsEmpty())));
 }
 
-TEST_F(SecuredPackage, SecuredFilesNamedAsPlainOnesEndInTheEnginesReadingError) {
+TEST_F(SecuredPackage, SecuredFilesNamedAsPlainOnesAnswerTheEnginesReadError) {
     writeSecured(BlockFilling::kPkcs7);
     describeComponents({{"file", "net.xml"}, {"file", "net.bin"}});
     EXPECT_THAT(loadWithKey(), IsStatusWith(FILE_ERROR, Not(IsEmpty())));
 }
 
-TEST_F(SecuredPackage, ABrokenSizeOfTheTopologyNamesItsPath) {
+TEST_F(SecuredPackage, ATopologyOfInvalidSizeAnswersWithItsPath) {
     writeSecured(BlockFilling::kPkcs7);
     const std::string whole = directory_.read("net.xml");
     for (const std::size_t size :
@@ -166,7 +167,7 @@ TEST_F(SecuredPackage, ABrokenSizeOfTheTopologyNamesItsPath) {
     }
 }
 
-TEST_F(SecuredPackage, ABrokenSizeOfTheWeightsNamesTheirPath) {
+TEST_F(SecuredPackage, WeightsOfInvalidSizeAnswerWithTheirPath) {
     writeSecured(BlockFilling::kPkcs7);
     const std::string whole = directory_.read("net.bin");
     for (const std::size_t size :
@@ -177,13 +178,13 @@ TEST_F(SecuredPackage, ABrokenSizeOfTheWeightsNamesTheirPath) {
     }
 }
 
-TEST_F(SecuredPackage, AVectorWithoutCiphertextIsAnEmptyTopologyWhichTheEngineRefuses) {
+TEST_F(SecuredPackage, ATopologyWithoutCiphertextIsEmptyAndTheEngineRefusesIt) {
     writeSecured(BlockFilling::kPkcs7);
     directory_.write("net.xml", std::string(16, 'v'));
     EXPECT_THAT(loadWithKey(), IsStatusWith(FILE_ERROR, Not(IsEmpty())));
 }
 
-TEST_F(SecuredPackage, AVectorWithoutCiphertextIsEnoughForANetworkWithoutWeights) {
+TEST_F(SecuredPackage, WeightsWithoutCiphertextSufficeForANetworkWithoutConstants) {
     PackageText text = describe(sumNetwork());
     text.components = {{"secured_file", "net.xml"}, {"secured_file", "net.bin"}};
     writeManifest(directory_, text);
@@ -197,7 +198,7 @@ TEST_F(SecuredPackage, AVectorWithoutCiphertextIsEnoughForANetworkWithoutWeights
 }
 
 TEST_F(SecuredPackage, AFileOfFourGibibytesIsRefusedNamingItsPath) {
-    // Holes: nothing is written, and nothing may be read.
+    // Sparse files: nothing is written, and nothing may be read.
     constexpr std::uintmax_t kFourGibibytes = std::uintmax_t{1} << 32;
     for (const std::string name : {"net.xml", "net.bin"}) {
         writeSecured(BlockFilling::kPkcs7);
@@ -210,7 +211,7 @@ TEST_F(SecuredPackage, MissingFilesAnswerTheFileLayersText) {
     EXPECT_THAT(loadWithKey(), IsStatus(FILE_ERROR, "File error!"));
 }
 
-TEST_F(SecuredPackage, NoTextTellsAKeyOrPlaintext) {
+TEST_F(SecuredPackage, NoTextRevealsAKeyOrPlaintext) {
     writeSecured(BlockFilling::kPkcs7);
     const CryptoKey key = {'s', 'e', 'c', 'r', 'e', 't', ' ', 'k',
                            'e', 'y', ' ', '1', '2', '3', '4', '5'};
@@ -231,7 +232,7 @@ TEST_F(SecuredPackage, PlaintextNeverReachesTheDisk) {
     };
     const auto before = content();
     ASSERT_EQ(before.size(), 3U);
-    // The package and the working directory are all that the library could write to unasked.
+    // The package and the working directory are the only places the library could write to unasked.
     const auto workingDirectory = std::filesystem::current_path();
     std::filesystem::current_path(directory_.path());
     const QuavinStatus status = loadWithKey();

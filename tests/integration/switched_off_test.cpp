@@ -5,7 +5,7 @@
 namespace VelmoraQuavin::testing {
 namespace {
 
-TEST_F(GetModel, SwitchedOffEveryOverloadAnswers15AndLeavesTheModelInPlace) {
+TEST_F(GetModel, WhileOffEveryOverloadAnswers15AndLeavesTheModelInPlace) {
     const auto metadata = readManifest();
     QuavinClient::terminate();
     const auto expected = IsStatus(NOT_INITIALIZED, kNotInitialized);
@@ -19,7 +19,7 @@ TEST_F(GetModel, SwitchedOffEveryOverloadAnswers15AndLeavesTheModelInPlace) {
     EXPECT_EQ(model_, other_);
 }
 
-TEST_F(GetModel, SwitchedOffComesBeforeAnEmptyPathAndNullMetadata) {
+TEST_F(GetModel, BeingOffIsReportedBeforeAnEmptyPathOrNullMetadata) {
     QuavinClient::terminate();
     const auto expected = IsStatus(NOT_INITIALIZED, kNotInitialized);
     EXPECT_THAT(client_.getModel("", model_, 0, QuavinModelType::Openvino), expected);
@@ -42,7 +42,7 @@ TEST_F(GetModel, UnloadWithoutAModelAnswers11) {
                 IsStatus(MODEL_NOT_LOADED, "There is no model loaded"));
 }
 
-TEST_F(GetModel, UnloadSwitchedOffAnswers11Not15AndKeepsTheModelLoaded) {
+TEST_F(GetModel, UnloadWhileOffAnswers11Not15AndKeepsTheModelLoaded) {
     QuavinClient::terminate();
     EXPECT_THAT(client_.unloadModel(model_),
                 IsStatus(MODEL_NOT_LOADED, "There is no model loaded"));

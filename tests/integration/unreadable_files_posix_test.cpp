@@ -1,5 +1,5 @@
-// What getModel answers where files can be opened and then not read. Reads of the library can be
-// made to fail in the same process on POSIX systems alone; elsewhere unit tests do it.
+// What getModel returns if files can be opened but not read. Only on POSIX systems can the
+// library's reads be made to fail in the same process; elsewhere unit tests cover this.
 
 #include <gmock/gmock.h>
 
@@ -15,7 +15,7 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::StartsWith;
 
-TEST_F(GetModel, AComponentThatTheSystemCannotReadAnswers3) {
+TEST_F(GetModel, AnUnreadableComponentAnswers3) {
     directory_.write("net.bin", "to be read");  // the network has no constants
     for (const char* name : {"net.xml", "net.bin"}) {
         const UnreadableFile unreadable(directory_.path() / name);
@@ -29,13 +29,13 @@ TEST_F(GetModel, AComponentThatTheSystemCannotReadAnswers3) {
     EXPECT_THAT(load(), IsOk());
 }
 
-TEST_F(GetModel, AManifestThatTheSystemCannotReadAnswers12) {
+TEST_F(GetModel, AnUnreadableManifestAnswers12) {
     const UnreadableFile unreadable(directory_.path() / "manifest.json");
     EXPECT_THAT(load(), IsStatus(MODEL_METADATA_ERROR, "Failed to open metadata file at " +
                                                            directory_.entry("manifest.json")));
 }
 
-/// A host that has asked for diagnostics.
+/// A host with diagnostics enabled.
 class DiagnosedGetModel : public ::testing::Test {
 protected:
     DiagnosedGetModel() {
@@ -43,7 +43,7 @@ protected:
         directory_.write("net.bin", "to be read");  // the network has no constants
     }
 
-    // What the log gets of a load.
+    // The records logged during a load.
     std::vector<std::string> recordsOfLoading() {
         auto log = std::make_shared<RecordingLogProcessor>();
         QuavinConfig config;
@@ -64,14 +64,14 @@ protected:
     TempDirectory directory_;
 };
 
-TEST_F(DiagnosedGetModel, NamesTheFileThatTheSystemCannotReadAndWhy) {
+TEST_F(DiagnosedGetModel, NamesAnUnreadableFileAndTheCause) {
     for (const char* name : {"manifest.json", "net.xml", "net.bin"}) {
         const UnreadableFile unreadable(directory_.path() / name);
         EXPECT_THAT(recordsOfLoading(), ElementsAre(StartsWith(readingOf(name) + "read: ")));
     }
 }
 
-TEST_F(DiagnosedGetModel, NamesTheFileThatIsMissingAndWhy) {
+TEST_F(DiagnosedGetModel, NamesAMissingFileAndTheCause) {
     for (const char* name : {"net.bin", "net.xml", "manifest.json"}) {
         std::filesystem::remove(directory_.path() / name);
         EXPECT_THAT(recordsOfLoading(), ElementsAre(StartsWith(readingOf(name) + "opened: ")));

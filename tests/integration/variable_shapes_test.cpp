@@ -12,7 +12,7 @@ constexpr const char* kVariable =
 
 class VariableShapes : public ModelTest {
 protected:
-    // The arithmetic network, whose inputs are declared as given.
+    // The arithmetic network, with its inputs declared as given.
     QuavinStatus loadWith(const IrNetwork::Shape& left, const IrNetwork::Shape& right) {
         const IrNetwork network = arithmeticNetwork();
         writeNetwork(directory_, network);
@@ -24,11 +24,11 @@ protected:
     }
 };
 
-TEST_F(VariableShapes, OfTheFirstInputMakesLoadingAnswer6) {
+TEST_F(VariableShapes, AVariableFirstInputMakesLoadingAnswer6) {
     EXPECT_THAT(loadWith({1, -1}, {1, 2}), IsStatus(INVALID_OPERATION, kVariable));
 }
 
-TEST_F(VariableShapes, OfALaterInputLoadsAndAllocatesATensorWithoutMemory) {
+TEST_F(VariableShapes, AVariableLaterInputLoadsAndAllocatesATensorWithoutMemory) {
     ASSERT_THAT(loadWith({1, 2}, {1, -1}), IsOk());
     ASSERT_THAT(allocateInputs(), IsOk());
     const auto tensor = named(inputs_, "right")->asTensor();
@@ -37,7 +37,7 @@ TEST_F(VariableShapes, OfALaterInputLoadsAndAllocatesATensorWithoutMemory) {
     EXPECT_EQ(tensor->dataType(), DataType::FLOAT);
 }
 
-TEST_F(VariableShapes, OfALaterInputMakesPredictThrowEvenAfterResizing) {
+TEST_F(VariableShapes, AVariableLaterInputMakesPredictThrowEvenAfterResizing) {
     ASSERT_THAT(loadWith({1, 2}, {1, -1}), IsOk());
     ASSERT_THAT(allocateInputs(), IsOk());
     expectThrows<InvalidOperationException>([&] { predict(); }, INVALID_OPERATION, kVariable);
@@ -47,7 +47,7 @@ TEST_F(VariableShapes, OfALaterInputMakesPredictThrowEvenAfterResizing) {
     EXPECT_TRUE(outputs_.empty());
 }
 
-TEST_F(VariableShapes, PredictTakesAFeatureOfTheHostsOwnWithAConcreteDescriptor) {
+TEST_F(VariableShapes, PredictAcceptsAHostsFeatureWithAConcreteDescriptor) {
     ASSERT_THAT(loadWith({1, 2}, {1, -1}), IsOk());
     ASSERT_THAT(allocateInputs(), IsOk());
     fill<float>(named(inputs_, "left"), {5, 7});
@@ -56,10 +56,10 @@ TEST_F(VariableShapes, PredictTakesAFeatureOfTheHostsOwnWithAConcreteDescriptor)
     EXPECT_THAT(valuesOf<float>(named(outputs_, "difference")), ElementsAre(3.F, 4.F));
 }
 
-TEST_F(VariableShapes, AreFoundBeforeAnInputThatComesLaterIsMissing) {
+TEST_F(VariableShapes, AMissingEarlierInputIsReportedFirst) {
     ASSERT_THAT(loadWith({1, 2}, {1, -1}), IsOk());
     ASSERT_THAT(allocateInputs(), IsOk());
-    // "left" comes first in name order, and is what a host is told about.
+    // "left" comes first in name order, so the host is told about that.
     inputs_ = {named(inputs_, "right")};
     EXPECT_THAT(predict(), IsStatus(EMPTY_INPUT_DESCRIPTOR, "Empty Input Feature Descriptor"));
 }

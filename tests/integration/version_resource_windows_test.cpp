@@ -1,4 +1,4 @@
-// What the system tells of the library's file, which installers compare.
+// What the system reports about the library's file, which installers compare.
 
 #include <gtest/gtest.h>
 #include <windows.h>
@@ -40,7 +40,7 @@ TEST_F(VersionResource, HasTheLibrarysVersion) {
     EXPECT_EQ(text("ProductVersion"), getVersion());
 }
 
-TEST_F(VersionResource, HasTheVersionInNumbersToo) {
+TEST_F(VersionResource, HasTheVersionAsNumbersToo) {
     void* value = nullptr;
     UINT size = 0;
     ASSERT_NE(::VerQueryValueA(content_.data(), "\\", &value, &size), 0);

@@ -1,5 +1,5 @@
-// An ExecutableNetwork that hands out a wrapper with no request inside, or no wrapper at all. The
-// interface's own throws instead; other releases need not.
+// An ExecutableNetwork that returns a wrapper with no request inside, or no wrapper at all. The
+// interface's own class throws instead, but other releases need not.
 
 #include <memory>
 #include <utility>

@@ -6,7 +6,7 @@
 
 namespace VelmoraQuavin::testing {
 
-/// Catches what is written to std::cout while it lives.
+/// Captures what is written to std::cout during its lifetime.
 class CapturedOutput {
 public:
     CapturedOutput() : previous_(std::cout.rdbuf(text_.rdbuf())) {}
@@ -21,7 +21,8 @@ private:
     std::streambuf* previous_;
 };
 
-/// Sends std::cout where std::cerr goes, for the rest of the process: death tests look at that.
+/// Redirects std::cout to std::cerr for the rest of the process, because death tests check only
+/// standard error.
 inline void sendOutputToErrorStream() {
     std::cout.rdbuf(std::cerr.rdbuf());
 }

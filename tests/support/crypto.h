@@ -14,7 +14,8 @@ enum class AesDirection { kEncrypt, kDecrypt };
 
 /// Runs AES-128 over whole blocks, without padding.
 /// @param vector sixteen bytes; null for AesMode::kEcb.
-/// @throws std::runtime_error where the library refuses, for one a count of broken blocks.
+/// @throws std::runtime_error if the library refuses, for example because `count` is not a whole
+/// number of blocks.
 std::vector<unsigned char> runAes(AesMode mode, AesDirection direction, const unsigned char* key,
                                   const unsigned char* vector, const unsigned char* input,
                                   std::size_t count);

@@ -1,5 +1,5 @@
 #include <windows.h>
-// Behind windows.h, which it needs.
+// After windows.h, which it needs.
 #include <bcrypt.h>
 
 #include <stdexcept>

@@ -1,5 +1,5 @@
-// Death tests start their program anew. The system can't start one for another processor: the
-// emulator has to be named in front of it. For builds whose tests an emulator runs.
+// Death tests restart their program. The system cannot start one for another processor, so the
+// emulator must precede it on the command line. For builds whose tests run under an emulator.
 
 #include <gtest/gtest.h>
 

@@ -128,7 +128,7 @@ private:
 
 }  // namespace
 
-// The interface's own gives a class for each status, which nothing here may depend on.
+// The interface's own version throws a class for each status, which nothing here may depend on.
 void details::extract_exception(StatusCode /*status*/, char* message) {
     if (faultyEngine().throwsNumbers) {
         throw 42;

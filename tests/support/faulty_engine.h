@@ -11,12 +11,12 @@
 
 namespace VelmoraQuavin::testing {
 
-/// An engine that fails where a test wants it to, and remembers what it was asked for. It stands
-/// behind the engine interface of a program that does not link the real one.
+/// An engine that fails on demand and records what it was asked for. It implements the engine
+/// interface in programs that do not link the real engine.
 ///
-/// One network: inputs and outputs as a test sets them, whatever text is read.
+/// It has one network, with the inputs and outputs that a test sets, whatever text is read.
 struct FaultyEngine {
-    /// What an operation answers; a failing one with this text.
+    /// What an operation returns; if it fails, with this text.
     struct Answer {
         InferenceEngine::StatusCode status = InferenceEngine::OK;
         std::string text;
@@ -42,9 +42,9 @@ struct FaultyEngine {
     InferenceEngine::InputsDataMap inputs;
     InferenceEngine::OutputsDataMap outputs;
     std::function<void(const InferenceEngine::BlobMap&)> onInfer;
-    std::map<std::string, InferenceEngine::Parameter> settings;  ///< Of whatever is loaded.
+    std::map<std::string, InferenceEngine::Parameter> settings;  ///< For any loaded network.
 
-    /// The engine itself; refuses what is not here.
+    /// The engine itself; it refuses to report anything not listed here.
     const InferenceEngine::Version* version = nullptr;
     std::map<std::pair<std::string, std::string>, InferenceEngine::Parameter> metrics;
     std::function<void(const void*, std::size_t)> onRead;
@@ -55,7 +55,7 @@ struct FaultyEngine {
     InferenceEngine::TBlob<std::uint8_t>::Ptr weights;
     std::vector<Loading> loadings;
     std::vector<std::string> boundNames;
-    /// Held until the next blob of the name is bound, as releases of 2020 do it.
+    /// Held until the next blob of the same name is bound, as in the 2020 releases.
     InferenceEngine::BlobMap bound;
     int inferences = 0;
     int readersMade = 0;

@@ -37,7 +37,7 @@ std::string describe(const fs::path& path, EntryKind kind) {
     }
 }
 
-// `prefix` is what stands before the names of the directory's entries.
+// `prefix` is prepended to the names of the directory's entries.
 void addTo(FileTree& tree, const fs::path& directory, const std::string& prefix) {
     for (const DirectoryEntry& entry : entriesOf(directory)) {
         const fs::path path = directory / entry.name;

@@ -7,7 +7,7 @@
 
 namespace VelmoraQuavin::testing {
 
-/// What is below a directory: from each path, "/" between its parts, to what is there.
+/// The contents of a directory: maps each path, with "/" between its parts, to its entry.
 using FileTree = std::map<std::string, std::string>;
 
 /// A directory in a tree.
@@ -17,11 +17,11 @@ std::string fileInTree(std::string_view content);
 /// A symbolic link in a tree.
 std::string linkInTree(const std::string& target);
 
-/// What is below `directory` now. Links are not followed.
+/// The current contents of `directory`. Links are not followed.
 FileTree treeOf(const std::filesystem::path& directory);
 
 /// A line for each entry, sorted: "directory PATH", or "file SIZE SHA-256 PATH".
-/// @throws std::runtime_error where there is anything else.
+/// @throws std::runtime_error if there is any other kind of entry.
 std::string listingOf(const FileTree& tree);
 
 }  // namespace VelmoraQuavin::testing

@@ -15,7 +15,7 @@ namespace {
 
 constexpr int kDeepest = 24;
 
-// The code of a module, as it lies in memory.
+// The address range of a module's code.
 struct Code {
     std::uintptr_t begin = 0;
     std::uintptr_t end = 0;
@@ -42,7 +42,7 @@ Code codeOf(const dl_phdr_info& module) noexcept {
     return {};
 }
 
-// The program itself has no name there.
+// The program itself has an empty name here.
 int findModules(dl_phdr_info* module, std::size_t /*size*/, void* modules) noexcept {
     auto& found = *static_cast<Modules*>(modules);
     if (*module->dlpi_name == '\0' && found.program.end == 0) {
@@ -66,7 +66,8 @@ bool isOfTheStandardLibrary(const void* code) noexcept {
     return modules().standardLibrary.holds(code);
 }
 
-// Who has the standard library allocate, as with texts, which are compiled into it.
+// The caller on whose behalf the standard library allocates: for strings, for example, its own
+// compiled code calls the operators.
 const void* callerOfTheStandardLibrary() noexcept {
     std::array<void*, kDeepest> frames{};
     void** const end = frames.data() + backtrace(frames.data(), kDeepest);

@@ -8,7 +8,7 @@
 namespace VelmoraQuavin::testing {
 namespace {
 
-// In front of an aligned block, since this heap does not tell its size.
+// Precedes an aligned block, because this heap does not report its size.
 struct Header {
     void* whole;
     std::size_t size;
@@ -43,7 +43,7 @@ void freeAligned(void* block) noexcept {
     std::free(headerOf(block)->whole);
 }
 
-// What a program replaces of the standard library no other module sees.
+// No other module sees a program's replacements of standard functions.
 bool isOfThisProgram(const void* /*code*/) noexcept {
     return true;
 }

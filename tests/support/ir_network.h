@@ -8,8 +8,8 @@
 
 namespace VelmoraQuavin::testing {
 
-/// Builds a small network from its inputs to its outputs, and gives it as the text and the weights
-/// of an IR of version 10.
+/// Builds a small network from its inputs to its outputs, and returns it as the text and weights of
+/// a version 10 IR.
 ///
 /// Nothing is inferred: the caller states every shape. An input is known by the name of its layer,
 /// an output by the name of the layer that produces it.
@@ -43,10 +43,10 @@ public:
             name, shape, typeOf(Value{}),
             {reinterpret_cast<const char*>(values.data()), values.size() * sizeof(Value)});
     }
-    /// An operation with one output, of the element type of its first input.
+    /// An operation with one output, which has the element type of its first input.
     Port layer(const std::string& kind, const std::string& name, const std::vector<Port>& inputs,
                const Shape& shape, const std::string& attributes = "");
-    /// The same values as another element type.
+    /// The same values converted to another element type.
     Port convert(const std::string& name, const Port& source, const std::string& type);
     /// Makes a port an output of the network.
     void output(const Port& port);

@@ -7,14 +7,15 @@
 
 namespace VelmoraQuavin::testing {
 
-// The framework's own matchers know no more than its simple patterns on systems without POSIX ones.
+// On systems without POSIX regular expressions, the framework's own matchers support only simple
+// ones.
 
-/// The whole text is as the regular expression says.
+/// The regular expression matches the whole text.
 MATCHER_P(MatchesPattern, pattern, "") {
     return std::regex_match(arg, std::regex(pattern));
 }
 
-/// Some part of the text is as the regular expression says.
+/// The regular expression matches some part of the text.
 MATCHER_P(ContainsPattern, pattern, "") {
     return std::regex_search(arg, std::regex(pattern));
 }

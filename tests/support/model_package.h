@@ -9,7 +9,7 @@
 
 namespace VelmoraQuavin::testing {
 
-/// What a manifest says; by default of a plain package that is made of "net.xml" and "net.bin".
+/// The content of a manifest; by default for a plain package of "net.xml" and "net.bin".
 struct PackageText {
     std::string name = "a model";
     std::string engine = "Openvino";
@@ -26,10 +26,10 @@ struct PackageText {
 /// The JSON object of a tensor feature; a dimension of -1 makes its shape variable.
 std::string tensorFeature(const std::string& name, const IrNetwork::Shape& shape,
                           const std::string& dataType);
-/// The JSON object of a feature that is no tensor ("int64", "string", ...).
+/// The JSON object of a feature that is not a tensor ("int64", "string", ...).
 std::string scalarFeature(const std::string& name, const std::string& featureType);
 
-/// The text of a plain package with the inputs and outputs of a network, in its order.
+/// The text of a plain package with a network's inputs and outputs, in the network's order.
 PackageText describe(const IrNetwork& network);
 
 /// Writes "net.xml" and "net.bin" into a folder of `directory` ("" for the directory itself).

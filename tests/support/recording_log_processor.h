@@ -7,7 +7,7 @@
 
 namespace VelmoraQuavin::testing {
 
-/// Keeps every record that it is given.
+/// Keeps every record it receives.
 class RecordingLogProcessor : public ILogProcessor {
 public:
     void process(const LogRecord& record) override { records_.push_back(record); }

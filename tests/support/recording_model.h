@@ -9,7 +9,7 @@
 
 namespace VelmoraQuavin::testing {
 
-/// A model of no engine: notes which hooks were called, and answers as it is told.
+/// A model without an engine: records which hooks were called, and returns the configured answers.
 class RecordingModel : public QuavinModel {
 public:
     using Features = std::vector<std::shared_ptr<QuavinFeature>>;
@@ -24,15 +24,15 @@ public:
     QuavinStatus loadAnswer{SUCCESS, ""};
     QuavinStatus unloadAnswer{SUCCESS, ""};
     QuavinStatus predictAnswer{SUCCESS, ""};
-    /// Called within the hooks of their name.
+    /// Called within the hooks they are named after.
     std::function<void()> duringLoad = [] {};
     std::function<void()> duringPredict = [] {};
 
     /// The names of the hooks, in the order of their calls.
     mutable std::vector<std::string> calls;
-    /// What loadImpl() was given last.
+    /// The last argument of loadImpl().
     std::vector<ModelComponent> components;
-    /// Where the arguments of the last predictImpl() are, and its number.
+    /// The addresses of the last predictImpl() call's features, and its option.
     mutable const Features* inputs = nullptr;
     mutable Features* outputs = nullptr;
     mutable int option = -1;

@@ -8,7 +8,7 @@ namespace VelmoraQuavin::testing {
 namespace {
 
 constexpr std::size_t kBlock = 16;
-// Any vector will do; a visible one eases reading dumps.
+// Any vector will do; a readable one makes dumps easier to read.
 constexpr std::string_view kVector = "initial--vector-";
 static_assert(kVector.size() == kBlock);
 
@@ -33,7 +33,7 @@ std::string secured(std::string_view plain, const CryptoKey& key, BlockFilling f
         padded.append(padding, static_cast<char>(padding));
     }
     if (padded.size() % kBlock != 0) {
-        throw std::runtime_error("a text of broken blocks needs padding");
+        throw std::runtime_error("a text with an incomplete block needs padding");
     }
     const auto ciphertext = runAes(AesMode::kCbc, AesDirection::kEncrypt, key.data(),
                                    bytesOf(kVector), bytesOf(padded), padded.size());

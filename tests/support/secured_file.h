@@ -13,16 +13,16 @@ CryptoKey countingKey();
 
 /// How the last block of a secured file is filled.
 enum class BlockFilling {
-    kNone,   ///< The text has whole blocks already.
+    kNone,   ///< The text is already a whole number of blocks.
     kPkcs7,  ///< PKCS#7 padding: one to sixteen bytes.
 };
 
-/// The secured form of a file: an initialisation vector and AES-128-CBC ciphertext, made with
-/// OpenSSL.
-/// @throws std::runtime_error where OpenSSL refuses, for one a text of broken blocks unfilled.
+/// The secured form of a file: an initialisation vector followed by AES-128-CBC ciphertext.
+/// @throws std::runtime_error if encryption fails, for example because an unfilled text has an
+/// incomplete block.
 std::string secured(std::string_view plain, const CryptoKey& key, BlockFilling filling);
 
-/// A text made a whole number of AES blocks long with spaces at its end.
+/// The text, padded with spaces to a whole number of AES blocks.
 std::string filledWithSpaces(std::string text);
 
 }  // namespace VelmoraQuavin::testing

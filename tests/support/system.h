@@ -7,16 +7,16 @@
 
 namespace VelmoraQuavin::testing {
 
-/// What tests have to know of the system that they run on, and what the standard library cannot do
-/// on every one: some take long paths for other ones.
+/// What tests need to know about the system they run on, and operations that the standard library
+/// does not support on every system: on some it mistakes long paths for other ones.
 
-/// The white space that names of files may hold.
+/// The white space that file names may contain.
 std::string whiteSpaceOfNames();
 
 /// Whether createDir() and deleteFile() take UTF-8, as everything else does.
 bool narrowPathsAreUtf8();
 
-/// A path that the system takes however long it is.
+/// A form of the path that the system accepts whatever its length.
 std::filesystem::path longPath(const std::filesystem::path& path);
 
 enum class EntryKind { kFile, kDirectory, kLink, kOther };
@@ -26,13 +26,13 @@ struct DirectoryEntry {
     EntryKind kind;
 };
 
-/// What is in a directory itself. Links are not followed.
+/// The entries directly in a directory. Links are not followed.
 std::vector<DirectoryEntry> entriesOf(const std::filesystem::path& directory);
 
-/// How many files and the like this process holds open.
+/// The number of files and similar objects this process has open.
 std::size_t openFiles();
 
-/// Removes a directory with everything in it, as far as that can be done.
+/// Removes a directory and everything in it, as far as possible.
 void removeTree(const std::filesystem::path& directory) noexcept;
 
 }  // namespace VelmoraQuavin::testing

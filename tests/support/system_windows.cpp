@@ -19,12 +19,12 @@ EntryKind kindOf(DWORD attributes) {
 
 }  // namespace
 
-// Names hold no control characters.
+// File names cannot contain control characters.
 std::string whiteSpaceOfNames() {
     return " ";
 }
 
-// Without this prefix a path has at most 259 characters.
+// Without this prefix a path is limited to 259 characters.
 fs::path longPath(const fs::path& path) {
     const std::wstring prefix = L"\\\\?\\";
     return path.native().compare(0, prefix.size(), prefix) == 0
@@ -55,10 +55,10 @@ std::vector<DirectoryEntry> entriesOf(const fs::path& directory) {
     return entries;
 }
 
-// Asks for one handle after the other: the emulator that these tests run under does not count them.
+// Probes one handle after another, because the emulator these tests run under does not count them.
 std::size_t openFiles() {
     constexpr std::uintptr_t kStep = 4;  // between the values of handles
-    constexpr int kEnd = 256;            // so many unused values in a row: no more follow
+    constexpr int kEnd = 256;            // after this many unused values in a row, none follow
     std::size_t count = 0;
     int unused = 0;
     for (std::uintptr_t value = kStep; unused < kEnd; value += kStep) {
@@ -81,7 +81,7 @@ void removeTree(const fs::path& directory) noexcept {
             }
         }
         ::RemoveDirectoryW(root.c_str());
-    } catch (const fs::filesystem_error&) {  // it is not there
+    } catch (const fs::filesystem_error&) {  // the directory does not exist
     }
 }
 

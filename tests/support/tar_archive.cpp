@@ -101,7 +101,7 @@ std::string gnuLongName(const std::string& name) {
 
 std::string paxRecord(const std::string& key, const std::string& value) {
     const std::string record = " " + key + "=" + value + "\n";
-    // The length counts its own digits.
+    // The length includes its own digits.
     std::size_t length = record.size() + 1;
     while (std::to_string(length).size() + record.size() != length) {
         ++length;

@@ -12,7 +12,7 @@
 
 namespace VelmoraQuavin::testing {
 
-/// A new empty directory, removed with all its content at the end.
+/// A new empty directory, removed with its contents on destruction.
 class TempDirectory {
 public:
     TempDirectory() : path_(makeUnique()) {}
@@ -21,12 +21,12 @@ public:
     ~TempDirectory() { removeTree(path_); }
 
     const std::filesystem::path& path() const { return path_; }
-    /// The directory as the library's paths have it: UTF-8, without a separator at the end.
+    /// The directory as a library path: UTF-8, without a trailing separator.
     std::string text() const { return path_.u8string(); }
     /// An entry of the directory, joined with the library's separator.
     std::string entry(std::string_view name) const { return text() + "\\" + std::string(name); }
 
-    /// Writes a file; its name may hold "/".
+    /// Writes a file; its name may contain "/".
     void write(const std::string& name, std::string_view content) const {
         const std::filesystem::path file = path_ / std::filesystem::u8path(name);
         std::filesystem::create_directories(file.parent_path());
@@ -38,7 +38,7 @@ public:
     }
     /// The content of a file.
     std::string read(const std::string& name) const { return read(name, std::ios::binary); }
-    /// The content of a text file: every line end, whatever the system makes of it, is "\n".
+    /// The content of a text file: every line ending, whatever the system's, is "\n".
     std::string readText(const std::string& name) const { return read(name, std::ios::in); }
 
 private:
@@ -57,7 +57,7 @@ private:
                 return candidate;
             }
         }
-        throw std::runtime_error("cannot make a temporary directory");
+        throw std::runtime_error("cannot create a temporary directory");
     }
 
     std::filesystem::path path_;

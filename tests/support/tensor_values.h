@@ -12,7 +12,7 @@ namespace VelmoraQuavin::testing {
 
 using Features = std::vector<std::shared_ptr<QuavinFeature>>;
 
-/// The feature of a name; fails the test program where there is none.
+/// The feature with this name; throws if there is none.
 inline const std::shared_ptr<QuavinFeature>& named(const Features& features,
                                                    const std::string& name) {
     for (const std::shared_ptr<QuavinFeature>& feature : features) {
@@ -51,14 +51,14 @@ inline ModelFeatureDescriptor tensorDescriptor(const std::string& name, const Te
                                   TensorDescriptor(name, shape, false, type), ImageDescriptor());
 }
 
-/// A feature of a tensor that is given.
+/// A feature with the given tensor.
 inline std::shared_ptr<QuavinFeature> featureOver(const std::string& name, const TensorShape& shape,
                                                   DataType type, std::shared_ptr<ITensor> tensor) {
     return std::make_shared<QuavinFeatureTensor>(tensorDescriptor(name, shape, type),
                                                  std::move(tensor));
 }
 
-/// A feature of a new tensor with values.
+/// A feature with a new tensor of these values.
 template <typename Value>
 std::shared_ptr<QuavinFeature> featureOf(const std::string& name, const TensorShape& shape,
                                          DataType type, const std::vector<Value>& values) {

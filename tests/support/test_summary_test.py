@@ -1,4 +1,4 @@
-"""What scripts/test_summary.py counts, and that it takes nothing for passed that was not."""
+"""What scripts/test_summary.py counts, and that it never counts a test as passed that did not pass."""
 
 import json
 import sys
@@ -33,25 +33,25 @@ class Programs(unittest.TestCase):
     def write(self, *tests):
         self.report.write_text(json.dumps({"testsuites": [{"testsuite": list(tests)}]}), "utf-8")
 
-    def test_are_counted_by_their_tests(self):
+    def test_program_counts_each_of_its_tests(self):
         self.write(PASSED, PASSED, SKIPPED, FAILED)
         self.assertEqual(of_entry(self.command, case("fail")), Count(2, 1, 1))
 
-    def test_without_tests_have_failed(self):
+    def test_program_without_tests_has_failed(self):
         self.write()
         self.assertEqual(of_entry(self.command, case()), Count(failed=1))
 
-    def test_that_end_without_a_report_have_failed(self):
+    def test_program_without_a_report_has_failed(self):
         for status in "run", "fail":
             self.assertEqual(of_entry(self.command, case(status)), Count(failed=1))
 
-    def test_that_fail_behind_their_report_have_failed(self):
+    def test_program_that_fails_after_its_report_has_failed(self):
         self.write(PASSED, PASSED)
         self.assertEqual(of_entry(self.command, case("fail")).failed, 1)
 
 
 class PythonTests(unittest.TestCase):
-    def test_are_counted_by_what_they_print(self):
+    def test_count_comes_from_the_output(self):
         for output, count in (("...\nRan 3 tests in 0.1s\n\nOK\n", Count(3)),
                               ("\nRan 1 test in 0.1s\n\nOK\n", Count(1)),
                               ("\nRan 3 tests in 0.1s\n\nOK (skipped=1)\n", Count(2, 1)),
@@ -59,15 +59,15 @@ class PythonTests(unittest.TestCase):
             self.assertEqual(of_entry(["python3"], case(output=output)), count)
 
 
-    def test_of_which_none_ran_have_failed(self):
+    def test_output_without_any_test_has_failed(self):
         output = "\nRan 0 tests in 0.0s\n\nOK\n"
         self.assertEqual(of_entry(["python3"], case(output=output)), Count(failed=1))
 
-    def test_that_end_early_have_failed(self):
+    def test_output_that_ends_early_has_failed(self):
         for output in "", "test_a (a_test.A) ... ok\n":
             self.assertEqual(of_entry(["python3", "-m", "unittest", "a_test"], case(output=output)), Count(failed=1))
 
-    def test_that_are_skipped_are_told_with_their_reasons(self):
+    def test_skipped_tests_are_listed_with_their_reasons(self):
         output = ("test_a (a_test.A) ... ok\n"
                   "test_b (a_test.A) ... skipped 'no links'\n"
                   "test_c (a_test.A)\nWhat it shows. ... skipped \"wine's way\"\n")
@@ -75,18 +75,18 @@ class PythonTests(unittest.TestCase):
 
 
 class Repetitions(unittest.TestCase):
-    def test_are_told(self):
+    def test_repeated_test_is_reported(self):
         log = self.log(("a", "", "Failed"), ("b", "text", "Passed"), ("a", "text", "Passed"))
         self.assertEqual(repeated_in(log), {"a": False})
 
-    def test_of_the_name_of_one_that_passed_are_none(self):
+    def test_same_name_is_not_a_repetition_if_the_first_passed(self):
         self.assertEqual(repeated_in(self.log(("a", "text", "Passed"), ("a", "text", "Passed"))), {})
 
-    def test_of_what_spoke_before_are_told_apart(self):
+    def test_repetition_shows_whether_the_failed_try_had_output(self):
         log = self.log(("a", "wrong", "Failed"), ("a", "text", "Passed"))
         self.assertEqual(repeated_in(log), {"a": True})
 
-    def test_without_an_output_at_all_count_as_what_spoke(self):
+    def test_try_missing_from_the_log_counts_as_having_output(self):
         self.assertEqual(repeated_in("1/1 Testing: a\n1/1 Testing: a\n"), {"a": True})
 
     @staticmethod
@@ -96,12 +96,12 @@ class Repetitions(unittest.TestCase):
 
 
 class OtherEntries(unittest.TestCase):
-    def test_that_skip_themselves_are_skipped(self):
+    def test_entry_that_skips_itself_is_skipped(self):
         element = case("notrun", "[  SKIPPED ] 1 test")
         ElementTree.SubElement(element, "skipped", message="SKIP_REGULAR_EXPRESSION_MATCHED")
         self.assertEqual(of_entry(["program"], element), Count(skipped=1))
 
-    def test_are_one_test(self):
+    def test_entry_counts_as_one_test(self):
         self.assertEqual(of_entry(["program"], case()), Count(passed=1))
         for status in "fail", "notrun", "disabled":
             self.assertEqual(of_entry(["program"], case(status)), Count(failed=1))

@@ -5,7 +5,7 @@
 
 namespace VelmoraQuavin::testing {
 
-/// While it lives, a file can be opened by this process, and every attempt to read it fails.
+/// During its lifetime, this process can open a file, but every attempt to read it fails.
 class UnreadableFile {
 public:
     explicit UnreadableFile(const std::filesystem::path& path);

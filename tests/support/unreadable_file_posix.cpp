@@ -1,5 +1,5 @@
-// Stands in for the C library's read() in the programs that link it: a disk that fails is not to be
-// had otherwise.
+// Replaces the C library's read() in programs that link this file: there is no other way to
+// simulate a failing disk.
 
 #include <sys/stat.h>
 #include <sys/syscall.h>
@@ -31,8 +31,8 @@ ssize_t readUnlessBroken(int file, void* buffer, size_t count) {
 
 }  // namespace
 
-// read(), and what it becomes where the compiler checks the sizes of buffers. Under names of their
-// own here, since the C library's headers declare the first and the second is reserved.
+// read(), and its form when the compiler checks buffer sizes. They have other names here because
+// the C library's headers declare the first, and the second is reserved.
 extern "C" {
 [[gnu::visibility("default")]] ssize_t readOfThisProgram(int file, void* buffer,
                                                          size_t count) asm("read");

@@ -1,5 +1,5 @@
-// Stands in for the system's ReadFile() as the objects of a program call it: a disk that fails is
-// not to be had otherwise. What a DLL reads is not met.
+// Replaces the system's ReadFile() for calls from a program's own objects: there is no other way to
+// simulate a failing disk. A DLL's reads are not affected.
 
 #include <windows.h>
 
@@ -40,7 +40,7 @@ BOOL WINAPI readUnlessBroken(HANDLE file, void* buffer, DWORD count, DWORD* got,
 
 }  // namespace
 
-// The pointer that calls of the function go through.
+// The pointer through which the function is called.
 extern "C" decltype(&::ReadFile) __imp_ReadFile;
 decltype(&::ReadFile) __imp_ReadFile = &readUnlessBroken;
 

@@ -1,13 +1,13 @@
 #!/usr/bin/env bash
-# Makes the vectors of this folder with the openssl command. They never change: key, vectors and
-# plaintexts are fixed.
+# Creates the test vectors in this folder with the openssl command. They never change: key, vectors
+# and plaintexts are fixed.
 #
 #   key.bin              the key, 16 bytes
 #   wrong_key.bin        another key
 #   <name>.plain         what was encrypted
 #   <name>.secured       the initialisation vector, then the ciphertext
-#   padded.decrypted     padded.secured without its vector, decrypted, padding left on
-#   padded.wrong_key     the same with the other key
+#   padded.decrypted     padded.secured without its vector, decrypted, padding kept
+#   padded.wrong_key     as above, with the other key
 set -euo pipefail
 cd "$(dirname "$0")"
 
@@ -18,7 +18,7 @@ unpadded_iv=a0a1a2a3a4a5a6a7a8a9aaabacadaeaf
 
 # bytes <hexadecimal digits>: the bytes themselves.
 bytes() {
-    # shellcheck disable=SC2001  # the replacement needs what was matched
+    # shellcheck disable=SC2001  # the replacement needs the matched text
     printf "%b" "$(sed 's/../\\x&/g' <<<"$1")"
 }
 

@@ -1,15 +1,15 @@
 #!/usr/bin/env python3
-"""Makes packages whose numbers half precision and bfloat16 cannot hold, and what they predict.
+"""Creates packages whose numbers half precision and bfloat16 cannot hold, with their expected predictions.
 
 NAME/manifest.json, net.xml, net.bin  one input "x", one output "y", floats
 NAME/x.f32                            the input
-NAME/y.f64                            the output as NumPy computes it with double precision
+NAME/y.f64                            the output as NumPy computes it in double precision
 
-Inputs and weights are single precision, so that the expected numbers are those of the very same network.
-A network whose inputs and weights are rounded to half precision or bfloat16 is off by at least TOLD_APART in
-some element, one that is computed with single precision by less than HELD in all of them. The script checks both.
+Inputs and weights are single precision, so that the expected numbers are those of exactly the same network.
+With inputs and weights rounded to half precision or bfloat16, some element is off by at least DISTINCT; computed
+in single precision, every element is off by less than PRECISE. The script checks both.
 
-Needs NumPy. Run it without arguments; it writes beside itself.
+Needs NumPy. Run it without arguments; it writes to its own folder.
 """
 
 import pathlib
@@ -20,12 +20,12 @@ import numpy as np
 HERE = pathlib.Path(__file__).resolve().parent
 sys.path.insert(0, str(HERE.parents[2] / "scripts"))
 
-import model_package  # noqa: E402  # from the folder of the line above
+import model_package  # noqa: E402  # from the folder added above
 from ir_writer import IrNetwork  # noqa: E402
 
 # Tests allow 1e-5.
-HELD = 5e-6
-TOLD_APART = 1e-4
+PRECISE = 5e-6
+DISTINCT = 1e-4
 ABOUT = {
     "id": "numbers",
     "name": "Numbers",
@@ -37,7 +37,7 @@ ABOUT = {
 
 
 def irrational(shape, seed, low, high):
-    """Decimals without end."""
+    """Random numbers that use all bits of single precision."""
     return single(np.random.default_rng(seed).uniform(low, high, size=shape))
 
 
@@ -50,7 +50,7 @@ def half(value):
 
 
 def bfloat16(value):
-    """Rounded to the nearest, by the bits."""
+    """Rounds to the nearest by its bits."""
     bits = single(value).view(np.uint32)
     rounded = (bits + 0x7FFF + ((bits >> 16) & 1)) & 0xFFFF0000
     return rounded.astype(np.uint32).view(np.float32).astype(np.float64)
@@ -73,10 +73,10 @@ def just_above_one():
 
 
 def cancelling_sums():
-    """The terms of each sum cancel but for a twentieth, so that an error in them counts twenty times."""
+    """The terms of each sum cancel except for a twentieth, so that an error in them counts twenty times."""
     x = irrational((4, 64), 1, 1, 1.5)
     weights = irrational((64, 8), 2, 0.5, 1.5)
-    # The second half takes back nearly all that the first gives.
+    # The second half cancels nearly all of the first.
     x[:, 32:] = x[:, :32]
     weights[32:] = -weights[:32] * np.float32(0.9)
     shift = single(np.full((1, 8), np.pi / 10))
@@ -89,7 +89,7 @@ def cancelling_sums():
 
 
 def convolution():
-    """A convolution of 3x3, its ReLU, and one of 1x1 behind it."""
+    """A 3x3 convolution, its ReLU, and a 1x1 convolution."""
     x = irrational((1, 3, 12, 12), 3, 0.5, 1.5)
     kernel = irrational((16, 3, 3, 3), 4, -0.1, 0.9)
     mixing = irrational((8, 16, 1, 1), 5, 0.1, 0.9)
@@ -109,7 +109,7 @@ def convolution():
 
 
 def classifier():
-    """Two layers and a softmax, as a classifier has them."""
+    """Two layers and a softmax, as in a classifier."""
     x = irrational((2, 20), 6, 0, 0.2)
     first = irrational((20, 32), 7, -0.2, 0.5)
     second = irrational((32, 10), 8, -0.5, 0.5)
@@ -139,10 +139,10 @@ def main():
         net, x, result = make()
         expected = result(exact)
         apart = distance(result(single), expected)
-        assert apart < HELD, f"{net.name} computed with single precision is off by {apart}"
+        assert apart < PRECISE, f"{net.name} computed with single precision is off by {apart}"
         for coarse in half, bfloat16:
             apart = distance(result(coarse), expected)
-            assert apart > TOLD_APART, f"{net.name} computed with {coarse.__name__} is off by {apart} only"
+            assert apart > DISTINCT, f"{net.name} computed with {coarse.__name__} is off by only {apart}"
         folder = HERE / net.name
         model_package.write_package(folder, net, "net", ABOUT)
         (folder / "x.f32").write_bytes(x.astype("<f4").tobytes())

@@ -1,11 +1,11 @@
 #!/usr/bin/env python3
-"""Makes the archives of this folder with GNU tar, bsdtar, Python and git. They never change: times,
+"""Creates the archives in this folder with GNU tar, bsdtar, Python and git. They never change: times,
 owners and the order of entries are fixed.
 
 accepted/NAME.tar      a tree of trees.py
 accepted/NAME.listing  what the tool that wrote it extracts from it: "directory PATH" and
                        "file SIZE SHA-256 PATH", sorted by path
-refused/NAME.tar       holds something that is neither a file nor a directory, or says that it is
+refused/NAME.tar       contains something that is neither a file nor a directory, or claims to be
                        larger than it is
 """
 
@@ -145,14 +145,14 @@ def make_accepted(name, tool, tree):
         make(tree, source, archive)
         extract(archive, target)
         extracted = listing(pathlib.Path(target))
-        # git leaves out empty directories.
+        # git omits empty directories.
         if name != "git" and extracted != listing(pathlib.Path(source)):
-            raise RuntimeError(f"{name} does not hold the whole tree")
+            raise RuntimeError(f"{name} does not contain the whole tree")
         archive.with_suffix(".listing").write_text(extracted, "utf-8")
 
 
 def fix_process_number(archive):
-    """GNU tar puts the number of its process into the header's name of a sparse file."""
+    """GNU tar puts its process number into the name in a sparse file's header."""
     blocks = bytearray(archive.read_bytes())
     for start in range(0, len(blocks), 512):
         name = blocks[start:start + 100].rstrip(b"\0")

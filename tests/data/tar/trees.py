@@ -56,7 +56,7 @@ ALL = {
     padded("tree/101-", 106): b"a last part of one hundred and one",
 }
 
-# Without blanks, for hosts that extract without a length.
+# Without blanks, for hosts that call the overload without a length.
 SIMPLE = {
     "package": None,
     "package/manifest.json": b'{"files": []}\n',

@@ -1,4 +1,4 @@
-// What the client does while the process ends. Each body runs in a process of its own.
+// The client while the process exits. Each body runs in its own process.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -44,14 +44,14 @@ void terminateAndReport() {
     std::cerr << (QuavinClient::isInitialized() ? "on" : "off") << '\n';
 }
 
-[[noreturn]] void exitWithTerminateBehindTheHub() {
+[[noreturn]] void exitWithTerminateAfterTheHub() {
     testing::sendOutputToErrorStream();
-    std::atexit(terminateAndReport);  // before the hub is made, so called after it is gone
+    std::atexit(terminateAndReport);  // registered before the hub, so called after it is gone
     QuavinClient::init(configOf(std::make_shared<PrintingLogProcessor>()));
     std::exit(0);
 }
 
-[[noreturn]] void exitWithInitBehindTheHub() {
+[[noreturn]] void exitWithInitAfterTheHub() {
     testing::sendOutputToErrorStream();
     std::atexit([] {
         QuavinClient::init(configOf(std::make_shared<PrintingLogProcessor>()));
@@ -87,18 +87,17 @@ protected:
     ClientAtExitDeathTest() { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
 };
 
-TEST_F(ClientAtExitDeathTest, TerminateBehindTheHubsEndSwitchesOff) {
-    EXPECT_EXIT(exitWithTerminateBehindTheHub(), ExitedWithCode(0),
+TEST_F(ClientAtExitDeathTest, TerminateAfterTheHubIsGoneSwitchesOff) {
+    EXPECT_EXIT(exitWithTerminateAfterTheHub(), ExitedWithCode(0),
                 AllOf(HasSubstr("late\noff\n"), Not(HasSubstr("logger: late"))));
 }
 
-TEST_F(ClientAtExitDeathTest, TheLoggerMayReportWhenItIsDestroyedAtTheEnd) {
-    EXPECT_EXIT(exitWithTerminateBehindTheHub(), ExitedWithCode(0),
-                HasSubstr("logger destroyed\n"));
+TEST_F(ClientAtExitDeathTest, TheLoggerMayReportWhenDestroyedAtExit) {
+    EXPECT_EXIT(exitWithTerminateAfterTheHub(), ExitedWithCode(0), HasSubstr("logger destroyed\n"));
 }
 
-TEST_F(ClientAtExitDeathTest, InitBehindTheHubsEndInstallsNothing) {
-    EXPECT_EXIT(exitWithInitBehindTheHub(), ExitedWithCode(0),
+TEST_F(ClientAtExitDeathTest, InitAfterTheHubIsGoneInstallsNothing) {
+    EXPECT_EXIT(exitWithInitAfterTheHub(), ExitedWithCode(0),
                 AllOf(HasSubstr("late\n"), Not(HasSubstr("logger: late"))));
 }
 
@@ -110,7 +109,7 @@ TEST_F(ClientAtExitDeathTest, ARegisteredModelIsDestroyed) {
     EXPECT_EXIT(exitWithAModelRegistered(), ExitedWithCode(0), HasSubstr("model destroyed\n"));
 }
 
-TEST_F(ClientAtExitDeathTest, ARegisteredModelIsDestroyedAlsoWhileSwitchedOff) {
+TEST_F(ClientAtExitDeathTest, ARegisteredModelIsDestroyedEvenIfSwitchedOff) {
     EXPECT_EXIT(exitSwitchedOffWithAModelRegistered(), ExitedWithCode(0),
                 HasSubstr("model destroyed\n"));
 }

@@ -8,7 +8,7 @@
 
 namespace VelmoraQuavin {
 
-/// Begins and ends with the process-wide client switched off.
+/// Switches the process-wide client off before and after each test.
 class ClientFixture : public ::testing::Test {
 protected:
     ClientFixture() { QuavinClient::terminate(); }

@@ -56,14 +56,14 @@ TEST_F(ClientLoggingTest, WithoutALoggerReportsGoToStandardOutput) {
     EXPECT_THAT(printed("hello"), HasSubstr(") hello[-1]\n"));
 }
 
-TEST_F(ClientLoggingTest, TerminateTakesTheLoggerOut) {
+TEST_F(ClientLoggingTest, TerminateRemovesTheLogger) {
     QuavinClient::init(configOf(logger_));
     QuavinClient::terminate();
     EXPECT_THAT(printed("hello"), HasSubstr(") hello[-1]\n"));
     EXPECT_THAT(logger_->messages(), IsEmpty());
 }
 
-TEST_F(ClientLoggingTest, TerminateWhileOffLeavesStandardOutput) {
+TEST_F(ClientLoggingTest, TerminateWhileOffKeepsReportingToStandardOutput) {
     QuavinClient::terminate();
     EXPECT_THAT(printed("hello"), HasSubstr(") hello[-1]\n"));
 }
@@ -96,14 +96,14 @@ TEST_F(ClientLoggingTest, TheLoggerIsKeptUntilTheNextInit) {
     EXPECT_TRUE(watched.expired());
 }
 
-TEST_F(ClientLoggingTest, DiagnosticsAreOnFromInitToTerminateWhereTheHostAsks) {
+TEST_F(ClientLoggingTest, DiagnosticsAreOnFromInitToTerminateIfRequested) {
     QuavinConfig config = configOf(logger_);
     config.SetDiagnostics(true);
     QuavinClient::init(config);
     internal::diagnose([] { return "while on"; });
     QuavinClient::terminate();
     QuavinClient::init(configOf(logger_));
-    internal::diagnose([] { return "not asked for"; });
+    internal::diagnose([] { return "not requested"; });
     EXPECT_THAT(logger_->messages(), ElementsAre("while on"));
 }
 
@@ -116,12 +116,12 @@ TEST_F(ClientLoggingTest, ASecondInitDoesNotSwitchDiagnosticsOn) {
     EXPECT_THAT(logger_->messages(), IsEmpty());
 }
 
-TEST_F(ClientLoggingTest, AScopeInstallsAndTakesOutItsLogger) {
+TEST_F(ClientLoggingTest, AScopeInstallsAndRemovesItsLogger) {
     {
         const QuavinClientInitTerm scope(configOf(logger_));
         report("within");
     }
-    EXPECT_THAT(printed("behind"), HasSubstr("behind"));
+    EXPECT_THAT(printed("after"), HasSubstr("after"));
     EXPECT_THAT(logger_->messages(), ElementsAre("within"));
 }
 

@@ -1,4 +1,4 @@
-// Loading through the client, as far as it goes without a network.
+// Loading through the client, as far as that is possible without a network.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -28,7 +28,7 @@ using ::testing::ThrowsMessage;
 constexpr const char* kNotInitialized =
     "Trying to use quavin client before the sdk was initialized!";
 constexpr const char* kNoTarget = "None of the target applicable for the platform found";
-// What a target that was chosen, but declares nothing, is refused for.
+// The refusal of a target that was chosen but declares nothing.
 constexpr const char* kNoInput = "There must be at least one defined input name";
 
 QuavinModelType typeOf(std::uint64_t number) {
@@ -59,7 +59,7 @@ private:
     }
 };
 
-TEST_F(ClientModelsTest, WhileOffEveryOverloadAnswersSoAndKeepsThePointer) {
+TEST_F(ClientModelsTest, EveryOverloadFailsWhileOffAndKeepsThePointer) {
     QuavinClient::terminate();
     const auto metadata = std::make_shared<ModelMetadata>();
     const auto type = QuavinModelType::Openvino;
@@ -83,14 +83,14 @@ TEST_F(ClientModelsTest, AnEmptyPathIsRefusedAndKeepsThePointer) {
     EXPECT_EQ(model_, held_);
 }
 
-TEST_F(ClientModelsTest, AMissingManifestGivesItsPathAndEmptiesThePointer) {
+TEST_F(ClientModelsTest, AMissingManifestIsNamedAndClearsThePointer) {
     EXPECT_THAT(client_.getModel(directory_.text(), model_, 0, QuavinModelType::Openvino),
                 IsStatus(MODEL_METADATA_ERROR, "Failed to open metadata file at " +
                                                    directory_.text() + "\\manifest.json"));
     EXPECT_EQ(model_, nullptr);
 }
 
-TEST_F(ClientModelsTest, ASeparatorBehindThePathIsDoubled) {
+TEST_F(ClientModelsTest, ATrailingSeparatorIsDoubled) {
     EXPECT_THAT(client_.getModel(directory_.text() + "\\", model_, Device(), 0),
                 IsStatus(MODEL_METADATA_ERROR, "Failed to open metadata file at " +
                                                    directory_.text() + "\\\\manifest.json"));
@@ -102,7 +102,7 @@ TEST_F(ClientModelsTest, TargetsOfOtherEnginesAreNotUsed) {
     EXPECT_EQ(model_, nullptr);
 }
 
-TEST_F(ClientModelsTest, TypesZeroAndFourAreTaken) {
+TEST_F(ClientModelsTest, TypesZeroAndFourAreAccepted) {
     const std::string path = package("Openvino");
     for (const std::uint64_t number : {0U, 4U}) {
         EXPECT_THAT(client_.getModel(path, model_, 0, typeOf(number)),
@@ -175,7 +175,7 @@ TEST_F(ClientModelsTest, MetadataWithoutATargetKeepsTheOldModel) {
     EXPECT_EQ(model_, held_);
 }
 
-TEST_F(ClientModelsTest, MetadataWhoseLoadFailsEmptiesThePointer) {
+TEST_F(ClientModelsTest, AFailedLoadFromMetadataClearsThePointer) {
     const auto metadata = std::make_shared<ModelMetadata>();
     metadata->getTargets().emplace(QuavinModelType::Openvino, ModelTarget());
     EXPECT_THAT(client_.getModel(metadata, model_, QuavinModelType::Openvino),
@@ -191,7 +191,7 @@ TEST_F(ClientModelsTest, AUtf16PathNamesTheSameFile) {
                          "Failed to open metadata file at " + path + "\\manifest.json"));
 }
 
-TEST_F(ClientModelsTest, APathThatIsNotUtf16ThrowsOutOfTheCall) {
+TEST_F(ClientModelsTest, APathThatIsNotUtf16Throws) {
     EXPECT_THAT([&] { client_.getModel(u"\xd800", model_, 0, QuavinModelType::Openvino); },
                 ThrowsMessage<std::range_error>(StrEq("bad conversion")));
     EXPECT_THAT([&] { client_.getModel(u"\xd800", model_, Device(), 0); },

@@ -1,4 +1,4 @@
-// The client's own registry across switching on and off.
+// The client's registry as it is switched on and off.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -41,7 +41,7 @@ private:
     }
 };
 
-TEST_F(ClientRegistryTest, TheQueryShowsRegisteredModels) {
+TEST_F(ClientRegistryTest, TheQueryListsRegisteredModels) {
     const RuntimeStatus status = client_.queryRuntimeStatus();
     EXPECT_THAT(status.getLoadedModels(), ElementsAre(model_));
     EXPECT_EQ(status.getTotalMemoryConsumption(), 100U);
@@ -75,18 +75,18 @@ TEST_F(ClientRegistryTest, UnloadingThroughTheClientKeepsPointerAndRegistration)
     EXPECT_THAT(client_.queryRuntimeStatus().getLoadedModels(), ElementsAre(model_));
 }
 
-TEST_F(ClientRegistryTest, UnloadingGivesTheReleaseHooksAnswer) {
+TEST_F(ClientRegistryTest, UnloadingReturnsTheReleaseHooksStatus) {
     std::shared_ptr<QuavinModel> model = model_;
     model_->unloadAnswer = {FAILURE, "cannot release"};
     EXPECT_THAT(client_.unloadModel(model), IsStatus(FAILURE, "cannot release"));
 }
 
-TEST_F(ClientRegistryTest, UnloadingNoModelFindsNoneLoaded) {
+TEST_F(ClientRegistryTest, UnloadingNullReportsNoModelLoaded) {
     std::shared_ptr<QuavinModel> none;
     EXPECT_THAT(client_.unloadModel(none), IsStatus(MODEL_NOT_LOADED, "There is no model loaded"));
 }
 
-TEST_F(ClientRegistryTest, UnloadingWhileOffFindsNoneLoadedAndLeavesTheModelAlone) {
+TEST_F(ClientRegistryTest, UnloadingWhileOffReportsNoModelLoadedAndLeavesTheModelAlone) {
     QuavinClient::terminate();
     std::shared_ptr<QuavinModel> model = model_;
     EXPECT_THAT(client_.unloadModel(model), IsStatus(MODEL_NOT_LOADED, "There is no model loaded"));

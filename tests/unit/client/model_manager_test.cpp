@@ -36,7 +36,7 @@ protected:
     std::optional<ModelManager> manager_;
 };
 
-TEST_F(ModelManagerTest, IsEmptyAtFirst) {
+TEST_F(ModelManagerTest, StartsEmpty) {
     EXPECT_THAT(registered(), IsEmpty());
 }
 
@@ -46,7 +46,7 @@ TEST_F(ModelManagerTest, KeepsTheOrderOfRegistration) {
     EXPECT_THAT(registered(), ElementsAre(model_, other_));
 }
 
-TEST_F(ModelManagerTest, RegisteringOpensAnAccountOfTheGreatestLimit) {
+TEST_F(ModelManagerTest, RegisteringOpensAnAccountWithTheMaximumLimit) {
     manager_->registerModel(model_);
     const std::shared_ptr<ModelRuntimeStatus> account = model_->getRuntimeStatus();
     ASSERT_NE(account, nullptr);
@@ -68,7 +68,7 @@ TEST_F(ModelManagerTest, RegisteringTwiceListsTwiceAndOpensANewAccount) {
     EXPECT_EQ(model_->getRuntimeStatus()->getCurrentMemoryConsumption(), 0U);
 }
 
-TEST_F(ModelManagerTest, RegisteringNoModelIsRefused) {
+TEST_F(ModelManagerTest, RegisteringNullIsRefused) {
     EXPECT_THAT(manager_->registerModel(nullptr), IsStatusWith(INVALID_ARGUMENTS, Not(IsEmpty())));
     EXPECT_THAT(registered(), IsEmpty());
 }
@@ -82,7 +82,7 @@ TEST_F(ModelManagerTest, UnloadingReleasesAndRemovesTheModel) {
     EXPECT_THAT(other_->calls, IsEmpty());
 }
 
-TEST_F(ModelManagerTest, UnloadingGivesTheReleaseHooksAnswer) {
+TEST_F(ModelManagerTest, UnloadingReturnsTheReleaseHooksStatus) {
     manager_->registerModel(model_);
     model_->unloadAnswer = {SUCCESS, "with a remark"};
     EXPECT_THAT(manager_->unloadModel(model_), IsStatus(SUCCESS, "with a remark"));
@@ -98,7 +98,7 @@ TEST_F(ModelManagerTest, UnloadingRemovesEveryRegistrationAndKeepsTheOrderOfTheR
     EXPECT_THAT(registered(), ElementsAre(other_, third));
 }
 
-TEST_F(ModelManagerTest, AReleaseHookThatFailsKeepsTheRegistration) {
+TEST_F(ModelManagerTest, AFailingReleaseHookKeepsTheRegistration) {
     manager_->registerModel(model_);
     model_->unloadAnswer = {FAILURE, "cannot release"};
     EXPECT_THAT(manager_->unloadModel(model_), IsStatus(FAILURE, "cannot release"));
@@ -106,29 +106,29 @@ TEST_F(ModelManagerTest, AReleaseHookThatFailsKeepsTheRegistration) {
     EXPECT_NE(model_->getRuntimeStatus(), nullptr);
 }
 
-TEST_F(ModelManagerTest, UnloadingAModelThatIsNotRegisteredRunsItsHookFirst) {
+TEST_F(ModelManagerTest, UnloadingAnUnregisteredModelRunsItsHookFirst) {
     manager_->registerModel(other_);
     EXPECT_THAT(manager_->unloadModel(model_), IsStatus(MODEL_NOT_LOADED, kNotRegistered));
     EXPECT_THAT(model_->calls, ElementsAre("unload"));
     EXPECT_THAT(registered(), ElementsAre(other_));
 }
 
-TEST_F(ModelManagerTest, AFailingHookOfAModelThatIsNotRegisteredGivesItsAnswer) {
+TEST_F(ModelManagerTest, UnloadingAnUnregisteredModelReturnsItsHooksFailure) {
     model_->unloadAnswer = {FAILURE, "cannot release"};
     EXPECT_THAT(manager_->unloadModel(model_), IsStatus(FAILURE, "cannot release"));
 }
 
-TEST_F(ModelManagerTest, UnloadingAgainFindsNothing) {
+TEST_F(ModelManagerTest, UnloadingTwiceReportsNotLoaded) {
     manager_->registerModel(model_);
     manager_->unloadModel(model_);
     EXPECT_THAT(manager_->unloadModel(model_), IsStatus(MODEL_NOT_LOADED, kNotRegistered));
 }
 
-TEST_F(ModelManagerTest, UnloadingNoModelIsRefused) {
+TEST_F(ModelManagerTest, UnloadingNullIsRefused) {
     EXPECT_THAT(manager_->unloadModel(nullptr), IsStatusWith(INVALID_ARGUMENTS, Not(IsEmpty())));
 }
 
-TEST_F(ModelManagerTest, UnloadingClosesTheAccountAndTheModelGoesWithTheHostsPointer) {
+TEST_F(ModelManagerTest, UnloadingClosesTheAccountAndReleasesTheModel) {
     manager_->registerModel(model_);
     manager_->unloadModel(model_);
     EXPECT_EQ(model_->getRuntimeStatus(), nullptr);
@@ -137,7 +137,7 @@ TEST_F(ModelManagerTest, UnloadingClosesTheAccountAndTheModelGoesWithTheHostsPoi
     EXPECT_TRUE(watched.expired());
 }
 
-TEST_F(ModelManagerTest, ARegisteredModelLivesWithoutTheHostsPointer) {
+TEST_F(ModelManagerTest, ARegisteredModelOutlivesTheHostsPointer) {
     manager_->registerModel(model_);
     const std::weak_ptr<RecordingModel> watched = model_;
     model_.reset();
@@ -146,7 +146,7 @@ TEST_F(ModelManagerTest, ARegisteredModelLivesWithoutTheHostsPointer) {
     EXPECT_TRUE(watched.expired());
 }
 
-TEST_F(ModelManagerTest, UnloadingMayTakeThePointerThatHoldsTheModelLast) {
+TEST_F(ModelManagerTest, UnloadingAcceptsTheHostsLastPointer) {
     const std::weak_ptr<RecordingModel> watched = model_;
     std::shared_ptr<QuavinModel> last = std::move(model_);
     manager_->registerModel(last);
@@ -155,7 +155,7 @@ TEST_F(ModelManagerTest, UnloadingMayTakeThePointerThatHoldsTheModelLast) {
     EXPECT_TRUE(watched.expired());
 }
 
-TEST_F(ModelManagerTest, ItsDestructorClosesTheAccountsAndFreesTheModels) {
+TEST_F(ModelManagerTest, DestructionClosesTheAccountsAndFreesTheModels) {
     manager_->registerModel(model_);
     manager_->registerModel(model_);
     manager_->registerModel(other_);
@@ -166,7 +166,7 @@ TEST_F(ModelManagerTest, ItsDestructorClosesTheAccountsAndFreesTheModels) {
     EXPECT_EQ(other_->getRuntimeStatus(), nullptr);
 }
 
-TEST_F(ModelManagerTest, ItsDestructorCallsNoHook) {
+TEST_F(ModelManagerTest, DestructionCallsNoHook) {
     manager_->registerModel(model_);
     manager_.reset();
     EXPECT_THAT(model_->calls, IsEmpty());

@@ -16,13 +16,13 @@ using testing::RecordingModel;
 
 constexpr unsigned long long kMost = std::numeric_limits<unsigned long long>::max();
 
-class AccountOfTheHosts : public ModelRuntimeStatus {
+class HostsAccount : public ModelRuntimeStatus {
 public:
     using ModelRuntimeStatus::ModelRuntimeStatus;
     using ModelRuntimeStatus::setMaxAllowedMemoryConsumption;
 };
 
-TEST(ModelRuntimeStatusTest, BeginsAtZeroWithItsLimitAndModel) {
+TEST(ModelRuntimeStatusTest, StartsAtZeroWithItsLimitAndModel) {
     const auto model = std::make_shared<RecordingModel>();
     const ModelRuntimeStatus account(1000, model);
     EXPECT_EQ(account.getCurrentMemoryConsumption(), 0U);
@@ -30,7 +30,7 @@ TEST(ModelRuntimeStatusTest, BeginsAtZeroWithItsLimitAndModel) {
     EXPECT_EQ(account.getModel(), model);
 }
 
-TEST(ModelRuntimeStatusTest, AValueBelowTheLimitIsStoredAndAnsweredWithItsDigits) {
+TEST(ModelRuntimeStatusTest, AValueBelowTheLimitIsStoredAndNamedInTheStatus) {
     ModelRuntimeStatus account(kMost, nullptr);
     EXPECT_THAT(account.setCurrentMemoryConsumption(100),
                 IsStatus(MEMORY_LIMIT_EXCEEDED, "Current Memory consumption = 100"));
@@ -53,7 +53,7 @@ TEST(ModelRuntimeStatusTest, AValueAtOrAboveTheLimitSucceedsAndIsNotStored) {
                 IsStatus(MEMORY_LIMIT_EXCEEDED, "Current Memory consumption = 999"));
 }
 
-TEST(ModelRuntimeStatusTest, WithTheGreatestLimitOnlyTheGreatestValueIsNotStored) {
+TEST(ModelRuntimeStatusTest, WithTheMaximumLimitOnlyTheMaximumValueIsNotStored) {
     ModelRuntimeStatus account(kMost, nullptr);
     EXPECT_THAT(account.setCurrentMemoryConsumption(kMost), IsOk());
     EXPECT_EQ(account.getCurrentMemoryConsumption(), 0U);
@@ -101,7 +101,7 @@ TEST(ModelRuntimeStatusTest, RemovingMoreThanIsHeldWrapsToAHugeValue) {
     EXPECT_EQ(account.getCurrentMemoryConsumption(), kMost - 1);
 }
 
-TEST(ModelRuntimeStatusTest, RemovingToTheGreatestValueIsNotStored) {
+TEST(ModelRuntimeStatusTest, ARemovalThatWrapsToTheMaximumIsNotStored) {
     ModelRuntimeStatus account(kMost, nullptr);
     account.setCurrentMemoryConsumption(100);
     EXPECT_THAT(account.removeCurrentMemoryConsumption(101), IsOk());
@@ -109,7 +109,7 @@ TEST(ModelRuntimeStatusTest, RemovingToTheGreatestValueIsNotStored) {
 }
 
 TEST(ModelRuntimeStatusTest, TheLimitCanBeReplacedByADerivedAccount) {
-    AccountOfTheHosts account(kMost, nullptr);
+    HostsAccount account(kMost, nullptr);
     EXPECT_THAT(account.setMaxAllowedMemoryConsumption(10), IsOk());
     EXPECT_EQ(account.getMaxAllowedMemoryConsumption(), 10U);
     EXPECT_THAT(account.setCurrentMemoryConsumption(10), IsOk());

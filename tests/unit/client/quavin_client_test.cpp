@@ -65,7 +65,7 @@ TEST_F(QuavinClientTest, InstanceIsTheSameObjectAcrossCycles) {
     EXPECT_EQ(&QuavinClient::instance(), client);
 }
 
-TEST_F(QuavinClientTest, TheEngineTypeIsFourAlsoWhileOff) {
+TEST_F(QuavinClientTest, TheEngineTypeIsFourEvenWhileOff) {
     EXPECT_EQ(static_cast<std::uint64_t>(QuavinClient::getEngineType()), 4U);
     QuavinClient::init(QuavinConfig());
     EXPECT_EQ(QuavinClient::getEngineType(), QuavinModelType::Openvino);
@@ -94,7 +94,7 @@ TEST_F(QuavinClientInitTermTest, ThrowsWhileTheClientIsOnAndLeavesItOn) {
     EXPECT_TRUE(QuavinClient::isInitialized());
 }
 
-TEST_F(QuavinClientInitTermTest, ASecondScopeWithinThrowsAndTheFirstGoesOn) {
+TEST_F(QuavinClientInitTermTest, ANestedScopeThrowsAndTheFirstStaysOn) {
     const QuavinClientInitTerm scope{QuavinConfig()};
     EXPECT_THROW(QuavinClientInitTerm{QuavinConfig()}, Exception);
     EXPECT_TRUE(QuavinClient::isInitialized());

@@ -20,11 +20,11 @@ TEST(QuavinConfigTest, LoadIsAFailureWithoutAText) {
     EXPECT_THAT(QuavinConfig().load(), IsStatus(FAILURE, ""));
 }
 
-TEST(QuavinConfigTest, AsksForNoDiagnosticsByDefault) {
+TEST(QuavinConfigTest, RequestsNoDiagnosticsByDefault) {
     EXPECT_FALSE(QuavinConfig().GetDiagnostics());
 }
 
-TEST(QuavinConfigTest, CopiesCarryTheWishForDiagnostics) {
+TEST(QuavinConfigTest, CopiesKeepTheDiagnosticsSetting) {
     QuavinConfig config;
     config.SetDiagnostics(true);
     EXPECT_TRUE(QuavinConfig(config).GetDiagnostics());

@@ -30,7 +30,7 @@ protected:
     ModelManager manager_;
 };
 
-TEST_F(RuntimeStatusTest, AnEmptySnapshotHoldsNothing) {
+TEST_F(RuntimeStatusTest, AnEmptySnapshotContainsNothing) {
     const RuntimeStatus status((Models()));
     EXPECT_THAT(status.getLoadedModels(), IsEmpty());
     EXPECT_THAT(status.getModelsRuntimeStatus(), IsEmpty());
@@ -38,7 +38,7 @@ TEST_F(RuntimeStatusTest, AnEmptySnapshotHoldsNothing) {
     EXPECT_EQ(status.getMaxAllowedTotalMemory(), 0U);
 }
 
-TEST_F(RuntimeStatusTest, HoldsModelsAndAccountsInTheSameOrder) {
+TEST_F(RuntimeStatusTest, ListsModelsAndAccountsInTheSameOrder) {
     const auto first = registeredModel(100);
     const auto second = registeredModel(23);
     const RuntimeStatus status = manager_.getRuntimeStatus();
@@ -65,12 +65,12 @@ TEST_F(RuntimeStatusTest, TheTotalWraps) {
     EXPECT_EQ(manager_.getRuntimeStatus().getTotalMemoryConsumption(), 3U);
 }
 
-TEST_F(RuntimeStatusTest, ThereIsNoLimitOverAllModels) {
+TEST_F(RuntimeStatusTest, ThereIsNoLimitForAllModelsTogether) {
     registeredModel(100);
     EXPECT_EQ(manager_.getRuntimeStatus().getMaxAllowedTotalMemory(), 0U);
 }
 
-TEST_F(RuntimeStatusTest, GivesTheAccountOfOneModel) {
+TEST_F(RuntimeStatusTest, ReturnsTheAccountOfOneModel) {
     registeredModel(100);
     const auto model = registeredModel(23);
     const ModelRuntimeStatus account = manager_.getRuntimeStatus().getModelRuntimeStatus(model);
@@ -78,7 +78,7 @@ TEST_F(RuntimeStatusTest, GivesTheAccountOfOneModel) {
     EXPECT_EQ(account.getCurrentMemoryConsumption(), 23U);
 }
 
-TEST_F(RuntimeStatusTest, ThrowsForAModelThatItLacks) {
+TEST_F(RuntimeStatusTest, ThrowsForAnUnknownModel) {
     registeredModel(100);
     const RuntimeStatus status = manager_.getRuntimeStatus();
     const auto other = std::make_shared<RecordingModel>();
@@ -97,7 +97,7 @@ TEST_F(RuntimeStatusTest, AModelListedTwiceHasTwoEqualAccounts) {
     EXPECT_EQ(status.getTotalMemoryConsumption(), 14U);
 }
 
-TEST_F(RuntimeStatusTest, IsIndependentOfTheAccountsOnceMade) {
+TEST_F(RuntimeStatusTest, IsUnaffectedByLaterChanges) {
     const auto model = registeredModel(100);
     const RuntimeStatus status = manager_.getRuntimeStatus();
     model->getRuntimeStatus()->setCurrentMemoryConsumption(999);
@@ -123,7 +123,7 @@ TEST_F(RuntimeStatusTest, LeavesOutModelsWithoutAnAccount) {
     EXPECT_EQ(status.getModelsRuntimeStatus().size(), 1U);
 }
 
-TEST_F(RuntimeStatusTest, ASnapshotKeepsItsModelsAliveAndNoLonger) {
+TEST_F(RuntimeStatusTest, ASnapshotKeepsItsModelsAliveWhileItExists) {
     auto model = registeredModel(100);
     const std::weak_ptr<RecordingModel> watched = model;
     {

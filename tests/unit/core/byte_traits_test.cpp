@@ -11,7 +11,7 @@ Bytes bytes(const char* text) {
     return Bytes(reinterpret_cast<const unsigned char*>(text));
 }
 
-TEST(ByteTraitsTest, NoByteIsTheEnd) {
+TEST(ByteTraitsTest, NoByteEqualsEof) {
     for (int value = 0; value < 256; ++value) {
         const auto byte = static_cast<unsigned char>(value);
         const int integer = ByteTraits::to_int_type(byte);
@@ -30,13 +30,13 @@ TEST(ByteTraitsTest, ComparesUnsignedValues) {
     EXPECT_EQ(bytes("ab").compare(0, 2, bytes("ab")), 0);
 }
 
-TEST(ByteTraitsTest, NothingIsFoundInNothing) {
+TEST(ByteTraitsTest, HandlesEmptyRanges) {
     EXPECT_EQ(ByteTraits::find(nullptr, 0, 'a'), nullptr);
     EXPECT_EQ(ByteTraits::compare(nullptr, nullptr, 0), 0);
     EXPECT_EQ(bytes("").find('a'), Bytes::npos);
 }
 
-TEST(ByteTraitsTest, FindsTheFirstPlace) {
+TEST(ByteTraitsTest, FindsTheFirstOccurrence) {
     EXPECT_EQ(bytes("abcabc").find('b'), 1U);
     EXPECT_EQ(bytes("abcabc").find(bytes("ca")), 2U);
     EXPECT_EQ(bytes("abc").find('x'), Bytes::npos);

@@ -49,7 +49,7 @@ INSTANTIATE_TEST_SUITE_P(
                       Stamp{"HundredHours", 3'600'000'000'000, "(100:00:00:00) message[-1]"}),
     testing::CaseName());
 
-TEST(DebugLogFormatTest, LeavesEverythingButTheMessage) {
+TEST(DebugLogFormatTest, ChangesOnlyTheMessage) {
     LogRecord record = recordAt(0);
     record.category = std::numeric_limits<std::uint64_t>::max();
     record.level = std::numeric_limits<std::uint32_t>::max();
@@ -78,7 +78,7 @@ TEST(DebugLogFormatTest, FormatsAnEmptyMessage) {
     EXPECT_EQ(DebugLogFormat::format(record, kStart).message, "(00:00:00:00) [-1]");
 }
 
-TEST(DebugLogFormatTest, KeepsZeroBytesOfTheMessage) {
+TEST(DebugLogFormatTest, KeepsZeroBytesInTheMessage) {
     LogRecord record = recordAt(0);
     record.message = String("a\0b", 3);
     EXPECT_EQ(DebugLogFormat::format(record, kStart).message, String("(00:00:00:00) a\0b[-1]", 21));

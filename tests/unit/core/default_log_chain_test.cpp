@@ -18,11 +18,11 @@ using testing::MatchesPattern;
 
 class DefaultLogChainTest : public HubFixture {
 protected:
-    // The chain is made behind the first record's own time: where the machine is slow that one has
-    // a negative stamp.
+    // The chain is created after the first record is stamped, so on a slow machine that record's
+    // stamp can be negative.
     DefaultLogChainTest() {
         install(nullptr);
-        printed("makes the chain");
+        printed("creates the chain");
     }
 
     static std::string printed(const String& message) {
@@ -30,13 +30,13 @@ protected:
         report(message);
         return output.text();
     }
-    /// The stamp at the beginning of a line, in milliseconds; negative where there is none.
+    /// The stamp at the beginning of a line, in milliseconds; negative if there is none.
     static long long millisecondsOf(const std::string& line) {
         long long hours = 0;
         long long minutes = 0;
         long long seconds = 0;
         long long milliseconds = 0;
-        // NOLINTNEXTLINE(cert-err34-c): the line has been matched before
+        // NOLINTNEXTLINE(cert-err34-c): the line has already been matched
         const int numbers = std::sscanf(line.c_str(), "(%lld:%lld:%lld:%lld) ", &hours, &minutes,
                                         &seconds, &milliseconds);
         return numbers == 4 ? ((hours * 60 + minutes) * 60 + seconds) * 1000 + milliseconds : -1;
@@ -48,17 +48,17 @@ TEST_F(DefaultLogChainTest, PrintsTheMessageBetweenStampAndTag) {
                 MatchesPattern("\\([0-9]{2}:[0-9]{2}:[0-9]{2}:[0-9]{2,3}\\) hello\\[-1\\]\n"));
 }
 
-TEST_F(DefaultLogChainTest, IsNotUsedWhereAProcessorIsInstalled) {
+TEST_F(DefaultLogChainTest, IsNotUsedWhileAProcessorIsInstalled) {
     install(recorder_);
     EXPECT_EQ(printed("hello"), "");
 }
 
-TEST_F(DefaultLogChainTest, TheLineEndsAtTheZeroByteOfTheMessage) {
+TEST_F(DefaultLogChainTest, TheLineEndsAtTheFirstZeroByteOfTheMessage) {
     EXPECT_THAT(printed(String("before\0after", 12)),
                 MatchesPattern("\\([0-9]{2}:[0-9]{2}:[0-9]{2}:[0-9]{2,3}\\) before\n"));
 }
 
-TEST_F(DefaultLogChainTest, IsMadeOnceAndCountsFromThen) {
+TEST_F(DefaultLogChainTest, IsCreatedOnceAndCountsFromThen) {
     using std::chrono::milliseconds;
     const auto begin = std::chrono::steady_clock::now();
     const long long first = millisecondsOf(printed("first"));

@@ -18,7 +18,7 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-/// Counts how many records it is given at the same time; with diagnostics on that is one.
+/// Counts records and notes whether two were ever delivered at once.
 class OverlapCounter : public ILogProcessor {
 public:
     void process(const LogRecord& /*record*/) override {
@@ -56,31 +56,31 @@ protected:
     ~DiagnosticsTest() override { setDiagnostics(false); }
 };
 
-TEST_F(DiagnosticsTest, AreSilentUnlessAskedFor) {
+TEST_F(DiagnosticsTest, NothingIsReportedUnlessEnabled) {
     setDiagnostics(false);
-    bool textWasMade = false;
+    bool textWasBuilt = false;
     diagnose([&] {
-        textWasMade = true;
+        textWasBuilt = true;
         return "hidden";
     });
-    EXPECT_FALSE(textWasMade);
+    EXPECT_FALSE(textWasBuilt);
     EXPECT_THAT(recorder_->messages(), IsEmpty());
 }
 
-TEST_F(DiagnosticsTest, ReachTheInstalledProcessorWithFixedCategoryAndLevel) {
+TEST_F(DiagnosticsTest, RecordsReachTheInstalledProcessorWithFixedCategoryAndLevel) {
     diagnose([] { return "why it failed"; });
     EXPECT_THAT(recorder_->messages(), ElementsAre("why it failed"));
     EXPECT_EQ(recorder_->records().front().category, 4U);
     EXPECT_EQ(recorder_->records().front().level, 2U);
 }
 
-TEST_F(DiagnosticsTest, DoNotEnterTheHistoryOfImportantTexts) {
+TEST_F(DiagnosticsTest, RecordsAreNotAddedToTheHistory) {
     const std::vector<std::string> before = history();
     diagnose([] { return "not important"; });
     EXPECT_EQ(history(), before);
 }
 
-TEST_F(DiagnosticsTest, AreOneLineThatForgesNothing) {
+TEST_F(DiagnosticsTest, UnsafeCharactersAreReplacedAndARecordIsOneLine) {
     diagnose([] { return "path \"a\nb\": \t\x1b[31m\xE2\x80\xAE\xFF"; });
     EXPECT_THAT(recorder_->messages(), ElementsAre("path \"a b\":  ?[31m??"));
 }
@@ -90,7 +90,7 @@ TEST_F(DiagnosticsTest, AnEmptyTextIsNotReported) {
     EXPECT_THAT(recorder_->messages(), IsEmpty());
 }
 
-TEST_F(DiagnosticsTest, TextsAreKeptForLaterOnlyWhereTheyAreWanted) {
+TEST_F(DiagnosticsTest, TextsAreKeptForLaterOnlyWhileEnabled) {
     String kept = "before";
     keepForDiagnostics(kept, [] { return "after"; });
     EXPECT_EQ(kept, "after");
@@ -101,7 +101,7 @@ TEST_F(DiagnosticsTest, TextsAreKeptForLaterOnlyWhereTheyAreWanted) {
     EXPECT_EQ(kept, "after");
 }
 
-TEST_F(DiagnosticsTest, AProcessorThatFailsDisturbsNothing) {
+TEST_F(DiagnosticsTest, AFailingProcessorIsIgnored) {
     class FailingLogProcessor : public ILogProcessor {
     public:
         void process(const LogRecord& /*record*/) override { throw 42; }
@@ -110,7 +110,7 @@ TEST_F(DiagnosticsTest, AProcessorThatFailsDisturbsNothing) {
     EXPECT_NO_THROW(diagnose([] { return "lost"; }));
 }
 
-TEST(NameListTest, QuotesNamesAndCutsLongListsAndLongNames) {
+TEST(NameListTest, QuotesNamesAndTruncatesLongListsAndNames) {
     NameList names;
     EXPECT_TRUE(names.empty());
     EXPECT_EQ(names.text(), "");
@@ -127,19 +127,19 @@ TEST(NameListTest, QuotesNamesAndCutsLongListsAndLongNames) {
     EXPECT_EQ(many.text(), R"("1", "2", "3", "4", "5", "6", "7", "8" and 2 more)");
 }
 
-TEST_F(DiagnosticsTest, ATextThatCannotBeMadeIsNoFailure) {
+TEST_F(DiagnosticsTest, AFailureToBuildTheTextIsIgnored) {
     EXPECT_NO_THROW(diagnose([]() -> String { throw std::bad_alloc(); }));
     EXPECT_THAT(recorder_->messages(), IsEmpty());
 }
 
-TEST_F(DiagnosticsTest, AProcessorMayItselfFailAndDiagnose) {
+TEST_F(DiagnosticsTest, AProcessorMayReportDiagnosticsItself) {
     const auto processor = std::make_shared<ReportingLogProcessor>();
     install(processor);
     diagnose([] { return "first"; });
-    EXPECT_EQ(processor->records(), 9);  // the hub's limit of nested reports
+    EXPECT_EQ(processor->records(), 9);  // the hub's limit on nested reports
 }
 
-TEST_F(DiagnosticsTest, ThreadsDeliverOneAtATimeTogetherWithTheHostsReports) {
+TEST_F(DiagnosticsTest, DiagnosticsAndHostReportsAreDeliveredOneAtATime) {
     constexpr int kThreads = 8;
     constexpr int kRecords = 200;
     const auto counter = std::make_shared<OverlapCounter>();

@@ -67,7 +67,7 @@ TYPED_TEST(ExceptionFamilyTest, CopiesMessageAndCode) {
     EXPECT_STREQ(copy.what(), "a message");
 }
 
-TYPED_TEST(ExceptionFamilyTest, BecomesAStatusOfItsCode) {
+TYPED_TEST(ExceptionFamilyTest, ConvertsToAStatusWithItsCode) {
     try {
         throw typename TestFixture::Class("a message");
     } catch (...) {
@@ -75,7 +75,7 @@ TYPED_TEST(ExceptionFamilyTest, BecomesAStatusOfItsCode) {
     }
 }
 
-TEST(ExceptionTest, AMessageAloneIsAFailure) {
+TEST(ExceptionTest, TheCodeDefaultsToFailure) {
     EXPECT_EQ(Exception("a message").getStatusCode(), FAILURE);
     EXPECT_STREQ(Exception("a message").what(), "a message");
 }

@@ -13,7 +13,7 @@
 
 namespace VelmoraQuavin::internal {
 
-/// Begins with a recording processor in the process-wide hub and leaves the hub without one.
+/// Installs a recording processor in the process-wide hub and removes it afterwards.
 class HubFixture : public ::testing::Test {
 protected:
     HubFixture() { install(recorder_); }

@@ -45,7 +45,7 @@ TEST(LogProcessorContainerTest, AnEmptyContainerDoesNothing) {
     EXPECT_NO_THROW(container.process(recordOf("message")));
 }
 
-TEST(LogProcessorContainerTest, HandsRecordsOnInTheOrderOfAdding) {
+TEST(LogProcessorContainerTest, PassesRecordsOnInTheOrderAdded) {
     std::vector<std::string> calls;
     LogProcessorContainer container;
     container.add(std::make_shared<NamedLogProcessor>("first", calls));
@@ -55,7 +55,7 @@ TEST(LogProcessorContainerTest, HandsRecordsOnInTheOrderOfAdding) {
     EXPECT_THAT(calls, ElementsAre("first a", "second a", "first b", "second b"));
 }
 
-TEST(LogProcessorContainerTest, TakesItsProcessorsFromAList) {
+TEST(LogProcessorContainerTest, AcceptsAListOfProcessors) {
     std::vector<std::string> calls;
     LogProcessorContainer container({std::make_shared<NamedLogProcessor>("first", calls),
                                      std::make_shared<NamedLogProcessor>("second", calls)});
@@ -63,7 +63,7 @@ TEST(LogProcessorContainerTest, TakesItsProcessorsFromAList) {
     EXPECT_THAT(calls, ElementsAre("first a", "second a"));
 }
 
-TEST(LogProcessorContainerTest, HandsTheRecordOnUnchanged) {
+TEST(LogProcessorContainerTest, PassesTheRecordOnUnchanged) {
     const auto recorder = std::make_shared<RecordingLogProcessor>();
     LogProcessorContainer container({recorder});
     LogRecord record;
@@ -98,16 +98,16 @@ TEST(LogProcessorContainerTest, IgnoresNullProcessors) {
     EXPECT_THAT(recorder->messages(), ElementsAre("a"));
 }
 
-TEST(LogProcessorContainerTest, AProcessorThatThrowsLeavesTheRestWithoutTheRecord) {
+TEST(LogProcessorContainerTest, AThrowingProcessorKeepsTheRecordFromTheRest) {
     const auto before = std::make_shared<RecordingLogProcessor>();
-    const auto behind = std::make_shared<RecordingLogProcessor>();
-    LogProcessorContainer container({before, std::make_shared<FailingLogProcessor>(), behind});
+    const auto after = std::make_shared<RecordingLogProcessor>();
+    LogProcessorContainer container({before, std::make_shared<FailingLogProcessor>(), after});
     EXPECT_THROW(container.process(recordOf("a")), std::runtime_error);
     EXPECT_THAT(before->messages(), ElementsAre("a"));
-    EXPECT_THAT(behind->messages(), ElementsAre());
+    EXPECT_THAT(after->messages(), ElementsAre());
 }
 
-TEST(LogProcessorContainerTest, SharesItsProcessors) {
+TEST(LogProcessorContainerTest, SharesOwnershipOfItsProcessors) {
     auto recorder = std::make_shared<RecordingLogProcessor>();
     const std::weak_ptr<RecordingLogProcessor> watched = recorder;
     {

@@ -1,4 +1,4 @@
-// Logs are text files: their lines end as the system's do.
+// Logs are text files with the system's line endings.
 
 #include <gtest/gtest.h>
 
@@ -24,19 +24,19 @@ void run(const TempDirectory& directory, const String& message) {
     processor.process(record);
 }
 
-TEST(LogProcessorFileSystemLineEnds, AreTheSystemsInTheBannerAndBehindMessages) {
+TEST(LogProcessorFileSystemLineEndings, BannerAndMessagesEndWithCrLf) {
     const TempDirectory directory;
     run(directory, "message");
     EXPECT_EQ(directory.read("log.txt"), kBanner + "message\r\n");
 }
 
-TEST(LogProcessorFileSystemLineEnds, AreTheSystemsInsideMessages) {
+TEST(LogProcessorFileSystemLineEndings, LineFeedsInMessagesBecomeCrLf) {
     const TempDirectory directory;
     run(directory, "first\nsecond");
     EXPECT_EQ(directory.read("log.txt"), kBanner + "first\r\nsecond\r\n");
 }
 
-TEST(LogProcessorFileSystemLineEnds, AreTheSystemsBetweenRuns) {
+TEST(LogProcessorFileSystemLineEndings, BlankLinesBetweenRunsEndWithCrLf) {
     const TempDirectory directory;
     run(directory, "first");
     run(directory, "second");

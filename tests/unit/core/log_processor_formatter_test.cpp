@@ -40,7 +40,7 @@ LogRecord recordAt(long long time) {
     return record;
 }
 
-TEST(LogProcessorFormatterTest, HandsOnTheFormattedRecord) {
+TEST(LogProcessorFormatterTest, PassesOnTheFormattedRecord) {
     const auto recorder = std::make_shared<RecordingLogProcessor>();
     DebugFormatter formatter(1'000, recorder);
     LogRecord record = recordAt(10'051'000);  // 1 second and 5 milliseconds later
@@ -54,7 +54,7 @@ TEST(LogProcessorFormatterTest, HandsOnTheFormattedRecord) {
     EXPECT_EQ(recorder->records().front().time, 10'051'000);
 }
 
-TEST(LogProcessorFormatterTest, OverTwoStreamsWritesTheSameLineToBothInOrder) {
+TEST(LogProcessorFormatterTest, WritesTheSameLineToEveryStreamInOrder) {
     std::ostringstream first;
     std::ostringstream second;
     std::ostringstream both;
@@ -71,14 +71,14 @@ TEST(LogProcessorFormatterTest, OverTwoStreamsWritesTheSameLineToBothInOrder) {
     EXPECT_EQ(both.str(), line + line);
 }
 
-TEST(LogProcessorFormatterTest, WithoutANextProcessorItDoesNothing) {
+TEST(LogProcessorFormatterTest, DoesNothingWithoutANextProcessor) {
     DebugFormatter formatter(0, nullptr);
     EXPECT_NO_THROW(formatter.process(recordAt(0)));
     LogProcessorFormatter<FailingFormat> failing(0, nullptr);
     EXPECT_NO_THROW(failing.process(recordAt(0)));
 }
 
-TEST(LogProcessorFormatterTest, HandsOnTheRecordAsItIsWhereFormattingFails) {
+TEST(LogProcessorFormatterTest, PassesOnTheOriginalRecordIfFormattingFails) {
     const auto recorder = std::make_shared<RecordingLogProcessor>();
     LogProcessorFormatter<FailingFormat> formatter(0, recorder);
     formatter.process(recordAt(42));
@@ -86,14 +86,14 @@ TEST(LogProcessorFormatterTest, HandsOnTheRecordAsItIsWhereFormattingFails) {
     EXPECT_EQ(recorder->records().front().time, 42);
 }
 
-TEST(LogProcessorFormatterTest, AFailureOfTheNextProcessorIsNotTakenForOneOfFormatting) {
+TEST(LogProcessorFormatterTest, AFailureOfTheNextProcessorIsNotMistakenForAFormattingFailure) {
     const auto failing = std::make_shared<FailingLogProcessor>();
     DebugFormatter formatter(0, failing);
     EXPECT_THROW(formatter.process(recordAt(0)), std::runtime_error);
     EXPECT_EQ(failing->calls(), 1);
 }
 
-TEST(LogProcessorFormatterTest, SharesTheNextProcessor) {
+TEST(LogProcessorFormatterTest, SharesOwnershipOfTheNextProcessor) {
     auto recorder = std::make_shared<RecordingLogProcessor>();
     const std::weak_ptr<RecordingLogProcessor> watched = recorder;
     {

@@ -32,7 +32,7 @@ private:
     int flushes_ = 0;
 };
 
-TEST(LogProcessorOStreamTest, WritesNothingButTheMessageAndALineEnd) {
+TEST(LogProcessorOStreamTest, WritesOnlyTheMessageAndANewline) {
     std::ostringstream stream;
     LogProcessorOStream processor(&stream);
     processor.process(recordOf("first"));
@@ -46,7 +46,7 @@ TEST(LogProcessorOStreamTest, WritesUpToTheFirstZeroByte) {
     EXPECT_EQ(stream.str(), "before\n");
 }
 
-TEST(LogProcessorOStreamTest, AnEmptyMessageIsAnEmptyLine) {
+TEST(LogProcessorOStreamTest, AnEmptyMessageWritesAnEmptyLine) {
     std::ostringstream stream;
     LogProcessorOStream(&stream).process(recordOf(""));
     EXPECT_EQ(stream.str(), "\n");
@@ -62,12 +62,12 @@ TEST(LogProcessorOStreamTest, FlushesEveryLine) {
     EXPECT_EQ(buffer.flushes(), 2);
 }
 
-TEST(LogProcessorOStreamTest, WithoutAStreamItDoesNothing) {
+TEST(LogProcessorOStreamTest, DoesNothingWithoutAStream) {
     LogProcessorOStream processor(nullptr);
     EXPECT_NO_THROW(processor.process(recordOf("message")));
 }
 
-TEST(LogProcessorOStreamTest, AStreamThatHasFailedIsNoError) {
+TEST(LogProcessorOStreamTest, AFailedStreamIsIgnored) {
     std::ostringstream stream;
     stream.setstate(std::ios::badbit);
     LogProcessorOStream processor(&stream);

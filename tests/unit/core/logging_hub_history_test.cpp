@@ -24,7 +24,7 @@ public:
 
 class LoggingHubHistoryTest : public HubFixture {};
 
-TEST_F(LoggingHubHistoryTest, HoldsTheLatestSeventeenTexts) {
+TEST_F(LoggingHubHistoryTest, KeepsTheLatestSeventeenTexts) {
     std::vector<std::string> latest;
     for (int number = 1; number <= 40; ++number) {
         const std::string text = "text " + std::to_string(number);
@@ -36,7 +36,7 @@ TEST_F(LoggingHubHistoryTest, HoldsTheLatestSeventeenTexts) {
     EXPECT_THAT(history(), ElementsAreArray(latest));
 }
 
-TEST_F(LoggingHubHistoryTest, GrowsToSeventeenBeforeTheOldestGoes) {
+TEST_F(LoggingHubHistoryTest, GrowsToSeventeenBeforeDroppingTheOldest) {
     for (int number = 1; number <= 17; ++number) {
         reportImportant(std::to_string(number));
     }
@@ -47,7 +47,7 @@ TEST_F(LoggingHubHistoryTest, GrowsToSeventeenBeforeTheOldestGoes) {
     EXPECT_EQ(history().front(), "2");
 }
 
-TEST_F(LoggingHubHistoryTest, KeepsTheTextAlsoWhereTheProcessorFails) {
+TEST_F(LoggingHubHistoryTest, KeepsTheTextEvenIfTheProcessorFails) {
     install(std::make_shared<FailingLogProcessor>());
     reportImportant("kept in spite of the failure");
     EXPECT_EQ(history().back(), "kept in spite of the failure");
@@ -75,7 +75,7 @@ struct Importance {
 
 class ImportanceTest : public HubFixture, public ::testing::WithParamInterface<Importance> {};
 
-TEST_P(ImportanceTest, IsInTheLowTwoBitsOfTheCategoryOrALevelOfThree) {
+TEST_P(ImportanceTest, ComesFromTheLowTwoCategoryBitsOrALevelOfAtLeastThree) {
     const std::vector<std::string> before = history();
     const std::string text = std::string("report ") + GetParam().name;
     _Report_(false, GetParam().category, GetParam().level, text);

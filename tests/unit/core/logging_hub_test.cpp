@@ -15,7 +15,7 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-/// Reports again within every record, as long as records reach it.
+/// Reports again from within every record it receives.
 class NestingLogProcessor : public ILogProcessor {
 public:
     void process(const LogRecord& /*record*/) override {
@@ -44,7 +44,7 @@ public:
     }
 };
 
-/// Has itself taken out of the hub while it works, and goes on working.
+/// Removes itself from the hub while processing a record, and carries on.
 class LeavingLogProcessor : public ILogProcessor {
 public:
     explicit LeavingLogProcessor(std::string& seen) : seen_(seen) {}
@@ -66,18 +66,18 @@ public:
 
 class LoggingHubTest : public HubFixture {};
 
-TEST_F(LoggingHubTest, IsOneForTheProcess) {
+TEST_F(LoggingHubTest, ThereIsOneHubPerProcess) {
     EXPECT_NE(LoggingHub::find(), nullptr);
     EXPECT_EQ(LoggingHub::find(), LoggingHub::find());
 }
 
-TEST_F(LoggingHubTest, HandsRecordsToTheInstalledProcessor) {
+TEST_F(LoggingHubTest, PassesRecordsToTheInstalledProcessor) {
     report("first");
     report("second");
     EXPECT_THAT(recorder_->messages(), ElementsAre("first", "second"));
 }
 
-TEST_F(LoggingHubTest, AReplacedProcessorHearsNothingMore) {
+TEST_F(LoggingHubTest, AReplacedProcessorGetsNoFurtherRecords) {
     const auto other = std::make_shared<testing::RecordingLogProcessor>();
     report("first");
     install(other);
@@ -86,7 +86,7 @@ TEST_F(LoggingHubTest, AReplacedProcessorHearsNothingMore) {
     EXPECT_THAT(other->messages(), ElementsAre("second"));
 }
 
-TEST_F(LoggingHubTest, LetsAReplacedProcessorGo) {
+TEST_F(LoggingHubTest, ReleasesAReplacedProcessor) {
     const std::weak_ptr<ILogProcessor> watched = recorder_;
     recorder_.reset();
     EXPECT_FALSE(watched.expired());
@@ -100,7 +100,7 @@ TEST_F(LoggingHubTest, SwallowsWhateverAProcessorThrows) {
     EXPECT_NO_THROW(report("a number"));
 }
 
-TEST_F(LoggingHubTest, WorksOnAfterManyFailures) {
+TEST_F(LoggingHubTest, KeepsWorkingAfterManyFailures) {
     install(std::make_shared<FailingLogProcessor>());
     for (int count = 0; count < 30; ++count) {
         report("standard");
@@ -110,7 +110,7 @@ TEST_F(LoggingHubTest, WorksOnAfterManyFailures) {
     EXPECT_THAT(recorder_->messages(), ElementsAre("still heard"));
 }
 
-TEST_F(LoggingHubTest, NineReportsAtMostAreInProgress) {
+TEST_F(LoggingHubTest, NestsAtMostNineReports) {
     const auto nesting = std::make_shared<NestingLogProcessor>();
     install(nesting);
     report("outermost");
@@ -118,7 +118,7 @@ TEST_F(LoggingHubTest, NineReportsAtMostAreInProgress) {
     EXPECT_EQ(nesting->calls(), 9);
 }
 
-TEST_F(LoggingHubTest, NestingIsCountedAnewForEveryReport) {
+TEST_F(LoggingHubTest, TheNestingCountRestartsWithEveryReport) {
     const auto nesting = std::make_shared<NestingLogProcessor>();
     install(nesting);
     report("first");
@@ -133,14 +133,14 @@ TEST_F(LoggingHubTest, ADroppedReportIsNotRemembered) {
     EXPECT_EQ(history().back(), "nested 8");
 }
 
-TEST_F(LoggingHubTest, AProcessorMayHaveItselfReplacedWhileItWorks) {
+TEST_F(LoggingHubTest, AProcessorMayReplaceItselfWhileProcessing) {
     std::string seen;
     install(std::make_shared<LeavingLogProcessor>(seen));
     report("message");
     EXPECT_EQ(seen, "a text that is long enough to live on the heap: message");
 }
 
-TEST_F(LoggingHubTest, AProcessorMayReportWhileItIsDestroyed) {
+TEST_F(LoggingHubTest, AProcessorMayReportWhileBeingDestroyed) {
     install(std::make_shared<ReportingWhenDestroyed>());
     install(recorder_);
     EXPECT_THAT(recorder_->messages(), ElementsAre("destroyed"));

@@ -1,5 +1,5 @@
-// What reports do while the process ends. Each body runs in a process of its own, so that nothing
-// has touched the hub before it.
+// Reports made while the process exits. Each body runs in its own process, where nothing has
+// touched the hub yet.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -18,7 +18,8 @@ using testing::ContainsPattern;
 using ::testing::ExitedWithCode;
 using ::testing::HasSubstr;
 
-// Negative for the first record where the machine is slow: the chain is made behind its time.
+// May be negative for the first record on a slow machine: the chain is created after that record is
+// stamped.
 constexpr const char* kStamp = "\\([0-9]{2}:[0-9]{2}:[0-9]{2}:(-|[0-9])[0-9]{1,2}\\) ";
 
 class ReportAtExitDeathTest : public ::testing::Test {
@@ -36,29 +37,29 @@ public:
     void process(const LogRecord& /*record*/) override {}
 };
 
-[[noreturn]] void exitWithAReportBehindTheHub() {
+[[noreturn]] void exitWithAReportAfterTheHub() {
     testing::sendOutputToErrorStream();
-    std::atexit(reportLate);  // before the hub is made, so called after it is gone
+    std::atexit(reportLate);  // registered before the hub is created, so called after it is gone
     _Report_(false, 0, 0, "early");
     std::exit(0);
 }
 
-[[noreturn]] void exitWithAHubThatWasNeverMade() {
+[[noreturn]] void exitWithAHubThatWasNeverCreated() {
     testing::sendOutputToErrorStream();
     std::atexit(reportLate);
     std::exit(0);
 }
 
-[[noreturn]] void exitWithAProcessorThatReportsAtItsEnd() {
+[[noreturn]] void exitWithAProcessorThatReportsWhenDestroyed() {
     testing::sendOutputToErrorStream();
     LoggingHub::find()->setProcessor(std::make_shared<ReportingWhenDestroyed>());
     std::exit(0);
 }
 
-[[noreturn]] void exitWithTheDefaultChainReinstalledBehindItsEnd() {
+[[noreturn]] void exitWithTheDefaultChainReinstalledLate() {
     testing::sendOutputToErrorStream();
     LoggingHub::find();
-    std::atexit([] {  // before the default chain is made, so called when that may be gone already
+    std::atexit([] {  // registered before the default chain is created, so it may be gone by then
         LoggingHub::find()->setProcessor(nullptr);
         reportLate();
     });
@@ -66,23 +67,24 @@ public:
     std::exit(0);
 }
 
-TEST_F(ReportAtExitDeathTest, AReportBehindTheHubsEndGoesToStandardOutputUnformatted) {
-    EXPECT_EXIT(exitWithAReportBehindTheHub(), ExitedWithCode(0),
+TEST_F(ReportAtExitDeathTest, AReportAfterTheHubIsGoneIsPrintedUnformatted) {
+    EXPECT_EXIT(exitWithAReportAfterTheHub(), ExitedWithCode(0),
                 ContainsPattern(kStamp + std::string("early\\[-1\\]\nlate\n")));
 }
 
-TEST_F(ReportAtExitDeathTest, AReportMakesAHubThatNeverWas) {
-    EXPECT_EXIT(exitWithAHubThatWasNeverMade(), ExitedWithCode(0),
+TEST_F(ReportAtExitDeathTest, AReportCreatesTheHubIfNoneExists) {
+    EXPECT_EXIT(exitWithAHubThatWasNeverCreated(), ExitedWithCode(0),
                 ContainsPattern(kStamp + std::string("late\\[-1\\]\n")));
 }
 
-TEST_F(ReportAtExitDeathTest, AProcessorThatReportsWhileTheHubEndsIsHeardUnformatted) {
-    EXPECT_EXIT(exitWithAProcessorThatReportsAtItsEnd(), ExitedWithCode(0), HasSubstr("late\n"));
+TEST_F(ReportAtExitDeathTest, AReportMadeWhileTheHubIsDestroyedIsPrintedUnformatted) {
+    EXPECT_EXIT(exitWithAProcessorThatReportsWhenDestroyed(), ExitedWithCode(0),
+                HasSubstr("late\n"));
 }
 
 TEST_F(ReportAtExitDeathTest, TheDefaultChainLastsAsLongAsTheHub) {
     EXPECT_EXIT(
-        exitWithTheDefaultChainReinstalledBehindItsEnd(), ExitedWithCode(0),
+        exitWithTheDefaultChainReinstalledLate(), ExitedWithCode(0),
         ContainsPattern(kStamp + std::string("early\\[-1\\]\n") + kStamp + "late\\[-1\\]\n"));
 }
 

@@ -30,7 +30,7 @@ public:
     }
 };
 
-/// A std::cout that throws at every character.
+/// Makes std::cout throw on every character.
 class FailingOutput : public std::streambuf {
 public:
     FailingOutput() : previous_(std::cout.rdbuf(this)) { std::cout.exceptions(std::ios::badbit); }
@@ -86,20 +86,20 @@ TEST_F(ReportTest, TimeIsInTicksOfHundredNanoseconds) {
     EXPECT_LE(between, passed.count() + 1);
 }
 
-TEST_F(ReportTest, DirectGoesToStandardOutputAsItIs) {
+TEST_F(ReportTest, DirectReportsGoToStandardOutputUnformatted) {
     const CapturedOutput output;
     _Report_(true, 3, 5, "hello");
     EXPECT_EQ(output.text(), "hello\n");
     EXPECT_THAT(recorder_->messages(), IsEmpty());
 }
 
-TEST_F(ReportTest, DirectWritesUpToTheFirstZeroByte) {
+TEST_F(ReportTest, DirectReportsEndAtTheFirstZeroByte) {
     const CapturedOutput output;
     _Report_(true, 0, 0, String("before\0after", 12));
     EXPECT_EQ(output.text(), "before\n");
 }
 
-TEST_F(ReportTest, DirectReportsAreNotNested) {
+TEST_F(ReportTest, DirectReportsDoNotCountAsNested) {
     install(std::make_shared<DirectlyReportingLogProcessor>());
     const CapturedOutput output;
     report("outermost");
@@ -110,14 +110,14 @@ TEST_F(ReportTest, DirectReportsAreNotNested) {
     EXPECT_EQ(output.text(), lines);
 }
 
-TEST_F(ReportTest, NotDirectDoesNotPrint) {
+TEST_F(ReportTest, OtherReportsGoOnlyToTheInstalledProcessor) {
     const CapturedOutput output;
     report("hello");
     EXPECT_EQ(output.text(), "");
     EXPECT_THAT(recorder_->messages(), ElementsAre("hello"));
 }
 
-TEST_F(ReportTest, NeverThrowsWhereOutputFails) {
+TEST_F(ReportTest, NeverThrowsIfOutputFails) {
     const FailingOutput output;
     EXPECT_NO_THROW(_Report_(true, 0, 0, "direct"));
     install(nullptr);

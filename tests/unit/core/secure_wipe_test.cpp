@@ -12,13 +12,13 @@ namespace {
 using ::testing::Each;
 using ::testing::ElementsAre;
 
-TEST(SecureWipeTest, OverwritesEveryByteGivenAndNoOther) {
+TEST(SecureWipeTest, OverwritesExactlyTheGivenBytes) {
     std::array<unsigned char, 5> bytes = {1, 2, 3, 4, 5};
     secureWipe(bytes.data() + 1, 3);
     EXPECT_THAT(bytes, ElementsAre(1, 0, 0, 0, 5));
 }
 
-TEST(SecureWipeTest, NothingToWipeIsNoError) {
+TEST(SecureWipeTest, AcceptsAnEmptyRange) {
     EXPECT_NO_THROW(secureWipe(nullptr, 0));
 }
 

@@ -39,7 +39,7 @@ TEST(SizedBlockTest, LargePagesAreOnlyAPreference) {
     freeSizedBlock(block);
 }
 
-TEST(SizedBlockTest, MoreThanCanBeCountedGivesNull) {
+TEST(SizedBlockTest, SizesThatOverflowReturnNull) {
     EXPECT_EQ(allocateSizedBlock(std::numeric_limits<std::size_t>::max()), nullptr);
     EXPECT_EQ(allocateSizedBlock(std::numeric_limits<std::size_t>::max() - 63), nullptr);
 }

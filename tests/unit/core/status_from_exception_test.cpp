@@ -37,12 +37,12 @@ public:
     using RangeException::RangeException;
 };
 
-TEST(StatusFromExceptionTest, AnExceptionGivesItsOwnCodeAndText) {
+TEST(StatusFromExceptionTest, AnExceptionKeepsItsCodeAndText) {
     EXPECT_THAT(statusOf([] { throw Exception("a message", ML_FRAMEWORK_ERROR); }),
                 IsStatus(ML_FRAMEWORK_ERROR, "a message"));
 }
 
-TEST(StatusFromExceptionTest, AClassOfTheHostsGivesTheCodeOfItsBase) {
+TEST(StatusFromExceptionTest, AHostsDerivedClassKeepsTheCodeOfItsBase) {
     EXPECT_THAT(statusOf([] { throw HostException("too far"); }),
                 IsStatus(OUT_OF_RANGE, "too far"));
 }
@@ -54,11 +54,11 @@ TEST(StatusFromExceptionTest, TheTextStopsAtTheFirstZeroByte) {
                 IsStatus(FAILURE, "before"));
 }
 
-TEST(StatusFromExceptionTest, AnExceptionWithoutAMessageGivesAnEmptyText) {
+TEST(StatusFromExceptionTest, AnExceptionWithoutAMessageHasAnEmptyText) {
     EXPECT_THAT(statusOf([] { throw FileException(""); }), IsStatus(FILE_ERROR, ""));
 }
 
-TEST(StatusFromExceptionTest, AStandardExceptionGivesFailureAndItsText) {
+TEST(StatusFromExceptionTest, AStandardExceptionBecomesAFailureWithItsText) {
     EXPECT_THAT(statusOf([] { throw std::out_of_range("position 7"); }),
                 IsStatus(FAILURE, "position 7"));
     EXPECT_THAT(statusOf([] { throw StandardException("of its own"); }),
@@ -108,7 +108,7 @@ TEST(StatusFromExceptionTest, TheExceptionCanStillBeRethrown) {
     testing::expectThrows<RangeException>(convertAndRethrow, OUT_OF_RANGE, "too far");
 }
 
-TEST(StatusFromExceptionDeathTest, WithNothingBeingHandledTheProcessEnds) {
+TEST(StatusFromExceptionDeathTest, TerminatesIfNoExceptionIsBeingHandled) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     EXPECT_DEATH(getStatusFromCurrentException(), "terminate called");
 }

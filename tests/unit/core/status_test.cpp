@@ -32,7 +32,7 @@ TEST(StatusCodeTest, NumbersNeverChange) {
     EXPECT_EQ(TAR_UNSUPPORTED_ENTRY, 22U);
 }
 
-TEST(StatusCodeTest, TakesThirtyTwoUnsignedBits) {
+TEST(StatusCodeTest, IsAnUnsigned32BitNumber) {
     EXPECT_EQ(sizeof(STATUS_CODE), 4U);
     EXPECT_TRUE((std::is_same_v<std::underlying_type_t<STATUS_CODE>, std::uint32_t>));
 }
@@ -54,14 +54,14 @@ TEST(QuavinStatusTest, StoresCodeAndText) {
     EXPECT_THAT(QuavinStatus(OUT_OF_RANGE, "too far"), IsStatus(OUT_OF_RANGE, "too far"));
 }
 
-TEST(QuavinStatusTest, SetCodeLeavesTheText) {
+TEST(QuavinStatusTest, SetCodeKeepsTheText) {
     QuavinStatus status(FILE_ERROR, "a text");
     status.setCode(SUCCESS);
     EXPECT_THAT(status, IsStatus(SUCCESS, "a text"));
     EXPECT_TRUE(status.ok());
 }
 
-TEST(QuavinStatusTest, SetDescriptionLeavesTheCode) {
+TEST(QuavinStatusTest, SetDescriptionKeepsTheCode) {
     QuavinStatus status(FILE_ERROR, "a text");
     status.setDescription("another");
     EXPECT_THAT(status, IsStatus(FILE_ERROR, "another"));
@@ -74,7 +74,7 @@ TEST(QuavinStatusTest, DescriptionIsACopy) {
     EXPECT_EQ(status.getDescription(), "a text");
 }
 
-TEST(QuavinStatusTest, KeepsZeroBytesOfItsText) {
+TEST(QuavinStatusTest, KeepsZeroBytesInItsText) {
     const String text("a\0b", 3);
     EXPECT_EQ(QuavinStatus(FAILURE, text).getDescription().size(), 3U);
 }

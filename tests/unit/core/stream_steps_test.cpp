@@ -13,7 +13,7 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-// Remembers how much each call asked for.
+// Records the size of each write.
 class CountingBuffer : public std::stringbuf {
 public:
     std::vector<std::streamsize> counts;
@@ -28,7 +28,7 @@ protected:
     }
 };
 
-TEST(StreamSteps, AreOfLessThanTwoGibibytes) {
+TEST(StreamSteps, TheLargestStepIsBelowTwoGibibytes) {
     EXPECT_LT(kLargestStreamStep, 2147483647u);
 }
 
@@ -41,7 +41,7 @@ TEST(WriteInSteps, WritesAllInStepsOfTheGivenSize) {
     EXPECT_TRUE(stream.good());
 }
 
-TEST(WriteInSteps, StopsWhereTheStreamFails) {
+TEST(WriteInSteps, StopsWhenTheStreamFails) {
     CountingBuffer content;
     content.room = 6;
     std::ostream stream(&content);

@@ -48,7 +48,7 @@ TEST(TextTest, ACharacterPointerEndsAtItsZeroByte) {
     EXPECT_EQ(String(bytes).str(), "ab");
 }
 
-TEST(TextTest, ANullPointerGivesAnEmptyText) {
+TEST(TextTest, ANullPointerYieldsAnEmptyText) {
     EXPECT_TRUE(String(static_cast<const char*>(nullptr)).empty());
     EXPECT_TRUE(String(static_cast<const unsigned char*>(nullptr)).empty());
     EXPECT_TRUE(String(std::string_view()).empty());
@@ -69,7 +69,7 @@ TEST(TextTest, IsFollowedByAZeroByte) {
     EXPECT_EQ(text.data()[3], 0);
 }
 
-TEST(TextTest, GivesItsBytesBackAsAView) {
+TEST(TextTest, ReturnsItsBytesAsAView) {
     const String text(kWithZeroByte);
     EXPECT_EQ(text.view(), std::string_view(kWithZeroByte));
 }
@@ -78,7 +78,7 @@ TEST(TextTest, SizeCountsBytesNotCharacters) {
     EXPECT_EQ(String("\xc3\xa9\xe2\x82\xac").size(), 5U);  // an e with acute, and the euro sign
 }
 
-TEST(TextTest, NarrowTextIsNotAmbiguousBesideAUtf16Overload) {
+TEST(TextTest, NarrowTextIsNotAmbiguousWithAUtf16Overload) {
     char buffer[] = "abc";
     EXPECT_EQ(overloadFor("abc"), "String");
     EXPECT_EQ(overloadFor(buffer), "String");
@@ -89,7 +89,7 @@ TEST(TextTest, NarrowTextIsNotAmbiguousBesideAUtf16Overload) {
     EXPECT_EQ(overloadFor(std::u16string(u"abc")), "UTF-16");
 }
 
-TEST(TextTest, EqualsTheSameBytesOnly) {
+TEST(TextTest, EqualsOnlyTheSameBytes) {
     EXPECT_TRUE(String("abc") == "abc");
     EXPECT_TRUE("abc" == String("abc"));
     EXPECT_TRUE(String("abc") != "abd");
@@ -109,7 +109,7 @@ TEST(TextTest, SortsByUnsignedBytes) {
     EXPECT_THAT(sorted, ElementsAre(String("a"), String("z"), String("\xc3\xa9")));
 }
 
-TEST(TextTest, JoinsWithAllItsZeroBytes) {
+TEST(TextTest, JoiningKeepsZeroBytes) {
     EXPECT_EQ((String(kWithZeroByte) + "x").str(), kWithZeroByte + "x");
     EXPECT_EQ(("x" + String(kWithZeroByte)).str(), "x" + kWithZeroByte);
 
@@ -166,7 +166,7 @@ TEST(TextTest, StreamsAllBytes) {
     EXPECT_EQ(stream.str(), kWithZeroByte + "!");
 }
 
-TEST(TextTest, StreamingHeedsTheWidth) {
+TEST(TextTest, StreamingHonorsTheWidth) {
     std::ostringstream stream;
     stream << std::setw(5) << std::setfill('.') << std::left << String("ab");
     EXPECT_EQ(stream.str(), "ab...");

@@ -7,7 +7,7 @@
 namespace VelmoraQuavin {
 namespace {
 
-TEST(VersionTest, OfTheLibraryIsThatOfItsHeaders) {
+TEST(VersionTest, LibraryReportsTheVersionOfItsHeaders) {
     EXPECT_EQ(getVersion(), std::to_string(QUAVIN_VERSION_MAJOR) + "." +
                                 std::to_string(QUAVIN_VERSION_MINOR) + "." +
                                 std::to_string(QUAVIN_VERSION_PATCH));

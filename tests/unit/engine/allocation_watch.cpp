@@ -36,7 +36,7 @@ void* allocate(const void* caller, std::size_t size, std::align_val_t alignment)
     return block;
 }
 
-void look(void* block, std::size_t size) noexcept {
+void notifyWatch(void* block, std::size_t size) noexcept {
     FreeWatch* const watch = activeWatch;
     if (watch != nullptr) {
         watch->blockIsFreed(static_cast<unsigned char*>(block), size);
@@ -45,7 +45,7 @@ void look(void* block, std::size_t size) noexcept {
 
 void release(void* block) noexcept {
     if (block != nullptr) {
-        look(block, sizeOfBlock(block));
+        notifyWatch(block, sizeOfBlock(block));
     }
     std::free(block);
 }
@@ -58,7 +58,7 @@ void release(void* block, std::align_val_t alignment) noexcept {
     if (multiple >= kWideAlignment) {
         --alignedBlocks;
     }
-    look(block, sizeOfAligned(block, multiple));
+    notifyWatch(block, sizeOfAligned(block, multiple));
     freeAligned(block);
 }
 
@@ -116,7 +116,7 @@ using VelmoraQuavin::testing::allocate;
 using VelmoraQuavin::testing::orThrow;
 using VelmoraQuavin::testing::release;
 
-// All forms, since an instrumented build has array forms that do not call the others.
+// All forms, because the array forms of an instrumented build do not call the others.
 void* operator new(std::size_t size) {
     return orThrow(allocate(__builtin_return_address(0), size));
 }

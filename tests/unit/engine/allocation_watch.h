@@ -8,17 +8,17 @@ namespace VelmoraQuavin::testing {
 /// in programs that compile allocation_watch.cpp, which replaces the global operators.
 int alignedBlocksInUse() noexcept;
 
-/// Has one allocation fail that this thread makes in this program's own code: the engine's runtime
-/// does not survive all failures of its own allocations. One at a time.
+/// Makes one of this thread's allocations fail. Only allocations by this program's own code count,
+/// because the engine's runtime does not survive every failed allocation of its own. One at a time.
 class AllocationFailure {
 public:
-    /// @param which 1 for the next allocation, 2 for the one behind it, ...
+    /// @param which 1 for the next allocation, 2 for the one after it, ...
     explicit AllocationFailure(int which);
     AllocationFailure(const AllocationFailure&) = delete;
     AllocationFailure& operator=(const AllocationFailure&) = delete;
     ~AllocationFailure();
 
-    /// Whether there have been that many allocations.
+    /// Whether that many allocations were made, so that one failed.
     bool happened() const;
 };
 

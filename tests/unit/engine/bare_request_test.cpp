@@ -1,4 +1,4 @@
-// Loading on an engine whose requests are wrappers with nothing inside, or no wrappers at all.
+// Loading on an engine that returns empty request wrappers, or no wrapper at all.
 
 #include <gmock/gmock.h>
 
@@ -28,7 +28,7 @@ TEST_F(BareRequest, NoWrapperAnswers13) {
     expectNotLoaded();
 }
 
-TEST_F(BareRequest, TheNetworkStaysReadForTheNextLoad) {
+TEST_F(BareRequest, TheNextLoadDoesNotReadTheNetworkAgain) {
     expectNotLoaded();
     expectNotLoaded();
     EXPECT_EQ(engine_.readTexts.size(), 1U);

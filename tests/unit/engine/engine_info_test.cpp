@@ -1,4 +1,4 @@
-// What engines of different years tell about themselves, and what they refuse to tell.
+// What engines of different releases report about themselves, and what they refuse to report.
 
 #include "engine/openvino/openvino_engine_info.h"
 #include "faulty_model_test.h"
@@ -14,14 +14,14 @@ class EngineInfoTest : public FaultyModelTest {
 protected:
     EngineInfo info() {
         EXPECT_THAT(load(), IsOk());
-        EngineInfo told;
-        EXPECT_THAT(model_->getEngineInfo(told), IsOk());
-        return told;
+        EngineInfo reported;
+        EXPECT_THAT(model_->getEngineInfo(reported), IsOk());
+        return reported;
     }
     std::string precision() { return info().precision.str(); }
 };
 
-TEST_F(EngineInfoTest, IsWhatTheEngineTells) {
+TEST_F(EngineInfoTest, MatchesWhatTheEngineReports) {
     static constexpr InferenceEngine::Version kVersion = {{2, 1}, "a build", "an engine"};
     engine_.version = &kVersion;
     engine_.metrics = {
@@ -30,18 +30,18 @@ TEST_F(EngineInfoTest, IsWhatTheEngineTells) {
     engine_.settings = {{"CPU_THREADS_NUM", std::string("12")},
                         {"CPU_THROUGHPUT_STREAMS", std::string("3")},
                         {"INFERENCE_PRECISION_HINT", std::string("f16")}};
-    for (const EngineInfo& told : {info(), internal::openVinoEngineInfo()}) {
-        EXPECT_EQ(told.runtimeVersion, "a build");
-        EXPECT_EQ(told.device, "CPU");
-        EXPECT_EQ(told.deviceName, "a processor");
-        EXPECT_EQ(told.precision, "f16");
-        EXPECT_EQ(told.threads, 12);
-        EXPECT_EQ(told.streams, 3);
-        EXPECT_THAT(told.capabilities, ElementsAre("FP32", "INT8"));
+    for (const EngineInfo& reported : {info(), internal::openVinoEngineInfo()}) {
+        EXPECT_EQ(reported.runtimeVersion, "a build");
+        EXPECT_EQ(reported.device, "CPU");
+        EXPECT_EQ(reported.deviceName, "a processor");
+        EXPECT_EQ(reported.precision, "f16");
+        EXPECT_EQ(reported.threads, 12);
+        EXPECT_EQ(reported.streams, 3);
+        EXPECT_THAT(reported.capabilities, ElementsAre("FP32", "INT8"));
     }
 }
 
-TEST_F(EngineInfoTest, TakesWhatEnginesOf2020TellAboutBfloat16) {
+TEST_F(EngineInfoTest, UsesTheBfloat16SettingOfEnginesFrom2020) {
     EXPECT_EQ(precision(), "");
     engine_.settings["ENFORCE_BF16"] = std::string("NO");
     EXPECT_EQ(precision(), "f32");
@@ -51,32 +51,32 @@ TEST_F(EngineInfoTest, TakesWhatEnginesOf2020TellAboutBfloat16) {
     EXPECT_EQ(precision(), "f32");
 }
 
-TEST_F(EngineInfoTest, IsEmptyWhereAnEngineRefusesAndTheModelIsLoadedAllTheSame) {
+TEST_F(EngineInfoTest, IsEmptyIfTheEngineRefusesAndTheModelStillLoads) {
     for (const bool throwsNumbers : {false, true}) {
         engine_.throwsNumbers = throwsNumbers;
-        const EngineInfo told = info();
-        EXPECT_EQ(told.runtimeVersion, "");
-        EXPECT_EQ(told.device, "CPU");
-        EXPECT_EQ(told.deviceName, "");
-        EXPECT_EQ(told.precision, "");
-        EXPECT_EQ(told.threads, 0);
-        EXPECT_EQ(told.streams, 0);
-        EXPECT_THAT(told.capabilities, IsEmpty());
+        const EngineInfo reported = info();
+        EXPECT_EQ(reported.runtimeVersion, "");
+        EXPECT_EQ(reported.device, "CPU");
+        EXPECT_EQ(reported.deviceName, "");
+        EXPECT_EQ(reported.precision, "");
+        EXPECT_EQ(reported.threads, 0);
+        EXPECT_EQ(reported.streams, 0);
+        EXPECT_THAT(reported.capabilities, IsEmpty());
     }
 }
 
-TEST_F(EngineInfoTest, IsEmptyWhereAnEngineTellsInAnotherForm) {
+TEST_F(EngineInfoTest, IsEmptyIfTheEngineAnswersInAnotherForm) {
     engine_.settings = {{"CPU_THREADS_NUM", std::string("many")}, {"CPU_THROUGHPUT_STREAMS", 7.5}};
     engine_.metrics = {{{"CPU", "FULL_DEVICE_NAME"}, 86},
                        {{"CPU", "OPTIMIZATION_CAPABILITIES"}, std::string("FP32")}};
-    const EngineInfo told = info();
-    EXPECT_EQ(told.deviceName, "");
-    EXPECT_EQ(told.threads, 0);
-    EXPECT_EQ(told.streams, 0);
-    EXPECT_THAT(told.capabilities, IsEmpty());
+    const EngineInfo reported = info();
+    EXPECT_EQ(reported.deviceName, "");
+    EXPECT_EQ(reported.threads, 0);
+    EXPECT_EQ(reported.streams, 0);
+    EXPECT_THAT(reported.capabilities, IsEmpty());
 }
 
-TEST_F(EngineInfoTest, OfTheClientFailsWhereTheEngineLoadsNothing) {
+TEST_F(EngineInfoTest, TheClientsQueryFailsIfTheEngineLoadsNothing) {
     const auto failure = [] {
         EngineInfo info;
         return QuavinClient::getEngineInfo(info);

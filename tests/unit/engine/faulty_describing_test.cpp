@@ -1,4 +1,4 @@
-// Describing a network on an engine that fails, or that tells what it was asked for.
+// Describing a network on an engine that fails, or that records what it was asked for.
 
 #include "faulty_model_test.h"
 #include "quavin/network.h"
@@ -29,31 +29,31 @@ TEST_F(FaultyDescribing, ReleasesItsReaderAndLoadsNothing) {
     EXPECT_THAT(engine_.loadings, IsEmpty());
 }
 
-TEST_F(FaultyDescribing, WithoutAReaderAnswersFileErrorAndChangesNothing) {
+TEST_F(FaultyDescribing, AMissingReaderAnswersFileErrorAndChangesNothing) {
     engine_.hasReader = false;
     declaredInputs_.emplace_back();
     EXPECT_THAT(describeFiles(), IsStatus(FILE_ERROR, "The engine has no network reader to give"));
     EXPECT_EQ(declaredInputs_.size(), 1U);
 }
 
-TEST_F(FaultyDescribing, AnswersWithTheTextOfAFailedReading) {
+TEST_F(FaultyDescribing, AnswersWithTheTextOfAFailedRead) {
     engine_.settingWeights = {InferenceEngine::GENERAL_ERROR, "too few weights"};
     EXPECT_THAT(describeFiles(), IsStatus(FILE_ERROR, "too few weights"));
     EXPECT_EQ(engine_.readersAlive, 0);
 }
 
-TEST_F(FaultyDescribing, OfANullNetworkAnswersWithTheEnginesText) {
+TEST_F(FaultyDescribing, ANullNetworkAnswersWithTheEnginesText) {
     engine_.hasNetwork = false;
     EXPECT_THAT(describeFiles(), IsStatus(FAILURE, "CNNNetwork was not initialized."));
 }
 
-TEST_F(FaultyDescribing, OfWhatIsNoStandardExceptionAnswersTheGeneralText) {
+TEST_F(FaultyDescribing, ANonStandardExceptionAnswersTheGeneralText) {
     engine_.throwsNumbers = true;
     engine_.reading.status = InferenceEngine::GENERAL_ERROR;
     EXPECT_THAT(describeFiles(), IsStatus(FAILURE, "Unknown/internal exception happened."));
 }
 
-TEST_F(FaultyDescribing, ShowsPrecisionsWithoutATensorAsUndefined) {
+TEST_F(FaultyDescribing, ReportsPrecisionsWithoutATensorTypeAsUndefined) {
     engine_.addInput("wide", {InferenceEngine::Precision::I64, {1, 4}, InferenceEngine::NC});
     ASSERT_THAT(describeFiles(), IsOk());
     ASSERT_EQ(declaredInputs_.size(), 2U);

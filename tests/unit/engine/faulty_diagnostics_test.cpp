@@ -1,5 +1,4 @@
-// What a host that asks for diagnostics learns of failures that no real engine gives when it is
-// wanted.
+// Diagnostics about failures that a real engine does not produce on demand.
 
 #include <gmock/gmock.h>
 
@@ -38,7 +37,7 @@ protected:
 
     std::vector<std::string> records() const { return recorder_->messages(); }
     void failToPredict() { EXPECT_THROW(predict(), MLFrameworkException); }
-    // Loads files that are secured with a key of zeros.
+    // Loads files secured with an all-zero key.
     void loadSecured(const Components& components) {
         text_.components = components;
         for (const auto& [kind, path] : components) {
@@ -53,7 +52,7 @@ protected:
         std::make_shared<RecordingLogProcessor>();
 };
 
-TEST_F(FaultyDiagnostics, TellTheEnginesWordsWherePredictHidesThem) {
+TEST_F(FaultyDiagnostics, TheEnginesTextIsReportedIfPredictHidesIt) {
     loadWithInput();
     engine_.inferring = {InferenceEngine::GENERAL_ERROR, "layer 3:\nno memory"};
     failToPredict();
@@ -67,7 +66,7 @@ TEST_F(FaultyDiagnostics, TellTheEnginesWordsWherePredictHidesThem) {
                     "predict: the engine fails: a text that is longer than the one before"));
 }
 
-TEST_F(FaultyDiagnostics, SayThatTheEngineHasNoWords) {
+TEST_F(FaultyDiagnostics, AnEngineFailureWithoutATextIsReportedAsSuch) {
     loadWithInput();
     engine_.throwsNumbers = true;
     engine_.inferring.status = InferenceEngine::GENERAL_ERROR;
@@ -75,7 +74,7 @@ TEST_F(FaultyDiagnostics, SayThatTheEngineHasNoWords) {
     EXPECT_THAT(records(), ElementsAre("predict: the engine fails: an exception without a text"));
 }
 
-TEST_F(FaultyDiagnostics, WithholdTheEnginesWordsWhereAComponentIsSecured) {
+TEST_F(FaultyDiagnostics, TheEnginesTextIsWithheldIfAComponentIsSecured) {
     for (const Components& components :
          {Components{{"secured_file", "net.xml"}, {"file", "net.bin"}},
           Components{{"file", "net.xml"}, {"secured_file", "net.bin"}}}) {
@@ -88,16 +87,16 @@ TEST_F(FaultyDiagnostics, WithholdTheEnginesWordsWhereAComponentIsSecured) {
     }
 }
 
-TEST_F(FaultyDiagnostics, DoNotWithholdForASecuredFileThatIsNotRead) {
+TEST_F(FaultyDiagnostics, AnUnreadSecuredFileDoesNotWithholdTheEnginesText) {
     loadSecured({{"file", "net.xml"}, {"file", "net.bin"}, {"secured_file", "more"}});
     engine_.inferring = {InferenceEngine::GENERAL_ERROR, "its words"};
     failToPredict();
     EXPECT_THAT(records(), ElementsAre("predict: the engine fails: its words"));
 }
 
-TEST_F(FaultyDiagnostics, GoByTheFilesThatWereRead) {
+TEST_F(FaultyDiagnostics, WithholdingDependsOnTheFilesActuallyRead) {
     loadSecured({{"secured_file", "net.xml"}, {"file", "net.bin"}});
-    // Loaded again without unloading: nothing is read, whatever the manifest says by now.
+    // Reloaded without unloading: nothing is read again, whatever the manifest now says.
     text_.components[0].first = "file";
     ASSERT_THAT(load(), IsOk());
     engine_.inferring = {InferenceEngine::GENERAL_ERROR, "layer secret"};
@@ -105,7 +104,7 @@ TEST_F(FaultyDiagnostics, GoByTheFilesThatWereRead) {
     EXPECT_THAT(records(), ElementsAre(kWithheld));
 }
 
-TEST_F(FaultyDiagnostics, NameTheOutputWhoseTypeIsNotTaken) {
+TEST_F(FaultyDiagnostics, AnOutputOfUnsupportedTypeIsNamed) {
     loadWithInput();
     engine_.addOutput("y", TensorDesc(Precision::FP16, {1, 4}, InferenceEngine::NC));
     EXPECT_THROW(predict(), InvalidTypeException);
@@ -113,7 +112,7 @@ TEST_F(FaultyDiagnostics, NameTheOutputWhoseTypeIsNotTaken) {
                 ElementsAre("predict: the network's output \"y\" has the precision FP16"));
 }
 
-TEST_F(FaultyDiagnostics, NameTheNetworkWhereTheEngineHasNoWordsForReadingIt) {
+TEST_F(FaultyDiagnostics, TheNetworkIsNamedIfReadingFailsWithoutAText) {
     engine_.throwsNumbers = true;
     engine_.reading.status = InferenceEngine::GENERAL_ERROR;
     const std::string record = "reading the network \"" + directory_.entry("net.xml") +
@@ -127,13 +126,13 @@ TEST_F(FaultyDiagnostics, NameTheNetworkWhereTheEngineHasNoWordsForReadingIt) {
     EXPECT_THAT(records(), ElementsAre(record, record));
 }
 
-TEST_F(FaultyDiagnostics, AreNotMadeWhereTheStatusHasTheEnginesWords) {
+TEST_F(FaultyDiagnostics, NothingIsReportedIfTheStatusHasTheEnginesText) {
     engine_.reading = {InferenceEngine::GENERAL_ERROR, "line 1: no such layer"};
     expectThrows<FileException>([&] { load(); }, FILE_ERROR, "line 1: no such layer");
     EXPECT_THAT(records(), IsEmpty());
 }
 
-TEST_F(FaultyDiagnostics, AreNotMadeUnlessAskedFor) {
+TEST_F(FaultyDiagnostics, NothingIsReportedUnlessEnabled) {
     internal::setDiagnostics(false);
     loadWithInput();
     engine_.inferring.status = InferenceEngine::GENERAL_ERROR;

@@ -1,4 +1,4 @@
-// Inference on an engine that fails, or that tells what it was asked for.
+// Inference on an engine that fails, or that records what it was asked for.
 
 #include <array>
 #include <stdexcept>
@@ -61,7 +61,7 @@ TEST_F(FaultyInference, TheEngineReadsTheHostsOwnMemory) {
     EXPECT_EQ(engine_.bound.at("x")->buffer().as<void*>(), samples.data());
 }
 
-TEST_F(FaultyInference, TheEngineWritesTheMemoryThatTheOutputShows) {
+TEST_F(FaultyInference, TheEngineWritesToTheOutputsMemory) {
     const void* written = nullptr;
     engine_.onInfer = [&](const InferenceEngine::BlobMap& blobs) {
         auto* const values = blobs.at("y")->buffer().as<float*>();
@@ -104,7 +104,7 @@ TEST_F(FaultyInference, OutputBlobsHaveTheNetworksPrecisionAndDimensionsAndAnyLa
     expectOutput(Precision::I32, DataType::INT32);
 }
 
-TEST_F(FaultyInference, EveryCallHasOutputBlobsOfItsOwn) {
+TEST_F(FaultyInference, EveryCallHasItsOwnOutputBlobs) {
     ASSERT_THAT(predict(), IsOk());
     const auto first = engine_.bound.at("y");
     ASSERT_THAT(predict(), IsOk());
@@ -112,8 +112,8 @@ TEST_F(FaultyInference, EveryCallHasOutputBlobsOfItsOwn) {
     EXPECT_NE(outputs_.at(0)->asTensor()->buffer(), outputs_.at(1)->asTensor()->buffer());
 }
 
-// This engine holds its blobs until the next ones are bound, as releases of 2020 do.
-TEST_F(FaultyInference, MemoryThatTheEngineStillHoldsIsHandedOutOneCallLater) {
+// This engine holds its blobs until the next ones are bound, as the 2020 releases do.
+TEST_F(FaultyInference, MemoryStillHeldByTheEngineIsReusedOneCallLater) {
     const auto addressOfOutput = [&] {
         outputs_.clear();
         EXPECT_THAT(predict(), IsOk());
@@ -126,7 +126,7 @@ TEST_F(FaultyInference, MemoryThatTheEngineStillHoldsIsHandedOutOneCallLater) {
     EXPECT_EQ(addressOfOutput(), second);
 }
 
-TEST_F(FaultyInference, ANullOutputIsALogicErrorBeforeInference) {
+TEST_F(FaultyInference, ANullOutputThrowsALogicErrorBeforeInference) {
     engine_.outputs.at("y") = nullptr;
     try {
         predict();
@@ -138,7 +138,7 @@ TEST_F(FaultyInference, ANullOutputIsALogicErrorBeforeInference) {
     expectNoInference();
 }
 
-TEST_F(FaultyInference, AnOutputOfAnotherPrecisionIsAnInvalidTypeBeforeInference) {
+TEST_F(FaultyInference, AnOutputOfUnsupportedPrecisionThrowsInvalidTypeBeforeInference) {
     for (const Precision precision : {Precision(Precision::U8), Precision(Precision::FP16),
                                       Precision(Precision::I64), Precision()}) {
         engine_.addOutput("y", TensorDesc(precision, {1, 4}, InferenceEngine::NC));
@@ -169,14 +169,14 @@ TEST_F(FaultyInference, ANetworkWithoutOutputsAnswers2AfterInference) {
     EXPECT_TRUE(outputs_.empty());
 }
 
-TEST_F(FaultyInference, AnOutputThatTheNetworkDoesNotHaveIsRefusedBeforeInference) {
+TEST_F(FaultyInference, AnOutputMissingFromTheNetworkIsRefusedBeforeInference) {
     text_.outputs.push_back(tensorFeature("z", {1, 4}, "float"));
     ASSERT_THAT(load(), IsOk());
     EXPECT_THAT(predict(), IsStatusWith(MODEL_METADATA_ERROR, ::testing::HasSubstr("\"z\"")));
     expectNoInference();
 }
 
-TEST_F(FaultyInference, AMissingFeatureIsToldBeforeInference) {
+TEST_F(FaultyInference, AMissingFeatureIsReportedBeforeInference) {
     inputs_.clear();
     EXPECT_THAT(predict(), IsStatus(EMPTY_INPUT_DESCRIPTOR, "Empty Input Feature Descriptor"));
     expectNoInference();
@@ -219,7 +219,7 @@ TEST_F(FaultyInference, AFailureToInferIsAFrameworkFailure) {
     EXPECT_EQ(engine_.inferences, 1);
 }
 
-TEST_F(FaultyInference, AnExceptionOutsideTheStandardFamilyIsAFrameworkFailureToo) {
+TEST_F(FaultyInference, ANonStandardExceptionIsAFrameworkFailureToo) {
     engine_.throwsNumbers = true;
     engine_.inferring.status = InferenceEngine::GENERAL_ERROR;
     expectFrameworkFailure();
@@ -227,7 +227,7 @@ TEST_F(FaultyInference, AnExceptionOutsideTheStandardFamilyIsAFrameworkFailureTo
     expectFrameworkFailure();
 }
 
-TEST_F(FaultyInference, PredictionGoesOnAfterAFailure) {
+TEST_F(FaultyInference, PredictionSucceedsAgainAfterAFailure) {
     engine_.inferring.status = InferenceEngine::GENERAL_ERROR;
     expectFrameworkFailure();
     engine_.inferring.status = InferenceEngine::OK;
@@ -235,14 +235,14 @@ TEST_F(FaultyInference, PredictionGoesOnAfterAFailure) {
     EXPECT_EQ(outputs_.size(), 1U);
 }
 
-TEST_F(FaultyInference, ExistingOutputsStayWherePredictionFails) {
+TEST_F(FaultyInference, ExistingOutputsRemainIfPredictionFails) {
     outputs_ = {nullptr};
     engine_.inferring.status = InferenceEngine::GENERAL_ERROR;
     EXPECT_THROW(predict(), MLFrameworkException);
     EXPECT_EQ(outputs_.size(), 1U);
 }
 
-TEST_F(FaultyInference, AnUnloadedModelAnswers11WithoutAskingTheEngine) {
+TEST_F(FaultyInference, AnUnloadedModelAnswers11WithoutCallingTheEngine) {
     ASSERT_THAT(model_->unloadImpl(), IsOk());
     EXPECT_THAT(predict(), IsStatus(MODEL_NOT_LOADED, "There is no model loaded"));
     expectNoInference();
@@ -255,7 +255,7 @@ TEST_F(FaultyInference, ANeverLoadedModelAnswers11) {
     expectNoInference();
 }
 
-TEST_F(FaultyInference, ANetworkThatIsGoneLeavesAsTheEnginesException) {
+TEST_F(FaultyInference, AMissingNetworkThrowsTheEnginesException) {
     engine_.hasNetwork = false;
     try {
         predict();

@@ -1,4 +1,4 @@
-// Loading on an engine that fails, or that tells what it was asked for.
+// Loading on an engine that fails, or that records what it was asked for.
 
 #include <filesystem>
 
@@ -13,7 +13,7 @@ using ::testing::IsEmpty;
 
 class FaultyLoading : public FaultyModelTest {
 protected:
-    // A failure of the engine that leaves load() as it is.
+    // Expects an engine failure that leaves load() unconverted.
     void expectEngineText(const std::string& text) {
         try {
             load();
@@ -27,7 +27,7 @@ protected:
     }
 };
 
-TEST_F(FaultyLoading, ModelsAreOfTheEngineWhateverTheDeviceSays) {
+TEST_F(FaultyLoading, ModelsHaveTheEnginesTypeWhateverTheDeviceSays) {
     Device device;
     device.name = "GPU";
     device.engineType = QuavinModelType::CoreML;
@@ -37,7 +37,7 @@ TEST_F(FaultyLoading, ModelsAreOfTheEngineWhateverTheDeviceSays) {
     EXPECT_EQ(model.getMetadata(), nullptr);
 }
 
-TEST_F(FaultyLoading, TheCoreIsMadeWithAnEmptyConfigurationFile) {
+TEST_F(FaultyLoading, TheCoreIsCreatedWithAnEmptyConfigurationFile) {
     EXPECT_THAT(engine_.configFiles, ElementsAre(""));
 }
 
@@ -66,7 +66,7 @@ TEST_F(FaultyLoading, LoadingTwiceReadsOnceAndLoadsTheNetworkAgain) {
     EXPECT_EQ(engine_.readTexts.size(), 1U);
     EXPECT_EQ(engine_.readersMade, 1);
     EXPECT_EQ(engine_.loadings.size(), 2U);
-    EXPECT_EQ(engine_.requestsAlive, 1);  // the second took the first one's place
+    EXPECT_EQ(engine_.requestsAlive, 1);  // the second replaced the first
 }
 
 TEST_F(FaultyLoading, LoadingAfterUnloadingReadsAgainWithANewReader) {
@@ -109,13 +109,13 @@ TEST_F(FaultyLoading, AStandardExceptionWhileReadingBecomesAFileExceptionWithIts
     expectThrows<FileException>([&] { load(); }, FILE_ERROR, "too few weights");
 }
 
-TEST_F(FaultyLoading, AnyOtherExceptionWhileReadingBecomesAnExceptionOfTheGeneralText) {
+TEST_F(FaultyLoading, AnyOtherExceptionWhileReadingBecomesAnExceptionWithTheGeneralText) {
     engine_.throwsNumbers = true;
     engine_.reading.status = InferenceEngine::GENERAL_ERROR;
     expectThrows<Exception>([&] { load(); }, FAILURE, "Unknown/internal exception happened.");
 }
 
-TEST_F(FaultyLoading, AnEngineWithoutAReaderIsAFileException) {
+TEST_F(FaultyLoading, AnEngineWithoutAReaderThrowsAFileException) {
     engine_.hasReader = false;
     EXPECT_THROW(load(), FileException);
     engine_.hasReader = true;
@@ -134,23 +134,23 @@ TEST_F(FaultyLoading, AfterAFailureTheNextLoadReadsAgainWithTheSameReader) {
     EXPECT_EQ(engine_.readersMade, 1);
 }
 
-TEST_F(FaultyLoading, ANullNetworkLeavesAsTheEnginesException) {
+TEST_F(FaultyLoading, ANullNetworkThrowsTheEnginesException) {
     engine_.hasNetwork = false;
     expectEngineText("CNNNetwork was not initialized.");
     EXPECT_TRUE(engine_.loadings.empty());
 }
 
-TEST_F(FaultyLoading, AFailureToLoadTheNetworkLeavesAsTheEnginesException) {
+TEST_F(FaultyLoading, AFailureToLoadTheNetworkThrowsTheEnginesException) {
     engine_.loading = {InferenceEngine::GENERAL_ERROR, "no such device"};
     expectEngineText("no such device");
 }
 
-TEST_F(FaultyLoading, AFailureToMakeARequestLeavesAsTheEnginesException) {
+TEST_F(FaultyLoading, AFailureToCreateARequestThrowsTheEnginesException) {
     engine_.makingRequest = {InferenceEngine::GENERAL_ERROR, "no more requests"};
     expectEngineText("no more requests");
 }
 
-TEST_F(FaultyLoading, ANullRequestLeavesAsTheEnginesException) {
+TEST_F(FaultyLoading, ANullRequestThrowsTheEnginesException) {
     engine_.hasRequest = false;
     expectEngineText("Internal error: pointer to infer request is null");
 }
@@ -169,13 +169,13 @@ TEST_F(FaultyLoading, AFailedSecondLoadLeavesTheModelNotLoaded) {
     expectEngineText("not now");
 }
 
-TEST_F(FaultyLoading, FewerThanTwoFilesAnswerIncompleteModelWithoutTouchingThem) {
+TEST_F(FaultyLoading, FewerThanTwoFilesAnswerIncompleteModelWithoutReadingThem) {
     text_.components = {{"file", "net.xml"}, {"secured_tar", "net.bin"}};
     EXPECT_THAT(load(), IsStatus(INVALID_MODEL_PATH, "Incomplete Model"));
     EXPECT_EQ(engine_.readersMade, 0);
 }
 
-TEST_F(FaultyLoading, TheClientConvertsWhatLeavesTheModel) {
+TEST_F(FaultyLoading, TheClientConvertsTheModelsExceptions) {
     const QuavinClientInitTerm switchedOn{QuavinConfig()};
     QuavinClient& client = QuavinClient::instance();
     const auto read = metadata();

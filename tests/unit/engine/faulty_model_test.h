@@ -15,8 +15,8 @@
 
 namespace VelmoraQuavin::testing {
 
-/// A model of the faulty engine, whose network takes "x" and gives "y", four floats each, and a
-/// plain package for it.
+/// A model of the faulty engine and a plain package for it. The network maps "x" to "y", four
+/// floats each.
 class FaultyModelTest : public ::testing::Test {
 protected:
     FaultyModelTest() {
@@ -40,7 +40,7 @@ protected:
         return metadata;
     }
     QuavinStatus load() { return model_->load(metadata()); }
-    /// Loads, and gives the model its input.
+    /// Loads the model and sets its input.
     void loadWithInput() {
         ASSERT_THAT(load(), IsOk());
         inputs_ = {featureOf<float>("x", {1, 4}, DataType::FLOAT, {1, 2, 3, 4})};

@@ -1,4 +1,4 @@
-// Memory that runs out, at each allocation of the library in turn.
+// Memory runs out at each of the library's allocations in turn.
 
 #include <gmock/gmock.h>
 
@@ -33,10 +33,10 @@ protected:
     }
 };
 
-TEST_F(MemoryExhaustion, WhileLoadingIsAnsweredWithAStatus) {
+TEST_F(MemoryExhaustion, DuringLoadingReturnsAStatus) {
     loadAndPredict();
     const String path(directory_.text());
-    const std::shared_ptr<QuavinModel> first = model_;  // keeps the engine's devices
+    const std::shared_ptr<QuavinModel> first = model_;  // keeps the engine's devices alive
     bool happened = true;
     int succeeded = 0;
     for (int which = 1; happened && which < kMostAllocations; ++which) {
@@ -49,7 +49,7 @@ TEST_F(MemoryExhaustion, WhileLoadingIsAnsweredWithAStatus) {
         }
         ASSERT_TRUE(happened || status.ok()) << status.getDescription();
         if (status.ok()) {
-            ++succeeded;  // without what the engine would have told about itself
+            ++succeeded;  // without what the engine would have reported about itself
             expectPrediction();
         }
         if (which % kAllocationsBetweenLoads == 0) {
@@ -57,11 +57,12 @@ TEST_F(MemoryExhaustion, WhileLoadingIsAnsweredWithAStatus) {
         }
     }
     EXPECT_FALSE(happened);
-    // Beside the load that had all its memory, those that lacked it for such a question.
+    // Besides the load that had enough memory, those that ran out only while asking for such
+    // details.
     EXPECT_LT(succeeded, 20);
 }
 
-TEST_F(MemoryExhaustion, WhilePredictingIsThrownAndTheNextPredictionIsRight) {
+TEST_F(MemoryExhaustion, DuringPredictionThrowsAndTheNextPredictionIsCorrect) {
     loadAndPredict();
     bool happened = true;
     for (int which = 1; happened && which < kMostAllocations; ++which) {

@@ -40,7 +40,7 @@ protected:
     std::shared_ptr<InferenceEngine::ICNNNetReader> reader_;
 };
 
-TEST_F(NetworkReading, HandsOnExactlyTheFilesBytes) {
+TEST_F(NetworkReading, PassesOnExactlyTheFilesBytes) {
     const std::string topology("<net\0\n\r\x1A>", 9);
     const std::string bytes("\0\xFF\r\n", 4);
     directory_.write("net.xml", topology);
@@ -60,7 +60,7 @@ TEST_F(NetworkReading, WeightsAreABlobOfBytesWithTheFilesSizeAsItsDimension) {
     EXPECT_EQ(description.getLayout(), InferenceEngine::ANY);
 }
 
-TEST_F(NetworkReading, EmptyFilesAreHandedOnAsNothing) {
+TEST_F(NetworkReading, EmptyFilesArePassedOnEmpty) {
     directory_.write("net.xml", "");
     directory_.write("net.bin", "");
     readPlain();
@@ -69,17 +69,17 @@ TEST_F(NetworkReading, EmptyFilesAreHandedOnAsNothing) {
     EXPECT_EQ(weights(), "");
 }
 
-TEST_F(NetworkReading, ASecuredTopologyIsHandedOnWithExactlyThePlaintextsLength) {
+TEST_F(NetworkReading, ASecuredTopologyIsPassedOnWithItsPadding) {
     const std::string topology = "<net/>";
     directory_.write("net.xml", secured(topology, countingKey(), BlockFilling::kPkcs7));
     directory_.write("net.bin", secured("", countingKey(), BlockFilling::kPkcs7));
     readSecured();
-    // One block: the text and ten bytes of padding, which is left where it is.
+    // One block: the text and ten bytes of padding, which is kept.
     EXPECT_EQ(faultyEngine().readTexts,
               (std::vector<std::string>{topology + std::string(10, '\x0A')}));
 }
 
-TEST_F(NetworkReading, SecuredWeightsHaveTheFilesSizeAndSixteenZerosAtTheirEnd) {
+TEST_F(NetworkReading, SecuredWeightsHaveTheFilesSizeAndEndWithSixteenZeros) {
     const std::string plain = "thirty-two bytes in the weights.";
     ASSERT_EQ(plain.size(), 32U);
     directory_.write("net.xml", secured("<net/>", countingKey(), BlockFilling::kPkcs7));
@@ -89,7 +89,7 @@ TEST_F(NetworkReading, SecuredWeightsHaveTheFilesSizeAndSixteenZerosAtTheirEnd) 
     EXPECT_EQ(weights().size(), directory_.read("net.bin").size());
 }
 
-TEST_F(NetworkReading, TheNameOfAComponentAloneDecidesAboutDecryption) {
+TEST_F(NetworkReading, OnlyTheComponentsNameDecidesOnDecryption) {
     const std::string topology = secured("<net/>", countingKey(), BlockFilling::kPkcs7);
     directory_.write("net.xml", topology);
     directory_.write("net.bin", secured("weights", countingKey(), BlockFilling::kPkcs7));
@@ -99,7 +99,7 @@ TEST_F(NetworkReading, TheNameOfAComponentAloneDecidesAboutDecryption) {
     EXPECT_EQ(weights(), "weights" + std::string(9, '\x09') + std::string(16, '\0'));
 }
 
-TEST_F(NetworkReading, AWrongKeyHandsOnBytesWithoutMeaning) {
+TEST_F(NetworkReading, AWrongKeyPassesOnMeaninglessBytes) {
     directory_.write("net.xml", secured("<net/>", CryptoKey{}, BlockFilling::kPkcs7));
     directory_.write("net.bin", secured("", CryptoKey{}, BlockFilling::kPkcs7));
     readSecured();
@@ -108,7 +108,7 @@ TEST_F(NetworkReading, AWrongKeyHandsOnBytesWithoutMeaning) {
     EXPECT_THAT(faultyEngine().readTexts[0], Not(HasSubstr("<net/>")));
 }
 
-TEST_F(NetworkReading, ASecuredFileOfABrokenSizeThrowsWithItsPathAndReadsNothing) {
+TEST_F(NetworkReading, ASecuredFileOfInvalidSizeThrowsWithItsPathAndReadsNothing) {
     const std::string whole = secured("<net/>", countingKey(), BlockFilling::kPkcs7);
     directory_.write("net.bin", whole);
     for (const std::size_t size : {0, 1, 15, 17, 31}) {
@@ -130,7 +130,7 @@ TEST_F(NetworkReading, MissingFilesThrowTheFileLayersText) {
     EXPECT_EQ(faultyEngine().weights, nullptr);
 }
 
-TEST_F(NetworkReading, ReadersFailuresAreThrownWithTheirText) {
+TEST_F(NetworkReading, ReaderFailuresAreThrownWithTheirText) {
     directory_.write("net.xml", "<net/>");
     directory_.write("net.bin", "");
     const auto expectText = [&](const char* text) {
@@ -169,7 +169,7 @@ TEST_F(NetworkReading, ADecryptedTopologyIsOverwrittenBeforeItsMemoryIsFreed) {
     faultyEngine().onRead = nullptr;
 }
 
-TEST_F(NetworkReading, DecryptedWeightsAreOverwrittenWhenTheirLastHolderLetsThemGo) {
+TEST_F(NetworkReading, DecryptedWeightsAreOverwrittenWhenTheirLastHolderReleasesThem) {
     directory_.write("net.xml", secured("<net/>", countingKey(), BlockFilling::kPkcs7));
     directory_.write("net.bin", secured("weights", countingKey(), BlockFilling::kPkcs7));
     readSecured();

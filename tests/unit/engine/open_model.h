@@ -4,7 +4,7 @@
 
 namespace VelmoraQuavin::testing {
 
-/// The OpenVINO model with its hooks open to tests.
+/// The OpenVINO model with its hooks accessible to tests.
 class OpenModel : public QuavinOpenVino {
 public:
     using QuavinOpenVino::loadImpl;

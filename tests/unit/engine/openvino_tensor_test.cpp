@@ -19,7 +19,7 @@ using InferenceEngine::TensorDesc;
 
 template <typename Element>
 Blob::Ptr allocatedBlob(Precision precision, const SizeVector& dims, Layout layout) {
-    // Not make_shared_blob, which refuses precisions that Element does not store.
+    // Not make_shared_blob, which refuses precisions that Element does not match.
     auto blob =
         std::make_shared<InferenceEngine::TBlob<Element>>(TensorDesc(precision, dims, layout));
     blob->allocate();
@@ -30,7 +30,7 @@ Blob::Ptr fourFloats() {
     return allocatedBlob<float>(Precision::FP32, {1, 4}, InferenceEngine::NC);
 }
 
-TEST(OpenVinoTensor, OfAFloatBlobReportsTypeShapeAndBytes) {
+TEST(OpenVinoTensor, ReportsTypeShapeAndBytesOfAFloatBlob) {
     const auto tensor = std::make_shared<OpenVinoTensor>(
         allocatedBlob<float>(Precision::FP32, {1, 3, 224, 224}, InferenceEngine::NCHW));
     EXPECT_EQ(tensor->dataType(), DataType::FLOAT);
@@ -38,7 +38,7 @@ TEST(OpenVinoTensor, OfAFloatBlobReportsTypeShapeAndBytes) {
     EXPECT_EQ(tensor->bytes(), 602112);
 }
 
-TEST(OpenVinoTensor, OfEachSupportedPrecisionReportsItsDataType) {
+TEST(OpenVinoTensor, ReportsTheDataTypeOfEachSupportedPrecision) {
     const SizeVector dims = {2, 3};
     const auto typeOf = [](Blob::Ptr blob) { return OpenVinoTensor(std::move(blob)).dataType(); };
     EXPECT_EQ(typeOf(allocatedBlob<float>(Precision::FP32, dims, InferenceEngine::NC)),
@@ -51,7 +51,7 @@ TEST(OpenVinoTensor, OfEachSupportedPrecisionReportsItsDataType) {
               DataType::INT32);
 }
 
-TEST(OpenVinoTensor, OfAU8OrFp16BlobHasNoDataTypeAndStillShowsTheMemory) {
+TEST(OpenVinoTensor, AU8OrFp16BlobHasNoDataTypeButExposesItsMemory) {
     const auto bytes = allocatedBlob<std::uint8_t>(Precision::U8, {4}, InferenceEngine::C);
     const auto halves = allocatedBlob<std::int16_t>(Precision::FP16, {4}, InferenceEngine::C);
     for (const Blob::Ptr& blob : {bytes, halves}) {
@@ -64,7 +64,7 @@ TEST(OpenVinoTensor, OfAU8OrFp16BlobHasNoDataTypeAndStillShowsTheMemory) {
     }
 }
 
-TEST(OpenVinoTensor, TakesTheDimensionsAsTheyStandWhateverTheLayout) {
+TEST(OpenVinoTensor, UsesTheDimensionsUnchangedWhateverTheLayout) {
     for (const Layout layout :
          {InferenceEngine::NCHW, InferenceEngine::NHWC, InferenceEngine::ANY}) {
         const auto tensor = std::make_shared<OpenVinoTensor>(
@@ -74,7 +74,7 @@ TEST(OpenVinoTensor, TakesTheDimensionsAsTheyStandWhateverTheLayout) {
     }
 }
 
-TEST(OpenVinoTensor, OfABlobWithoutDimensionsIsOneElement) {
+TEST(OpenVinoTensor, ABlobWithoutDimensionsHasOneElement) {
     const auto tensor = std::make_shared<OpenVinoTensor>(
         allocatedBlob<float>(Precision::FP32, {}, InferenceEngine::SCALAR));
     EXPECT_EQ(tensor->shape().dimension(), 0U);
@@ -95,7 +95,7 @@ TEST(OpenVinoTensor, ResizeIsRefusedForAnyShapeAndChangesNothing) {
     EXPECT_EQ(tensor->buffer()[5], 77);
 }
 
-TEST(OpenVinoTensor, AllocateAnswersFalseAndTouchesNothing) {
+TEST(OpenVinoTensor, AllocateReturnsFalseAndChangesNothing) {
     const auto tensor = std::make_shared<OpenVinoTensor>(fourFloats());
     const unsigned char* const address = tensor->buffer();
     EXPECT_FALSE(tensor->allocate(16));
@@ -108,7 +108,7 @@ TEST(OpenVinoTensor, AllocateAnswersFalseAndTouchesNothing) {
     EXPECT_EQ(without->buffer(), nullptr);
 }
 
-TEST(OpenVinoTensor, BothBuffersAreTheBlobsMemoryAndWritingShowsInTheBlob) {
+TEST(OpenVinoTensor, BothBufferOverloadsReturnTheBlobsMemory) {
     const Blob::Ptr blob = fourFloats();
     const auto tensor = std::make_shared<OpenVinoTensor>(blob);
     EXPECT_EQ(tensor->buffer(), std::as_const(*tensor).buffer());
@@ -117,7 +117,7 @@ TEST(OpenVinoTensor, BothBuffersAreTheBlobsMemoryAndWritingShowsInTheBlob) {
     EXPECT_EQ(blob->cbuffer().as<const float*>()[2], 1.5F);
 }
 
-TEST(OpenVinoTensor, OfABlobWithoutMemoryHasANullBuffer) {
+TEST(OpenVinoTensor, ABlobWithoutMemoryHasANullBuffer) {
     const auto tensor =
         std::make_shared<OpenVinoTensor>(std::make_shared<InferenceEngine::TBlob<float>>(
             TensorDesc(Precision::FP32, {1, 4}, InferenceEngine::NC)));
@@ -126,7 +126,7 @@ TEST(OpenVinoTensor, OfABlobWithoutMemoryHasANullBuffer) {
     EXPECT_EQ(tensor->bytes(), 16);
 }
 
-TEST(OpenVinoTensor, KeepsItsBlobAliveAndLetsItGo) {
+TEST(OpenVinoTensor, KeepsItsBlobAliveUntilDestroyed) {
     Blob::Ptr blob = fourFloats();
     blob->buffer().as<float*>()[3] = 2.5F;
     const std::weak_ptr<Blob> observed = blob;
@@ -137,7 +137,7 @@ TEST(OpenVinoTensor, KeepsItsBlobAliveAndLetsItGo) {
     EXPECT_TRUE(observed.expired());
 }
 
-TEST(OpenVinoTensor, KnowsItsSharedOwner) {
+TEST(OpenVinoTensor, SupportsSharedFromThis) {
     const auto tensor = std::make_shared<OpenVinoTensor>(fourFloats());
     EXPECT_EQ(tensor->shared_from_this(), tensor);
 }

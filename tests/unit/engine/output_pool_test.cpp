@@ -20,14 +20,14 @@ using internal::OutputPool;
 
 class OutputPoolTest : public ::testing::Test {
 protected:
-    // Blocks of the pool that are in use or kept.
+    // The pool's blocks, in use or kept.
     int blocks() const { return alignedBlocksInUse() - before_; }
 
     const int before_ = alignedBlocksInUse();
     std::shared_ptr<OutputPool> pool_ = OutputPool::make();
 };
 
-TEST_F(OutputPoolTest, HandsTheBlockOutFirstThatCameBackLast) {
+TEST_F(OutputPoolTest, ReusesTheMostRecentlyFreedBlockFirst) {
     void* const first = pool_->alloc(100);
     void* const second = pool_->alloc(100);
     EXPECT_NE(first, second);
@@ -49,14 +49,14 @@ TEST_F(OutputPoolTest, KeepsAtMostTwoFreeBlocks) {
         pool_->free(handle);
     }
     EXPECT_EQ(blocks(), 2);
-    // The first two that came back are those that stayed.
+    // The first two blocks returned are the ones kept.
     EXPECT_EQ(pool_->alloc(100), handles[1]);
     EXPECT_EQ(pool_->alloc(100), handles[0]);
     pool_->free(handles[0]);
     pool_->free(handles[1]);
 }
 
-TEST_F(OutputPoolTest, NeverHandsABlockOutForAnotherSize) {
+TEST_F(OutputPoolTest, NeverReusesABlockForAnotherSize) {
     void* const block = pool_->alloc(128);
     pool_->free(block);
     void* const larger = pool_->alloc(129);
@@ -69,7 +69,7 @@ TEST_F(OutputPoolTest, NeverHandsABlockOutForAnotherSize) {
     }
 }
 
-TEST_F(OutputPoolTest, ClosingFreesWhatIsNotInUse) {
+TEST_F(OutputPoolTest, ClosingFreesUnusedBlocks) {
     void* const used = pool_->alloc(100);
     pool_->free(pool_->alloc(100));
     EXPECT_EQ(blocks(), 2);
@@ -80,7 +80,7 @@ TEST_F(OutputPoolTest, ClosingFreesWhatIsNotInUse) {
     EXPECT_EQ(blocks(), 0);
 }
 
-TEST_F(OutputPoolTest, KeepsNothingOnceItIsClosed) {
+TEST_F(OutputPoolTest, KeepsNothingOnceClosed) {
     pool_->close();
     void* const block = pool_->alloc(100);
     ASSERT_NE(block, nullptr);
@@ -91,7 +91,7 @@ TEST_F(OutputPoolTest, KeepsNothingOnceItIsClosed) {
     EXPECT_EQ(blocks(), 0);
 }
 
-TEST_F(OutputPoolTest, ItsEndFreesWhatItKept) {
+TEST_F(OutputPoolTest, DestructionFreesKeptBlocks) {
     pool_->free(pool_->alloc(100));
     EXPECT_EQ(blocks(), 1);
     pool_.reset();
@@ -117,7 +117,7 @@ TEST_F(OutputPoolTest, ABlobOutlivesThePoolsOwner) {
     EXPECT_EQ(blocks(), 0);
 }
 
-TEST_F(OutputPoolTest, ABlobGivesItsMemoryBackToTheNextOne) {
+TEST_F(OutputPoolTest, ABlobsMemoryIsReusedByTheNextOne) {
     const InferenceEngine::TensorDesc description(InferenceEngine::Precision::FP32, {1, 4},
                                                   InferenceEngine::ANY);
     const auto makeBlob = [&] {
@@ -144,11 +144,11 @@ TEST_F(OutputPoolTest, BlocksAreAlignedForTheWidestRegisters) {
     }
 }
 
-TEST_F(OutputPoolTest, ASizeThatNoMemoryHasGivesNull) {
+TEST_F(OutputPoolTest, AnUnallocatableSizeReturnsNull) {
     EXPECT_EQ(pool_->alloc(std::numeric_limits<std::size_t>::max()), nullptr);
 }
 
-TEST_F(OutputPoolTest, TakesNullBackForABlobThatGotNoMemory) {
+TEST_F(OutputPoolTest, AcceptsNullFromABlobWithoutMemory) {
     EXPECT_FALSE(pool_->free(nullptr));
     void* const block = pool_->alloc(100);
     EXPECT_NE(block, nullptr);
@@ -158,8 +158,8 @@ TEST_F(OutputPoolTest, TakesNullBackForABlobThatGotNoMemory) {
     EXPECT_FALSE(pool_->free(nullptr));
 }
 
-// Every thread writes all over its blocks; a block that two of them got would show.
-TEST_F(OutputPoolTest, BlocksComeBackFromSeveralThreadsAtOnce) {
+// Every thread fills its blocks with its own mark, so a block handed to two threads would show.
+TEST_F(OutputPoolTest, SeveralThreadsCanUseThePoolAtOnce) {
     constexpr std::size_t kSize = 256;
     constexpr int kRounds = 20000;
     std::atomic<int> damaged{0};
@@ -178,7 +178,7 @@ TEST_F(OutputPoolTest, BlocksComeBackFromSeveralThreadsAtOnce) {
     for (unsigned char mark = 1; mark <= 4; ++mark) {
         threads.emplace_back(work, mark);
     }
-    pool_->close();  // in the middle of it all
+    pool_->close();  // while the threads are running
     for (std::thread& thread : threads) {
         thread.join();
     }
@@ -186,8 +186,8 @@ TEST_F(OutputPoolTest, BlocksComeBackFromSeveralThreadsAtOnce) {
     EXPECT_EQ(blocks(), 0);
 }
 
-// A block that goes to another thread comes back with all that was written there.
-TEST_F(OutputPoolTest, BlocksComeBackOnAnotherThreadThanTheyWereTakenOn) {
+// A block freed on another thread is reused only after everything written there.
+TEST_F(OutputPoolTest, BlocksCanBeFreedOnAnotherThread) {
     std::vector<void*> handed(4);
     for (int round = 0; round < 200; ++round) {
         for (void*& handle : handed) {

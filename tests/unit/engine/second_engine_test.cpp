@@ -1,4 +1,4 @@
-// The library over another engine than OpenVINO: what stands behind engine/engine.h is all it
+// The library on an engine other than OpenVINO: an implementation of engine/engine.h is all it
 // needs.
 
 #include <gmock/gmock.h>
@@ -39,7 +39,7 @@ ScalingNetwork readNetwork(const internal::NetworkComponents& components) {
         network.output;
     const std::string weights = readComponent(components.source, components.weights);
     if (network.output.empty() || weights.size() < sizeof network.factor) {
-        throw FileException("This is no network");
+        throw FileException("This is not a network");
     }
     std::memcpy(&network.factor, weights.data(), sizeof network.factor);
     return network;
@@ -107,10 +107,10 @@ public:
 
 }  // namespace
 
-const std::vector<const internal::Engine*>& internal::builtInEngines() {
+internal::EngineList internal::builtInEngines() noexcept {
     static const ScalingEngine scaling;
-    static const std::vector<const Engine*> engines{&scaling};
-    return engines;
+    static const std::array<const Engine*, 1> engines{&scaling};
+    return EngineList(engines);
 }
 
 namespace testing {
@@ -182,7 +182,7 @@ TEST_F(SecondEngine, PredictsFromAPlainPackage) {
     expectPrediction();
 }
 
-TEST_F(SecondEngine, PredictsFromASecuredPackageWithoutDecryptingAnything) {
+TEST_F(SecondEngine, PredictsFromASecuredPackageWithoutDecryptingItself) {
     writeSecuredPackage();
     ASSERT_THAT(
         QuavinClient::instance().getModel(metadataWithKey(), model_, QuavinModelType::MockML),
@@ -209,14 +209,14 @@ TEST_F(SecondEngine, AMissingComponentAnswers3FileError) {
         IsStatus(FILE_ERROR, "File error!"));
 }
 
-TEST_F(SecondEngine, IsTheOneThatTheClientReports) {
+TEST_F(SecondEngine, IsReportedByTheClient) {
     EXPECT_EQ(QuavinClient::getEngineType(), QuavinModelType::MockML);
     EngineInfo info;
     ASSERT_THAT(QuavinClient::getEngineInfo(info), IsOk());
     EXPECT_EQ(info.runtimeVersion, "scaling 1");
 }
 
-TEST_F(SecondEngine, RefusesPackagesOfTheFirstOne) {
+TEST_F(SecondEngine, RefusesPackagesForOpenvino) {
     writeManifest("Openvino", "file");
     for (const auto type : {QuavinModelType::Undefined, QuavinModelType::Openvino}) {
         EXPECT_THAT(

@@ -37,7 +37,7 @@ TEST(SecretAllocator, OverwritesABlockBeforeFreeingIt) {
     }
 }
 
-TEST(SecretAllocator, OverwritesABlobsMemoryWhenItsLastHolderLetsItGo) {
+TEST(SecretAllocator, OverwritesABlobsMemoryWhenItsLastHolderReleasesIt) {
     auto blob = secretBlob(64);
     auto other = blob;
     std::memset(blob->buffer().as<void*>(), 0xA5, 64);
@@ -51,7 +51,7 @@ TEST(SecretAllocator, OverwritesABlobsMemoryWhenItsLastHolderLetsItGo) {
     EXPECT_TRUE(watch.wasZeroWhenFreed());
 }
 
-TEST(SecretAllocator, TheWatchSeesMemoryThatNobodyOverwrites) {
+TEST(SecretAllocator, TheWatchDetectsMemoryThatIsNotOverwritten) {
     const std::shared_ptr<InferenceEngine::IAllocator> plain =
         InferenceEngine::details::shared_from_irelease(InferenceEngine::CreateDefaultAllocator());
     void* const handle = plain->alloc(64);
@@ -63,17 +63,17 @@ TEST(SecretAllocator, TheWatchSeesMemoryThatNobodyOverwrites) {
     EXPECT_FALSE(watch.wasZeroWhenFreed());
 }
 
-TEST(SecretAllocator, GivesABlockForZeroBytes) {
+TEST(SecretAllocator, ReturnsABlockForZeroBytes) {
     const auto blob = secretBlob(0);
     EXPECT_NE(blob->buffer().as<void*>(), nullptr);
     EXPECT_EQ(blob->byteSize(), 0U);
 }
 
-TEST(SecretAllocator, TakesNullBackForABlobThatGotNoMemory) {
+TEST(SecretAllocator, AcceptsNullFromABlobWithoutMemory) {
     EXPECT_FALSE(makeSecretAllocator()->free(nullptr));
 }
 
-TEST(SecretAllocator, FreeingNothingIsHarmless) {
+TEST(SecretAllocator, DeallocatingAnUnallocatedBlobIsHarmless) {
     const auto blob = InferenceEngine::make_shared_blob<std::uint8_t>(
         InferenceEngine::TensorDesc(InferenceEngine::Precision::U8, {16}, InferenceEngine::ANY),
         makeSecretAllocator());

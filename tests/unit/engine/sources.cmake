@@ -9,8 +9,8 @@ quavin_unit_test(
 target_include_directories(quavin_engine_tests PRIVATE "${CMAKE_CURRENT_SOURCE_DIR}/engine")
 target_link_libraries(quavin_engine_tests PRIVATE quavin_test_packages)
 
-# The engine folder's sources on an engine that fails where a test wants it to. It needs the parts of
-# the interface that stand on no runtime, which an installed engine does not have apart.
+# The engine folder's sources on an engine that fails on demand. This needs the parts of the
+# interface that depend on no runtime, which an installed engine does not provide separately.
 if(QUAVIN_ENGINE_IS_ADAPTER)
   function(quavin_faulty_engine_test target)
     list(TRANSFORM ARGN PREPEND "engine/")
@@ -37,7 +37,7 @@ if(QUAVIN_ENGINE_IS_ADAPTER)
   target_sources(quavin_bare_request_tests PRIVATE "${PROJECT_SOURCE_DIR}/tests/support/bare_request.cpp")
 endif()
 
-# The library over an engine of the test's own.
+# The library on an engine defined by the test.
 add_executable(quavin_second_engine_tests engine/second_engine_test.cpp)
 quavin_private_target(quavin_second_engine_tests)
 target_link_libraries(quavin_second_engine_tests PRIVATE quavin_test_packages quavin_objects)

@@ -1,4 +1,4 @@
-// Every accessor on every class: those of its own pair answer, all others throw.
+// Every accessor on every class: its own pair works, all others throw.
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -71,7 +71,7 @@ protected:
     static const FeatureClass& featureClass() { return std::get<0>(GetParam()); }
     static const AccessorPair& pair() { return std::get<1>(GetParam()); }
 
-    static void expectAnswerOrRefusal(QuavinFeatureType type, const char* typeName) {
+    static void expectValueOrRefusal(QuavinFeatureType type, const char* typeName) {
         const std::shared_ptr<QuavinFeature> feature =
             featureClass().make(ModelFeatureDescriptor(type));
         if (std::string(featureClass().ownPair) == pair().name) {
@@ -87,15 +87,15 @@ protected:
     }
 };
 
-TEST_P(FeatureAccessorTest, AnswersOnItsOwnClassAndOtherwiseNamesTheDescriptorsType) {
-    expectAnswerOrRefusal(QuavinFeatureType::BOOL, "bool");
-    expectAnswerOrRefusal(QuavinFeatureType::TENSOR, "tensor");
-    expectAnswerOrRefusal(QuavinFeatureType::IMAGE, "image");
+TEST_P(FeatureAccessorTest, WorksOnItsOwnClassAndOtherwiseNamesTheDescriptorsType) {
+    expectValueOrRefusal(QuavinFeatureType::BOOL, "bool");
+    expectValueOrRefusal(QuavinFeatureType::TENSOR, "tensor");
+    expectValueOrRefusal(QuavinFeatureType::IMAGE, "image");
 }
 
-TEST_P(FeatureAccessorTest, NamesATypeThatIsNotSetUnknown) {
-    expectAnswerOrRefusal(static_cast<QuavinFeatureType>(7), "unknown");
-    expectAnswerOrRefusal(static_cast<QuavinFeatureType>(-1), "unknown");
+TEST_P(FeatureAccessorTest, CallsAnUnsetTypeUnknown) {
+    expectValueOrRefusal(static_cast<QuavinFeatureType>(7), "unknown");
+    expectValueOrRefusal(static_cast<QuavinFeatureType>(-1), "unknown");
 }
 
 INSTANTIATE_TEST_SUITE_P(Features, FeatureAccessorTest,

@@ -50,7 +50,7 @@ TEST(ImageDescriptorTest, IsNotSetByDefault) {
     EXPECT_EQ(image.pixelType, kPixelTypeNotSet);
 }
 
-TEST(ModelFeatureDescriptorTest, ADefaultOneIsRequiredAndOfNoType) {
+TEST(ModelFeatureDescriptorTest, IsRequiredAndUntypedByDefault) {
     const ModelFeatureDescriptor descriptor;
     EXPECT_TRUE(descriptor.required());
     EXPECT_EQ(descriptor.type(), kTypeNotSet);
@@ -59,7 +59,7 @@ TEST(ModelFeatureDescriptorTest, ADefaultOneIsRequiredAndOfNoType) {
     expectNoImage(descriptor);
 }
 
-TEST(ModelFeatureDescriptorTest, OneOfATypeAloneIsRequired) {
+TEST(ModelFeatureDescriptorTest, IsRequiredIfOnlyATypeIsGiven) {
     const ModelFeatureDescriptor descriptor(QuavinFeatureType::STRING);
     EXPECT_TRUE(descriptor.required());
     EXPECT_EQ(descriptor.type(), QuavinFeatureType::STRING);
@@ -68,7 +68,7 @@ TEST(ModelFeatureDescriptorTest, OneOfATypeAloneIsRequired) {
     expectNoImage(descriptor);
 }
 
-TEST(ModelFeatureDescriptorTest, OneOfAnImageIsNotRequired) {
+TEST(ModelFeatureDescriptorTest, AnImageFeatureIsNotRequiredByDefault) {
     const ModelFeatureDescriptor descriptor(QuavinFeatureType::IMAGE,
                                             imageOf(480, 640, QuavinPixelType::BGR));
     EXPECT_FALSE(descriptor.required());
@@ -80,7 +80,7 @@ TEST(ModelFeatureDescriptorTest, OneOfAnImageIsNotRequired) {
     expectNoTensor(descriptor);
 }
 
-TEST(ModelFeatureDescriptorTest, OneOfATensorIsNotRequired) {
+TEST(ModelFeatureDescriptorTest, ATensorFeatureIsNotRequiredByDefault) {
     const ModelFeatureDescriptor descriptor(
         QuavinFeatureType::TENSOR,
         TensorDescriptor("data", TensorShape(2, 3), false, DataType::INT16));
@@ -113,13 +113,13 @@ protected:
     }
 };
 
-TEST_F(FullDescriptorTest, HoldsEverythingAsGiven) {
+TEST_F(FullDescriptorTest, StoresItsArguments) {
     expectComplete(make(true));
     EXPECT_TRUE(make(true).required());
     EXPECT_FALSE(make(false).required());
 }
 
-TEST_F(FullDescriptorTest, IsCopiedAndMovedWhole) {
+TEST_F(FullDescriptorTest, CopiesAndMovesAreComplete) {
     ModelFeatureDescriptor original = make(true);
     const ModelFeatureDescriptor copy = original;
     expectComplete(copy);
@@ -128,7 +128,7 @@ TEST_F(FullDescriptorTest, IsCopiedAndMovedWhole) {
     expectComplete(moved);
 }
 
-TEST_F(FullDescriptorTest, TextsAreGivenAsCopies) {
+TEST_F(FullDescriptorTest, TextsAreReturnedAsCopies) {
     const ModelFeatureDescriptor descriptor = make(true);
     descriptor.name() += " changed";
     descriptor.description() += " changed";
@@ -140,7 +140,7 @@ TEST_F(FullDescriptorTest, TheTensorDescriptorIsNotCopied) {
     EXPECT_EQ(&descriptor.tensorDescriptor(), &descriptor.tensorDescriptor());
 }
 
-TEST(ModelFeatureDescriptorTest, AVariableShapeIsNotGivenOut) {
+TEST(ModelFeatureDescriptorTest, ReadingAVariableShapeThrows) {
     const ModelFeatureDescriptor descriptor(QuavinFeatureType::TENSOR,
                                             TensorDescriptor(TensorShape(1, -1), DataType::FLOAT));
     testing::expectThrows<InvalidOperationException>(

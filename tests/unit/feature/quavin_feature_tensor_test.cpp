@@ -18,7 +18,7 @@ ModelFeatureDescriptor tensorOf(const TensorShape& shape, DataType type = DataTy
     return {QuavinFeatureType::TENSOR, TensorDescriptor(shape, type)};
 }
 
-TEST(QuavinFeatureTensorTest, MakesAZeroFilledTensorOfItsDescriptor) {
+TEST(QuavinFeatureTensorTest, CreatesAZeroFilledTensorFromItsDescriptor) {
     QuavinFeatureTensor feature(tensorOf(TensorShape(1, 3, 2, 2)));
     const std::shared_ptr<ITensor> tensor = feature.asTensor();
     ASSERT_NE(tensor, nullptr);
@@ -30,7 +30,7 @@ TEST(QuavinFeatureTensorTest, MakesAZeroFilledTensorOfItsDescriptor) {
     EXPECT_EQ(std::vector<int>(tensor->buffer(), tensor->buffer() + 48), std::vector<int>(48, 0));
 }
 
-TEST(QuavinFeatureTensorTest, ItsTensorIsMadeShared) {
+TEST(QuavinFeatureTensorTest, ItsTensorSupportsSharedFromThis) {
     QuavinFeatureTensor feature(tensorOf(TensorShape(2)));
     EXPECT_EQ(feature.asTensor()->shared_from_this(), feature.asTensor());
 }
@@ -41,7 +41,7 @@ TEST(QuavinFeatureTensorTest, RefusesAVariableShape) {
         "Attempting to infer a tensor shape from a variable-shaped tensor.");
 }
 
-TEST(QuavinFeatureTensorTest, AShapeThatNoMemoryHoldsFailsToAllocate) {
+TEST(QuavinFeatureTensorTest, AnUnallocatableShapeThrows) {
     EXPECT_THROW(QuavinFeatureTensor(tensorOf(TensorShape(int64{1} << 62))), std::bad_alloc);
     EXPECT_THROW(QuavinFeatureTensor(tensorOf(TensorShape(-2))), std::bad_alloc);
 }

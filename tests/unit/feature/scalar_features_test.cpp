@@ -22,7 +22,7 @@ TEST(QuavinFeatureTest, KeepsItsDescriptor) {
     EXPECT_TRUE(feature.featureDescriptor().required());
 }
 
-TEST(QuavinFeatureTest, TheDescriptorIsACopyOfItsOwn) {
+TEST(QuavinFeatureTest, KeepsItsOwnCopyOfTheDescriptor) {
     ModelFeatureDescriptor descriptor = descriptorOf(QuavinFeatureType::BOOL);
     const QuavinFeatureBool feature(descriptor);
     descriptor = ModelFeatureDescriptor();
@@ -36,7 +36,7 @@ TEST(QuavinFeatureTest, TheDescriptorsTypeIsNotCheckedAgainstTheClass) {
     EXPECT_EQ(feature.asInt64(), 7);
 }
 
-TEST(QuavinFeatureTest, GivesOutFurtherSharedReferences) {
+TEST(QuavinFeatureTest, SupportsSharedFromThis) {
     const std::shared_ptr<QuavinFeature> feature =
         std::make_shared<QuavinFeatureBool>(descriptorOf(QuavinFeatureType::BOOL));
     EXPECT_EQ(feature->shared_from_this(), feature);
@@ -49,7 +49,7 @@ TEST(QuavinFeatureBoolTest, IsFalseByDefaultAndCanBeSet) {
     EXPECT_TRUE(std::as_const(feature).asBool());
 }
 
-TEST(QuavinFeatureBoolTest, HoldsTheGivenValue) {
+TEST(QuavinFeatureBoolTest, StoresTheGivenValue) {
     EXPECT_TRUE(QuavinFeatureBool(descriptorOf(QuavinFeatureType::BOOL), true).asBool());
 }
 
@@ -60,7 +60,7 @@ TEST(QuavinFeatureUInt8Test, IsZeroByDefaultAndCanBeSet) {
     EXPECT_EQ(std::as_const(feature).asUInt8(), 255);
 }
 
-TEST(QuavinFeatureUInt8Test, HoldsTheGivenValue) {
+TEST(QuavinFeatureUInt8Test, StoresTheGivenValue) {
     EXPECT_EQ(QuavinFeatureUInt8(descriptorOf(QuavinFeatureType::UINT8), 200).asUInt8(), 200);
 }
 
@@ -71,7 +71,7 @@ TEST(QuavinFeatureInt64Test, IsZeroByDefaultAndCanBeSet) {
     EXPECT_EQ(std::as_const(feature).asInt64(), std::numeric_limits<int64>::min());
 }
 
-TEST(QuavinFeatureInt64Test, HoldsTheGivenValue) {
+TEST(QuavinFeatureInt64Test, StoresTheGivenValue) {
     const int64 value = std::numeric_limits<int64>::max();
     EXPECT_EQ(QuavinFeatureInt64(descriptorOf(QuavinFeatureType::INT64), value).asInt64(), value);
 }
@@ -83,7 +83,7 @@ TEST(QuavinFeatureDoubleTest, IsZeroByDefaultAndCanBeSet) {
     EXPECT_EQ(std::as_const(feature).asDouble(), -0.5);
 }
 
-TEST(QuavinFeatureDoubleTest, HoldsTheGivenValue) {
+TEST(QuavinFeatureDoubleTest, StoresTheGivenValue) {
     EXPECT_EQ(QuavinFeatureDouble(descriptorOf(QuavinFeatureType::DOUBLE), 2.5).asDouble(), 2.5);
 }
 
@@ -94,20 +94,20 @@ TEST(QuavinFeatureStringTest, IsEmptyByDefaultAndCanBeSet) {
     EXPECT_EQ(std::as_const(feature).asString(), "a text");
 }
 
-TEST(QuavinFeatureStringTest, HoldsTheGivenValueWithItsZeroBytes) {
+TEST(QuavinFeatureStringTest, StoresTheGivenValueWithItsZeroBytes) {
     const String value("a\0b", 3);
     EXPECT_EQ(QuavinFeatureString(descriptorOf(QuavinFeatureType::STRING), value).asString(),
               value);
 }
 
-TEST(ScalarFeatureTest, BothAccessorsGiveTheSamePlace) {
+TEST(ScalarFeatureTest, BothAccessorsReturnTheSameObject) {
     QuavinFeatureInt64 number(descriptorOf(QuavinFeatureType::INT64));
     EXPECT_EQ(&number.asInt64(), &std::as_const(number).asInt64());
     QuavinFeatureString text(descriptorOf(QuavinFeatureType::STRING));
     EXPECT_EQ(&text.asString(), &std::as_const(text).asString());
 }
 
-TEST(ScalarFeatureTest, IsReachedThroughItsBase) {
+TEST(ScalarFeatureTest, WorksThroughItsBase) {
     const std::shared_ptr<QuavinFeature> feature =
         std::make_shared<QuavinFeatureUInt8>(descriptorOf(QuavinFeatureType::UINT8));
     feature->asUInt8() = 9;

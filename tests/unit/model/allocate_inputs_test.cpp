@@ -33,7 +33,7 @@ protected:
     QuavinStatus allocate(std::vector<ModelFeatureDescriptor> inputs) {
         ModelTarget target = completeTarget();
         target.inputs = std::move(inputs);
-        // Loading may refuse the inputs: the metadata stays, and that is all that is needed.
+        // Loading may refuse the inputs, but it keeps the metadata, which is all this needs.
         try {
             model_.load(metadataOf(std::move(target)));
         } catch (const InvalidOperationException&) {
@@ -52,42 +52,42 @@ protected:
     RecordingModel::Features features_;
 };
 
-TEST_F(AllocateInputsTest, MakesABoolOfFalse) {
+TEST_F(AllocateInputsTest, CreatesAFalseBool) {
     EXPECT_THAT(allocate({descriptorOf(QuavinFeatureType::BOOL)}), IsOk());
     ASSERT_EQ(features_.size(), 1U);
     EXPECT_TRUE(isOf<QuavinFeatureBool>(features_[0]));
     EXPECT_FALSE(features_[0]->asBool());
 }
 
-TEST_F(AllocateInputsTest, MakesAByteOfZero) {
+TEST_F(AllocateInputsTest, CreatesAZeroByte) {
     EXPECT_THAT(allocate({descriptorOf(QuavinFeatureType::UINT8)}), IsOk());
     ASSERT_EQ(features_.size(), 1U);
     EXPECT_TRUE(isOf<QuavinFeatureUInt8>(features_[0]));
     EXPECT_EQ(features_[0]->asUInt8(), 0);
 }
 
-TEST_F(AllocateInputsTest, MakesAnIntegerOfZero) {
+TEST_F(AllocateInputsTest, CreatesAZeroInteger) {
     EXPECT_THAT(allocate({descriptorOf(QuavinFeatureType::INT64)}), IsOk());
     ASSERT_EQ(features_.size(), 1U);
     EXPECT_TRUE(isOf<QuavinFeatureInt64>(features_[0]));
     EXPECT_EQ(features_[0]->asInt64(), 0);
 }
 
-TEST_F(AllocateInputsTest, MakesADoubleOfZero) {
+TEST_F(AllocateInputsTest, CreatesAZeroDouble) {
     EXPECT_THAT(allocate({descriptorOf(QuavinFeatureType::DOUBLE)}), IsOk());
     ASSERT_EQ(features_.size(), 1U);
     EXPECT_TRUE(isOf<QuavinFeatureDouble>(features_[0]));
     EXPECT_EQ(features_[0]->asDouble(), 0.0);
 }
 
-TEST_F(AllocateInputsTest, MakesAnEmptyString) {
+TEST_F(AllocateInputsTest, CreatesAnEmptyString) {
     EXPECT_THAT(allocate({descriptorOf(QuavinFeatureType::STRING)}), IsOk());
     ASSERT_EQ(features_.size(), 1U);
     EXPECT_TRUE(isOf<QuavinFeatureString>(features_[0]));
     EXPECT_TRUE(features_[0]->asString().empty());
 }
 
-TEST_F(AllocateInputsTest, MakesAZeroFilledTensorOfAFixedShape) {
+TEST_F(AllocateInputsTest, CreatesAZeroFilledTensorForAFixedShape) {
     EXPECT_THAT(allocate({tensorOf(TensorShape(1, 2, 3))}), IsOk());
     ASSERT_EQ(features_.size(), 1U);
     EXPECT_TRUE(isOf<QuavinFeatureTensor>(features_[0]));
@@ -99,7 +99,7 @@ TEST_F(AllocateInputsTest, MakesAZeroFilledTensorOfAFixedShape) {
     EXPECT_EQ(std::vector<int>(tensor->buffer(), tensor->buffer() + 24), std::vector<int>(24, 0));
 }
 
-TEST_F(AllocateInputsTest, ATensorOfVariableShapeHasNoShapeAndNoMemoryUntilItIsResized) {
+TEST_F(AllocateInputsTest, AVariableTensorHasNoShapeOrMemoryUntilResized) {
     EXPECT_THAT(allocate({tensorOf(TensorShape(1, -1, 4))}), IsOk());
     ASSERT_EQ(features_.size(), 1U);
     EXPECT_TRUE(isOf<QuavinFeatureTensor>(features_[0]));
@@ -126,7 +126,7 @@ TEST_F(AllocateInputsTest, KeepsTheOrderAndTheDescriptors) {
     EXPECT_TRUE(features_[1]->featureDescriptor().required());
 }
 
-TEST_F(AllocateInputsTest, AddsBehindWhatTheVectorHolds) {
+TEST_F(AllocateInputsTest, AppendsToTheVector) {
     const auto held =
         std::make_shared<QuavinFeatureBool>(descriptorOf(QuavinFeatureType::BOOL, "held"));
     features_ = {held, nullptr};
@@ -137,7 +137,7 @@ TEST_F(AllocateInputsTest, AddsBehindWhatTheVectorHolds) {
     EXPECT_EQ(features_[2]->featureDescriptor().name(), "new");
 }
 
-TEST_F(AllocateInputsTest, EveryCallMakesNewFeatures) {
+TEST_F(AllocateInputsTest, EveryCallCreatesNewFeatures) {
     allocate({tensorOf(TensorShape(2))});
     EXPECT_THAT(model_.allocateInputs(features_), IsOk());
     ASSERT_EQ(features_.size(), 2U);
@@ -150,22 +150,22 @@ TEST_F(AllocateInputsTest, AnEmptyListAddsNothing) {
     EXPECT_THAT(features_, IsEmpty());
 }
 
-TEST_F(AllocateInputsTest, NoTargetOfTheModelsTypeAddsNothing) {
+TEST_F(AllocateInputsTest, AddsNothingWithoutATargetOfTheModelsType) {
     model_.load(metadataOf(completeTarget(), QuavinModelType::WinML));
     EXPECT_THAT(model_.allocateInputs(features_), IsOk());
     EXPECT_THAT(features_, IsEmpty());
 }
 
-TEST_F(AllocateInputsTest, AnImageStopsItAndWhatWasMadeBeforeStays) {
+TEST_F(AllocateInputsTest, StopsAtAnImageAndKeepsEarlierFeatures) {
     EXPECT_THAT(allocate({descriptorOf(QuavinFeatureType::INT64, "first"),
                           descriptorOf(QuavinFeatureType::BOOL, "second"),
                           descriptorOf(QuavinFeatureType::IMAGE, "picture"),
-                          descriptorOf(QuavinFeatureType::BOOL, "behind")}),
+                          descriptorOf(QuavinFeatureType::BOOL, "after")}),
                 IsStatus(INVALID_TYPE, kUndefinedType));
     EXPECT_THAT(names(), ElementsAre("first", "second"));
 }
 
-TEST_F(AllocateInputsTest, ATypeThatIsNotSetStopsIt) {
+TEST_F(AllocateInputsTest, StopsAtAnUnsetType) {
     EXPECT_THAT(allocate({descriptorOf(static_cast<QuavinFeatureType>(7))}),
                 IsStatus(INVALID_TYPE, kUndefinedType));
     EXPECT_THAT(allocate({descriptorOf(static_cast<QuavinFeatureType>(-1))}),
@@ -173,20 +173,20 @@ TEST_F(AllocateInputsTest, ATypeThatIsNotSetStopsIt) {
     EXPECT_THAT(features_, IsEmpty());
 }
 
-TEST_F(AllocateInputsTest, AShapeThatNoMemoryHoldsIsAStatus) {
+TEST_F(AllocateInputsTest, AnUnallocatableShapeReturnsAStatus) {
     EXPECT_THAT(allocate({descriptorOf(QuavinFeatureType::INT64, "first"),
                           tensorOf(TensorShape(int64{1} << 62), "huge")}),
                 IsStatus(FAILURE, std::bad_alloc().what()));
     EXPECT_THAT(names(), ElementsAre("first"));
 }
 
-TEST_F(AllocateInputsTest, ANegativeDimensionIsAStatus) {
+TEST_F(AllocateInputsTest, ANegativeDimensionReturnsAStatus) {
     EXPECT_THAT(allocate({tensorOf(TensorShape(2, -3))}),
                 IsStatus(FAILURE, std::bad_alloc().what()));
     EXPECT_THAT(features_, IsEmpty());
 }
 
-TEST_F(AllocateInputsTest, WithoutMetadataThereIsNoModelLoaded) {
+TEST_F(AllocateInputsTest, ReportsNoModelLoadedWithoutMetadata) {
     EXPECT_THAT(model_.allocateInputs(features_),
                 IsStatus(MODEL_NOT_LOADED, "There is no model loaded"));
     model_.load(metadataOf(completeTarget()));

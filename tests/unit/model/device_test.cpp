@@ -29,7 +29,7 @@ TEST(DeviceTest, IsAllZeroByDefault) {
     expectAllUnset(device);
 }
 
-TEST(DeviceTest, TheEngineTypeTakesSixtyFourBits) {
+TEST(DeviceTest, TheEngineTypeIs64BitsWide) {
     EXPECT_EQ(sizeof(Device::engineType), 8U);
     EXPECT_TRUE(std::is_copy_constructible_v<Device>);
 }

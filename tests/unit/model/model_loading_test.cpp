@@ -55,13 +55,13 @@ TEST_F(ModelLoadingTest, KeepsTheMetadata) {
     EXPECT_EQ(model_.getMetadata(), other);
 }
 
-TEST_F(ModelLoadingTest, KeepsTheMetadataAlsoWhereLoadingFails) {
+TEST_F(ModelLoadingTest, KeepsTheMetadataEvenIfLoadingFails) {
     const auto metadata = metadataOf(ModelTarget());
     model_.load(metadata);
     EXPECT_EQ(model_.getMetadata(), metadata);
 }
 
-TEST_F(ModelLoadingTest, TheMetadataIsThereWhenTheEngineLoads) {
+TEST_F(ModelLoadingTest, TheMetadataIsSetBeforeTheEngineLoads) {
     bool there = false;
     model_.duringLoad = [&] { there = model_.getMetadata() != nullptr; };
     load();
@@ -87,7 +87,7 @@ TEST_F(ModelLoadingTest, ATargetWithoutInputsIsRefusedFirst) {
     EXPECT_FALSE(model_.isLoaded());
 }
 
-TEST_F(ModelLoadingTest, NoTargetOfTheModelsTypeCountsAsOneWithoutInputs) {
+TEST_F(ModelLoadingTest, AMissingTargetCountsAsOneWithoutInputs) {
     EXPECT_THAT(model_.load(metadataOf(target_, QuavinModelType::CoreML)),
                 IsStatus(MODEL_METADATA_ERROR, kNoInput));
     EXPECT_THAT(model_.load(std::make_shared<ModelMetadata>()),
@@ -100,7 +100,7 @@ TEST_F(ModelLoadingTest, ATargetWithoutOutputsIsRefused) {
     EXPECT_THAT(model_.calls, IsEmpty());
 }
 
-TEST_F(ModelLoadingTest, AMissingOutputIsToldBeforeAShapeThatIsNotDefined) {
+TEST_F(ModelLoadingTest, AMissingOutputIsReportedBeforeAnUndefinedShape) {
     target_.outputs.clear();
     EXPECT_THAT(loadWithFirstInput(tensorOf(TensorShape(0))),
                 IsStatus(MODEL_METADATA_ERROR, kNoOutput));
@@ -126,26 +126,26 @@ TEST_F(ModelLoadingTest, AScalarFirstInputPasses) {
     EXPECT_THAT(loadWithFirstInput(descriptorOf(QuavinFeatureType::IMAGE)), IsOk());
 }
 
-TEST_F(ModelLoadingTest, OnlyTheFirstInputIsLookedAt) {
+TEST_F(ModelLoadingTest, OnlyTheFirstInputIsChecked) {
     target_.inputs.push_back(tensorOf(TensorShape(1, -1), "second"));
     target_.inputs.push_back(tensorOf(TensorShape(0), "third"));
     EXPECT_THAT(load(), IsOk());
 }
 
-TEST_F(ModelLoadingTest, TheListsOfNamesAreNotLookedAt) {
+TEST_F(ModelLoadingTest, TheNameListsAreNotChecked) {
     target_.inputNames.clear();
     target_.outputNames.clear();
     EXPECT_THAT(load(), IsOk());
 }
 
-TEST_F(ModelLoadingTest, APreparationThatFailsStopsTheLoading) {
+TEST_F(ModelLoadingTest, AFailedPreparationStopsLoading) {
     model_.prepareAnswer = {OUT_OF_RANGE, "not prepared"};
     EXPECT_THAT(load(), IsStatus(OUT_OF_RANGE, "not prepared"));
     EXPECT_THAT(model_.calls, ElementsAre("prepare"));
     EXPECT_FALSE(model_.isLoaded());
 }
 
-TEST_F(ModelLoadingTest, ATargetWithoutComponentsIsRefusedBehindThePreparation) {
+TEST_F(ModelLoadingTest, ATargetWithoutComponentsIsRefusedAfterPreparation) {
     target_.components.clear();
     EXPECT_THAT(load(), IsStatus(MODEL_METADATA_ERROR, "No model component found"));
     EXPECT_THAT(model_.calls, ElementsAre("prepare"));
@@ -159,14 +159,14 @@ TEST_F(ModelLoadingTest, ATargetWithoutComponentsLeavesALoadedModelLoaded) {
     EXPECT_TRUE(model_.isLoaded());
 }
 
-TEST_F(ModelLoadingTest, AnEngineThatFailsGivesItsAnswerAndTheModelIsNotLoaded) {
+TEST_F(ModelLoadingTest, AnEngineFailureIsReturnedAndTheModelIsNotLoaded) {
     load();
     model_.loadAnswer = {FILE_ERROR, "no such file"};
     EXPECT_THAT(load(), IsStatus(FILE_ERROR, "no such file"));
     EXPECT_FALSE(model_.isLoaded());
 }
 
-TEST_F(ModelLoadingTest, ASuccessWithATextIsHandedOn) {
+TEST_F(ModelLoadingTest, ASuccessWithATextIsPassedOn) {
     model_.loadAnswer = {SUCCESS, "with a remark"};
     EXPECT_THAT(load(), IsStatus(SUCCESS, "with a remark"));
     EXPECT_TRUE(model_.isLoaded());
@@ -185,7 +185,7 @@ TEST_F(ModelLoadingTest, TheEngineMayReleaseTheMetadataWhileItLoads) {
     EXPECT_EQ(model_.components.size(), 2U);
 }
 
-TEST_F(ModelLoadingTest, ReleasingTheMetadataForgetsThatTheModelIsLoaded) {
+TEST_F(ModelLoadingTest, ReleasingTheMetadataMarksTheModelNotLoaded) {
     load();
     model_.releaseMetadata();
     EXPECT_EQ(model_.getMetadata(), nullptr);
@@ -221,7 +221,7 @@ TEST_F(ManifestLoadingTest, ReadsTheManifestIntoTheStoredMetadataAndLoads) {
     EXPECT_TRUE(model_.isLoaded());
 }
 
-TEST_F(ManifestLoadingTest, AManifestThatCannotBeReadGivesTheMetadatasAnswer) {
+TEST_F(ManifestLoadingTest, AnUnreadableManifestReturnsTheMetadatasStatus) {
     model_.load(metadataOf(ModelTarget()));
     EXPECT_THAT(model_.load(Filepath(directory_.entry("missing.json"))),
                 IsStatus(MODEL_METADATA_ERROR,
@@ -229,7 +229,7 @@ TEST_F(ManifestLoadingTest, AManifestThatCannotBeReadGivesTheMetadatasAnswer) {
     EXPECT_THAT(model_.calls, IsEmpty());
 }
 
-TEST_F(ManifestLoadingTest, AManifestWithoutTargetsGivesTheMetadatasAnswer) {
+TEST_F(ManifestLoadingTest, AManifestWithoutTargetsReturnsTheMetadatasStatus) {
     model_.load(metadataOf(completeTarget()));
     model_.calls.clear();
     EXPECT_THAT(model_.load(manifest("{}")),
@@ -237,7 +237,7 @@ TEST_F(ManifestLoadingTest, AManifestWithoutTargetsGivesTheMetadatasAnswer) {
     EXPECT_THAT(model_.calls, IsEmpty());
 }
 
-TEST_F(ManifestLoadingTest, WithoutStoredMetadataItIsRefused) {
+TEST_F(ManifestLoadingTest, IsRefusedWithoutStoredMetadata) {
     EXPECT_THAT(model_.load(manifest("{}")),
                 IsStatusWith(INVALID_ARGUMENTS, ::testing::Not(IsEmpty())));
     EXPECT_THAT(model_.calls, IsEmpty());

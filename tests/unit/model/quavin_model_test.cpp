@@ -21,7 +21,7 @@ using testing::IsOk;
 using testing::IsStatus;
 using testing::RecordingModel;
 
-/// A model that leaves the preparation to its base.
+/// A model that leaves preparation to its base class.
 class UnpreparedModel : public QuavinModel {
 public:
     UnpreparedModel() : QuavinModel("unprepared", QuavinModelType::Openvino) {}
@@ -52,24 +52,24 @@ TEST(QuavinModelTest, TakesItsTypeFromADevice) {
     EXPECT_EQ(model.getModelType(), QuavinModelType::MockML);
 }
 
-TEST(QuavinModelTest, ANullDeviceGivesNoPreference) {
+TEST(QuavinModelTest, ANullDeviceGivesAnUndefinedType) {
     const RecordingModel model("a name", static_cast<Device*>(nullptr));
     EXPECT_EQ(model.getModelType(), QuavinModelType::Undefined);
 }
 
-TEST(QuavinModelTest, BeginsWithoutMetadataAndAccountAndNotLoaded) {
+TEST(QuavinModelTest, StartsNotLoadedWithoutMetadataOrAccount) {
     const RecordingModel model;
     EXPECT_EQ(model.getMetadata(), nullptr);
     EXPECT_EQ(model.getRuntimeStatus(), nullptr);
     EXPECT_FALSE(model.isLoaded());
 }
 
-TEST(QuavinModelTest, GivesOutFurtherSharedReferences) {
+TEST(QuavinModelTest, SupportsSharedFromThis) {
     const std::shared_ptr<QuavinModel> model = std::make_shared<RecordingModel>();
     EXPECT_EQ(model->shared_from_this(), model);
 }
 
-TEST(QuavinModelTest, PreparingSucceedsWhereAnEngineDoesNotOverrideIt) {
+TEST(QuavinModelTest, PreparingSucceedsUnlessAnEngineOverridesIt) {
     EXPECT_THAT(UnpreparedModel().prepareImpl(), IsOk());
 }
 
@@ -86,7 +86,7 @@ TEST(QuavinModelTest, TargetMetadataIsACopyOfTheTargetOfItsType) {
     EXPECT_EQ(model.getTargetMetadata().components.size(), 2U);
 }
 
-TEST(QuavinModelTest, TargetMetadataIsEmptyWhereThereIsNoTargetOfItsType) {
+TEST(QuavinModelTest, TargetMetadataIsEmptyWithoutATargetOfItsType) {
     RecordingModel model;
     const auto metadata = metadataOf(completeTarget(), QuavinModelType::MockML);
     model.load(metadata);
@@ -108,8 +108,8 @@ TEST(QuavinModelTest, TargetMetadataIsEmptyWithoutMetadata) {
     EXPECT_THAT(model.getTargetMetadata().components, IsEmpty());
 }
 
-// Models of the engine are asked in the tests of the engine.
-TEST(QuavinModelTest, EngineInfoNeedsALoadedModelThatKnows) {
+// The engine's own models are covered by the engine's tests.
+TEST(QuavinModelTest, EngineInfoNeedsALoadedModelThatProvidesIt) {
     RecordingModel model;
     EngineInfo info;
     info.device = "as it was";
@@ -127,7 +127,7 @@ protected:
     RecordingModel::Features outputs_;
 };
 
-TEST_F(PredictTest, ForwardsOnceWithTheVeryArguments) {
+TEST_F(PredictTest, ForwardsOnceWithTheSameArguments) {
     model_.predictAnswer = {OUT_OF_RANGE, "the engine's answer"};
     EXPECT_THAT(model_.predict(inputs_, outputs_, 42),
                 IsStatus(OUT_OF_RANGE, "the engine's answer"));
@@ -137,12 +137,12 @@ TEST_F(PredictTest, ForwardsOnceWithTheVeryArguments) {
     EXPECT_EQ(model_.option, 42);
 }
 
-TEST_F(PredictTest, TheOptionIsZeroWhereItIsLeftOut) {
+TEST_F(PredictTest, TheOptionDefaultsToZero) {
     EXPECT_THAT(model_.predict(inputs_, outputs_), IsOk());
     EXPECT_EQ(model_.option, 0);
 }
 
-TEST_F(PredictTest, AddsNoCheckOfItsOwn) {
+TEST_F(PredictTest, AddsNoChecks) {
     inputs_ = {nullptr};
     EXPECT_FALSE(model_.isLoaded());
     EXPECT_THAT(model_.predict(inputs_, outputs_), IsOk());
@@ -155,7 +155,7 @@ TEST_F(PredictTest, LetsTheEnginesExceptionsThrough) {
                                                 ML_FRAMEWORK_ERROR, "engine trouble");
 }
 
-TEST_F(PredictTest, MayBeCalledOnAConstantModel) {
+TEST_F(PredictTest, CanBeCalledOnAConstModel) {
     EXPECT_THAT(std::as_const(model_).predict(inputs_, outputs_), IsOk());
 }
 

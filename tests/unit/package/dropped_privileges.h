@@ -6,8 +6,8 @@
 
 namespace VelmoraQuavin::testing {
 
-/// Lets a test that runs as root meet missing permissions: the process is nobody meanwhile.
-/// Does nothing for other users.
+/// Lets a test that runs as root encounter missing permissions: while this object lives, the
+/// process runs as nobody. Does nothing for other users.
 class DroppedPrivileges {
 public:
     DroppedPrivileges() : isRoot_(::geteuid() == 0) {
@@ -18,7 +18,7 @@ public:
     DroppedPrivileges(const DroppedPrivileges&) = delete;
     DroppedPrivileges& operator=(const DroppedPrivileges&) = delete;
     ~DroppedPrivileges() {
-        // Back from nobody to the real user, which is always allowed.
+        // Switching back to the real user is always allowed.
         if (isRoot_ && ::seteuid(0) != 0) {
             ::_exit(1);
         }

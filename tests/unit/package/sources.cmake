@@ -2,7 +2,7 @@ if(WIN32)
   set(system_tests path/file_utils_windows_test.cpp archive/tar_unbounded_failures_windows_test.cpp
                    archive/tar_write_failures_windows_test.cpp)
 else()
-  # Links, pipes, permissions and file limits as POSIX has them.
+  # POSIX links, pipes, permissions and file size limits.
   set(system_tests
       path/file_utils_posix_test.cpp archive/tar_bounded_posix_test.cpp archive/tar_on_disk_posix_test.cpp
       archive/tar_unbounded_failures_posix_test.cpp archive/tar_write_failures_posix_test.cpp)
@@ -38,6 +38,7 @@ quavin_unit_test(
   manifest/manifest_features_test.cpp
   manifest/manifest_file_test.cpp
   manifest/manifest_identity_test.cpp
+  manifest/manifest_in_memory_test.cpp
   manifest/manifest_image_test.cpp
   manifest/manifest_nesting_test.cpp
   manifest/manifest_path_test.cpp

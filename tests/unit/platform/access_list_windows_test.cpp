@@ -1,10 +1,10 @@
-// Whom an access list in memory lets read: the lists are laid out by hand, so that none depends on
-// what a file system keeps of them.
+// Whom an access list in memory allows to read or change a file. The lists are laid out by hand, so
+// that none depends on what a file system preserves of them.
 
 #include "platform/windows/access_list.h"
 
 #include <gtest/gtest.h>
-// Behind windows.h, which it needs.
+// After windows.h, which it needs.
 #include <sddl.h>
 
 #include <cstddef>
@@ -20,7 +20,7 @@ namespace {
 
 using Bytes = std::vector<unsigned char>;
 
-// The types that an entry may have, by their numbers.
+// The numbers of the types that an entry may have.
 constexpr unsigned char kAllowed = 0;
 constexpr unsigned char kDenied = 1;
 constexpr unsigned char kAllowedCompound = 4;
@@ -32,7 +32,7 @@ constexpr unsigned char kAllowedCallbackObject = 11;
 constexpr unsigned char kDeniedCallbackObject = 12;
 constexpr unsigned char kLaterThanAllKnown = 0x7F;
 
-constexpr unsigned char kHandedDown = 0x10;
+constexpr unsigned char kInherited = 0x10;
 constexpr unsigned char kInheritOnly = 0x08;
 
 constexpr DWORD kReadData = 0x00000001;
@@ -90,7 +90,7 @@ void append(Bytes& bytes, const Entry& entry) {
     bytes.insert(bytes.end(), rest.begin(), rest.end());
 }
 
-// The fourth revision is the one that may have every type of entry.
+// Revision 4 allows every type of entry.
 Bytes listOf(const std::vector<Entry>& entries) {
     Bytes body;
     for (const Entry& entry : entries) {
@@ -118,15 +118,15 @@ struct Row {
 
 class AccessListEntry : public ::testing::TestWithParam<Row> {};
 
-TEST_P(AccessListEntry, LetsOthersReadOrNot) {
+TEST_P(AccessListEntry, DecidesWhetherOthersMayRead) {
     const Row& row = GetParam();
     EXPECT_EQ(othersMayReadBy({row.entry}), row.others);
-    // Whatever stands in front of it.
+    // Another entry before it makes no difference.
     EXPECT_EQ(othersMayReadBy({{kAllowed, 0, kEverything, kUser}, row.entry}), row.others);
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Of, AccessListEntry,
+    ExaminedTypes, AccessListEntry,
     ::testing::Values(
         Row{"TheUser", {kAllowed, 0, kEverything, kUser}, false},
         Row{"TheOwner", {kAllowed, 0, kEverything, kOwner}, false},
@@ -137,7 +137,7 @@ INSTANTIATE_TEST_SUITE_P(
         Row{"Users", {kAllowed, 0, kEverything, kUsers}, true},
         Row{"AuthenticatedUsers", {kAllowed, 0, kEverything, kAuthenticatedUsers}, true},
         Row{"Everyone", {kAllowed, 0, kEverything, kEveryone}, true},
-        Row{"HandedDown", {kAllowed, kHandedDown, kEverything, kEveryone}, true},
+        Row{"Inherited", {kAllowed, kInherited, kEverything, kEveryone}, true},
         Row{"InheritOnly", {kAllowed, kInheritOnly, kEverything, kEveryone}, false},
         Row{"ReadData", {kAllowed, 0, kReadData, kUsers}, true},
         Row{"GenericRead", {kAllowed, 0, kGenericRead, kUsers}, true},
@@ -154,9 +154,10 @@ INSTANTIATE_TEST_SUITE_P(
         Row{"CallbackAllButReading", {kAllowedCallback, 0, kAllButReading, kUsers}, false}),
     testing::CaseName());
 
-// Whom these name is not looked at, so that even the user's count as others'.
+// The identifiers in entries of these types are not examined, so that even the user's own entries
+// count as others'.
 INSTANTIATE_TEST_SUITE_P(
-    OfATypeNotLookedInto, AccessListEntry,
+    UnexaminedTypes, AccessListEntry,
     ::testing::Values(
         Row{"Object", {kAllowedObject, 0, kReadData, kUser}, true},
         Row{"ObjectAllButReading", {kAllowedObject, 0, kAllButReading, kUsers}, false},
@@ -166,29 +167,29 @@ INSTANTIATE_TEST_SUITE_P(
         Row{"Later", {kLaterThanAllKnown, 0, kGenericAll, kUser}, true}),
     testing::CaseName());
 
-TEST(AccessList, ThatIsEmptyLetsNobodyRead) {
+TEST(AccessList, AnEmptyListLetsNobodyRead) {
     EXPECT_FALSE(othersMayReadBy({}));
 }
 
-TEST(AccessList, ThatIsNotThereLetsEverybodyRead) {
+TEST(AccessList, AMissingListLetsEverybodyRead) {
     EXPECT_TRUE(
         othersMay(Access::kRead, nullptr, identifier(kOwner).data(), identifier(kUser).data()));
 }
 
-TEST(AccessList, OfAFileWithoutAnOwnerCannotBeTold) {
+TEST(AccessList, AFileWithoutAnOwnerCountsAsReadableByOthers) {
     Bytes list = listOf({{kAllowed, 0, kEverything, kUser}});
     EXPECT_TRUE(othersMay(Access::kRead, reinterpret_cast<ACL*>(list.data()), nullptr,
                           identifier(kUser).data()));
 }
 
-TEST(AccessList, ThatEndsInsideItsLastEntryCannotBeTold) {
+TEST(AccessList, AListThatEndsInsideAnEntryCountsAsReadableByOthers) {
     Bytes list = listOf({{kAllowed, 0, kEverything, kUser}});
     list[10] = static_cast<unsigned char>(list[10] + 4);  // the entry's size
     EXPECT_TRUE(othersMay(Access::kRead, reinterpret_cast<ACL*>(list.data()),
                           identifier(kOwner).data(), identifier(kUser).data()));
 }
 
-TEST(AccessList, LetsWhoeverMayChangeTheFileOrTheListChangeIt) {
+TEST(AccessList, AnyRightToChangeTheFileOrItsListCountsAsChange) {
     const std::vector<DWORD> masks = {0x2, 0x4, 0x40000, 0x80000, 0x40000000, kGenericAll};
     for (const DWORD mask : masks) {
         Bytes list = listOf({{kAllowed, 0, mask, kUsers}});
@@ -198,7 +199,7 @@ TEST(AccessList, LetsWhoeverMayChangeTheFileOrTheListChangeIt) {
     }
 }
 
-TEST(AccessList, ThatLetsOthersReadAloneDoesNotLetThemChange) {
+TEST(AccessList, ReadAccessAloneDoesNotLetOthersChange) {
     Bytes list = listOf({{kAllowed, 0, kReadData, kEveryone},
                          {kAllowed, 0, kGenericRead, kUsers},
                          {kDenied, 0, kEverything, kEveryone},

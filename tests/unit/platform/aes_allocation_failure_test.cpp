@@ -1,4 +1,4 @@
-// Failures of cryptography: each of its allocations fails once.
+// Each allocation that decryption makes fails once.
 
 #include <gtest/gtest.h>
 
@@ -17,8 +17,8 @@ using testing::grantAllAesAllocations;
 using testing::hostSeesNoAesError;
 using testing::kLeastAesAllocations;
 
-// Runs `decrypt` with ever more allocations granted until it succeeds; every run before that one
-// must fail without a text. Returns how many failed.
+// Runs `decrypt` with one more allocation granted each time until it succeeds; every run before
+// that must fail without a message. Returns how many failed.
 template <typename Decrypt>
 int countFailures(Decrypt decrypt) {
     for (int granted = 0; granted < 1000; ++granted) {
@@ -41,7 +41,7 @@ protected:
         : key_(testing::randomBytes(16, 1)),
           plaintext_(testing::randomBytes(20'000, 2)),
           component_(testing::secure(plaintext_, key_)) {
-        // What the library sets up once is not a call's failure.
+        // The library's one-time setup must not count as a failure of a call.
         testing::decryptApart(component_, key_);
     }
 
@@ -55,7 +55,7 @@ protected:
     Bytes component_;
 };
 
-TEST_F(AesAllocationFailure, IsAFailureWithoutPlaintextApart) {
+TEST_F(AesAllocationFailure, LeavesNoPlaintextInSeparateMemory) {
     ASSERT_TRUE(canFailAesAllocations());
     Bytes output(plaintext_.size());
     const int failures = countFailures([&] {
@@ -66,7 +66,7 @@ TEST_F(AesAllocationFailure, IsAFailureWithoutPlaintextApart) {
     EXPECT_EQ(output, plaintext_);
 }
 
-TEST_F(AesAllocationFailure, IsAFailureThatLeavesTheComponentInPlace) {
+TEST_F(AesAllocationFailure, LeavesTheComponentUnchangedInPlace) {
     ASSERT_TRUE(canFailAesAllocations());
     Bytes buffer = component_;
     const int failures = countFailures([&] {

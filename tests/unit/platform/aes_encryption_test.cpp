@@ -11,7 +11,7 @@ namespace {
 
 using Bytes = std::vector<unsigned char>;
 
-// The example of AES-128 in cipher-block chaining in NIST SP 800-38A, F.2.1.
+// The AES-128 CBC example from NIST SP 800-38A, F.2.1.
 const Bytes kKey = {0x2b, 0x7e, 0x15, 0x16, 0x28, 0xae, 0xd2, 0xa6,
                     0xab, 0xf7, 0x15, 0x88, 0x09, 0xcf, 0x4f, 0x3c};
 const Bytes kVector = {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15};
@@ -22,7 +22,7 @@ const Bytes kCipher = {0x76, 0x49, 0xab, 0xac, 0x81, 0x19, 0xb2, 0x46, 0xce, 0xe
                        0x9b, 0x12, 0xe9, 0x19, 0x7d, 0x50, 0x86, 0xcb, 0x9b, 0x50, 0x72,
                        0x19, 0xee, 0x95, 0xdb, 0x11, 0x3a, 0x91, 0x76, 0x78, 0xb2};
 
-TEST(AesEncryption, GivesThePublishedCiphertext) {
+TEST(AesEncryption, ReturnsThePublishedCiphertext) {
     Bytes output(kPlain.size());
     ASSERT_TRUE(
         encryptAes128Cbc(kPlain.data(), kPlain.size(), kVector.data(), output.data(), kKey.data()));
@@ -36,19 +36,19 @@ TEST(AesEncryption, WorksInPlace) {
     EXPECT_EQ(bytes, kCipher);
 }
 
-TEST(AesEncryption, OfNothingWritesNothing) {
+TEST(AesEncryption, EmptyInputWritesNothing) {
     unsigned char untouched = 0xA5;
     EXPECT_TRUE(encryptAes128Cbc(kPlain.data(), 0, kVector.data(), &untouched, kKey.data()));
     EXPECT_EQ(untouched, 0xA5);
 }
 
-TEST(AesEncryption, OfAPartOfABlockFails) {
+TEST(AesEncryption, APartialBlockFails) {
     Bytes output(kPlain.size());
     EXPECT_FALSE(encryptAes128Cbc(kPlain.data(), 15, kVector.data(), output.data(), kKey.data()));
 }
 
-TEST(RandomBytes, FillAllOfTheMemoryAndNothingElse) {
-    // Each byte stays zero in all of twenty rounds with a probability of 256^-20.
+TEST(RandomBytes, FillTheMemoryAndNothingElse) {
+    // A byte stays zero in all twenty rounds with a probability of 256^-20.
     std::array<unsigned char, 34> seen{};
     for (int round = 0; round < 20; ++round) {
         std::array<unsigned char, 34> memory{};

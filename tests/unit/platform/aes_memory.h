@@ -2,18 +2,18 @@
 
 namespace VelmoraQuavin::testing {
 
-/// The memory that decryption takes, which differs from system to system.
+/// Controls the memory that decryption allocates, which differs between systems.
 
 /// Whether its allocations can be made to fail.
 bool canFailAesAllocations();
-/// Lets so many more allocations succeed, and all behind them fail.
+/// Lets `count` more allocations succeed and all later ones fail.
 void grantAesAllocations(int count);
 /// Lets every allocation succeed again.
 void grantAllAesAllocations();
-/// A decryption takes no fewer allocations that can fail.
+/// The least number of allocations in a decryption that can fail.
 extern const int kLeastAesAllocations;
 
-/// Whether the host's own list of cryptographic errors, where the system has one, is empty.
+/// Whether the host's own list of cryptographic errors, if the system has one, is empty.
 bool hostSeesNoAesError();
 
 }  // namespace VelmoraQuavin::testing

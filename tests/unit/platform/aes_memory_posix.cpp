@@ -1,4 +1,4 @@
-// Where the crypto library takes its memory from can be set.
+// The crypto library lets a program replace its allocator.
 
 #include <openssl/crypto.h>
 #include <openssl/err.h>
@@ -33,7 +33,7 @@ void release(void* memory, const char* /*file*/, int /*line*/) {
     std::free(memory);
 }
 
-// OpenSSL takes allocators only before its first allocation.
+// OpenSSL accepts an allocator only before its first allocation.
 const bool kInstalled = CRYPTO_set_mem_functions(allocate, reallocate, release) == 1;
 
 }  // namespace

@@ -1,5 +1,5 @@
-// The scratch of a decryption is an array of bytes, of the form that may fail without an exception.
-// Replaces the global operators, for this whole program.
+// Decryption allocates its scratch memory with the array form of new that does not throw. Replaces
+// the global operators for this whole program.
 
 #include <algorithm>
 #include <atomic>
@@ -26,7 +26,7 @@ void* allocate(std::size_t size) noexcept {
     return block;
 }
 
-void* allocateWhereGranted(std::size_t size) noexcept {
+void* allocateIfGranted(std::size_t size) noexcept {
     const int left = allocationsLeft.load();
     if (left > 0) {
         allocationsLeft = left - 1;
@@ -97,7 +97,7 @@ void AesScratchWatch::isFreed(const void* block) noexcept {
 }  // namespace VelmoraQuavin::testing
 
 using VelmoraQuavin::testing::allocate;
-using VelmoraQuavin::testing::allocateWhereGranted;
+using VelmoraQuavin::testing::allocateIfGranted;
 using VelmoraQuavin::testing::orThrow;
 using VelmoraQuavin::testing::release;
 
@@ -108,7 +108,7 @@ void* operator new[](std::size_t size) {
     return orThrow(allocate(size));
 }
 void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
-    return allocateWhereGranted(size);
+    return allocateIfGranted(size);
 }
 void operator delete(void* block) noexcept {
     release(block);

@@ -4,21 +4,21 @@
 
 namespace VelmoraQuavin::testing {
 
-/// Watches the large blocks of the global operators: what a decryption takes for itself. One at a
-/// time, and one block at a time.
+/// Watches the large blocks that the global operators allocate: the scratch memory of a decryption.
+/// Only one instance may exist, and it watches one block at a time.
 class AesScratchWatch {
 public:
-    /// @param least bytes from which on a block is large.
+    /// @param least the number of bytes from which a block counts as large.
     explicit AesScratchWatch(std::size_t least);
     AesScratchWatch(const AesScratchWatch&) = delete;
     AesScratchWatch& operator=(const AesScratchWatch&) = delete;
     ~AesScratchWatch();
 
-    /// How many large blocks were made.
+    /// How many large blocks were allocated.
     int made() const { return made_; }
     /// The size of the last one.
     std::size_t size() const { return size_; }
-    /// Whether the last one was freed, and held nothing but zeros then.
+    /// Whether the last one was freed and held nothing but zeros at that time.
     bool wasWiped() const { return wiped_; }
 
     /// Called by the operators.

@@ -12,7 +12,7 @@ namespace {
 
 using testing::Bytes;
 
-// Whether any whole block of `plaintext` stands anywhere in `memory`.
+// Whether any whole block of `plaintext` occurs anywhere in `memory`.
 bool holdsBlockOf(const Bytes& plaintext, const Bytes& memory) {
     for (std::size_t block = 0; block + kAesBlockSize <= plaintext.size(); block += kAesBlockSize) {
         const auto begin = plaintext.begin() + static_cast<std::ptrdiff_t>(block);
@@ -24,10 +24,10 @@ bool holdsBlockOf(const Bytes& plaintext, const Bytes& memory) {
     return false;
 }
 
-// A component whose ciphertext ends inside a block, after several chunks that decrypt well.
-class CutCiphertext : public ::testing::Test {
+// A component whose ciphertext ends inside a block, after several chunks that decrypt correctly.
+class TruncatedCiphertext : public ::testing::Test {
 protected:
-    CutCiphertext()
+    TruncatedCiphertext()
         : key_(testing::randomBytes(kAesKeySize, 1)),
           plaintext_(testing::randomBytes(20'480, 2)),
           component_(testing::secure(plaintext_, key_)) {
@@ -39,20 +39,20 @@ protected:
     Bytes component_;
 };
 
-TEST_F(CutCiphertext, LeavesNoPlaintextApart) {
+TEST_F(TruncatedCiphertext, LeavesNoPlaintextInSeparateMemory) {
     Bytes output(plaintext_.size(), 0xA5);
     EXPECT_FALSE(
         decryptAes128Cbc(component_.data(), component_.size(), output.data(), key_.data()));
     EXPECT_FALSE(holdsBlockOf(plaintext_, output));
 }
 
-TEST_F(CutCiphertext, LeavesNoPlaintextInPlace) {
+TEST_F(TruncatedCiphertext, LeavesNoPlaintextInPlace) {
     EXPECT_FALSE(
         decryptAes128Cbc(component_.data(), component_.size(), component_.data(), key_.data()));
     EXPECT_FALSE(holdsBlockOf(plaintext_, component_));
 }
 
-TEST_F(CutCiphertext, LeavesNoPlaintextOverTheCiphertext) {
+TEST_F(TruncatedCiphertext, LeavesNoPlaintextOverTheCiphertext) {
     const std::size_t length = component_.size();
     component_.resize(length + kAesBlockSize);
     EXPECT_FALSE(decryptAes128Cbc(component_.data(), length, component_.data() + kAesBlockSize + 1,
@@ -60,7 +60,7 @@ TEST_F(CutCiphertext, LeavesNoPlaintextOverTheCiphertext) {
     EXPECT_FALSE(holdsBlockOf(plaintext_, component_));
 }
 
-TEST(DecryptAes128Cbc, TakesASingleBlock) {
+TEST(DecryptAes128Cbc, DecryptsASingleBlock) {
     const Bytes key = testing::randomBytes(kAesKeySize, 1);
     const Bytes plaintext = testing::randomBytes(kAesBlockSize, 2);
     Bytes component = testing::secure(plaintext, key);

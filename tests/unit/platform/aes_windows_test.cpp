@@ -1,5 +1,5 @@
-// How decryption uses the system's cryptography: what memory it takes for itself, and that it gives
-// everything back.
+// How decryption uses the system's cryptography: what memory it allocates, and that it releases
+// everything.
 
 #include <gtest/gtest.h>
 #include <windows.h>
@@ -46,8 +46,8 @@ protected:
 
 using AesScratch = AesOfWindows;
 
-// The test can fail.
-TEST_F(AesScratch, BlocksThatAreNotWipedAreSeen) {
+// Shows that the check can fail.
+TEST_F(AesScratch, UnwipedBlocksAreDetected) {
     const AesScratchWatch watch(100);
     { const Bytes small(99, 1); }
     EXPECT_EQ(watch.made(), 0);
@@ -60,7 +60,7 @@ TEST_F(AesScratch, BlocksThatAreNotWipedAreSeen) {
     EXPECT_TRUE(watch.wasWiped());
 }
 
-TEST_F(AesScratch, IsOneBlockOfTheInputsLengthThatIsWiped) {
+TEST_F(AesScratch, OneBlockOfTheInputsLengthIsUsedAndWiped) {
     const AesScratchWatch watch(kSize / 20);
     ASSERT_TRUE(decrypt());
     EXPECT_EQ(watch.made(), 1);
@@ -69,14 +69,14 @@ TEST_F(AesScratch, IsOneBlockOfTheInputsLengthThatIsWiped) {
     EXPECT_EQ(output_, plaintext_);
 }
 
-TEST_F(AesScratch, IsWipedWhereDecryptionFails) {
+TEST_F(AesScratch, TheBlockIsWipedIfDecryptionFails) {
     const AesScratchWatch watch(kSize / 20);
     ASSERT_FALSE(decrypt(component_.size() - 8));
     EXPECT_EQ(watch.made(), 1);
     EXPECT_TRUE(watch.wasWiped());
 }
 
-TEST_F(AesScratch, ThatCannotBeHadIsAFailureThatLeavesTheOutputAlone) {
+TEST_F(AesScratch, AFailedAllocationLeavesTheOutputUntouched) {
     testing::grantAesAllocations(0);
     const bool decrypted = decrypt();
     testing::grantAllAesAllocations();
@@ -86,7 +86,7 @@ TEST_F(AesScratch, ThatCannotBeHadIsAFailureThatLeavesTheOutputAlone) {
 
 using AesLength = AesOfWindows;
 
-TEST_F(AesLength, ThatIsNoMultipleOfABlockIsAFailureThatLeavesTheOutputAlone) {
+TEST_F(AesLength, APartialBlockFailsAndLeavesTheOutputUntouched) {
     for (std::size_t cut = 1; cut < kAesBlockSize; ++cut) {
         EXPECT_FALSE(decrypt(component_.size() - cut)) << cut;
     }
@@ -94,15 +94,15 @@ TEST_F(AesLength, ThatIsNoMultipleOfABlockIsAFailureThatLeavesTheOutputAlone) {
     EXPECT_TRUE(decrypt());
 }
 
-// Its count of bytes has 32 bits: a longer input must not be taken for the rest of a division.
-TEST_F(AesLength, OfMoreThanTheSystemTakesIsAFailureThatLeavesTheOutputAlone) {
+// The system counts bytes in 32 bits: a longer length must not be cut to its low 32 bits.
+TEST_F(AesLength, MoreThanTheSystemAcceptsFailsAndLeavesTheOutputUntouched) {
     const AesScratchWatch watch(kSize / 20);
     EXPECT_FALSE(decrypt((std::size_t{1} << 32) + component_.size()));
     EXPECT_EQ(watch.made(), 0);
     EXPECT_TRUE(outputIsUntouched());
 }
 
-// Bytes that the process's heap has given away, as far as it can be walked.
+// The bytes allocated from the process's heap, as far as it can be walked.
 std::size_t heapInUse() {
     const HANDLE heap = ::GetProcessHeap();
     std::size_t bytes = 0;
@@ -115,7 +115,7 @@ std::size_t heapInUse() {
     return bytes;
 }
 
-// The test can fail.
+// Shows that the check can fail.
 TEST(HeapInUse, GrowsWithABlock) {
     constexpr std::size_t kBlock = 5000;
     const std::size_t before = heapInUse();
@@ -125,7 +125,7 @@ TEST(HeapInUse, GrowsWithABlock) {
     EXPECT_LT(heapInUse(), before + kBlock);
 }
 
-TEST_F(AesOfWindows, KeepsNoHandleAndNoMemory) {
+TEST_F(AesOfWindows, LeaksNoHandleAndNoMemory) {
     constexpr int kCalls = 1000;
     const auto call = [&] {
         EXPECT_TRUE(decrypt());
@@ -135,14 +135,14 @@ TEST_F(AesOfWindows, KeepsNoHandleAndNoMemory) {
         testing::grantAllAesAllocations();
         EXPECT_FALSE(decrypted);
     };
-    call();  // what the system sets up once
+    call();  // the system's one-time setup
     const std::size_t handles = testing::openFiles();
     const std::size_t memory = heapInUse();
     for (int i = 0; i < kCalls; ++i) {
         call();
     }
     EXPECT_EQ(testing::openFiles(), handles);
-    // A key's object takes hundreds of bytes, and no block takes less than eight.
+    // A key object takes hundreds of bytes, and no block takes less than eight.
     EXPECT_LT(heapInUse(), memory + kCalls * 8);
 }
 

@@ -13,7 +13,7 @@ namespace {
 
 using ::testing::HasSubstr;
 
-// The request says what to do.
+// Does what the request says.
 std::string work(std::string_view request) {
 #if defined(_WIN32)
     if (request == "crash") {
@@ -21,7 +21,7 @@ std::string work(std::string_view request) {
         *nowhere = 1;
     }
 #else
-    // Sanitizers would report a real one first and end the process otherwise.
+    // A sanitizer would report a real crash itself and end the process in another way.
     if (request == "crash") {
         static_cast<void>(std::raise(SIGSEGV));
     }
@@ -48,7 +48,7 @@ std::string work(std::string_view request) {
     return "answer to " + std::string(request);
 }
 
-// Where the process is started anew, it begins here and not with the tests.
+// A child that is a newly started process does its work here and never runs the tests.
 const bool isParent = [] {
     if (const std::optional<int> status = serveAsChild(work)) {
         std::_Exit(*status);
@@ -56,14 +56,14 @@ const bool isParent = [] {
     return true;
 }();
 
-TEST(RunInChild, GivesTheAnswerOfTheWork) {
+TEST(RunInChild, ReturnsTheAnswerOfTheWork) {
     ASSERT_TRUE(isParent);
     const ChildResult result = runInChild(work, std::string_view("one\0two\xff\n", 9));
     EXPECT_EQ(result.problem, "");
     EXPECT_EQ(result.answer, std::string("answer to one\0two\xff\n", 19));
 }
 
-TEST(RunInChild, TakesRequestsUpToTheLimit) {
+TEST(RunInChild, AcceptsRequestsUpToTheLimit) {
     const std::string request(kLargestChildRequest, 'r');
     EXPECT_EQ(runInChild(work, request).answer, "answer to " + request);
 }
@@ -73,7 +73,7 @@ TEST(RunInChild, RefusesLongerRequests) {
     EXPECT_THROW(runInChild(work, request), std::runtime_error);
 }
 
-TEST(RunInChild, TellsOfACrash) {
+TEST(RunInChild, ReportsACrash) {
     const ChildResult result = runInChild(work, "crash");
     EXPECT_EQ(result.answer, "");
 #if defined(_WIN32)
@@ -84,15 +84,15 @@ TEST(RunInChild, TellsOfACrash) {
 }
 
 #if !defined(_WIN32)
-TEST(RunInChild, TellsOfAProcessThatWasKilledAsWhereMemoryRunsOut) {
+TEST(RunInChild, ReportsThatAKilledProcessMayHaveRunOutOfMemory) {
     EXPECT_EQ(runInChild(work, "kill").problem,
               "was ended by signal 9 (Killed), as the system does where memory runs out");
 }
 #endif
 
 #if !defined(_WIN32)
-// Programs inherit this, and the system then keeps no status of a child.
-TEST(RunInChild, GetsTheStatusWhereTheEndOfChildrenWasIgnored) {
+// Programs inherit this setting, and with it the system keeps no status of a child.
+TEST(RunInChild, GetsTheStatusEvenIfSigchldWasIgnored) {
     const auto before = std::signal(SIGCHLD, SIG_IGN);
     const std::string crashed = runInChild(work, "crash").problem;
     const std::string exited = runInChild(work, "exit").problem;
@@ -102,36 +102,36 @@ TEST(RunInChild, GetsTheStatusWhereTheEndOfChildrenWasIgnored) {
 }
 #endif
 
-TEST(RunInChild, TellsOfAnExit) {
+TEST(RunInChild, ReportsAnExit) {
     const ChildResult result = runInChild(work, "exit");
     EXPECT_EQ(result.answer, "");
     EXPECT_EQ(result.problem, "ended with status 3 and no answer");
 }
 
-TEST(RunInChild, TellsOfAnEndByAnException) {
+TEST(RunInChild, ReportsAnEndByAnException) {
     const ChildResult result = runInChild(work, "throw");
     EXPECT_EQ(result.answer, "");
     EXPECT_NE(result.problem, "");
 }
 
-TEST(RunInChild, TakesNoEmptyAnswer) {
+TEST(RunInChild, RefusesAnEmptyAnswer) {
     EXPECT_THAT(runInChild(work, "nothing").problem, HasSubstr("status 0 and no answer"));
 }
 
-TEST(RunInChild, TakesNoAnswerWithoutEnd) {
+TEST(RunInChild, RefusesAnEndlessAnswer) {
     const ChildResult result = runInChild(work, "too much");
     EXPECT_EQ(result.answer, "");
-    EXPECT_EQ(result.problem, "answered without end");
+    EXPECT_EQ(result.problem, "sent an endless answer");
 }
 
-TEST(RunInChild, KeepsWhatTheWorkPrintsOffStandardOutput) {
+TEST(RunInChild, KeepsWhatTheWorkPrintsOutOfStandardOutput) {
     ::testing::internal::CaptureStdout();
     const ChildResult result = runInChild(work, "print");
     EXPECT_EQ(::testing::internal::GetCapturedStdout(), "");
     EXPECT_EQ(result.answer, "answer to print");
 }
 
-TEST(RunInChild, DoesTheWorkAnewEachTime) {
+TEST(RunInChild, RunsTheWorkAfreshEachTime) {
     for (const char* const request : {"first", "crash", "second"}) {
         const ChildResult result = runInChild(work, request);
         EXPECT_EQ(result.problem.empty(), std::string(request) != "crash") << request;

@@ -12,7 +12,7 @@
 
 namespace VelmoraQuavin::internal::platform {
 
-/// A directory to write below, with an empty one beside it.
+/// A directory to write into, with an empty one beside it.
 class ConfinedDirectoryTest : public ::testing::Test {
 protected:
     using Names = ConfinedDirectory::Names;

@@ -1,6 +1,6 @@
-// Links that everyone may make, pipes, and the mask of a process's rights: what only POSIX systems
-// have. And directories that are moved meanwhile, which the emulator that the tests for Windows run
-// under loses track of.
+// What only POSIX systems have: links that anyone may create, pipes, and the umask. Also
+// directories that are moved meanwhile, which the emulator that runs the tests for Windows loses
+// track of.
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -20,7 +20,7 @@ using testing::kDirectoryInTree;
 using testing::linkInTree;
 using testing::TempDirectory;
 
-TEST(ConfinedDirectoryOpen, TakesALinkToADirectory) {
+TEST(ConfinedDirectoryOpen, AcceptsALinkToADirectory) {
     const TempDirectory temp;
     temp.write("folder/inner/file", "x");
     fs::create_directory_symlink("folder", temp.path() / "link");
@@ -28,7 +28,7 @@ TEST(ConfinedDirectoryOpen, TakesALinkToADirectory) {
     EXPECT_TRUE(ConfinedDirectory::open(temp.entry("link\\inner")).has_value());
 }
 
-TEST(ConfinedDirectoryOpen, TakesNoLinkToAnythingElseAndNoPipe) {
+TEST(ConfinedDirectoryOpen, RefusesOtherLinksAndPipes) {
     const TempDirectory temp;
     temp.write("file", "x");
     fs::create_symlink("file", temp.path() / "link");
@@ -39,7 +39,7 @@ TEST(ConfinedDirectoryOpen, TakesNoLinkToAnythingElseAndNoPipe) {
     }
 }
 
-TEST_F(ConfinedDirectoryTest, TellsOfLinksAndPipesInTheWay) {
+TEST_F(ConfinedDirectoryTest, ReportsLinksAndPipesInTheWay) {
     fs::create_directory_symlink("../outside", root() / "link");
     ASSERT_EQ(::mkfifo((root() / "fifo").c_str(), 0666), 0);
     const FileTree before = tree();
@@ -47,14 +47,14 @@ TEST_F(ConfinedDirectoryTest, TellsOfLinksAndPipesInTheWay) {
     EXPECT_EQ(confined_.createDirectories({"link", "new"}), "a symbolic link is in its way");
     EXPECT_EQ(write({"link", "new"}, "x"), "a symbolic link is in its way");
     EXPECT_EQ(write({"link"}, "x"), "a symbolic link is in its way");
-    EXPECT_EQ(write({"fifo"}, "x"), "something that is no plain file is in its way");
+    EXPECT_EQ(write({"fifo"}, "x"), "something that is not a regular file is in its way");
     EXPECT_EQ(confined_.createDirectories({"fifo"}),
-              "something that is no plain file is in its way");
+              "something that is not a regular file is in its way");
     EXPECT_EQ(tree(), before);
     EXPECT_TRUE(outsideIsEmpty());
 }
 
-TEST_F(ConfinedDirectoryTest, StaysAtTheTopAfterALink) {
+TEST_F(ConfinedDirectoryTest, StaysAtTheTopAfterARefusedLink) {
     fs::create_directory_symlink("../outside", root() / "link");
     EXPECT_NE(write({"link", "file"}, "x"), "");
     EXPECT_EQ(write({"file"}, "x"), "");
@@ -62,11 +62,11 @@ TEST_F(ConfinedDirectoryTest, StaysAtTheTopAfterALink) {
     EXPECT_TRUE(outsideIsEmpty());
 }
 
-TEST_F(ConfinedDirectoryTest, PassesNoLinkThatTakesADirectorysPlaceMeanwhile) {
+TEST_F(ConfinedDirectoryTest, DoesNotFollowALinkThatReplacesADirectoryMeanwhile) {
     EXPECT_EQ(write({"a", "1"}, "x"), "");
     fs::rename(root() / "a", root() / "moved");
     fs::create_directory_symlink("../outside", root() / "a");
-    // The directory that was entered, whatever it is called now.
+    // Written to the directory that was entered before, whatever its name is now.
     EXPECT_EQ(write({"a", "2"}, "x"), "");
     EXPECT_EQ(write({"a", "b", "3"}, "x"), "a symbolic link is in its way");
     EXPECT_EQ(tree(), (FileTree{{"a", linkInTree("../outside")},
@@ -76,7 +76,7 @@ TEST_F(ConfinedDirectoryTest, PassesNoLinkThatTakesADirectorysPlaceMeanwhile) {
     EXPECT_TRUE(outsideIsEmpty());
 }
 
-TEST_F(ConfinedDirectoryTest, StaysWhereItWasOpened) {
+TEST_F(ConfinedDirectoryTest, StaysInTheDirectoryThatWasOpened) {
     fs::rename(root(), temp_.path() / "moved");
     fs::create_directory_symlink("outside", root());
     EXPECT_EQ(write({"a", "file"}, "x"), "");
@@ -84,7 +84,7 @@ TEST_F(ConfinedDirectoryTest, StaysWhereItWasOpened) {
     EXPECT_TRUE(outsideIsEmpty());
 }
 
-TEST_F(ConfinedDirectoryTest, LeavesRightsToTheProcesssMask) {
+TEST_F(ConfinedDirectoryTest, PermissionsFollowTheUmask) {
     const mode_t previous = ::umask(027);
     const std::string problem = write({"folder", "file"}, "x");
     ::umask(previous);

@@ -18,14 +18,14 @@ using testing::FileTree;
 using testing::kDirectoryInTree;
 using testing::TempDirectory;
 
-TEST(ConfinedDirectoryOpen, TakesADirectory) {
+TEST(ConfinedDirectoryOpen, AcceptsADirectory) {
     const TempDirectory temp;
     EXPECT_TRUE(ConfinedDirectory::open(temp.text()).has_value());
     EXPECT_TRUE(ConfinedDirectory::open(temp.text() + "\\").has_value());
     EXPECT_TRUE(ConfinedDirectory::open(temp.text() + "/.").has_value());
 }
 
-TEST(ConfinedDirectoryOpen, TakesNothingElse) {
+TEST(ConfinedDirectoryOpen, RefusesAnythingElse) {
     const TempDirectory temp;
     temp.write("file", "x");
     for (const std::string name : {"missing", "missing\\child", "file", "file\\child"}) {
@@ -34,11 +34,11 @@ TEST(ConfinedDirectoryOpen, TakesNothingElse) {
     EXPECT_FALSE(ConfinedDirectory::open("").has_value());
 }
 
-TEST(ConfinedDirectoryOpen, ThrowsForWhatIsNotUtf8) {
+TEST(ConfinedDirectoryOpen, ThrowsForInvalidUtf8) {
     EXPECT_THROW(ConfinedDirectory::open("\xFF"), std::range_error);
 }
 
-TEST_F(ConfinedDirectoryTest, MakesDirectoriesAndWhatIsMissingAbove) {
+TEST_F(ConfinedDirectoryTest, CreatesDirectoriesAndTheirMissingParents) {
     EXPECT_EQ(confined_.createDirectories({"a", "b"}), "");
     EXPECT_EQ(confined_.createDirectories({"a", "c"}), "");
     EXPECT_EQ(confined_.createDirectories({"a"}), "");
@@ -47,7 +47,7 @@ TEST_F(ConfinedDirectoryTest, MakesDirectoriesAndWhatIsMissingAbove) {
         (FileTree{{"a", kDirectoryInTree}, {"a/b", kDirectoryInTree}, {"a/c", kDirectoryInTree}}));
 }
 
-TEST_F(ConfinedDirectoryTest, IsThereItself) {
+TEST_F(ConfinedDirectoryTest, EmptyNamesMeanTheDirectoryItself) {
     EXPECT_EQ(confined_.createDirectories({}), "");
     EXPECT_EQ(confined_.createDirectories({"a"}), "");
     EXPECT_EQ(confined_.createDirectories({}), "");
@@ -55,7 +55,7 @@ TEST_F(ConfinedDirectoryTest, IsThereItself) {
     EXPECT_EQ(tree(), (FileTree{{"a", kDirectoryInTree}, {"file", fileInTree("at the top")}}));
 }
 
-TEST_F(ConfinedDirectoryTest, WritesFilesHereAndThere) {
+TEST_F(ConfinedDirectoryTest, WritesFilesInSeveralDirectories) {
     EXPECT_EQ(write({"a", "b", "1"}, "one"), "");
     EXPECT_EQ(write({"2"}, "two"), "");
     EXPECT_EQ(write({"a", "3"}, "three"), "");
@@ -73,7 +73,7 @@ TEST_F(ConfinedDirectoryTest, WritesFilesHereAndThere) {
                                 {"b/6", fileInTree("six")}}));
 }
 
-TEST_F(ConfinedDirectoryTest, WritesEveryByteAndNone) {
+TEST_F(ConfinedDirectoryTest, WritesAnyBytesAndEmptyFiles) {
     const std::string bytes("a\0b\xFF\r\n\x1A", 7);
     EXPECT_EQ(write({"bytes"}, bytes), "");
     EXPECT_EQ(confined_.writeFile({"empty"}, nullptr, 0), "");
@@ -88,7 +88,7 @@ TEST_F(ConfinedDirectoryTest, ReplacesAFile) {
     EXPECT_EQ(temp_.read("outside/other"), "kept");
 }
 
-TEST_F(ConfinedDirectoryTest, TellsWhatIsInTheWay) {
+TEST_F(ConfinedDirectoryTest, ReportsWhatIsInTheWay) {
     temp_.write("root/file", "x");
     temp_.write("root/folder/file", "x");
     const FileTree before = tree();
@@ -98,7 +98,7 @@ TEST_F(ConfinedDirectoryTest, TellsWhatIsInTheWay) {
     EXPECT_EQ(tree(), before);
 }
 
-TEST_F(ConfinedDirectoryTest, GoesOnInTheRightPlaceAfterAFailure) {
+TEST_F(ConfinedDirectoryTest, ContinuesInTheRightPlaceAfterAFailure) {
     temp_.write("root/file", "in the way");
     EXPECT_EQ(confined_.createDirectories({"a", "b"}), "");
     EXPECT_NE(confined_.createDirectories({"file"}), "");

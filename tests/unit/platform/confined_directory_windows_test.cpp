@@ -1,4 +1,4 @@
-// Names that Windows takes for something else, and files that somebody holds open.
+// Names that have another meaning on Windows, and files that are open elsewhere.
 
 #include <gtest/gtest.h>
 #include <windows.h>
@@ -18,7 +18,7 @@ using testing::openFiles;
 
 const std::string kImpossible = "its name is not possible on this system";
 
-TEST_F(ConfinedDirectoryTest, MakesNothingWithANameThatIsNotPossible) {
+TEST_F(ConfinedDirectoryTest, CreatesNothingWithAnImpossibleName) {
     for (const std::string name : {"NUL", "nul.txt", "CONIN$", "file:stream", "a|b", "dot."}) {
         EXPECT_EQ(write({name}, "x"), kImpossible) << name;
         EXPECT_EQ(confined_.createDirectories({name}), kImpossible) << name;
@@ -27,26 +27,26 @@ TEST_F(ConfinedDirectoryTest, MakesNothingWithANameThatIsNotPossible) {
     EXPECT_EQ(tree(), FileTree());
 }
 
-TEST_F(ConfinedDirectoryTest, MakesWhatStandsAboveAnImpossibleName) {
+TEST_F(ConfinedDirectoryTest, CreatesTheParentsOfAnImpossibleName) {
     EXPECT_EQ(write({"folder", "NUL"}, "x"), kImpossible);
     EXPECT_EQ(tree(), (FileTree{{"folder", testing::kDirectoryInTree}}));
 }
 
-TEST_F(ConfinedDirectoryTest, GoesOnInTheRightPlaceAfterAnImpossibleName) {
+TEST_F(ConfinedDirectoryTest, ContinuesInTheRightPlaceAfterAnImpossibleName) {
     EXPECT_EQ(confined_.createDirectories({"a"}), "");
     EXPECT_EQ(confined_.createDirectories({"b", "NUL"}), kImpossible);
     EXPECT_EQ(write({"file"}, "x"), "");
     EXPECT_EQ(tree().at("file"), fileInTree("x"));
 }
 
-TEST_F(ConfinedDirectoryTest, TakesNamesInAnyCaseForTheSame) {
+TEST_F(ConfinedDirectoryTest, IgnoresTheCaseOfNames) {
     EXPECT_EQ(write({"Folder", "File"}, "old"), "");
     EXPECT_EQ(write({"FOLDER", "FILE"}, "new"), "");
     EXPECT_EQ(temp_.read("root/folder/file"), "new");
     EXPECT_EQ(tree().size(), 2U);
 }
 
-TEST_F(ConfinedDirectoryTest, KeepsAFileThatSomebodyHoldsOpen) {
+TEST_F(ConfinedDirectoryTest, KeepsAFileThatIsOpenElsewhere) {
     temp_.write("root/file", "old");
     {
         const FileHandle file(::CreateFileW((root() / "file").c_str(), GENERIC_READ, 0, nullptr,

@@ -1,10 +1,10 @@
-// The functions of the system's cryptography and of its heap, as this program's objects call them.
-// Each goes on to the system's own.
+// Replaces the system's cryptography and heap functions for the objects of this program. Each
+// replacement calls the system's own function.
 
 #include "unit/platform/faulty_cng_windows.h"
 
 #include <windows.h>
-// Behind windows.h, which it needs.
+// After windows.h, which it needs.
 #include <bcrypt.h>
 
 #include <algorithm>
@@ -17,17 +17,17 @@ constexpr NTSTATUS kUnsuccessful = static_cast<NTSTATUS>(0xC0000001);
 
 FaultyCng* activeFault = nullptr;
 
-// Looked up at every call: those of the heap come before anything here is initialised.
+// Looked up at every call, because the heap's are called before anything here is initialised.
 template <typename Function>
-Function* systems(const wchar_t* library, const char* name) {
+Function* systemFunction(const wchar_t* library, const char* name) {
     return reinterpret_cast<Function*>(
         reinterpret_cast<void*>(::GetProcAddress(::GetModuleHandleW(library), name)));
 }
 
 template <typename Function>
-Function* cryptographys(const char* name) {
-    ::LoadLibraryW(L"bcrypt.dll");  // nothing else in this program may need it
-    return systems<Function>(L"bcrypt.dll", name);
+Function* cngFunction(const char* name) {
+    ::LoadLibraryW(L"bcrypt.dll");  // perhaps nothing else in this program needs it
+    return systemFunction<Function>(L"bcrypt.dll", name);
 }
 
 bool fails(CngStep step) {
@@ -39,9 +39,9 @@ void* WINAPI allocate(HANDLE heap, DWORD flags, SIZE_T size) {
         return nullptr;
     }
     void* const block =
-        systems<decltype(::HeapAlloc)>(L"kernel32.dll", "HeapAlloc")(heap, flags, size);
+        systemFunction<decltype(::HeapAlloc)>(L"kernel32.dll", "HeapAlloc")(heap, flags, size);
     if (activeFault != nullptr && block != nullptr) {
-        std::memset(block, 0xA5, size);  // so that it is never wiped by chance
+        std::memset(block, 0xA5, size);  // so that it is never zero by chance
         activeFault->isAllocated(block, size);
     }
     return block;
@@ -51,7 +51,7 @@ BOOL WINAPI release(HANDLE heap, DWORD flags, void* block) {
     if (activeFault != nullptr) {
         activeFault->isFreed(block);
     }
-    return systems<decltype(::HeapFree)>(L"kernel32.dll", "HeapFree")(heap, flags, block);
+    return systemFunction<decltype(::HeapFree)>(L"kernel32.dll", "HeapFree")(heap, flags, block);
 }
 
 }  // namespace
@@ -95,14 +95,14 @@ void FaultyCng::isDestroyed(const void* key) {
 }  // namespace VelmoraQuavin::testing
 
 using VelmoraQuavin::testing::activeFault;
+using VelmoraQuavin::testing::cngFunction;
 using VelmoraQuavin::testing::CngStep;
-using VelmoraQuavin::testing::cryptographys;
 using VelmoraQuavin::testing::fails;
 using VelmoraQuavin::testing::kUnsuccessful;
 
 extern "C" {
 
-// The heap's are imported through pointers, which stand here in place of the import library's.
+// The heap functions are imported through pointers; these replace those of the import library.
 extern decltype(&::HeapAlloc) const importedHeapAlloc asm("__imp_HeapAlloc");
 extern decltype(&::HeapFree) const importedHeapFree asm("__imp_HeapFree");
 decltype(&::HeapAlloc) const importedHeapAlloc = &VelmoraQuavin::testing::allocate;
@@ -113,7 +113,7 @@ NTSTATUS WINAPI BCryptOpenAlgorithmProvider(BCRYPT_ALG_HANDLE* provider, LPCWSTR
     if (fails(CngStep::kProvider)) {
         return kUnsuccessful;
     }
-    const NTSTATUS status = cryptographys<decltype(BCryptOpenAlgorithmProvider)>(
+    const NTSTATUS status = cngFunction<decltype(BCryptOpenAlgorithmProvider)>(
         "BCryptOpenAlgorithmProvider")(provider, algorithm, implementation, flags);
     if (activeFault != nullptr) {
         activeFault->isOpened(*provider);
@@ -125,7 +125,7 @@ NTSTATUS WINAPI BCryptCloseAlgorithmProvider(BCRYPT_ALG_HANDLE provider, ULONG f
     if (activeFault != nullptr) {
         activeFault->isClosed(provider);
     }
-    return cryptographys<decltype(BCryptCloseAlgorithmProvider)>("BCryptCloseAlgorithmProvider")(
+    return cngFunction<decltype(BCryptCloseAlgorithmProvider)>("BCryptCloseAlgorithmProvider")(
         provider, flags);
 }
 
@@ -134,19 +134,19 @@ NTSTATUS WINAPI BCryptGetProperty(BCRYPT_HANDLE object, LPCWSTR property, PUCHAR
     if (fails(CngStep::kObjectLength)) {
         return kUnsuccessful;
     }
-    return cryptographys<decltype(BCryptGetProperty)>("BCryptGetProperty")(object, property, output,
-                                                                           size, written, flags);
+    return cngFunction<decltype(BCryptGetProperty)>("BCryptGetProperty")(object, property, output,
+                                                                         size, written, flags);
 }
 
 NTSTATUS WINAPI BCryptGenerateSymmetricKey(BCRYPT_ALG_HANDLE provider, BCRYPT_KEY_HANDLE* key,
                                            PUCHAR object, ULONG objectSize, PUCHAR secret,
                                            ULONG secretSize, ULONG flags) {
     if (fails(CngStep::kKey)) {
-        *key = provider;  // nothing to be destroyed
+        *key = provider;  // not a key that may be destroyed
         std::memcpy(object, secret, secretSize);
         return kUnsuccessful;
     }
-    const NTSTATUS status = cryptographys<decltype(BCryptGenerateSymmetricKey)>(
+    const NTSTATUS status = cngFunction<decltype(BCryptGenerateSymmetricKey)>(
         "BCryptGenerateSymmetricKey")(provider, key, object, objectSize, secret, secretSize, flags);
     if (activeFault != nullptr) {
         activeFault->isMade(*key);
@@ -158,14 +158,14 @@ NTSTATUS WINAPI BCryptDestroyKey(BCRYPT_KEY_HANDLE key) {
     if (activeFault != nullptr) {
         activeFault->isDestroyed(key);
     }
-    return cryptographys<decltype(BCryptDestroyKey)>("BCryptDestroyKey")(key);
+    return cngFunction<decltype(BCryptDestroyKey)>("BCryptDestroyKey")(key);
 }
 
-// Fails once the plaintext is there, which is the worst that can happen.
+// Fails after the plaintext has been written, which is the worst case.
 NTSTATUS WINAPI BCryptDecrypt(BCRYPT_KEY_HANDLE key, PUCHAR input, ULONG size, void* padding,
                               PUCHAR vector, ULONG vectorSize, PUCHAR output, ULONG outputSize,
                               ULONG* written, ULONG flags) {
-    const NTSTATUS status = cryptographys<decltype(BCryptDecrypt)>("BCryptDecrypt")(
+    const NTSTATUS status = cngFunction<decltype(BCryptDecrypt)>("BCryptDecrypt")(
         key, input, size, padding, vector, vectorSize, output, outputSize, written, flags);
     return fails(CngStep::kDecryption) ? kUnsuccessful : status;
 }

@@ -9,8 +9,8 @@ namespace VelmoraQuavin::testing {
 /// The steps of a decryption by the system's cryptography that can be made to fail.
 enum class CngStep { kNone, kProvider, kObjectLength, kObjectMemory, kKey, kDecryption };
 
-/// While one lives, `failing` fails in this program, and what is released is written down. One at a
-/// time, and for one key at a time.
+/// While an object of this class lives, the step `failing` fails in this program, and what is
+/// released is recorded. Only one object may exist, and it follows one key at a time.
 class FaultyCng {
 public:
     explicit FaultyCng(CngStep failing);
@@ -23,7 +23,7 @@ public:
     /// What was released, in this order: "key", "wiped object" or "object", "provider".
     const std::vector<std::string>& released() const { return released_; }
 
-    /// Called by the system's functions as this program has them.
+    /// Called by this program's replacements for the system's functions.
     bool fails(CngStep step);
     void isOpened(const void* provider) { provider_ = provider; }
     void isClosed(const void* provider);

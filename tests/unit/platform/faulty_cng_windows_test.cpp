@@ -1,4 +1,4 @@
-// Failures of the system's cryptography: each of a decryption's steps fails.
+// Failures of the system's cryptography: each step of a decryption fails once.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -53,7 +53,7 @@ protected:
     Bytes component_;
 };
 
-TEST_P(CngFailure, LeavesTheOutputAloneAndReleasesWhatWasGot) {
+TEST_P(CngFailure, LeavesTheOutputUntouchedAndReleasesWhatWasAcquired) {
     Bytes output(kSize, 0xA5);
     const AesScratchWatch scratch(kSize);
     FaultyCng cng(GetParam().failing);
@@ -66,7 +66,7 @@ TEST_P(CngFailure, LeavesTheOutputAloneAndReleasesWhatWasGot) {
     EXPECT_THAT(output, ::testing::Each(0xA5));
 }
 
-TEST_P(CngFailure, IsAFailureWithoutATextApart) {
+TEST_P(CngFailure, FailsWithoutAMessageInSeparateMemory) {
     Bytes output(kSize, 0xA5);
     FaultyCng cng(GetParam().failing);
     EXPECT_THAT(decryptByInterface(component_, output.data()), testing::IsStatus(FAILURE, ""));
@@ -74,7 +74,7 @@ TEST_P(CngFailure, IsAFailureWithoutATextApart) {
     EXPECT_THAT(output, ::testing::Each(0xA5));
 }
 
-TEST_P(CngFailure, IsAFailureWithoutATextThatLeavesTheComponentInPlace) {
+TEST_P(CngFailure, FailsWithoutAMessageAndLeavesTheComponentInPlace) {
     Bytes buffer = component_;
     FaultyCng cng(GetParam().failing);
     EXPECT_THAT(decryptByInterface(buffer, buffer.data()), testing::IsStatus(FAILURE, ""));
@@ -83,7 +83,7 @@ TEST_P(CngFailure, IsAFailureWithoutATextThatLeavesTheComponentInPlace) {
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Of, CngFailure,
+    Steps, CngFailure,
     ::testing::Values(Row{"OpeningTheProvider", CngStep::kProvider, {}, 0},
                       Row{"ReadingTheObjectLength", CngStep::kObjectLength, {"provider"}, 0},
                       Row{"AllocatingTheObject", CngStep::kObjectMemory, {"provider"}, 0},
@@ -91,8 +91,8 @@ INSTANTIATE_TEST_SUITE_P(
                       Row{"Decrypting", CngStep::kDecryption, kAll, 1}),
     testing::CaseName());
 
-// The rows above fail by their step alone.
-TEST_F(CngFailure, OfNoStepIsNone) {
+// The rows above fail only because of their step.
+TEST_F(CngFailure, WithoutAFailingStepDecryptionSucceeds) {
     Bytes output(kSize, 0xA5);
     FaultyCng cng(CngStep::kNone);
     EXPECT_TRUE(decryptAes128Cbc(component_.data(), component_.size(), output.data(), key_.data()));

@@ -34,7 +34,7 @@ TEST(OpenFile, OpensInTheGivenMode) {
     EXPECT_EQ(directory.read("file"), "1st two");
 }
 
-TEST(OpenFile, GivesAClosedStreamWhereItCannot) {
+TEST(OpenFile, ReturnsAClosedStreamIfItCannotOpen) {
     const TempDirectory directory;
     EXPECT_FALSE(openFile(directory.entry("missing"), std::ios::in).is_open());
     EXPECT_FALSE(openFile(directory.entry("missing\\file"), std::ios::out).is_open());
@@ -48,12 +48,12 @@ TEST(OpenFileForWriting, EmptiesTheFile) {
     EXPECT_EQ(directory.read("file"), "");
 }
 
-TEST(OpenFileForWriting, GivesAClosedStreamForADirectory) {
+TEST(OpenFileForWriting, ReturnsAClosedStreamForADirectory) {
     const TempDirectory directory;
     EXPECT_FALSE(openFileForWriting(directory.text(), std::ios::binary).is_open());
 }
 
-TEST(FileStreams, AreABadConversionForAPathThatIsNoUtf8) {
+TEST(FileStreams, ThrowForAPathThatIsNotUtf8) {
     EXPECT_THROW(openFile("\xFF", std::ios::in), std::range_error);
     EXPECT_THROW(openFileForWriting("\xFF", std::ios::binary), std::range_error);
 }

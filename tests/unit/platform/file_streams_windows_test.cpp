@@ -1,4 +1,4 @@
-// What others may do to a file meanwhile.
+// What others may do with a file while it is open.
 
 #include <gtest/gtest.h>
 #include <windows.h>
@@ -16,12 +16,12 @@ namespace {
 
 using testing::TempDirectory;
 
-// What the C runtime's streams let others do: all but deleting.
+// The streams of the C runtime let others do anything but delete the file.
 class FileSharing : public ::testing::Test {
 protected:
     FileSharing() { directory_.write("file", "content"); }
 
-    // Whether somebody may open the file so while all that he is asked for is shared with others.
+    // Whether the file can be opened with this access by a caller that shares everything itself.
     bool mayOpen(DWORD access) const {
         constexpr DWORD kShared = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
         const FileHandle file(::CreateFileW((directory_.path() / "file").c_str(), access, kShared,
@@ -40,24 +40,24 @@ protected:
     TempDirectory directory_;
 };
 
-TEST_F(FileSharing, OfAClosedFileIsComplete) {
+TEST_F(FileSharing, AClosedFileMayBeOpenedForAnything) {
     EXPECT_TRUE(mayOpen(GENERIC_READ | GENERIC_WRITE | DELETE));
 }
 
-TEST_F(FileSharing, OfAFileThatIsReadIsForReadingAndWriting) {
+TEST_F(FileSharing, AFileThatIsReadIsSharedForReadingAndWriting) {
     std::string problem;
     const auto file = InputFile::open(path(), problem);
     ASSERT_TRUE(file.has_value()) << problem;
     expectSharedForReadingAndWriting();
 }
 
-TEST_F(FileSharing, OfAFileThatIsWrittenIsForReadingAndWriting) {
+TEST_F(FileSharing, AFileThatIsWrittenIsSharedForReadingAndWriting) {
     const std::ofstream stream = openFileForWriting(path(), std::ios::binary);
     ASSERT_TRUE(stream.is_open());
     expectSharedForReadingAndWriting();
 }
 
-TEST_F(FileSharing, OfAFileThatIsReadAndWrittenIsForReadingAndWriting) {
+TEST_F(FileSharing, AFileThatIsReadAndWrittenIsSharedForReadingAndWriting) {
     const std::fstream stream = openFile(path(), std::ios::in | std::ios::out);
     ASSERT_TRUE(stream.is_open());
     expectSharedForReadingAndWriting();

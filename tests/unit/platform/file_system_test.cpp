@@ -14,13 +14,13 @@ namespace {
 namespace fs = std::filesystem;
 using testing::TempDirectory;
 
-TEST(CreateDirectory, TellsADirectoryThatIsNew) {
+TEST(CreateDirectory, ReportsANewDirectory) {
     const TempDirectory directory;
     EXPECT_EQ(createDirectory(directory.entry("new")), DirectoryCreation::kCreated);
     EXPECT_TRUE(fs::is_directory(directory.path() / "new"));
 }
 
-TEST(CreateDirectory, TellsAMissingParent) {
+TEST(CreateDirectory, ReportsAMissingParent) {
     const TempDirectory directory;
     directory.write("file", "content");
     EXPECT_EQ(createDirectory(directory.entry("missing\\new")), DirectoryCreation::kParentMissing);
@@ -28,7 +28,7 @@ TEST(CreateDirectory, TellsAMissingParent) {
     EXPECT_EQ(createDirectory(""), DirectoryCreation::kParentMissing);
 }
 
-TEST(CreateDirectory, TellsOtherFailures) {
+TEST(CreateDirectory, ReportsOtherFailures) {
     const TempDirectory directory;
     directory.write("file", "content");
     EXPECT_EQ(createDirectory(directory.text()), DirectoryCreation::kOtherFailure);
@@ -37,7 +37,7 @@ TEST(CreateDirectory, TellsOtherFailures) {
               DirectoryCreation::kOtherFailure);
 }
 
-TEST(RemoveFile, TellsWhetherTheFileIsGone) {
+TEST(RemoveFile, ReportsWhetherTheFileWasRemoved) {
     const TempDirectory directory;
     directory.write("file", "content");
     EXPECT_TRUE(removeFile(directory.entry("file")));
@@ -45,7 +45,7 @@ TEST(RemoveFile, TellsWhetherTheFileIsGone) {
     EXPECT_FALSE(removeFile(directory.entry("file")));
 }
 
-TEST(RemoveFile, RemovesNoDirectory) {
+TEST(RemoveFile, DoesNotRemoveADirectory) {
     const TempDirectory directory;
     fs::create_directory(directory.path() / "empty");
     EXPECT_FALSE(removeFile(directory.entry("empty")));
@@ -65,17 +65,17 @@ TEST(IsMissing, IsTrueOnlyForAMissingEntryOfAnExistingDirectory) {
     EXPECT_FALSE(isMissing(""));
 }
 
-TEST(IsMissing, LooksAtTheRootForAnEntryOfIt) {
+TEST(IsMissing, LooksInTheRootForItsEntries) {
     EXPECT_TRUE(isMissing("\\no-such-entry-here"));
     EXPECT_FALSE(isMissing("\\"));
 }
 
-TEST(IsMissing, LooksAtTheCurrentDirectoryForABareName) {
+TEST(IsMissing, LooksInTheCurrentDirectoryForABareName) {
     EXPECT_TRUE(isMissing("no-such-entry-here"));
     EXPECT_FALSE(isMissing("."));
 }
 
-TEST(IsMissing, IsABadConversionForAPathThatIsNoUtf8) {
+TEST(IsMissing, ThrowsBadConversionForAPathThatIsNotUtf8) {
     try {
         static_cast<void>(isMissing("\xFF"));
         ADD_FAILURE() << "nothing was thrown";

@@ -1,5 +1,5 @@
 // The two interfaces of Windows: the narrow one takes bytes in the system's code page, the wide one
-// takes UTF-8 after it has become UTF-16.
+// takes UTF-8 converted to UTF-16.
 
 #include <gtest/gtest.h>
 #include <windows.h>
@@ -19,7 +19,7 @@ using testing::TempDirectory;
 
 const std::string kOutsideAscii = "gr\xC3\xB6\xC3\x9F\x65";
 
-// Bytes of the system's code page as UTF-16, as the system itself sees them.
+// Bytes in the system's code page, converted to UTF-16 as the system does it.
 std::wstring decoded(const std::string& bytes) {
     std::wstring text(bytes.size(), L'\0');
     const int count = ::MultiByteToWideChar(CP_ACP, 0, bytes.data(), static_cast<int>(bytes.size()),
@@ -42,7 +42,7 @@ TEST(RemoveFile, ReadsNamesInTheSystemsCodePage) {
     EXPECT_FALSE(fs::exists(directory.path() / name));
 }
 
-TEST(RemoveFile, LeavesAFileThatSomebodyHoldsOpen) {
+TEST(RemoveFile, LeavesAFileThatIsOpenElsewhere) {
     const TempDirectory directory;
     directory.write("file", "content");
     const FileHandle file(::CreateFileW((directory.path() / "file").c_str(), GENERIC_READ,
@@ -60,7 +60,7 @@ TEST(IsMissing, ReadsNamesInUtf8) {
     EXPECT_TRUE(isMissing(directory.entry(kOutsideAscii + "r")));
 }
 
-TEST(IsMissing, LooksAtTheRootOfADriveForAnEntryOfIt) {
+TEST(IsMissing, LooksInTheRootOfADriveForItsEntries) {
     EXPECT_FALSE(isMissing("C:\\"));
     EXPECT_FALSE(isMissing("C:/"));
     EXPECT_TRUE(isMissing("C:\\no-such-entry-here"));

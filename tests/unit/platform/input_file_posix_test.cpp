@@ -1,4 +1,4 @@
-// Pipes and devices, which are entries of directories on POSIX systems alone.
+// Pipes and devices, which are directory entries only on POSIX systems.
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -11,19 +11,19 @@
 namespace VelmoraQuavin::internal::platform {
 namespace {
 
-TEST(InputFileRefusal, OfAPipeDoesNotWaitForItsWriter) {
+TEST(InputFileRefusal, APipeIsRefusedWithoutWaitingForAWriter) {
     const testing::TempDirectory directory;
     const std::string pipe = directory.text() + "/pipe";
     ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
     std::string problem;
     EXPECT_FALSE(InputFile::open(pipe, problem).has_value());
-    EXPECT_EQ(problem, "is no plain file");
+    EXPECT_EQ(problem, "is not a regular file");
 }
 
-TEST(InputFileRefusal, MeetsDevices) {
+TEST(InputFileRefusal, DevicesAreRefused) {
     std::string problem;
     EXPECT_FALSE(InputFile::open("/dev/zero", problem).has_value());
-    EXPECT_EQ(problem, "is no plain file");
+    EXPECT_EQ(problem, "is not a regular file");
 }
 
 }  // namespace

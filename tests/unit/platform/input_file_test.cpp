@@ -18,7 +18,7 @@ using ::testing::HasSubstr;
 using ::testing::StartsWith;
 using testing::UnreadableFile;
 
-// Longer than a page, so that it takes more than one.
+// Spans more than one page.
 constexpr std::size_t kSize = 300'000;
 
 class InputFileTest : public ::testing::Test {
@@ -29,13 +29,13 @@ protected:
         std::string problem;
         return std::move(InputFile::open(directory_.entry("file"), problem).value());
     }
-    // Why a file cannot be opened.
+    // Returns why a file cannot be opened.
     static std::string refusal(const std::string& path) {
         std::string problem;
         EXPECT_FALSE(InputFile::open(path, problem).has_value()) << path;
         return problem;
     }
-    // Reads into a buffer that is larger than the file and full of something else.
+    // Reads into a prefilled buffer that is larger than the file.
     std::string read(InputFile& file) {
         std::string buffer(kSize + 16, '#');
         problem_ = file.read(buffer.data(), got_);
@@ -50,7 +50,7 @@ protected:
     std::string problem_ = "not read";
 };
 
-TEST_F(InputFileTest, IsReadWhole) {
+TEST_F(InputFileTest, ReadsTheWholeFile) {
     InputFile file = open();
     EXPECT_EQ(file.size(), kSize);
     EXPECT_EQ(read(file), std::string(kSize, 'x') + std::string(16, '#'));
@@ -58,7 +58,7 @@ TEST_F(InputFileTest, IsReadWhole) {
     EXPECT_EQ(problem_, "");
 }
 
-TEST_F(InputFileTest, ThatHasBecomeShorterGivesWhatIsLeft) {
+TEST_F(InputFileTest, ReadsWhatIsLeftOfAFileThatHasShrunk) {
     InputFile file = open();
     resize(1000);
     EXPECT_EQ(read(file), std::string(1000, 'x') + std::string(kSize - 1000 + 16, '#'));
@@ -66,14 +66,14 @@ TEST_F(InputFileTest, ThatHasBecomeShorterGivesWhatIsLeft) {
     EXPECT_EQ(problem_, "");
 }
 
-TEST_F(InputFileTest, ThatHasGrownGivesNoMore) {
+TEST_F(InputFileTest, ReadsNoMoreThanItsSizeIfTheFileHasGrown) {
     InputFile file = open();
     resize(kSize + 10);
     EXPECT_EQ(read(file), std::string(kSize, 'x') + std::string(16, '#'));
     EXPECT_EQ(got_, kSize);
 }
 
-TEST_F(InputFileTest, ThatCannotBeReadSaysWhy) {
+TEST_F(InputFileTest, ReportsWhyAFileCannotBeRead) {
     const UnreadableFile unreadable(directory_.path() / "file");
     InputFile file = open();
     EXPECT_EQ(read(file), std::string(kSize + 16, '#'));
@@ -81,24 +81,24 @@ TEST_F(InputFileTest, ThatCannotBeReadSaysWhy) {
     EXPECT_THAT(problem_, StartsWith("cannot be read: "));
 }
 
-TEST_F(InputFileTest, ThatIsMissingSaysWhy) {
+TEST_F(InputFileTest, ReportsWhyAMissingFileCannotBeOpened) {
     EXPECT_THAT(refusal(directory_.entry("missing")), StartsWith("cannot be opened: "));
     EXPECT_THAT(refusal(directory_.entry("missing\\file")), StartsWith("cannot be opened: "));
     EXPECT_THAT(refusal(directory_.entry("file\\file")), StartsWith("cannot be opened: "));
     EXPECT_THAT(refusal(""), StartsWith("cannot be opened: "));
 }
 
-TEST_F(InputFileTest, IsNoDirectory) {
-    EXPECT_EQ(refusal(directory_.text()), "is no plain file");
-    EXPECT_EQ(refusal(directory_.text() + "\\"), "is no plain file");
+TEST_F(InputFileTest, RefusesADirectory) {
+    EXPECT_EQ(refusal(directory_.text()), "is not a regular file");
+    EXPECT_EQ(refusal(directory_.text() + "\\"), "is not a regular file");
 }
 
-TEST_F(InputFileTest, NeedsAPathThatIsUtf8) {
+TEST_F(InputFileTest, RequiresAPathInUtf8) {
     std::string problem;
     EXPECT_THROW(InputFile::open("\xFF", problem), std::range_error);
 }
 
-TEST_F(InputFileTest, IsClosedInTheEnd) {
+TEST_F(InputFileTest, ClosesTheFileOnDestruction) {
     const std::size_t before = testing::openFiles();
     {
         InputFile file = open();
@@ -108,7 +108,7 @@ TEST_F(InputFileTest, IsClosedInTheEnd) {
         EXPECT_EQ(read(file).front(), 'x');
     }
     EXPECT_EQ(testing::openFiles(), before);
-    EXPECT_THAT(refusal(directory_.text()), HasSubstr("plain"));
+    EXPECT_THAT(refusal(directory_.text()), HasSubstr("regular"));
     EXPECT_EQ(testing::openFiles(), before);
 }
 

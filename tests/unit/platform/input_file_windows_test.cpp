@@ -1,4 +1,4 @@
-// Devices, which have names in every directory here.
+// Devices, whose names exist in every directory on Windows, and the roots of drives.
 
 #include <gtest/gtest.h>
 
@@ -9,18 +9,18 @@
 namespace VelmoraQuavin::internal::platform {
 namespace {
 
-TEST(InputFileRefusal, MeetsDevices) {
+TEST(InputFileRefusal, DevicesAreRefused) {
     for (const char* name : {"NUL", "nul", "\\\\.\\NUL"}) {
         std::string problem;
         EXPECT_FALSE(InputFile::open(name, problem).has_value()) << name;
-        EXPECT_EQ(problem, "is no plain file") << name;
+        EXPECT_EQ(problem, "is not a regular file") << name;
     }
 }
 
-TEST(InputFileRefusal, MeetsTheRootOfADrive) {
+TEST(InputFileRefusal, TheRootOfADriveIsRefused) {
     std::string problem;
     EXPECT_FALSE(InputFile::open("C:\\", problem).has_value());
-    EXPECT_EQ(problem, "is no plain file");
+    EXPECT_EQ(problem, "is not a regular file");
 }
 
 }  // namespace

@@ -16,7 +16,7 @@ TEST(LoadedLibraries, AreFilesOnTheDisk) {
     }
 }
 
-TEST(LoadedLibraries, HoldTheStandardLibraryAndNotTheProgram) {
+TEST(LoadedLibraries, IncludeTheStandardLibraryButNotTheProgram) {
     const std::vector<std::string> files = loadedLibraries();
 #if defined(_WIN32)
     EXPECT_THAT(files, ::testing::Contains(::testing::HasSubstr("kernel32")));

@@ -1,4 +1,4 @@
-// Paths as POSIX has them; those of Windows have a test of their own.
+// Native paths on POSIX systems; Windows paths have their own test.
 
 #include "platform/posix/native_path.h"
 
@@ -13,7 +13,7 @@
 namespace VelmoraQuavin::internal::platform {
 namespace {
 
-TEST(NativePath, HasSlashesForBackslashes) {
+TEST(NativePath, ReplacesBackslashesWithSlashes) {
     EXPECT_EQ(nativePath("a\\b\\\\c\\"), "a/b//c/");
     EXPECT_EQ(nativePath("a/b\\c"), "a/b/c");
     EXPECT_EQ(nativePath(""), "");
@@ -24,15 +24,15 @@ TEST(NativePath, EndsAtTheFirstZeroByte) {
     EXPECT_EQ(nativeUtf8Path(String("a\\b\0\xFF", 5)), "a/b");
 }
 
-TEST(NativePath, TakesAnyBytes) {
+TEST(NativePath, AcceptsAnyBytes) {
     EXPECT_EQ(nativePath("\xFF\\\x80"), "\xFF/\x80");
 }
 
-TEST(NativeUtf8Path, TakesUtf8) {
+TEST(NativeUtf8Path, AcceptsUtf8) {
     EXPECT_EQ(nativeUtf8Path("名前\\😀"), "名前/😀");
 }
 
-TEST(NativeUtf8Path, IsABadConversionForAnythingElse) {
+TEST(NativeUtf8Path, ThrowsBadConversionForAnythingElse) {
     try {
         static_cast<void>(nativeUtf8Path("a\\\xFF"));
         ADD_FAILURE() << "nothing was thrown";

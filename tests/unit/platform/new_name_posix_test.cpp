@@ -21,7 +21,7 @@ using testing::linkInTree;
 
 using Rename = bool (*)(int directory, const std::string& from, const std::string& to);
 
-/// In one step, and as systems do it that cannot.
+/// Renaming in one step, and in the several steps for systems that cannot do that.
 class NewName : public ::testing::TestWithParam<Rename> {
 protected:
     bool rename(const std::string& from, const std::string& to) const {
@@ -33,19 +33,19 @@ protected:
 };
 INSTANTIATE_TEST_SUITE_P(BothWays, NewName, ::testing::Values(&renameToNew, &renameToNewInSteps));
 
-TEST_P(NewName, IsGivenToAFile) {
+TEST_P(NewName, RenamesAFile) {
     directory_.write("old", "content");
     EXPECT_TRUE(rename("old", "new"));
     EXPECT_EQ(tree(), (FileTree{{"new", fileInTree("content")}}));
 }
 
-TEST_P(NewName, IsGivenToADirectory) {
+TEST_P(NewName, RenamesADirectory) {
     directory_.write("old/file", "content");
     EXPECT_TRUE(rename("old", "new"));
     EXPECT_EQ(tree(), (FileTree{{"new", kDirectoryInTree}, {"new/file", fileInTree("content")}}));
 }
 
-TEST_P(NewName, IsNotTakenFromAnybody) {
+TEST_P(NewName, RefusesANameThatIsTaken) {
     directory_.write("file", "content");
     directory_.write("folder/file", "content");
     directory_.write("taken", "precious");
@@ -61,7 +61,7 @@ TEST_P(NewName, IsNotTakenFromAnybody) {
     EXPECT_EQ(tree(), before);
 }
 
-TEST_P(NewName, IsNotGivenWhereThereIsNoDirectoryForIt) {
+TEST_P(NewName, FailsIfItsDirectoryIsMissing) {
     directory_.write("file", "content");
     directory_.write("folder/file", "content");
     const FileTree before = tree();

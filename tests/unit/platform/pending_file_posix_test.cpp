@@ -33,7 +33,7 @@ protected:
         EXPECT_EQ(::stat((directory_.path() / name).c_str(), &attributes), 0);
         return attributes.st_mode & 07777;
     }
-    // What a process leaves that is killed while it writes.
+    // Forks a process that is killed while it writes.
     void dieWhileWriting(const std::string& content) const {
         const pid_t child = ::fork();
         if (child == 0) {
@@ -50,7 +50,7 @@ protected:
     FileDescriptor opened_;
 };
 
-TEST_F(PendingFileTest, HasItsNameOnceItIsPutThere) {
+TEST_F(PendingFileTest, AppearsUnderItsNameOnlyOncePublished) {
     PendingFile file(directory(), 0644);
     ASSERT_TRUE(file);
     EXPECT_TRUE(file.write("con", 3));
@@ -60,7 +60,7 @@ TEST_F(PendingFileTest, HasItsNameOnceItIsPutThere) {
     EXPECT_EQ(tree(), (FileTree{{"file", fileInTree("content")}}));
 }
 
-TEST_F(PendingFileTest, GoesUnlessItIsPutThere) {
+TEST_F(PendingFileTest, DisappearsUnlessPublished) {
     {
         PendingFile file(directory(), 0644);
         EXPECT_TRUE(file.write("x", 1));
@@ -69,7 +69,7 @@ TEST_F(PendingFileTest, GoesUnlessItIsPutThere) {
     EXPECT_EQ(tree(), FileTree());
 }
 
-TEST_F(PendingFileTest, ReplacesWhatIsThere) {
+TEST_F(PendingFileTest, ReplacesAnExistingFile) {
     directory_.write("file", "old");
     PendingFile file(directory(), 0644);
     EXPECT_TRUE(file.write("new", 3));
@@ -78,7 +78,7 @@ TEST_F(PendingFileTest, ReplacesWhatIsThere) {
     EXPECT_EQ(tree(), (FileTree{{"file", fileInTree("new")}}));
 }
 
-TEST_F(PendingFileTest, TakesNoNameThatSomethingHas) {
+TEST_F(PendingFileTest, IsNotPublishedUnderATakenName) {
     directory_.write("file", "old");
     fs::create_directory(directory_.path() / "folder");
     fs::create_symlink("nowhere", directory_.path() / "link");
@@ -92,7 +92,7 @@ TEST_F(PendingFileTest, TakesNoNameThatSomethingHas) {
     EXPECT_EQ(tree(), before);
 }
 
-TEST_F(PendingFileTest, HasTheModeThatTheMaskLeaves) {
+TEST_F(PendingFileTest, HasTheModeThatTheUmaskLeaves) {
     const mode_t mask = ::umask(027);
     for (const auto& [name, mode] : {std::pair{"open", 0666}, std::pair{"closed", 0600}}) {
         PendingFile file(directory(), static_cast<mode_t>(mode));
@@ -107,7 +107,7 @@ TEST_F(PendingFileTest, HasTheModeThatTheMaskLeaves) {
     EXPECT_EQ(modeOf("given"), 0666u);
 }
 
-TEST_F(PendingFileTest, OfAKilledProcessIsRemovedByTheNext) {
+TEST_F(PendingFileTest, AKilledProcessesFileIsRemovedByTheNextProcess) {
     dieWhileWriting("half of a text");
     ASSERT_EQ(tree().size(), 1u);
     ASSERT_EQ(tree().begin()->second, fileInTree("half of a text"));
@@ -119,7 +119,7 @@ TEST_F(PendingFileTest, OfAKilledProcessIsRemovedByTheNext) {
     EXPECT_EQ(tree(), (FileTree{{"file", fileInTree("whole")}}));
 }
 
-TEST_F(PendingFileTest, OfALivingProcessIsNotTouched) {
+TEST_F(PendingFileTest, ALivingProcessesFileIsNotTouched) {
     PendingFile first(directory(), 0644);
     PendingFile second(directory(), 0644);
     EXPECT_TRUE(first.write("1", 1));
@@ -150,7 +150,7 @@ TEST_F(PendingFileTest, TouchesNothingThatIsNotMarkedAsUnfinished) {
     EXPECT_EQ(tree(), expected);
 }
 
-TEST_F(PendingFileTest, IsMadeHoweverManyNamesAreTaken) {
+TEST_F(PendingFileTest, IsCreatedHoweverManyNamesAreTaken) {
     for (int i = 0; i < 200; ++i) {
         directory_.write(".quavin-" + std::to_string(i), "taken");
     }
@@ -160,7 +160,7 @@ TEST_F(PendingFileTest, IsMadeHoweverManyNamesAreTaken) {
     EXPECT_EQ(tree().size(), 201u);
 }
 
-TEST_F(PendingFileTest, IsNotMadeWhereTheDirectoryIsGone) {
+TEST_F(PendingFileTest, IsNotCreatedIfTheDirectoryIsGone) {
     const FileDescriptor gone(::open((directory_.text() + "/gone").c_str(), kPassThrough));
     const PendingFile file(gone.get(), 0644);
     EXPECT_FALSE(file);

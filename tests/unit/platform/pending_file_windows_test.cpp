@@ -35,7 +35,7 @@ protected:
     FileHandle opened_;
 };
 
-TEST_F(PendingFileTest, HasItsNameOnceItIsPutThere) {
+TEST_F(PendingFileTest, AppearsUnderItsNameOnlyOncePublished) {
     {
         PendingFile file(directory());
         ASSERT_TRUE(file);
@@ -47,7 +47,7 @@ TEST_F(PendingFileTest, HasItsNameOnceItIsPutThere) {
     EXPECT_EQ(tree(), (FileTree{{"file", fileInTree("content")}}));
 }
 
-TEST_F(PendingFileTest, GoesUnlessItIsPutThere) {
+TEST_F(PendingFileTest, DisappearsUnlessPublished) {
     {
         PendingFile file(directory());
         EXPECT_TRUE(file.write("x", 1));
@@ -55,7 +55,7 @@ TEST_F(PendingFileTest, GoesUnlessItIsPutThere) {
     EXPECT_EQ(tree(), FileTree());
 }
 
-TEST_F(PendingFileTest, ReplacesAFileOrKeepsIt) {
+TEST_F(PendingFileTest, ReplacesOrKeepsAnExistingFile) {
     directory_.write("file", "old");
     {
         PendingFile file(directory());
@@ -72,7 +72,7 @@ TEST_F(PendingFileTest, ReplacesAFileOrKeepsIt) {
     EXPECT_EQ(tree(), (FileTree{{"file", fileInTree("new")}}));
 }
 
-TEST_F(PendingFileTest, IsOneOfSeveral) {
+TEST_F(PendingFileTest, SeveralMayBePendingAtOnce) {
     {
         PendingFile first(directory());
         PendingFile second(directory());
@@ -84,10 +84,10 @@ TEST_F(PendingFileTest, IsOneOfSeveral) {
     EXPECT_EQ(tree(), (FileTree{{"first", fileInTree("1")}, {"second", fileInTree("2")}}));
 }
 
-// The program runs again for the process that is ended, and takes the directory from here.
+// The process to be ended is a second run of this program, which takes its directory from here.
 constexpr const char* kPlace = "QUAVIN_TEST_PLACE";
 
-TEST(PendingFileDeathTest, OfAProcessThatIsEndedIsRemovedByTheSystem) {
+TEST(PendingFileDeathTest, TheSystemRemovesTheFileOfATerminatedProcess) {
     ::testing::FLAGS_gtest_death_test_style = "threadsafe";
     const char* const given = std::getenv(kPlace);
     std::unique_ptr<testing::TempDirectory> directory;

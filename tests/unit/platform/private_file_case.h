@@ -10,7 +10,7 @@
 
 namespace VelmoraQuavin::internal::platform {
 
-/// Reads and writes private files in a directory of the test's own.
+/// Reads and writes private files in the test's own directory.
 class PrivateFile : public ::testing::Test {
 protected:
     std::string read(const std::string& name, OpenToOthers others = OpenToOthers::kRefused) {

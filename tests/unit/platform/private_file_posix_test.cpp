@@ -24,14 +24,14 @@ protected:
     }
 };
 
-TEST_F(PrivateFileMode, IsReadWhereOnlyItsOwnerMay) {
+TEST_F(PrivateFileMode, AFileThatOnlyItsOwnerMayReadIsRead) {
     writeWithMode("key", "secret", kOwner);
     EXPECT_THAT(read("key"), IsEmpty());
     EXPECT_EQ(outcome_, PrivateReading::kDone);
     EXPECT_EQ(got(), "secret");
 }
 
-TEST_F(PrivateFileMode, IsRefusedWhereItsGroupOrOthersMayReadIt) {
+TEST_F(PrivateFileMode, AFileThatGroupOrOthersMayReadIsRefused) {
     for (const fs::perms more : {fs::perms::group_read, fs::perms::others_read}) {
         writeWithMode("key", "secret", kOwner | more);
         EXPECT_THAT(read("key"), HasSubstr("can be read by others: "));
@@ -43,26 +43,26 @@ TEST_F(PrivateFileMode, IsRefusedWhereItsGroupOrOthersMayReadIt) {
     }
 }
 
-TEST_F(PrivateFileMode, IsRefusedWhereItsGroupOrOthersMayChangeIt) {
+TEST_F(PrivateFileMode, AFileThatGroupOrOthersMayChangeIsRefused) {
     for (const fs::perms more : {fs::perms::group_write, fs::perms::others_write}) {
         writeWithMode("key", "secret", kOwner | more);
-        EXPECT_EQ(read("key"), "can be changed by others: take their right with chmod go-w");
+        EXPECT_EQ(read("key"), "can be changed by others: run chmod go-w");
         EXPECT_EQ(outcome_, PrivateReading::kOpenToOthers);
         EXPECT_THAT(read("key", OpenToOthers::kAllowed), IsEmpty());
         EXPECT_EQ(got(), "secret");
     }
     writeWithMode("key", "secret", kOwner | fs::perms::group_write | fs::perms::others_read);
-    EXPECT_EQ(read("key"), "can be read and changed by others: take their rights with chmod go-rw");
+    EXPECT_EQ(read("key"), "can be read and changed by others: run chmod go-rw");
 }
 
-TEST_F(PrivateFileMode, StaysThatOfTheFileThatIsReplaced) {
+TEST_F(PrivateFileMode, ReplacingAFileKeepsItsMode) {
     writeWithMode("file", "old", kOwner | fs::perms::group_write);
     EXPECT_THAT(replace("file", "new"), IsEmpty());
     EXPECT_EQ(fs::status(directory_.path() / "file").permissions(),
               kOwner | fs::perms::group_write);
 }
 
-TEST_F(PrivateFileMode, IsWrittenForItsOwnerAlone) {
+TEST_F(PrivateFileMode, ANewFileIsForItsOwnerOnly) {
     const mode_t before = ::umask(0);
     EXPECT_THAT(write("key", "secret"), IsEmpty());
     ::umask(before);
@@ -70,7 +70,7 @@ TEST_F(PrivateFileMode, IsWrittenForItsOwnerAlone) {
     EXPECT_EQ(fs::status(directory_.path() / "key").permissions(), kOwner);
 }
 
-TEST_F(PrivateFileMode, ForEveryoneIsTheUsualOne) {
+TEST_F(PrivateFileMode, AFileForEveryoneHasTheUsualMode) {
     const mode_t before = ::umask(022);
     EXPECT_THAT(write("result", "open", Readers::kEveryone), IsEmpty());
     ::umask(before);
@@ -78,22 +78,22 @@ TEST_F(PrivateFileMode, ForEveryoneIsTheUsualOne) {
               kOwner | fs::perms::group_read | fs::perms::others_read);
 }
 
-TEST_F(PrivateFileMode, OfADirectoryIsForItsOwnerAlone) {
+TEST_F(PrivateFileMode, APrivateDirectoryIsForItsOwnerOnly) {
     const mode_t before = ::umask(0);
     EXPECT_TRUE(makePrivateDirectory(directory_.entry("folder")));
     ::umask(before);
     EXPECT_EQ(fs::status(directory_.path() / "folder").permissions(), fs::perms::owner_all);
 }
 
-TEST_F(PrivateFile, ThatIsAPipeIsRefused) {
-    // Without a writer: reading it would wait for ever.
+TEST_F(PrivateFile, APipeIsRefused) {
+    // It has no writer, so reading it would wait forever.
     ASSERT_EQ(::mkfifo((directory_.path() / "pipe").c_str(), 0600), 0);
-    EXPECT_EQ(read("pipe"), "is no plain file");
+    EXPECT_EQ(read("pipe"), "is not a regular file");
 }
 
-TEST_F(PrivateFile, IsNotWrittenThroughALink) {
+TEST_F(PrivateFile, ALinkIsNotWrittenThrough) {
     fs::create_symlink("elsewhere", directory_.path() / "key");
-    EXPECT_THAT(write("key", "new"), HasSubstr("cannot be made"));
+    EXPECT_THAT(write("key", "new"), HasSubstr("cannot be created"));
     EXPECT_FALSE(fs::exists(directory_.path() / "elsewhere"));
 }
 

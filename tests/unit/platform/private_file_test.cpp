@@ -27,7 +27,7 @@ std::vector<std::string> namesIn(const testing::TempDirectory& directory) {
     return names;
 }
 
-TEST_F(PrivateFile, IsReadAsItWasWritten) {
+TEST_F(PrivateFile, AFileIsReadAsItWasWritten) {
     EXPECT_THAT(write("key", "secret"), IsEmpty());
     EXPECT_EQ(directory_.read("key"), "secret");
     EXPECT_THAT(read("key"), IsEmpty());
@@ -35,44 +35,44 @@ TEST_F(PrivateFile, IsReadAsItWasWritten) {
     EXPECT_EQ(got(), "secret");
 }
 
-TEST_F(PrivateFile, OfMoreThanTheCapacityGivesThatMuch) {
+TEST_F(PrivateFile, ALongFileIsReadUpToTheCapacity) {
     EXPECT_THAT(write("key", "0123456789"), IsEmpty());
     EXPECT_THAT(read("key"), IsEmpty());
     EXPECT_EQ(got(), "01234567");
 }
 
-TEST_F(PrivateFile, ThatIsEmptyGivesNoBytes) {
+TEST_F(PrivateFile, AnEmptyFileGivesNoBytes) {
     EXPECT_THAT(write("key", ""), IsEmpty());
     size_ = 5;
     EXPECT_THAT(read("key"), IsEmpty());
     EXPECT_EQ(size_, 0U);
 }
 
-TEST_F(PrivateFile, ThatIsMissingOrADirectoryIsRefused) {
+TEST_F(PrivateFile, AMissingFileOrADirectoryIsRefused) {
     EXPECT_THAT(read("missing"), HasSubstr("cannot be opened: "));
     fs::create_directory(directory_.path() / "folder");
-    EXPECT_EQ(read("folder"), "is no plain file");
+    EXPECT_EQ(read("folder"), "is not a regular file");
     EXPECT_EQ(outcome_, PrivateReading::kFailed);
 }
 
-TEST_F(PrivateFile, ReplacesNothing) {
+TEST_F(PrivateFile, WritingANewFileReplacesNothing) {
     directory_.write("key", "old");
-    EXPECT_THAT(write("key", "new"), HasSubstr("cannot be made: "));
+    EXPECT_THAT(write("key", "new"), HasSubstr("cannot be created: "));
     EXPECT_EQ(directory_.read("key"), "old");
 }
 
-TEST_F(PrivateFile, LeavesNothingWhereItCannotBePut) {
+TEST_F(PrivateFile, FailedWritingLeavesNothingBehind) {
     fs::create_directory(directory_.path() / "folder");
-    EXPECT_THAT(write("folder", "new"), HasSubstr("cannot be made: "));
+    EXPECT_THAT(write("folder", "new"), HasSubstr("cannot be created: "));
     EXPECT_THAT(namesIn(directory_), ElementsAre("folder"));
 }
 
-TEST_F(PrivateFile, StandsAloneWhenItIsWritten) {
+TEST_F(PrivateFile, WritingLeavesNoOtherFileBehind) {
     EXPECT_THAT(write("key", "secret"), IsEmpty());
     EXPECT_THAT(namesIn(directory_), ElementsAre("key"));
 }
 
-TEST_F(PrivateFile, OrAnyOtherIsReplaced) {
+TEST_F(PrivateFile, ReplacingCreatesOrReplacesAFile) {
     EXPECT_THAT(replace("file", "first"), IsEmpty());
     EXPECT_EQ(directory_.read("file"), "first");
     EXPECT_THAT(replace("file", ""), IsEmpty());
@@ -80,15 +80,15 @@ TEST_F(PrivateFile, OrAnyOtherIsReplaced) {
     EXPECT_THAT(namesIn(directory_), ElementsAre("file"));
 }
 
-TEST_F(PrivateFile, OrAnyOtherIsNotReplacedWhereTheNewOneCannotBePut) {
+TEST_F(PrivateFile, FailedReplacingChangesNothing) {
     directory_.write("folder/file", "old");
     EXPECT_THAT(replace("folder", "new"), HasSubstr("cannot be written: "));
-    EXPECT_THAT(replace("no\\file", "new"), HasSubstr("cannot be made: "));
+    EXPECT_THAT(replace("no\\file", "new"), HasSubstr("cannot be created: "));
     EXPECT_EQ(directory_.read("folder/file"), "old");
     EXPECT_THAT(namesIn(directory_), ElementsAre("folder"));
 }
 
-TEST_F(PrivateFile, OrAnyOtherIsMovedToANewName) {
+TEST_F(PrivateFile, FilesAndDirectoriesAreMovedToANewName) {
     directory_.write("file", "content");
     directory_.write("folder/file", "inner");
     std::string problem;
@@ -101,7 +101,7 @@ TEST_F(PrivateFile, OrAnyOtherIsMovedToANewName) {
     EXPECT_THAT(namesIn(directory_), ElementsAre("moved", "there"));
 }
 
-TEST_F(PrivateFile, OrAnyOtherIsNotMovedToANameThatIsTaken) {
+TEST_F(PrivateFile, NothingIsMovedToANameThatIsTaken) {
     directory_.write("file", "content");
     directory_.write("folder/file", "inner");
     directory_.write("taken", "precious");
@@ -116,23 +116,23 @@ TEST_F(PrivateFile, OrAnyOtherIsNotMovedToANameThatIsTaken) {
         std::string problem;
         EXPECT_EQ(moveToNew(directory_.entry(from), directory_.entry("no\\new"), problem),
                   Moving::kFailed);
-        EXPECT_THAT(problem, HasSubstr("cannot be made: "));
+        EXPECT_THAT(problem, HasSubstr("cannot be created: "));
     }
     EXPECT_EQ(directory_.read("taken"), "precious");
     EXPECT_THAT(namesIn(directory_), ElementsAre("file", "folder", "taken", "taken folder"));
 }
 
-TEST_F(PrivateFile, InAMissingDirectoryIsRefused) {
-    EXPECT_THAT(write("no\\key", "new"), HasSubstr("cannot be made: "));
+TEST_F(PrivateFile, WritingIntoAMissingDirectoryIsRefused) {
+    EXPECT_THAT(write("no\\key", "new"), HasSubstr("cannot be created: "));
 }
 
-TEST_F(PrivateFile, NamesAndDirectoriesMayHaveAnyLetters) {
+TEST_F(PrivateFile, FilesAndDirectoriesMayHaveAnyLettersInTheirNames) {
     EXPECT_TRUE(makePrivateDirectory(directory_.entry("größe 日本")));
     EXPECT_THAT(write("größe 日本\\clé", "secret"), IsEmpty());
     EXPECT_EQ(directory_.read("größe 日本/clé"), "secret");
 }
 
-TEST_F(PrivateFile, DirectoriesAreNewAndInOneThatIsThere) {
+TEST_F(PrivateFile, ADirectoryMustBeNewAndHaveAParent) {
     EXPECT_TRUE(makePrivateDirectory(directory_.entry("folder")));
     EXPECT_TRUE(fs::is_directory(directory_.path() / "folder"));
     EXPECT_FALSE(makePrivateDirectory(directory_.entry("folder")));

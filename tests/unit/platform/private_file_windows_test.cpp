@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <windows.h>
-// Behind windows.h, which it needs.
+// After windows.h, which it needs.
 #include <sddl.h>
 
 #include <memory>
@@ -22,7 +22,7 @@ using ::testing::IsEmpty;
 
 class PrivateFileAccessList : public PrivateFile {
 protected:
-    // The list as the system's own notation has it.
+    // Sets the list, which is given in the system's own notation.
     void setList(const std::string& name, const wchar_t* list) {
         PSECURITY_DESCRIPTOR made = nullptr;
         ASSERT_NE(::ConvertStringSecurityDescriptorToSecurityDescriptorW(list, SDDL_REVISION_1,
@@ -34,7 +34,7 @@ protected:
                   0);
     }
 
-    // The list in the system's own notation.
+    // Returns the list in the system's own notation.
     std::wstring listOf(const std::string& name) {
         const Bytes descriptor = descriptorOf(name);
         wchar_t* text = nullptr;
@@ -45,7 +45,7 @@ protected:
         return text == nullptr ? L"none" : text;
     }
 
-    // The identifiers of the list's entries, all of which allow something.
+    // The identifiers in the list's entries, all of which must allow something.
     std::vector<std::string> namedBy(const std::string& name) {
         Bytes descriptor = descriptorOf(name);
         BOOL present = FALSE;
@@ -97,8 +97,8 @@ private:
     }
 };
 
-// WD: everyone. SY: the system. BA: its administrators. FA, FR, FW: all, reading, writing.
-TEST_F(PrivateFileAccessList, IsRefusedWhereItLetsEverybodyReadIt) {
+// WD: everyone. BA: the administrators. FA, FR, FW: all access, reading, writing.
+TEST_F(PrivateFileAccessList, AFileThatEverybodyMayReadIsRefused) {
     EXPECT_THAT(write("key", "secret"), IsEmpty());
     setList("key", L"D:P(A;;FA;;;BA)(A;;FR;;;WD)");
     EXPECT_THAT(read("key"), HasSubstr("can be read by others: "));
@@ -108,7 +108,7 @@ TEST_F(PrivateFileAccessList, IsRefusedWhereItLetsEverybodyReadIt) {
     EXPECT_EQ(got(), "secret");
 }
 
-TEST_F(PrivateFileAccessList, IsRefusedWhereItLetsEverybodyChangeIt) {
+TEST_F(PrivateFileAccessList, AFileThatEverybodyMayChangeIsRefused) {
     EXPECT_THAT(write("key", "secret"), IsEmpty());
     setList("key", L"D:P(A;;FA;;;BA)(A;;FW;;;WD)");
     EXPECT_THAT(read("key"), HasSubstr("changed by others: "));
@@ -117,9 +117,9 @@ TEST_F(PrivateFileAccessList, IsRefusedWhereItLetsEverybodyChangeIt) {
     EXPECT_EQ(got(), "secret");
 }
 
-TEST_F(PrivateFileAccessList, OfANewFileNamesNobodyElse) {
+TEST_F(PrivateFileAccessList, ANewFilesListNamesNobodyElse) {
     EXPECT_THAT(write("key", "secret"), IsEmpty());
-    // Or the system, its administrators and whoever owns the file.
+    // Apart from the system, its administrators and the file's owner.
     EXPECT_THAT(namedBy("key"),
                 AllOf(Contains(currentUser()),
                       Each(AnyOf(currentUser(), "S-1-5-18", "S-1-5-32-544", "S-1-3-4"))));
@@ -127,7 +127,7 @@ TEST_F(PrivateFileAccessList, OfANewFileNamesNobodyElse) {
     EXPECT_EQ(got(), "secret");
 }
 
-TEST_F(PrivateFileAccessList, OfAFileForEveryoneIsTheDirectorys) {
+TEST_F(PrivateFileAccessList, AFileForEveryoneHasTheDirectorysList) {
     directory_.write("usual", "open");
     EXPECT_THAT(write("result", "open", Readers::kEveryone), IsEmpty());
     EXPECT_EQ(listOf("result"), listOf("usual"));

@@ -8,12 +8,12 @@
 namespace VelmoraQuavin::internal::platform {
 namespace {
 
-TEST(EnvironmentVariable, IsNothingWhereThereIsNone) {
+TEST(EnvironmentVariable, IsNothingIfNotSet) {
     EXPECT_EQ(environmentVariable("QUAVIN_TEST_NOTHING"), std::nullopt);
     EXPECT_NE(environmentVariable("PATH"), std::nullopt);
 }
 
-TEST(PeakResidentMemory, CoversMemoryThatWasUsedOnce) {
+TEST(PeakResidentMemory, IncludesMemoryThatHasBeenFreed) {
     constexpr std::size_t kSize = std::size_t{64} << 20;
     const std::uint64_t before = peakResidentMemory();
     EXPECT_GT(before, std::uint64_t{1} << 20);

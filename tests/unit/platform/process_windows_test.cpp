@@ -28,7 +28,7 @@ TEST(EnvironmentVariable, MayBeEmpty) {
     EXPECT_EQ(environmentVariable("QUAVIN_TEST_Größe"), "");
 }
 
-TEST(EnvironmentVariable, IsNothingBehindItsRemoval) {
+TEST(EnvironmentVariable, IsNothingAfterItsRemoval) {
     ::SetEnvironmentVariableW(kName, L"x");
     ::SetEnvironmentVariableW(kName, nullptr);
     EXPECT_EQ(environmentVariable("QUAVIN_TEST_Größe"), std::nullopt);

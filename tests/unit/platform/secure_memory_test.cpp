@@ -7,13 +7,13 @@
 namespace VelmoraQuavin::internal::platform {
 namespace {
 
-TEST(WipeMemory, OverwritesTheGivenBytesWithZerosAndNoOthers) {
+TEST(WipeMemory, ZeroesTheGivenBytesAndNoOthers) {
     std::string bytes = "before secret after";
     wipeMemory(bytes.data() + 7, 6);
     EXPECT_EQ(bytes, std::string("before ") + std::string(6, '\0') + " after");
 }
 
-TEST(WipeMemory, TakesNoBytesAtAll) {
+TEST(WipeMemory, AcceptsZeroBytes) {
     std::string bytes = "content";
     wipeMemory(bytes.data(), 0);
     EXPECT_EQ(bytes, "content");

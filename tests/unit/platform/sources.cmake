@@ -9,7 +9,7 @@ if(WIN32)
       pending_file_windows_test.cpp
       wide_path_windows_test.cpp)
 else()
-  # Links, pipes and permissions as POSIX has them.
+  # POSIX links, pipes and permissions.
   set(system_tests aes_memory_posix.cpp confined_directory_posix_test.cpp
                    input_file_posix_test.cpp native_path_posix_test.cpp
                    new_name_posix_test.cpp pending_file_posix_test.cpp)
@@ -27,7 +27,7 @@ quavin_unit_test(
   secure_memory_test.cpp)
 target_link_libraries(quavin_platform_tests PRIVATE quavin_test_packages)
 
-# What the system does for tools is no part of the library.
+# Platform code for the tools is not part of the library.
 if(QUAVIN_BUILD_TOOLS)
   target_sources(
     quavin_platform_tests
@@ -44,7 +44,7 @@ if(QUAVIN_BUILD_TOOLS)
   target_link_libraries(quavin_platform_tests PRIVATE quavin_tool_platform_objects)
 endif()
 
-# The library on the system's cryptography that fails where a test wants it to.
+# The library with system cryptography that fails on demand.
 if(WIN32)
   add_executable(quavin_faulty_cng_tests platform/aes_memory_windows.cpp platform/faulty_cng_windows.cpp
                                          platform/faulty_cng_windows_test.cpp)

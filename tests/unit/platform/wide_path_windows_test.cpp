@@ -1,4 +1,4 @@
-// Paths as Windows has them; those of POSIX systems have a test of their own.
+// Native paths on Windows; POSIX paths have their own test.
 
 #include "platform/windows/wide_path.h"
 
@@ -17,12 +17,12 @@ TEST(WidePath, KeepsSeparatorsOfBothKinds) {
 }
 
 TEST(WidePath, IsUtf16) {
-    // Two bytes, three bytes, and four, which are a surrogate pair.
+    // Characters of two, three and four bytes; the last becomes a surrogate pair.
     EXPECT_EQ(widePath("\xC3\xB6\\\xE5\x90\x8D\\\xF0\x9F\x98\x80"),
               L"\x00F6\\\x540D\\\xD83D\xDE00");
 }
 
-TEST(WidePath, IsABadConversionForAnythingButUtf8) {
+TEST(WidePath, ThrowsBadConversionForAnythingButUtf8) {
     for (const char* path : {"a\\\xFF", "\xC3", "\xC0\xAF", "\xED\xA0\x80"}) {
         try {
             static_cast<void>(widePath(path));
@@ -37,7 +37,7 @@ TEST(WidePath, EndsAtTheFirstZeroByte) {
     EXPECT_EQ(widePath(String("a\\b\0\xFF", 5)), L"a\\b");
 }
 
-TEST(NarrowPath, TakesAnyBytesAsTheyAre) {
+TEST(NarrowPath, KeepsAnyBytesUnchanged) {
     EXPECT_EQ(narrowPath("a/b\\c\\"), "a/b\\c\\");
     EXPECT_EQ(narrowPath("\xFF\\\x80"), "\xFF\\\x80");
     EXPECT_EQ(narrowPath(""), "");

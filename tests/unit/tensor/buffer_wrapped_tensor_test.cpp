@@ -37,7 +37,7 @@ protected:
     std::array<unsigned char, 32> memory_ = {1, 2, 3, 4};
 };
 
-TEST_F(BufferWrappedTensorTest, ATypeAloneGivesNoMemory) {
+TEST_F(BufferWrappedTensorTest, ATypeAloneProvidesNoMemory) {
     BufferWrappedTensor tensor(DataType::FLOAT);
     EXPECT_EQ(tensor.buffer(), nullptr);
     EXPECT_EQ(std::as_const(tensor).buffer(), nullptr);
@@ -45,7 +45,7 @@ TEST_F(BufferWrappedTensorTest, ATypeAloneGivesNoMemory) {
     EXPECT_EQ(tensor.bytes(), 4);
 }
 
-TEST_F(BufferWrappedTensorTest, ShowsTheHostsMemory) {
+TEST_F(BufferWrappedTensorTest, WrapsTheHostsMemory) {
     BufferWrappedTensor tensor(DataType::FLOAT, TensorShape(2, 2), memory_.data(), 16);
     EXPECT_EQ(tensor.buffer(), memory_.data());
     EXPECT_EQ(std::as_const(tensor).buffer(), memory_.data());
@@ -60,7 +60,7 @@ TEST_F(BufferWrappedTensorTest, LeavesTheHostsMemoryAlone) {
     EXPECT_EQ(memory_[3], 4);
 }
 
-TEST_F(BufferWrappedTensorTest, TakesASmallerBufferOnTheHostsWord) {
+TEST_F(BufferWrappedTensorTest, AcceptsASizeBelowTheShapesBytes) {
     BufferWrappedTensor tensor(DataType::FLOAT, TensorShape(2, 2), memory_.data(), 8);
     EXPECT_EQ(tensor.buffer(), memory_.data());
     EXPECT_EQ(tensor.bytes(), 16);
@@ -84,12 +84,12 @@ TEST_F(BufferWrappedTensorTest, RefusesABufferForAnUnknownType) {
         INVALID_ARGUMENTS, kInsufficient);
 }
 
-TEST_F(BufferWrappedTensorTest, RefusesAnEmptyShapeBeforeItLooksAtTheSize) {
+TEST_F(BufferWrappedTensorTest, RefusesAnEmptyShapeBeforeCheckingTheSize) {
     expectRefused(TensorShape(), 4, kEmptyShape);
     expectRefused(TensorShape(), 32, kEmptyShape);
 }
 
-TEST_F(BufferWrappedTensorTest, ANullBufferIsTakenWithAnyShapeAndSize) {
+TEST_F(BufferWrappedTensorTest, ANullBufferIsAcceptedWithAnyShapeAndSize) {
     const BufferWrappedTensor fitting(DataType::FLOAT, TensorShape(2, 2), nullptr, 16);
     EXPECT_EQ(fitting.buffer(), nullptr);
     EXPECT_THAT(fitting.shape().shapeVector(), ElementsAre(2, 2));
@@ -102,7 +102,7 @@ TEST_F(BufferWrappedTensorTest, ANullBufferIsTakenWithAnyShapeAndSize) {
     EXPECT_EQ(variable.buffer(), nullptr);
 }
 
-TEST_F(BufferWrappedTensorTest, ResizeToTheSameNumberOfBytesReshapes) {
+TEST_F(BufferWrappedTensorTest, ResizeToTheSameByteCountReshapes) {
     BufferWrappedTensor tensor(DataType::FLOAT, TensorShape(2, 2), memory_.data(), 16);
     EXPECT_THAT(tensor.resize(TensorShape(4)), IsOk());
     EXPECT_THAT(tensor.shape().shapeVector(), ElementsAre(4));
@@ -110,7 +110,7 @@ TEST_F(BufferWrappedTensorTest, ResizeToTheSameNumberOfBytesReshapes) {
     EXPECT_EQ(memory_[1], 2);
 }
 
-TEST_F(BufferWrappedTensorTest, ResizeToAnotherNumberOfBytesIsRefused) {
+TEST_F(BufferWrappedTensorTest, ResizeToADifferentByteCountIsRefused) {
     BufferWrappedTensor tensor(DataType::FLOAT, TensorShape(2, 2), memory_.data(), 16);
     EXPECT_THAT(tensor.resize(TensorShape(3)), IsStatus(TENSOR_SIZE_MISMATCH, kMismatch));
     EXPECT_THAT(tensor.shape().shapeVector(), ElementsAre(2, 2));

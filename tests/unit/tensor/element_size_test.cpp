@@ -12,7 +12,7 @@ namespace {
 
 constexpr int64 kMin = std::numeric_limits<int64>::min();
 constexpr int64 kMax = std::numeric_limits<int64>::max();
-constexpr std::size_t kNotToBeHad = std::numeric_limits<std::size_t>::max();
+constexpr std::size_t kUnobtainable = std::numeric_limits<std::size_t>::max();
 
 TEST(DataTypeTest, NumbersNeverChange) {
     EXPECT_EQ(static_cast<int>(DataType::UNDEFINED), 0);
@@ -31,7 +31,7 @@ TEST(DataTypeTest, NumbersNeverChange) {
     EXPECT_EQ(sizeof(DataType), 4U);
 }
 
-TEST(ElementSizeTest, IsThatOfTheType) {
+TEST(ElementSizeTest, MatchesTheType) {
     EXPECT_EQ(elementSize(DataType::BOOL), 1);
     EXPECT_EQ(elementSize(DataType::INT8), 1);
     EXPECT_EQ(elementSize(DataType::UINT8), 1);
@@ -46,38 +46,38 @@ TEST(ElementSizeTest, IsThatOfTheType) {
     EXPECT_EQ(elementSize(DataType::DOUBLE), 8);
 }
 
-TEST(ElementSizeTest, OfWhatIsNoTypeIsZero) {
+TEST(ElementSizeTest, IsZeroForUnknownTypes) {
     for (const std::int32_t number : {0, 13, -1, 1000, std::numeric_limits<std::int32_t>::min(),
                                       std::numeric_limits<std::int32_t>::max()}) {
         EXPECT_EQ(elementSize(static_cast<DataType>(number)), 0) << number;
     }
 }
 
-TEST(ByteCountTest, IsElementsTimesTheirSize) {
+TEST(ByteCountTest, IsElementCountTimesElementSize) {
     EXPECT_EQ(byteCount(DataType::FLOAT, TensorShape(2, 3)), 24);
     EXPECT_EQ(byteCount(DataType::UNDEFINED, TensorShape(2, 3)), 0);
     EXPECT_EQ(byteCount(DataType::DOUBLE, TensorShape()), 8);
 }
 
-TEST(ByteCountTest, Wraps) {
+TEST(ByteCountTest, WrapsOnOverflow) {
     EXPECT_EQ(byteCount(DataType::FLOAT, TensorShape(int64{1} << 62)), 0);     // 2^64
     EXPECT_EQ(byteCount(DataType::FLOAT, TensorShape(int64{1} << 61)), kMin);  // 2^63
     EXPECT_EQ(byteCount(DataType::INT16, TensorShape(kMax)), -2);              // 2^64 - 2
 }
 
-TEST(ExactByteCountTest, IsElementsTimesTheirSize) {
+TEST(ExactByteCountTest, IsElementCountTimesElementSize) {
     EXPECT_EQ(exactByteCount(DataType::FLOAT, TensorShape(2, 3)), 24);
     EXPECT_EQ(exactByteCount(DataType::DOUBLE, TensorShape()), 8);
     EXPECT_EQ(exactByteCount(DataType::UINT8, TensorShape(kMax)), kMax);
 }
 
-TEST(ExactByteCountTest, NegativeDimensionsGiveTheirSign) {
+TEST(ExactByteCountTest, HasTheSignOfTheDimensionsProduct) {
     EXPECT_EQ(exactByteCount(DataType::FLOAT, TensorShape(1, -1, 3)), -12);
     EXPECT_EQ(exactByteCount(DataType::FLOAT, TensorShape(-1, -1, 3)), 12);
     EXPECT_EQ(exactByteCount(DataType::UINT8, TensorShape(-kMax)), -kMax);
 }
 
-TEST(ExactByteCountTest, IsMissingWhereItDoesNotFit) {
+TEST(ExactByteCountTest, IsMissingIfItDoesNotFit) {
     EXPECT_EQ(exactByteCount(DataType::FLOAT, TensorShape(int64{1} << 61)), std::nullopt);
     EXPECT_EQ(exactByteCount(DataType::FLOAT, TensorShape(int64{1} << 62)), std::nullopt);
     EXPECT_EQ(exactByteCount(DataType::UINT8, TensorShape(kMax, 2)), std::nullopt);
@@ -86,7 +86,7 @@ TEST(ExactByteCountTest, IsMissingWhereItDoesNotFit) {
     EXPECT_EQ(exactByteCount(DataType::UINT8, TensorShape(kMax, kMax, kMax)), std::nullopt);
 }
 
-TEST(ExactByteCountTest, IsZeroWhereADimensionIsWhateverTheOthers) {
+TEST(ExactByteCountTest, IsZeroIfAnyDimensionIsZero) {
     EXPECT_EQ(exactByteCount(DataType::FLOAT, TensorShape(0, kMax, kMax)), 0);
     EXPECT_EQ(exactByteCount(DataType::FLOAT, TensorShape(kMax, kMax, 0)), 0);
     EXPECT_EQ(exactByteCount(DataType::FLOAT, TensorShape(-1, 0)), 0);
@@ -101,10 +101,10 @@ TEST(ByteCountToAllocateTest, IsTheByteCount) {
     EXPECT_EQ(byteCountToAllocate(DataType::FLOAT, TensorShape(0)), 0U);
 }
 
-TEST(ByteCountToAllocateTest, CannotBeHadWhereTheCountIsNegativeOrDoesNotFit) {
-    EXPECT_EQ(byteCountToAllocate(DataType::FLOAT, TensorShape(1, -1)), kNotToBeHad);
-    EXPECT_EQ(byteCountToAllocate(DataType::FLOAT, TensorShape(int64{1} << 62)), kNotToBeHad);
-    EXPECT_EQ(byteCountToAllocate(DataType::UINT8, TensorShape(kMin)), kNotToBeHad);
+TEST(ByteCountToAllocateTest, IsUnobtainableIfTheCountIsNegativeOrDoesNotFit) {
+    EXPECT_EQ(byteCountToAllocate(DataType::FLOAT, TensorShape(1, -1)), kUnobtainable);
+    EXPECT_EQ(byteCountToAllocate(DataType::FLOAT, TensorShape(int64{1} << 62)), kUnobtainable);
+    EXPECT_EQ(byteCountToAllocate(DataType::UINT8, TensorShape(kMin)), kUnobtainable);
 }
 
 }  // namespace

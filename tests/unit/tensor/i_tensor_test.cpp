@@ -1,4 +1,4 @@
-// What all tensors share, seen through one whose memory the test decides about.
+// What all tensors share, tested on one whose memory the test controls.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -19,7 +19,7 @@ using ::testing::IsEmpty;
 using testing::IsOk;
 using testing::IsStatus;
 
-/// A tensor that notes what resize() asks for.
+/// A tensor that records the sizes resize() requests.
 class ScriptedTensor : public ITensor {
 public:
     ScriptedTensor(DataType dataType, TensorShape shape) : ITensor(dataType, std::move(shape)) {}
@@ -28,20 +28,20 @@ public:
     const unsigned char* buffer() const override { return buffer_; }
     unsigned char* buffer() override { return buffer_; }
     bool allocate(std::size_t byteCount) override {
-        asked.push_back(byteCount);
+        requested.push_back(byteCount);
         return allocates;
     }
     void giveMemory() { buffer_ = &byte_; }
 
     bool allocates = true;
-    std::vector<std::size_t> asked;
+    std::vector<std::size_t> requested;
 
 private:
     unsigned char byte_ = 0;
     unsigned char* buffer_ = nullptr;
 };
 
-/// A tensor that tells another shape than the stored one.
+/// A tensor that reports a different shape from the stored one.
 class ReshapedTensor : public ScriptedTensor {
 public:
     using ScriptedTensor::ScriptedTensor;
@@ -59,13 +59,13 @@ TEST(ITensorTest, KeepsTypeAndShape) {
     EXPECT_THAT(tensor.shape().shapeVector(), ElementsAre(2, 3));
 }
 
-TEST(ITensorTest, ATypeAloneGivesAnEmptyShape) {
+TEST(ITensorTest, ATypeAloneHasAnEmptyShape) {
     const ScriptedTensor tensor(DataType::DOUBLE);
     EXPECT_THAT(tensor.shape().shapeVector(), IsEmpty());
     EXPECT_EQ(tensor.bytes(), 8);
 }
 
-TEST(ITensorTest, BytesAreElementsTimesTheirSize) {
+TEST(ITensorTest, BytesAreElementCountTimesElementSize) {
     EXPECT_EQ(ScriptedTensor(DataType::INT16, TensorShape(2, 3)).bytes(), 12);
     EXPECT_EQ(ScriptedTensor(DataType::FLOAT, TensorShape(2, 0)).bytes(), 0);
 }
@@ -79,12 +79,12 @@ TEST(ITensorTest, BytesOfAVariableShapeAreNegative) {
     EXPECT_EQ(ScriptedTensor(DataType::FLOAT, TensorShape(2, -1)).bytes(), -8);
 }
 
-TEST(ITensorTest, GivesOutFurtherSharedReferences) {
+TEST(ITensorTest, SupportsSharedFromThis) {
     const std::shared_ptr<ITensor> tensor = std::make_shared<ScriptedTensor>(DataType::FLOAT);
     EXPECT_EQ(tensor->shared_from_this(), tensor);
 }
 
-TEST(ITensorTest, StridesAreInElementsWithTheLastDimensionTheFastest) {
+TEST(ITensorTest, StridesAreInElementsInRowMajorOrder) {
     EXPECT_THAT(ITensor::getStrideFromShape(TensorShape(2, 3, 4)).shapeVector(),
                 ElementsAre(12, 4, 1));
     EXPECT_THAT(ITensor::getStrideFromShape(TensorShape(1, 3, 224, 224)).shapeVector(),
@@ -96,7 +96,7 @@ TEST(ITensorTest, StridesOfAnEmptyShapeAreEmpty) {
     EXPECT_THAT(ITensor::getStrideFromShape(TensorShape()).shapeVector(), IsEmpty());
 }
 
-TEST(ITensorTest, StridesTakeEveryDimensionAsItIs) {
+TEST(ITensorTest, StridesUseEveryDimensionUnchanged) {
     EXPECT_THAT(ITensor::getStrideFromShape(TensorShape(2, -1, 4)).shapeVector(),
                 ElementsAre(-4, 4, 1));
     EXPECT_THAT(ITensor::getStrideFromShape(TensorShape(2, 0, 4)).shapeVector(),
@@ -106,21 +106,21 @@ TEST(ITensorTest, StridesTakeEveryDimensionAsItIs) {
                 ElementsAre(0, 4, 1));  // 2^64 wraps to 0
 }
 
-TEST(ITensorTest, StrideFollowsTheShapeThatTheTensorTells) {
+TEST(ITensorTest, StrideFollowsTheReportedShape) {
     EXPECT_THAT(ScriptedTensor(DataType::FLOAT, TensorShape(2, 3, 4)).stride().shapeVector(),
                 ElementsAre(12, 4, 1));
     EXPECT_THAT(ReshapedTensor(DataType::FLOAT, TensorShape(2)).stride().shapeVector(),
                 ElementsAre(30, 6, 1));
 }
 
-TEST(ITensorResizeTest, WithoutMemoryItAsksForExactlyTheBytesNeeded) {
+TEST(ITensorResizeTest, WithoutMemoryItRequestsExactlyTheBytesNeeded) {
     ScriptedTensor tensor(DataType::FLOAT, TensorShape(9));
     EXPECT_THAT(tensor.resize(TensorShape(2, 3)), IsOk());
-    EXPECT_THAT(tensor.asked, ElementsAre(24U));
+    EXPECT_THAT(tensor.requested, ElementsAre(24U));
     EXPECT_THAT(tensor.shape().shapeVector(), ElementsAre(2, 3));
 }
 
-TEST(ITensorResizeTest, WithoutMemoryAndWithoutAllocationItFailsAndKeepsTheShape) {
+TEST(ITensorResizeTest, AFailedAllocationKeepsTheShape) {
     ScriptedTensor tensor(DataType::FLOAT, TensorShape(9));
     tensor.allocates = false;
     EXPECT_THAT(tensor.resize(TensorShape(2, 3)), IsStatus(ALLOCATION_FAILED, kAllocation));
@@ -131,20 +131,20 @@ TEST(ITensorResizeTest, WithMemoryItOnlyReshapes) {
     ScriptedTensor tensor(DataType::FLOAT, TensorShape(2, 6));
     tensor.giveMemory();
     EXPECT_THAT(tensor.resize(TensorShape(3, 4)), IsOk());
-    EXPECT_THAT(tensor.asked, IsEmpty());
+    EXPECT_THAT(tensor.requested, IsEmpty());
     EXPECT_THAT(tensor.shape().shapeVector(), ElementsAre(3, 4));
 }
 
-TEST(ITensorResizeTest, WithMemoryItRefusesAnotherNumberOfBytes) {
+TEST(ITensorResizeTest, WithMemoryItRefusesADifferentByteCount) {
     ScriptedTensor tensor(DataType::FLOAT, TensorShape(2, 6));
     tensor.giveMemory();
     EXPECT_THAT(tensor.resize(TensorShape(3, 3)), IsStatus(TENSOR_SIZE_MISMATCH, kMismatch));
     EXPECT_THAT(tensor.resize(TensorShape(2, -6)), IsStatus(TENSOR_SIZE_MISMATCH, kMismatch));
     EXPECT_THAT(tensor.shape().shapeVector(), ElementsAre(2, 6));
-    EXPECT_THAT(tensor.asked, IsEmpty());
+    EXPECT_THAT(tensor.requested, IsEmpty());
 }
 
-TEST(ITensorResizeTest, WithMemoryItRefusesAShapeWhoseBytesWrapToTheSameNumber) {
+TEST(ITensorResizeTest, WithMemoryItRefusesAShapeWhoseByteCountWrapsToTheSame) {
     ScriptedTensor tensor(DataType::FLOAT, TensorShape(4));
     tensor.giveMemory();
     const int64 wrapping = (int64{1} << 62) + 4;  // 2^64 + 16 bytes
@@ -152,12 +152,12 @@ TEST(ITensorResizeTest, WithMemoryItRefusesAShapeWhoseBytesWrapToTheSameNumber) 
     EXPECT_THAT(tensor.shape().shapeVector(), ElementsAre(4));
 }
 
-TEST(ITensorResizeTest, WithoutMemoryItNeverAsksForFewBytesForAHugeShape) {
+TEST(ITensorResizeTest, WithoutMemoryItNeverRequestsTooLittleForAHugeShape) {
     ScriptedTensor tensor(DataType::FLOAT);
     tensor.resize(TensorShape((int64{1} << 62) + 4));
     tensor.resize(TensorShape(2, -3));
-    EXPECT_THAT(tensor.asked, ElementsAre(std::numeric_limits<std::size_t>::max(),
-                                          std::numeric_limits<std::size_t>::max()));
+    EXPECT_THAT(tensor.requested, ElementsAre(std::numeric_limits<std::size_t>::max(),
+                                              std::numeric_limits<std::size_t>::max()));
 }
 
 }  // namespace

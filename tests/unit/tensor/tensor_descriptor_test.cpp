@@ -22,14 +22,14 @@ TEST(TensorDescriptorTest, IsEmptyByDefault) {
     EXPECT_EQ(descriptor.tensorType(), DataType::UNDEFINED);
 }
 
-TEST(TensorDescriptorTest, AShapeAndATypeGiveADescriptorWithoutAName) {
+TEST(TensorDescriptorTest, HasNoNameIfBuiltFromShapeAndType) {
     const TensorDescriptor descriptor(TensorShape(2, 3), DataType::INT16);
     EXPECT_TRUE(descriptor.name().empty());
     EXPECT_THAT(descriptor.shape().shapeVector(), ElementsAre(2, 3));
     EXPECT_EQ(descriptor.tensorType(), DataType::INT16);
 }
 
-TEST(TensorDescriptorTest, StoresWhatItIsGiven) {
+TEST(TensorDescriptorTest, StoresItsArguments) {
     const TensorDescriptor descriptor("data", TensorShape(2, 3), false, DataType::FLOAT);
     EXPECT_EQ(descriptor.name(), "data");
     EXPECT_THAT(descriptor.shape().shapeVector(), ElementsAre(2, 3));
@@ -43,14 +43,14 @@ TEST(TensorDescriptorTest, CopiesTheShape) {
     EXPECT_THAT(descriptor.shape().shapeVector(), ElementsAre(2, 3));
 }
 
-TEST(TensorDescriptorTest, ADimensionOfMinusOneMakesTheShapeVariableWhateverTheFlag) {
+TEST(TensorDescriptorTest, ADimensionOfMinusOneMakesTheShapeVariableRegardlessOfTheFlag) {
     const TensorShape variable(1, -1, 3);
     EXPECT_TRUE(TensorDescriptor(variable, DataType::FLOAT).variableShape());
     EXPECT_TRUE(TensorDescriptor("data", variable, false, DataType::FLOAT).variableShape());
     EXPECT_TRUE(TensorDescriptor("data", variable, true, DataType::FLOAT).variableShape());
 }
 
-TEST(TensorDescriptorTest, EveryPlaceOfADimensionCounts) {
+TEST(TensorDescriptorTest, AVariableDimensionCountsInAnyPosition) {
     EXPECT_TRUE(TensorDescriptor(TensorShape(-1), DataType::FLOAT).variableShape());
     EXPECT_TRUE(TensorDescriptor(TensorShape(-1, 2, 3), DataType::FLOAT).variableShape());
     EXPECT_TRUE(TensorDescriptor(TensorShape(1, 2, -1), DataType::FLOAT).variableShape());
@@ -73,13 +73,13 @@ TEST(TensorDescriptorTest, AnEmptyShapeIsNotVariable) {
     EXPECT_FALSE(TensorDescriptor("data", TensorShape(), true, DataType::FLOAT).variableShape());
 }
 
-TEST(TensorDescriptorTest, AVariableShapeIsNotGivenOut) {
+TEST(TensorDescriptorTest, ReadingAVariableShapeThrows) {
     const TensorDescriptor descriptor("data", TensorShape(1, -1, 3), false, DataType::FLOAT);
     testing::expectThrows<InvalidOperationException>([&] { descriptor.shape(); }, INVALID_OPERATION,
                                                      kVariable);
 }
 
-TEST(TensorDescriptorTest, TheLibraryItselfSeesAVariableShape) {
+TEST(TensorDescriptorTest, TheLibraryCanReadAVariableShape) {
     const TensorDescriptor descriptor(TensorShape(1, -1, 3), DataType::FLOAT);
     EXPECT_THAT(internal::DescriptorAccess::shape(descriptor).shapeVector(), ElementsAre(1, -1, 3));
 }

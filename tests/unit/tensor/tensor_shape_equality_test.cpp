@@ -1,4 +1,4 @@
-// The three equalities of a shape do not agree with each other, and hosts rely on each.
+// A shape's three equality checks disagree with one another, and hosts rely on each of them.
 #include <gtest/gtest.h>
 
 #include "quavin/tensor.h"
@@ -21,7 +21,7 @@ bool nonConstUnequal(TensorShape left, TensorShape right) {
     return left != right;
 }
 
-TEST(TensorShapeEqualityTest, CompareAndConstEqualityAskForTheSameDimensions) {
+TEST(TensorShapeEqualityTest, CompareAndConstEqualityRequireTheSameDimensions) {
     const TensorShape shape(1, 2);
     EXPECT_TRUE(shape.compare(TensorShape(1, 2)));
     EXPECT_TRUE(constEqual(shape, TensorShape(1, 2)));
@@ -31,7 +31,7 @@ TEST(TensorShapeEqualityTest, CompareAndConstEqualityAskForTheSameDimensions) {
     EXPECT_TRUE(constEqual(TensorShape(), TensorShape()));
 }
 
-TEST(TensorShapeEqualityTest, CompareAndConstEqualityTellLengthsApart) {
+TEST(TensorShapeEqualityTest, CompareAndConstEqualityDistinguishLengths) {
     EXPECT_FALSE(TensorShape(1, 2).compare(TensorShape(1, 2, 3)));
     EXPECT_FALSE(TensorShape(1, 2, 3).compare(TensorShape(1, 2)));
     EXPECT_FALSE(constEqual(TensorShape(1, 2), TensorShape(1, 2, 3)));
@@ -44,7 +44,7 @@ TEST(TensorShapeEqualityTest, NonConstEqualityOfTheSameDimensionsIsTrue) {
     EXPECT_FALSE(nonConstUnequal(TensorShape(1, -1, 3), TensorShape(1, -1, 3)));
 }
 
-TEST(TensorShapeEqualityTest, NonConstEqualityOfOtherDimensionsIsFalse) {
+TEST(TensorShapeEqualityTest, NonConstEqualityOfDifferentDimensionsIsFalse) {
     EXPECT_FALSE(nonConstEqual(TensorShape(1, 2), TensorShape(1, 3)));
     EXPECT_TRUE(nonConstUnequal(TensorShape(1, 2), TensorShape(1, 3)));
 }
@@ -79,7 +79,7 @@ TEST(TensorShapeEqualityTest, AnEarlierMismatchWithAShorterRightSideIsFalse) {
     EXPECT_TRUE(nonConstUnequal(TensorShape(1, 2, 3), TensorShape(9)));
 }
 
-TEST(TensorShapeEqualityTest, TheLeftSideDecidesWhichFormIsMeant) {
+TEST(TensorShapeEqualityTest, TheConstnessOfTheLeftSideSelectsTheForm) {
     TensorShape changeable(1, 2);
     const TensorShape fixed(1, 2);
     const TensorShape longer(1, 2, 3);

@@ -36,7 +36,7 @@ TEST(TensorShapeLayoutTest, NhwcMovesTheChannelsToTheEnd) {
     EXPECT_THAT(TensorShape(9, 2, 3, 4, 5).getNHWC(), ElementsAre(2, 4, 5, 3));
 }
 
-TEST(TensorShapeLayoutTest, NhwcOfFewerDimensionsHasOnesInTheirPlaces) {
+TEST(TensorShapeLayoutTest, MissingDimensionsOfNhwcAreOne) {
     EXPECT_THAT(TensorShape(224, 224).getNHWC(), ElementsAre(1, 224, 224, 1));
     EXPECT_THAT(TensorShape(3, 4, 5).getNHWC(), ElementsAre(1, 4, 5, 3));
     EXPECT_THAT(TensorShape().getNHWC(), ElementsAre(1, 1, 1, 1));
@@ -48,7 +48,7 @@ TEST(TensorShapeLayoutTest, VariableDimensionsAreCopiedLikeOthers) {
     EXPECT_THAT(TensorShape(-1, 3, -1, 5).getNHWC(), ElementsAre(-1, -1, 5, 3));
 }
 
-TEST(TensorShapeLayoutTest, TheShapeItselfStaysAsItIs) {
+TEST(TensorShapeLayoutTest, TheShapeItselfIsUnchanged) {
     const TensorShape shape(2, 3);
     shape.getNHWC();
     EXPECT_THAT(shape.shapeVector(), ElementsAre(2, 3));

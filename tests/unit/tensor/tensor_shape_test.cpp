@@ -26,7 +26,7 @@ TEST(TensorShapeTest, IsEmptyByDefault) {
     EXPECT_THAT(shape.shapeVector(), IsEmpty());
 }
 
-TEST(TensorShapeTest, TakesOneToFiveDimensionsInOrder) {
+TEST(TensorShapeTest, AcceptsOneToFiveDimensionsInOrder) {
     EXPECT_THAT(TensorShape(5).shapeVector(), ElementsAre(5));  // the dimension, not a count
     EXPECT_THAT(TensorShape(2, 3).shapeVector(), ElementsAre(2, 3));
     EXPECT_THAT(TensorShape(2, 3, 4).shapeVector(), ElementsAre(2, 3, 4));
@@ -34,7 +34,7 @@ TEST(TensorShapeTest, TakesOneToFiveDimensionsInOrder) {
     EXPECT_THAT(TensorShape(2, 3, 4, 5, 6).shapeVector(), ElementsAre(2, 3, 4, 5, 6));
 }
 
-TEST(TensorShapeTest, TakesAListOrAVectorOfAnyLength) {
+TEST(TensorShapeTest, AcceptsAListOrAVectorOfAnyLength) {
     const std::vector<int64> dimensions = {1, 2, 3, 4, 5, 6, 7};
     EXPECT_THAT(TensorShape({1, 2, 3, 4, 5, 6, 7}).shapeVector(), ElementsAre(1, 2, 3, 4, 5, 6, 7));
     EXPECT_EQ(TensorShape(dimensions).shapeVector(), dimensions);
@@ -88,7 +88,7 @@ TEST(TensorShapeTest, IsAlwaysValid) {
     EXPECT_TRUE(TensorShape(1, -1, 0, kMin).valid());
 }
 
-TEST(TensorShapeTest, GivesAndChangesADimension) {
+TEST(TensorShapeTest, ReadsAndChangesADimension) {
     TensorShape shape(2, 3);
     EXPECT_EQ(shape[0], 2);
     EXPECT_EQ(std::as_const(shape)[1], 3);
@@ -96,7 +96,7 @@ TEST(TensorShapeTest, GivesAndChangesADimension) {
     EXPECT_THAT(shape.shapeVector(), ElementsAre(2, 9));
 }
 
-TEST(TensorShapeTest, AnIndexBehindTheEndIsRefused) {
+TEST(TensorShapeTest, AnIndexPastTheEndThrows) {
     TensorShape shape(2);
     for (const uint64 index : {uint64{1}, uint64{2}, uint64{1} << 63U, ~uint64{0}}) {
         testing::expectThrows<RangeException>([&] { shape[index] = 1; }, OUT_OF_RANGE, kOutOfRange);
@@ -106,7 +106,7 @@ TEST(TensorShapeTest, AnIndexBehindTheEndIsRefused) {
     EXPECT_THAT(shape.shapeVector(), ElementsAre(2));
 }
 
-TEST(TensorShapeTest, AnEmptyShapeHasNoIndex) {
+TEST(TensorShapeTest, AnEmptyShapeHasNoValidIndex) {
     testing::expectThrows<RangeException>([] { TensorShape()[0] = 1; }, OUT_OF_RANGE, kOutOfRange);
 }
 

@@ -32,7 +32,7 @@ std::vector<int> bytesOf(const ITensor& tensor) {
     return {tensor.buffer(), tensor.buffer() + tensor.bytes()};
 }
 
-TEST(TensorTest, AShapeGivesZeroFilledMemory) {
+TEST(TensorTest, AShapeAllocatesZeroFilledMemory) {
     const Tensor tensor(DataType::FLOAT, TensorShape(2, 3));
     EXPECT_EQ(tensor.bytes(), 24);
     ASSERT_NE(tensor.buffer(), nullptr);
@@ -41,14 +41,14 @@ TEST(TensorTest, AShapeGivesZeroFilledMemory) {
     EXPECT_THAT(tensor.shape().shapeVector(), ElementsAre(2, 3));
 }
 
-TEST(TensorTest, AnEmptyShapeGivesOneElement) {
+TEST(TensorTest, AnEmptyShapeAllocatesOneElement) {
     const Tensor tensor(DataType::DOUBLE, TensorShape());
     EXPECT_EQ(tensor.bytes(), 8);
     ASSERT_NE(tensor.buffer(), nullptr);
     EXPECT_THAT(bytesOf(tensor), ElementsAre(0, 0, 0, 0, 0, 0, 0, 0));
 }
 
-TEST(TensorTest, ATypeAloneGivesNoMemory) {
+TEST(TensorTest, ATypeAloneAllocatesNoMemory) {
     Tensor tensor(DataType::UINT8);
     EXPECT_EQ(tensor.bytes(), 1);
     EXPECT_EQ(tensor.buffer(), nullptr);
@@ -57,12 +57,12 @@ TEST(TensorTest, ATypeAloneGivesNoMemory) {
     EXPECT_THAT(tensor.stride().shapeVector(), IsEmpty());
 }
 
-TEST(TensorTest, BothFormsOfBufferGiveTheSameMemory) {
+TEST(TensorTest, BothBufferOverloadsReturnTheSameMemory) {
     Tensor tensor(DataType::UINT8, TensorShape(4));
     EXPECT_EQ(tensor.buffer(), std::as_const(tensor).buffer());
 }
 
-TEST(TensorTest, ATensorWithoutElementsHasMemoryOfNoBytes) {
+TEST(TensorTest, ATensorWithoutElementsHasANonNullBuffer) {
     Tensor tensor(DataType::FLOAT, TensorShape(2, 0));
     EXPECT_EQ(tensor.bytes(), 0);
     EXPECT_NE(tensor.buffer(), nullptr);
@@ -70,7 +70,7 @@ TEST(TensorTest, ATensorWithoutElementsHasMemoryOfNoBytes) {
     EXPECT_THAT(tensor.resize(TensorShape(1)), IsStatus(TENSOR_SIZE_MISMATCH, kMismatch));
 }
 
-TEST(TensorTest, AnUnknownTypeHasMemoryOfNoBytes) {
+TEST(TensorTest, AnUnknownTypeHasANonNullBuffer) {
     const Tensor tensor(DataType::UNDEFINED, TensorShape(2, 3));
     EXPECT_EQ(tensor.bytes(), 0);
     EXPECT_NE(tensor.buffer(), nullptr);
@@ -83,7 +83,7 @@ TEST(TensorTest, MemoryIsAlignedForTheEngine) {
     }
 }
 
-TEST(TensorTest, ResizeGivesZeroFilledMemoryWhereThereIsNone) {
+TEST(TensorTest, ResizeAllocatesZeroFilledMemoryIfThereIsNone) {
     Tensor tensor(DataType::UINT8);
     EXPECT_THAT(tensor.resize(TensorShape(4, 4)), IsOk());
     EXPECT_EQ(tensor.bytes(), 16);
@@ -92,7 +92,7 @@ TEST(TensorTest, ResizeGivesZeroFilledMemoryWhereThereIsNone) {
     EXPECT_THAT(tensor.shape().shapeVector(), ElementsAre(4, 4));
 }
 
-TEST(TensorTest, ResizeToTheSameNumberOfBytesKeepsThem) {
+TEST(TensorTest, ResizeToTheSameByteCountKeepsTheBytes) {
     Tensor tensor(DataType::UINT8, TensorShape(4, 4));
     std::iota(tensor.buffer(), tensor.buffer() + 16, static_cast<unsigned char>(1));
     const std::vector<int> before = bytesOf(tensor);
@@ -104,7 +104,7 @@ TEST(TensorTest, ResizeToTheSameNumberOfBytesKeepsThem) {
     EXPECT_EQ(bytesOf(tensor), before);
 }
 
-TEST(TensorTest, ResizeToAnotherNumberOfBytesIsRefused) {
+TEST(TensorTest, ResizeToADifferentByteCountIsRefused) {
     Tensor tensor(DataType::UINT8, TensorShape(4, 4));
     EXPECT_THAT(tensor.resize(TensorShape(3, 3)), IsStatus(TENSOR_SIZE_MISMATCH, kMismatch));
     EXPECT_THAT(tensor.resize(TensorShape(5, 5)), IsStatus(TENSOR_SIZE_MISMATCH, kMismatch));
@@ -112,7 +112,7 @@ TEST(TensorTest, ResizeToAnotherNumberOfBytesIsRefused) {
     EXPECT_EQ(tensor.bytes(), 16);
 }
 
-TEST(TensorTest, AllocateReplacesTheMemoryByZeros) {
+TEST(TensorTest, AllocateReplacesTheMemoryWithZeros) {
     Tensor tensor(DataType::UINT8, TensorShape(4));
     std::fill_n(tensor.buffer(), 4, static_cast<unsigned char>(7));
     EXPECT_TRUE(tensor.allocate(8));
@@ -120,7 +120,7 @@ TEST(TensorTest, AllocateReplacesTheMemoryByZeros) {
     EXPECT_THAT(bytes, Each(0));
 }
 
-// A shape whose bytes are negative, or too many for any memory.
+// A shape whose byte count is negative or more than can be allocated.
 struct ImpossibleShape {
     const char* name;
     TensorShape shape;
@@ -156,7 +156,7 @@ INSTANTIATE_TEST_SUITE_P(
                       ImpossibleShape{"Least", TensorShape(std::numeric_limits<int64>::min())}),
     testing::CaseName());
 
-TEST(TensorTest, AllocateOfMoreThanCanBeAddressedFailsAndKeepsTheMemory) {
+TEST(TensorTest, AllocatingMoreThanIsAddressableThrowsAndKeepsTheMemory) {
     Tensor tensor(DataType::UINT8, TensorShape(4));
     const unsigned char* const memory = tensor.buffer();
     EXPECT_THROW(tensor.allocate(std::numeric_limits<std::size_t>::max()), std::bad_alloc);

@@ -46,7 +46,7 @@ struct BadUtf16 {
 
 class BadUtf16Test : public ::testing::TestWithParam<BadUtf16> {};
 
-TEST_P(BadUtf16Test, IsABadConversion) {
+TEST_P(BadUtf16Test, ThrowsBadConversion) {
     EXPECT_THAT([] { utf16ToUtf8(GetParam().text); },
                 ThrowsMessage<std::range_error>(StrEq("bad conversion")));
 }
@@ -59,7 +59,7 @@ INSTANTIATE_TEST_SUITE_P(Texts, BadUtf16Test,
                                            BadUtf16{"PairTheWrongWayRound", u"\xde00\xd83d"}),
                          testing::CaseName());
 
-TEST(RequireUtf8Test, TakesUtf8) {
+TEST(RequireUtf8Test, AcceptsUtf8) {
     EXPECT_NO_THROW(requireUtf8(""));
     EXPECT_NO_THROW(requireUtf8("model"));
     EXPECT_NO_THROW(requireUtf8("a\xc3\xa9\xe2\x82\xac\xf0\x9f\x98\x80"));
@@ -73,18 +73,18 @@ struct BadUtf8 {
 
 class BadUtf8Test : public ::testing::TestWithParam<BadUtf8> {};
 
-TEST_P(BadUtf8Test, IsABadConversion) {
+TEST_P(BadUtf8Test, ThrowsBadConversion) {
     EXPECT_THAT([] { requireUtf8(GetParam().text); },
                 ThrowsMessage<std::range_error>(StrEq("bad conversion")));
 }
 
 INSTANTIATE_TEST_SUITE_P(Texts, BadUtf8Test,
-                         ::testing::Values(BadUtf8{"ByteOfNoCharacter", "\xff"},
+                         ::testing::Values(BadUtf8{"InvalidByte", "\xff"},
                                            BadUtf8{"ContinuationAlone", "\x80"},
-                                           BadUtf8{"SequenceCutOff", "\xe2\x82"},
-                                           BadUtf8{"LongerThanNeeded", "\xc0\xaf"},
+                                           BadUtf8{"TruncatedSequence", "\xe2\x82"},
+                                           BadUtf8{"Overlong", "\xc0\xaf"},
                                            BadUtf8{"Surrogate", "\xed\xa0\x80"},
-                                           BadUtf8{"BeyondTheLastCharacter", "\xf4\x90\x80\x80"}),
+                                           BadUtf8{"PastTheLastCodePoint", "\xf4\x90\x80\x80"}),
                          testing::CaseName());
 
 TEST(Utf8ToUtf16, ConvertsEveryLengthOfSequence) {
@@ -92,7 +92,7 @@ TEST(Utf8ToUtf16, ConvertsEveryLengthOfSequence) {
     EXPECT_EQ(utf8ToUtf16(""), u"");
 }
 
-TEST(Utf8ToUtf16, OfWhatIsNotUtf8ThrowsBadConversion) {
+TEST(Utf8ToUtf16, ThrowsBadConversionForInvalidUtf8) {
     for (const char* const text : {"\xFF", "a\xC3", "\xED\xA0\x80", "\xC0\x80"}) {
         EXPECT_THAT([text] { utf8ToUtf16(text); },
                     ThrowsMessage<std::range_error>(StrEq("bad conversion")));
@@ -106,7 +106,7 @@ TEST(PrintableText, KeepsLettersOfEveryScript) {
               "e \xE6\x97\xA5 \xF0\x9F\x98\x80 ~");
 }
 
-TEST(PrintableText, ShowsWhatWouldPlayWithTheTerminalAsQuestionMarks) {
+TEST(PrintableText, ReplacesTerminalControlsWithQuestionMarks) {
     EXPECT_EQ(printableText(std::string_view("a\0b\n\t\x1B[31m\x7F", 11)), "a?b???[31m?");
     EXPECT_EQ(printableText("\xC2\x9B"
                             "31m"),
@@ -122,10 +122,15 @@ TEST(PrintableText, ShowsWhatWouldPlayWithTheTerminalAsQuestionMarks) {
               "a?b");  // U+2028
 }
 
-TEST(PrintableText, ShowsBytesThatAreNotUtf8AsQuestionMarks) {
+TEST(PrintableText, ReplacesInvalidUtf8WithQuestionMarks) {
     EXPECT_EQ(printableText("a\xFF"
                             "b\xC3"),
               "a?b?");
+}
+
+TEST(ToAsciiLower, ChangesAsciiLettersOnly) {
+    EXPECT_EQ(toAsciiLower("OpenVINO.DLL 1_Z"), "openvino.dll 1_z");
+    EXPECT_EQ(toAsciiLower("\xC3\x84@["), "\xC3\x84@[");
 }
 
 }  // namespace

@@ -1,6 +1,6 @@
-// Names that both forms extract to the same on POSIX systems alone: others take no white space at
-// the end, and have a narrow interface, which the form without a length makes directories with,
-// that takes names outside ASCII for other ones.
+// Names that both overloads extract alike on POSIX systems only: other systems do not accept
+// trailing white space, and the narrow interface with which the overload without a length creates
+// directories garbles names outside ASCII there.
 
 #include <gtest/gtest.h>
 
@@ -29,12 +29,12 @@ void expectBothExtract(const std::string& archive, const FileTree& tree) {
     EXPECT_EQ(bounded.tree(), tree);
 }
 
-TEST(TarBothFormsOnPosix, TakeWhiteSpaceAtTheEndOfAFilesName) {
+TEST(TarOverloadsOnPosix, TrailingWhiteSpaceInAFileNameIsKept) {
     expectBothExtract(tarFile(" my\tfile\n", "content") + tarEnd(),
                       {{" my\tfile\n", fileInTree("content")}});
 }
 
-TEST(TarBothFormsOnPosix, MakeDirectoriesWithNamesOutsideAscii) {
+TEST(TarOverloadsOnPosix, DirectoriesWithNonAsciiNamesAreCreated) {
     expectBothExtract(tarDirectory("größe/") + tarFile("größe/模型", "content") + tarEnd(),
                       {{"größe", kDirectoryInTree}, {"größe/模型", fileInTree("content")}});
 }

@@ -1,4 +1,4 @@
-// What the form with a length extracts: all that the form without one does, and more.
+// What the overload with a length extracts: everything the one without does, and more.
 
 #include <gtest/gtest.h>
 
@@ -59,9 +59,9 @@ std::string sized(const std::string& size, const std::string& content) {
     return tarEntry(fields, content);
 }
 
-class TarBothForms : public ::testing::TestWithParam<Archive> {
+class TarOverloads : public ::testing::TestWithParam<Archive> {
 protected:
-    // What came of the destination's value, without the place of the destination itself.
+    // The destination's value after extraction, with the original path shown as "destination".
     static std::string resultIn(const TarDestination& to) {
         const std::string result = to.result();
         return result.compare(0, to.text().size(), to.text()) == 0
@@ -70,7 +70,7 @@ protected:
     }
 };
 
-TEST_P(TarBothForms, ExtractTheSame) {
+TEST_P(TarOverloads, BothExtractTheSame) {
     TarDestination unbounded;
     TarDestination bounded;
     unbounded.write("there", "to be replaced");
@@ -82,7 +82,7 @@ TEST_P(TarBothForms, ExtractTheSame) {
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Archives, TarBothForms,
+    Archives, TarOverloads,
     ::testing::Values(
         Archive{"Empty", tarEnd()}, Archive{"OneZeroByte", std::string(1, '\0')},
         Archive{"FilesAlone", tarFile("one", "1") + tarFile("two", "22") + tarEnd()},
@@ -106,16 +106,16 @@ INSTANTIATE_TEST_SUITE_P(
         Archive{"Blocks", tarFile("0") + tarFile("1", "1") + tarFile("511", std::string(511, 'a')) +
                               tarFile("512", std::string(512, 'b')) +
                               tarFile("513", std::string(513, 'c')) + tarFile("last") + tarEnd()},
-        Archive{"SizeBehindBlanks", sized("         7 ", "content") + tarFile("last") + tarEnd()},
+        Archive{"SizeAfterBlanks", sized("         7 ", "content") + tarFile("last") + tarEnd()},
         Archive{"SizeOfTwelveDigits", sized("000000000007", "content") + tarEnd()},
-        Archive{"TextBehindTheEnd",
+        Archive{"TextAfterTheEnd",
                 tarFile("file", "x") + std::string(512, '\0') + tarFile("behind") + "no header"},
         Archive{"Simple", readTarData("accepted/simple.tar")}),
     CaseName());
 
 class TarBounded : public TarExtraction {};
 
-TEST_F(TarBounded, MissingDirectoriesAreMade) {
+TEST_F(TarBounded, MissingDirectoriesAreCreated) {
     EXPECT_THAT(to_.extract(tarFile("a/b/file", "content") + tarDirectory("c/d/") + tarEnd()),
                 IsOk());
     EXPECT_EQ(to_.tree(), (FileTree{{"a", kDirectoryInTree},
@@ -126,7 +126,7 @@ TEST_F(TarBounded, MissingDirectoriesAreMade) {
     EXPECT_EQ(to_.result(), to_.text() + "\\c/d/");
 }
 
-TEST_F(TarBounded, WhiteSpaceKeepsNothingFromBeingMade) {
+TEST_F(TarBounded, WhiteSpaceInNamesIsAccepted) {
     for (const char character : whiteSpaceOfNames()) {
         const std::string name = std::string("my") + character + "model";
         to_.setDestination(to_.text());
@@ -138,7 +138,7 @@ TEST_F(TarBounded, WhiteSpaceKeepsNothingFromBeingMade) {
     }
 }
 
-TEST_F(TarBounded, TheDestinationMayHoldWhiteSpace) {
+TEST_F(TarBounded, TheDestinationMayContainWhiteSpace) {
     fs::create_directory(to_.path() / "my models");
     to_.setDestination(to_.text() + "\\my models");
     EXPECT_THAT(to_.extract(tarDirectory("root/") + tarEnd()), IsOk());
@@ -146,13 +146,13 @@ TEST_F(TarBounded, TheDestinationMayHoldWhiteSpace) {
     EXPECT_EQ(to_.result(), to_.text() + "\\my models\\root/");
 }
 
-TEST_F(TarBounded, OldFilesHaveNoType) {
+TEST_F(TarBounded, AnOldStyleFileWithoutATypeIsExtracted) {
     EXPECT_THAT(to_.extract(tarEntry(oldFields("file"), "content") + tarEnd()), IsOk());
     EXPECT_EQ(to_.tree(), (FileTree{{"file", fileInTree("content")}}));
     EXPECT_EQ(to_.result(), "");
 }
 
-TEST_F(TarBounded, OldDirectoriesAreNamedLikeOnes) {
+TEST_F(TarBounded, ATrailingSeparatorMarksAnOldStyleDirectory) {
     EXPECT_THAT(to_.extract(tarEntry(oldFields("a/")) + tarEntry(oldFields("b\\")) + tarFile("c/") +
                             tarEnd()),
                 IsOk());
@@ -162,13 +162,13 @@ TEST_F(TarBounded, OldDirectoriesAreNamedLikeOnes) {
     EXPECT_EQ(to_.result(), to_.text() + "\\a/");
 }
 
-TEST_F(TarBounded, AHundredCharactersAreAName) {
+TEST_F(TarBounded, ANameOf100CharactersIsExtracted) {
     const std::string name(100, 'n');
     EXPECT_THAT(to_.extract(tarFile(name, "content") + tarEnd()), IsOk());
     EXPECT_EQ(to_.tree(), (FileTree{{name, fileInTree("content")}}));
 }
 
-TEST_F(TarBounded, ADirectorysContentIsPassedOver) {
+TEST_F(TarBounded, ADirectorysContentIsSkipped) {
     TarFields fields;
     fields.name = "root";
     fields.type = '5';
@@ -177,7 +177,7 @@ TEST_F(TarBounded, ADirectorysContentIsPassedOver) {
     EXPECT_EQ(to_.tree(), (FileTree{{"root", kDirectoryInTree}, {"file", fileInTree("")}}));
 }
 
-TEST_F(TarBounded, SizesMayHaveGnuTarsBinaryForm) {
+TEST_F(TarBounded, ASizeMayBeInGnuTarsBinaryForm) {
     const std::string size("\x80\0\0\0\0\0\0\0\0\0\2\1", 12);
     EXPECT_THAT(to_.extract(sized(size, std::string(513, 'x')) + tarFile("next") + tarEnd()),
                 IsOk());
@@ -185,7 +185,7 @@ TEST_F(TarBounded, SizesMayHaveGnuTarsBinaryForm) {
               (FileTree{{"file", fileInTree(std::string(513, 'x'))}, {"next", fileInTree("")}}));
 }
 
-TEST_F(TarBounded, AnEmptySizeIsNone) {
+TEST_F(TarBounded, AnEmptySizeMeansZero) {
     TarFields directory;
     directory.name = "root/";
     directory.type = '5';
@@ -201,7 +201,7 @@ TEST_F(TarBounded, AnEmptySizeIsNone) {
 }
 
 // git writes seven digits.
-TEST_F(TarBounded, ChecksumsMayHaveSevenDigits) {
+TEST_F(TarBounded, AChecksumMayHaveSevenDigits) {
     TarFields fields;
     fields.name = "file";
     fields.checksum = "0" + octalChecksum(tarChecksum(tarHeader(fields, 7)));
@@ -209,13 +209,13 @@ TEST_F(TarBounded, ChecksumsMayHaveSevenDigits) {
     EXPECT_EQ(to_.tree(), (FileTree{{"file", fileInTree("content")}}));
 }
 
-TEST_F(TarBounded, TheDestinationItselfMayBeAnEntry) {
+TEST_F(TarBounded, AnEntryMayNameTheDestinationItself) {
     EXPECT_THAT(to_.extract(tarDirectory(".") + tarFile("file", "x") + tarEnd()), IsOk());
     EXPECT_EQ(to_.tree(), (FileTree{{"file", fileInTree("x")}}));
     EXPECT_EQ(to_.result(), to_.text() + "\\.");
 }
 
-TEST_F(TarBounded, LargeContentsAreWrittenWhole) {
+TEST_F(TarBounded, LargeContentIsWrittenCompletely) {
     std::string content;
     for (unsigned int i = 0; content.size() < 3000000; ++i) {
         content += std::to_string(i) + "\n";

@@ -1,4 +1,4 @@
-// Names that are as deep and as long as they may be.
+// Names at the limits of depth and length.
 
 #include <gtest/gtest.h>
 

@@ -21,14 +21,14 @@ std::string refusalOf(const std::string& name) {
     return parseTarEntryPath(name).refusal;
 }
 
-TEST(TarEntryPathTest, SlashesAndBackslashesSeparate) {
+TEST(TarEntryPathTest, SlashesAndBackslashesAreSeparators) {
     EXPECT_THAT(namesIn("file"), ElementsAre("file"));
     EXPECT_THAT(namesIn("a/b/file"), ElementsAre("a", "b", "file"));
     EXPECT_THAT(namesIn("a\\b\\file"), ElementsAre("a", "b", "file"));
     EXPECT_THAT(namesIn("a\\b/file"), ElementsAre("a", "b", "file"));
 }
 
-TEST(TarEntryPathTest, EmptyPartsAndDotsDoNotCount) {
+TEST(TarEntryPathTest, EmptyPartsAndSingleDotsAreDropped) {
     EXPECT_THAT(namesIn("./a"), ElementsAre("a"));
     EXPECT_THAT(namesIn(".\\a"), ElementsAre("a"));
     EXPECT_THAT(namesIn("a/./b//c\\.\\/"), ElementsAre("a", "b", "c"));
@@ -38,7 +38,7 @@ TEST(TarEntryPathTest, EmptyPartsAndDotsDoNotCount) {
     EXPECT_THAT(namesIn(".\\./."), IsEmpty());
 }
 
-TEST(TarEntryPathTest, OtherNamesWithDotsAreNamesLikeAny) {
+TEST(TarEntryPathTest, OtherNamesWithDotsAreOrdinary) {
     EXPECT_THAT(namesIn("..."), ElementsAre("..."));
     EXPECT_THAT(namesIn(".hidden/..file/file../a..b"),
                 ElementsAre(".hidden", "..file", "file..", "a..b"));
@@ -49,14 +49,14 @@ TEST(TarEntryPathTest, BlanksAndLettersOutsideAsciiAreKept) {
     EXPECT_THAT(namesIn(" my model/größe/模型 "), ElementsAre(" my model", "größe", "模型 "));
 }
 
-TEST(TarEntryPathTest, ColonsThatMakeNoDriveAreKept) {
+TEST(TarEntryPathTest, ColonsThatDoNotFollowADriveLetterAreKept) {
     EXPECT_THAT(namesIn("ab:c"), ElementsAre("ab:c"));
     EXPECT_THAT(namesIn("1:x"), ElementsAre("1:x"));
     EXPECT_THAT(namesIn(":x"), ElementsAre(":x"));
     EXPECT_THAT(namesIn("@:x/[:x/`:x/{:x"), ElementsAre("@:x", "[:x", "`:x", "{:x"));
 }
 
-TEST(TarEntryPathTest, NoNameIsRefused) {
+TEST(TarEntryPathTest, AnEmptyNameIsRefused) {
     EXPECT_EQ(refusalOf(""), "it has no name");
 }
 
@@ -82,16 +82,16 @@ TEST(TarEntryPathTest, TwoDotsAreRefusedAnywhere) {
     }
 }
 
-TEST(TarEntryPathTest, WhatIsNotUtf8IsRefused) {
-    // A byte of no meaning, a sequence cut off, an overlong "/", an overlong ".", a surrogate, and
-    // a character beyond the last.
+TEST(TarEntryPathTest, InvalidUtf8IsRefused) {
+    // An invalid byte, a truncated sequence, an overlong "/", an overlong ".", a surrogate, and a
+    // value past the last code point.
     for (const std::string name : {"\xFF", "a/\xC3", "..\xC0\xAF..", "\xC0\xAE\xC0\xAE/x",
                                    "\xED\xA0\x80", "\xF4\x90\x80\x80"}) {
         EXPECT_EQ(refusalOf(name), "its name is not UTF-8");
     }
 }
 
-TEST(TarEntryPathTest, NamesMayHave4096BytesAndNoMore) {
+TEST(TarEntryPathTest, NamesAreLimitedTo4096Bytes) {
     std::string longest;
     for (int part = 0; part < 16; ++part) {
         longest += std::string(255, 'n') + "/";
@@ -101,13 +101,13 @@ TEST(TarEntryPathTest, NamesMayHave4096BytesAndNoMore) {
     EXPECT_EQ(refusalOf(longest + "n"), "its name is longer than 4096 bytes");
 }
 
-TEST(TarEntryPathTest, PartsMayHave255BytesAndNoMore) {
+TEST(TarEntryPathTest, PartsAreLimitedTo255Bytes) {
     const std::string longest(255, 'n');
     EXPECT_THAT(namesIn("a/" + longest), ElementsAre("a", longest));
     EXPECT_EQ(refusalOf("a/" + longest + "n/b"), "a part of its name is longer than 255 bytes");
 }
 
-TEST(TarEntryPathTest, NamesMayHave128PartsAndNoMore) {
+TEST(TarEntryPathTest, NamesAreLimitedTo128Parts) {
     std::string deepest;
     for (int part = 0; part < 128; ++part) {
         deepest += "d/";
@@ -116,7 +116,7 @@ TEST(TarEntryPathTest, NamesMayHave128PartsAndNoMore) {
     EXPECT_EQ(refusalOf(deepest + "d"), "its name has more than 128 parts");
 }
 
-TEST(TarEntryPathTest, NamesThatEndInADotAreThoseOfDirectories) {
+TEST(TarEntryPathTest, NamesWhoseLastPartIsADotAreDirectories) {
     for (const char* const name : {".", "x/.", "x\\.", "./."}) {
         EXPECT_TRUE(parseTarEntryPath(name).isDirectory) << name;
     }

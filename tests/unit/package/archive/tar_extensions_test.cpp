@@ -1,5 +1,4 @@
-// Headers that extend the entry behind them, those for all entries, and entries that are neither
-// files nor directories.
+// Extension headers, for the entry that follows or for all entries.
 
 #include <gtest/gtest.h>
 
@@ -31,14 +30,14 @@ const std::string kBadExtension =
     "Archive entry 1: a header that extends it is cut off, longer than 1 MiB, or of a size that is "
     "no number";
 
-// A header with a content, of a type and without a name that matters.
+// An extension header of this type and content; its name does not matter.
 std::string extension(char type, std::string_view content) {
     return paxHeader(content, type);
 }
 
 class TarExtensions : public TarExtraction {
 protected:
-    // Extracts one file, and tells its path.
+    // Extracts one file and returns its path.
     std::string nameOf(const std::string& entry) {
         EXPECT_THAT(to_.extract(entry + tarEnd()), IsOk());
         std::string name;
@@ -50,37 +49,37 @@ protected:
         }
         return name;
     }
-    void expectNoSense(const std::string& records) {
+    void expectMalformedRecords(const std::string& records) {
         expectRefused(tarFile("good") + paxHeader(records) + tarFile("file", "content") + tarEnd(),
                       INVALID_ARGUMENTS, "Archive entry 2: its pax records make no sense");
     }
 };
 
-TEST_F(TarExtensions, APaxPathIsTheName) {
+TEST_F(TarExtensions, APaxPathReplacesTheName) {
     EXPECT_EQ(nameOf(paxHeader(paxRecord("path", "folder/größe")) + tarFile("file")),
               "folder/größe");
 }
 
-TEST_F(TarExtensions, APaxPathTakesThePlaceOfAPrefixToo) {
+TEST_F(TarExtensions, APaxPathReplacesThePrefixToo) {
     TarFields fields;
     fields.name = "file";
     fields.prefix = "folder";
     EXPECT_EQ(nameOf(paxHeader(paxRecord("path", "other")) + tarEntry(fields)), "other");
 }
 
-TEST_F(TarExtensions, AGnuLongNameIsTheName) {
+TEST_F(TarExtensions, AGnuLongNameReplacesTheName) {
     const std::string name = std::string(200, 'a') + "/" + std::string(200, 'b');
     EXPECT_EQ(nameOf(gnuLongName(name) + tarFile(name.substr(0, 99))), name);
 }
 
-TEST_F(TarExtensions, AGnuLongNameEndsAtAZeroByteOrWithItsContent) {
+TEST_F(TarExtensions, AGnuLongNameEndsAtAZeroByteOrAtTheEndOfItsContent) {
     EXPECT_EQ(nameOf(extension('L', "long\0behind"s) + tarFile("short")), "long");
     TarDestination other;
     EXPECT_THAT(other.extract(extension('L', "long") + tarFile("short") + tarEnd()), IsOk());
     EXPECT_EQ(other.tree(), (FileTree{{"long", fileInTree("")}}));
 }
 
-TEST_F(TarExtensions, APaxPathGoesBeforeAGnuLongNameInAnyOrder) {
+TEST_F(TarExtensions, APaxPathOverridesAGnuLongNameInEitherOrder) {
     const std::string pax = paxHeader(paxRecord("path", "pax"));
     EXPECT_EQ(nameOf(pax + gnuLongName("gnu") + tarFile("header")), "pax");
     TarDestination other;
@@ -88,7 +87,7 @@ TEST_F(TarExtensions, APaxPathGoesBeforeAGnuLongNameInAnyOrder) {
     EXPECT_EQ(other.tree(), (FileTree{{"pax", fileInTree("")}}));
 }
 
-TEST_F(TarExtensions, TheTargetOfALinkDoesNotCount) {
+TEST_F(TarExtensions, ALongLinkTargetIsIgnored) {
     const std::string target = extension('K', "elsewhere\0"s);
     EXPECT_THAT(to_.extract(target + tarFile("1") + target + gnuLongName("2") + tarFile("no") +
                             gnuLongName("3") + target + tarFile("no") + tarEnd()),
@@ -97,7 +96,7 @@ TEST_F(TarExtensions, TheTargetOfALinkDoesNotCount) {
               (FileTree{{"1", fileInTree("")}, {"2", fileInTree("")}, {"3", fileInTree("")}}));
 }
 
-TEST_F(TarExtensions, HoldForOneEntryAlone) {
+TEST_F(TarExtensions, AnExtensionAppliesToOneEntryOnly) {
     EXPECT_THAT(to_.extract(gnuLongName("gnu") + tarFile("1") +
                             paxHeader(paxRecord("path", "pax") + paxRecord("size", "3")) +
                             tarFile("2", "two") + tarFile("3", "three") + tarEnd()),
@@ -107,7 +106,7 @@ TEST_F(TarExtensions, HoldForOneEntryAlone) {
                                     {"3", fileInTree("three")}}));
 }
 
-TEST_F(TarExtensions, TheLastOfSeveralCounts) {
+TEST_F(TarExtensions, TheLastOfSeveralWins) {
     EXPECT_THAT(to_.extract(gnuLongName("no") + gnuLongName("gnu") + tarFile("1") +
                             paxHeader(paxRecord("path", "no")) +
                             paxHeader(paxRecord("path", "no") + paxRecord("path", "pax")) +
@@ -116,13 +115,13 @@ TEST_F(TarExtensions, TheLastOfSeveralCounts) {
     EXPECT_EQ(to_.tree(), (FileTree{{"gnu", fileInTree("")}, {"pax", fileInTree("")}}));
 }
 
-TEST_F(TarExtensions, AnEmptyPaxPathIsNone) {
+TEST_F(TarExtensions, AnEmptyPaxPathRemovesAnEarlierOne) {
     EXPECT_EQ(
         nameOf(paxHeader(paxRecord("path", "pax") + paxRecord("path", "")) + tarFile("header")),
         "header");
 }
 
-TEST_F(TarExtensions, APaxSizeIsTheSize) {
+TEST_F(TarExtensions, APaxSizeReplacesTheSize) {
     for (const std::string size : {"00000000000", "77777777777", "no size"}) {
         TarFields fields;
         fields.name = "file";
@@ -137,7 +136,7 @@ TEST_F(TarExtensions, APaxSizeIsTheSize) {
     }
 }
 
-TEST_F(TarExtensions, APaxSizeThatIsNotThereIsRefused) {
+TEST_F(TarExtensions, APaxSizeBeyondTheArchiveIsRefused) {
     expectRefused(paxHeader(paxRecord("size", "8589934592")) + tarFile("file") + tarEnd(),
                   INVALID_ARGUMENTS,
                   "Archive entry 1 (\"file\"): it needs 8589934592 bytes of content, in whole "
@@ -147,16 +146,16 @@ TEST_F(TarExtensions, APaxSizeThatIsNotThereIsRefused) {
 }
 
 TEST_F(TarExtensions, MalformedPaxRecordsAreRefused) {
-    expectNoSense("8 path=a\n9 path=b\n");
-    expectNoSense("9 path=a\n\n");
-    expectNoSense(paxRecord("path", "a\0b"s));
-    expectNoSense(paxRecord("size", "-1"));
-    expectNoSense(paxRecord("path", "a") + std::string(100, '\0'));
+    expectMalformedRecords("8 path=a\n9 path=b\n");
+    expectMalformedRecords("9 path=a\n\n");
+    expectMalformedRecords(paxRecord("path", "a\0b"s));
+    expectMalformedRecords(paxRecord("size", "-1"));
+    expectMalformedRecords(paxRecord("path", "a") + std::string(100, '\0'));
 }
 
-TEST_F(TarExtensions, MayHaveAMebibyteAndNoMore) {
+TEST_F(TarExtensions, AnExtensionIsLimitedToOneMebibyte) {
     constexpr std::size_t kLimit = 1048576;
-    // " comment=" and a line feed, and seven digits before.
+    // The other 17 bytes are the seven digits of the length, " comment=" and a line feed.
     std::string records = paxRecord("comment", std::string(kLimit - 17, 'x'));
     ASSERT_EQ(records.size(), kLimit);
     EXPECT_EQ(nameOf(paxHeader(records) + extension('g', records) + tarFile("file")), "file");
@@ -167,7 +166,7 @@ TEST_F(TarExtensions, MayHaveAMebibyteAndNoMore) {
     }
 }
 
-TEST_F(TarExtensions, ThatAreCutOffAreRefused) {
+TEST_F(TarExtensions, ATruncatedExtensionIsRefused) {
     for (const char type : kExtensionTypes) {
         const std::string whole = extension(type, paxRecord("comment", std::string(600, 'x')));
         expectRefused(whole.substr(0, 512), INVALID_ARGUMENTS, kBadExtension);
@@ -176,7 +175,7 @@ TEST_F(TarExtensions, ThatAreCutOffAreRefused) {
     }
 }
 
-TEST_F(TarExtensions, WhoseSizeIsNoNumberAreRefused) {
+TEST_F(TarExtensions, AnExtensionWithAMalformedSizeIsRefused) {
     for (const char type : kExtensionTypes) {
         TarFields fields;
         fields.type = type;
@@ -187,7 +186,7 @@ TEST_F(TarExtensions, WhoseSizeIsNoNumberAreRefused) {
     }
 }
 
-TEST_F(TarExtensions, NeedAnEntryBehindThem) {
+TEST_F(TarExtensions, AnExtensionWithoutAnEntryIsRefused) {
     for (const std::string& header :
          {gnuLongName("long"), paxHeader(paxRecord("path", "pax")), extension('K', "target")}) {
         expectRefused(tarFile("good") + header + tarEnd(), INVALID_ARGUMENTS,

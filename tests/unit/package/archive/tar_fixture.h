@@ -20,7 +20,7 @@
 
 namespace VelmoraQuavin::testing {
 
-/// Bytes in memory of exactly their size, so that instrumented builds notice reads behind them.
+/// Bytes in a block of exactly their size, so that instrumented builds catch reads past the end.
 class ExactBytes {
 public:
     explicit ExactBytes(std::string_view bytes)
@@ -37,7 +37,7 @@ private:
     std::size_t size_;
 };
 
-/// A file of tests/data/tar.
+/// Reads a file from tests/data/tar.
 inline std::string readTarData(const std::string& name) {
     std::ifstream stream(std::string(QUAVIN_TEST_DATA) + "/tar/" + name, std::ios::binary);
     std::string bytes{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
@@ -57,9 +57,9 @@ public:
     }
 
     std::filesystem::path path() const { return outer_.path() / "level" / "destination"; }
-    /// What the path of the destination is before extraction.
+    /// The destination's path before extraction.
     std::string text() const { return outer_.entry("level\\destination"); }
-    /// What it is now.
+    /// The destination's current value.
     std::string result() const { return String(destination_.c_str()).str(); }
     void setDestination(const std::string& text) { destination_ = Filepath(text); }
 
@@ -70,7 +70,7 @@ public:
         outer_.write("level/destination/" + name, content);
     }
     FileTree tree() const { return treeOf(path()); }
-    /// The destination and all around it.
+    /// The destination and everything around it.
     FileTree all() const { return treeOf(outer_.path()); }
 
     QuavinStatus extract(const std::string& archive) {
@@ -92,10 +92,10 @@ private:
     Filepath destination_;
 };
 
-/// Tests of extraction, each with a destination of its own.
+/// Extraction tests, each with its own destination.
 class TarExtraction : public ::testing::Test {
 protected:
-    /// Expects that `archive` is refused, and that nothing at all was written.
+    /// Expects `archive` to be refused and nothing at all to be written.
     template <typename TextMatcher>
     void expectRefused(const std::string& archive, STATUS_CODE code, const TextMatcher& text) {
         to_.setDestination(to_.text());

@@ -1,4 +1,4 @@
-// Pax records for all entries, which git writes for one: a comment.
+// Pax records that apply to all entries. Git, for one, writes a comment.
 
 #include <gtest/gtest.h>
 
@@ -24,26 +24,26 @@ protected:
     static std::string global(const std::string& records) { return paxHeader(records, 'g'); }
 };
 
-TEST_F(TarGlobalRecords, ThatSayNothingOfNamesAndSizesAreTaken) {
+TEST_F(TarGlobalRecords, RecordsWithoutNamesOrSizesAreAccepted) {
     EXPECT_THAT(to_.extract(global(paxRecord("comment", "654fd6d8") + paxRecord("mtime", "0")) +
                             tarFile("file") + tarEnd()),
                 IsOk());
     EXPECT_EQ(to_.tree(), (FileTree{{"file", fileInTree("")}}));
 }
 
-TEST_F(TarGlobalRecords, NeedNoEntryBehindThem) {
+TEST_F(TarGlobalRecords, NoEntryNeedFollow) {
     EXPECT_THAT(to_.extract(global(paxRecord("comment", "x")) + tarEnd()), IsOk());
     EXPECT_EQ(to_.result(), "");
 }
 
-TEST_F(TarGlobalRecords, LeaveTheExtensionsBeforeThemAlone) {
+TEST_F(TarGlobalRecords, EarlierExtensionsStayInForce) {
     EXPECT_THAT(to_.extract(gnuLongName("long") + global(paxRecord("comment", "x")) +
                             tarFile("file") + tarEnd()),
                 IsOk());
     EXPECT_EQ(to_.tree(), (FileTree{{"long", fileInTree("")}}));
 }
 
-TEST_F(TarGlobalRecords, OfOneNameOrSizeAreRefused) {
+TEST_F(TarGlobalRecords, ANameOrSizeForAllEntriesIsRefused) {
     for (const std::string key : {"path", "size", "GNU.sparse.size"}) {
         expectRefused(tarFile("good") + global(paxRecord(key, "7")) + tarFile("file") + tarEnd(),
                       TAR_UNSUPPORTED_ENTRY,
@@ -51,7 +51,7 @@ TEST_F(TarGlobalRecords, OfOneNameOrSizeAreRefused) {
     }
 }
 
-TEST_F(TarGlobalRecords, ThatMakeNoSenseAreRefused) {
+TEST_F(TarGlobalRecords, MalformedRecordsAreRefused) {
     expectRefused(global("no records") + tarFile("file") + tarEnd(), INVALID_ARGUMENTS,
                   "Archive entry 1: its pax records make no sense");
 }

@@ -12,7 +12,7 @@ namespace {
 
 using testing::TarFields;
 
-// A header in memory, to look at.
+// Holds the bytes of a header and dereferences to a view of them.
 class Shown {
 public:
     explicit Shown(const TarFields& fields, uint64 contentSize = 0)
@@ -48,27 +48,27 @@ TEST(TarBlocksOf, DoesNotOverflow) {
     EXPECT_EQ(tarBlocksOf(std::numeric_limits<uint64>::max()), 36028797018963968u);
 }
 
-TEST(JoinTarName, PutsASlashBehindAPrefix) {
+TEST(JoinTarName, InsertsASlashAfterAPrefix) {
     EXPECT_EQ(joinTarName("folder", "file"), "folder/file");
     EXPECT_EQ(joinTarName("", "file"), "file");
     EXPECT_EQ(joinTarName("folder/", "file"), "folder//file");
     EXPECT_EQ(joinTarName("folder", ""), "folder/");
 }
 
-TEST(TarHeaderTest, AZeroByteInTheBeginningIsTheEnd) {
+TEST(TarHeaderTest, AZeroFirstByteMarksTheEnd) {
     EXPECT_TRUE((*Shown(std::string(512, '\0'))).isEnd());
     EXPECT_TRUE((*Shown('\0' + std::string(511, 'x'))).isEnd());
     EXPECT_FALSE((*Shown('x' + std::string(511, '\0'))).isEnd());
 }
 
-TEST(TarHeaderTest, NamesEndAtAZeroByteOrWithTheField) {
+TEST(TarHeaderTest, NamesEndAtAZeroByteOrAtTheEndOfTheField) {
     EXPECT_EQ((*Shown(named("file"))).name(), "file");
     EXPECT_EQ((*Shown(named(std::string("file\0behind", 11)))).name(), "file");
     const std::string hundred(100, 'n');
     EXPECT_EQ((*Shown(named(hundred))).name(), hundred);
 }
 
-TEST(TarHeaderTest, PrefixesEndAtAZeroByteOrWithTheField) {
+TEST(TarHeaderTest, PrefixesEndAtAZeroByteOrAtTheEndOfTheField) {
     TarFields fields = named("file");
     fields.prefix = std::string("folder\0behind", 13);
     EXPECT_EQ((*Shown(fields)).prefix(), "folder");
@@ -77,19 +77,19 @@ TEST(TarHeaderTest, PrefixesEndAtAZeroByteOrWithTheField) {
     EXPECT_EQ((*Shown(fields)).prefix(), std::string(155, 'p'));
 }
 
-TEST(TarHeaderTest, OnlyUstarWithItsZeroByteHasAPrefix) {
+TEST(TarHeaderTest, OnlyUstarWithAZeroByteHasAPrefix) {
     TarFields fields = named("file");
     fields.prefix = "folder";
     for (const std::string& magic :
          {testing::kGnuMagic, std::string("ustar 00"), std::string("ustaR\0", 6),
           std::string("Ustar\0", 6), std::string("ustar"), std::string()}) {
         fields.magic = magic;
-        // The last zero byte of "ustar" is there because fields are filled with them.
+        // "ustar" gets its final zero byte from the padding of the field.
         EXPECT_EQ((*Shown(fields)).prefix(), magic == "ustar" ? "folder" : "") << magic;
     }
 }
 
-TEST(TarHeaderTest, ShowsTypeAndSizeAsTheyAre) {
+TEST(TarHeaderTest, TypeAndSizeAreReturnedUnparsed) {
     TarFields fields = named("file");
     fields.type = '\xFF';
     fields.size = "12 34 567890";
@@ -98,12 +98,12 @@ TEST(TarHeaderTest, ShowsTypeAndSizeAsTheyAre) {
     EXPECT_EQ((*Shown(named("file"), 513)).sizeField(), std::string("00000001001\0", 12));
 }
 
-TEST(TarHeaderTest, TheContentFollows) {
+TEST(TarHeaderTest, TheContentFollowsTheHeader) {
     const Shown header(named("file"));
     EXPECT_EQ((*header).content(), header.data() + 512);
 }
 
-TEST(TarHeaderTest, EveryBitOfAHeaderButTheChecksumsLastTwoCharactersIsSummedUp) {
+TEST(TarHeaderTest, TheChecksumCoversEveryByteButItsOwnLastTwo) {
     const std::string good = testing::tarHeader(named("file"), 7);
     EXPECT_TRUE((*Shown(good)).checksumMatches());
     for (std::size_t place = 0; place < good.size(); ++place) {

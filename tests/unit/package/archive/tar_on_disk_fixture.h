@@ -6,11 +6,11 @@
 
 namespace VelmoraQuavin::testing {
 
-/// Tests of what lies in an archive's way in the destination.
+/// Tests of what is in an archive's way in the destination.
 class TarOnDisk : public TarExtraction {
 protected:
-    /// Expects that entries in front of the one in whose way something is are written, those behind
-    /// it are not, and nothing else changes.
+    /// Expects the entries before the obstructed one to be written, those after it not, and nothing
+    /// else to change.
     void expectStops(const std::string& entry, const std::string& text) {
         FileTree expected = to_.all();
         expected["level/destination/before"] = fileInTree("written");

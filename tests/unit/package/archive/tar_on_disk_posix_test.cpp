@@ -1,5 +1,5 @@
-// What lies in an archive's way in the destination and only POSIX systems have: links that everyone
-// may make, pipes, and files that nobody may write to and that are replaced all the same.
+// What can be in an archive's way on POSIX systems only: links, which anyone may create there,
+// pipes, and read-only files, which are replaced all the same.
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -28,7 +28,7 @@ const std::string kLinkInTheWay = "a symbolic link is in its way";
 
 struct Link {
     std::string name;
-    std::string target;  // seen from the destination
+    std::string target;  // relative to the destination
     bool toDirectory;
 };
 
@@ -44,19 +44,19 @@ protected:
     }
 };
 
-TEST_P(TarLinks, AreNotWrittenThrough) {
+TEST_P(TarLinks, ALinkIsNotWrittenThrough) {
     to_.write("innocent", "kept");
     makeLink("link");
     expectStops(tarFile("link", "new"), "Archive entry \"link\": " + kLinkInTheWay);
 }
 
-TEST_P(TarLinks, AreNotTakenForDirectories) {
+TEST_P(TarLinks, ALinkIsNotTakenForADirectory) {
     to_.write("innocent", "kept");
     makeLink("link");
     expectStops(tarDirectory("link/"), "Archive entry \"link/\": " + kLinkInTheWay);
 }
 
-TEST_P(TarLinks, AreNotPassedInTheBeginning) {
+TEST_P(TarLinks, ALinkIsNotFollowedAsTheFirstPart) {
     to_.write("innocent", "kept");
     makeLink("link");
     expectStops(tarFile("link/file", "new"), "Archive entry \"link/file\": " + kLinkInTheWay);
@@ -64,7 +64,7 @@ TEST_P(TarLinks, AreNotPassedInTheBeginning) {
     expectStops(tarDirectory("link/a"), "Archive entry \"link/a\": " + kLinkInTheWay);
 }
 
-TEST_P(TarLinks, AreNotPassedFurtherDown) {
+TEST_P(TarLinks, ALinkIsNotFollowedFurtherDown) {
     to_.write("innocent", "kept");
     fs::create_directories(inside("a/b"));
     makeLink("a/b/link", "../../");
@@ -85,9 +85,9 @@ INSTANTIATE_TEST_SUITE_P(Targets, TarLinks,
                          CaseName());
 
 // Opening it would wait for a reader.
-TEST_F(TarOnDisk, AFifoInTheWayStops) {
+TEST_F(TarOnDisk, AFifoInTheWayStopsExtraction) {
     ASSERT_EQ(::mkfifo(inside("fifo").c_str(), 0666), 0);
-    const std::string what = "something that is no plain file is in its way";
+    const std::string what = "something that is not a regular file is in its way";
     expectStops(tarFile("fifo", "new"), "Archive entry \"fifo\": " + what);
     expectStops(tarFile("fifo/file", "new"), "Archive entry \"fifo/file\": " + what);
     expectStops(tarDirectory("fifo"), "Archive entry \"fifo\": " + what);
@@ -100,7 +100,7 @@ TEST_F(TarOnDisk, AReadOnlyFileIsReplaced) {
     EXPECT_EQ(to_.tree(), (FileTree{{"file", fileInTree("new")}}));
 }
 
-TEST_F(TarOnDisk, LinksBesideTheWayDoNotMatter) {
+TEST_F(TarOnDisk, LinksOffThePathDoNotMatter) {
     fs::create_directory_symlink("../../outside", inside("link"));
     EXPECT_THAT(to_.extract(tarFile("folder/file", "new") + tarEnd()), IsOk());
     EXPECT_EQ(to_.tree(), (FileTree{{"link", linkInTree("../../outside")},

@@ -1,4 +1,4 @@
-// What lies in an archive's way in the destination.
+// What can be in an archive's way in the destination.
 
 #include <gtest/gtest.h>
 
@@ -19,7 +19,7 @@ using testing::tarEnd;
 using testing::tarFile;
 using testing::TarOnDisk;
 
-TEST_F(TarOnDisk, AFileInADirectorysWayStops) {
+TEST_F(TarOnDisk, AFileInADirectorysWayStopsExtraction) {
     to_.write("name", "kept");
     expectStops(tarDirectory("name"),
                 "Archive entry \"name\": a file is where a directory is needed");
@@ -27,7 +27,7 @@ TEST_F(TarOnDisk, AFileInADirectorysWayStops) {
                 "Archive entry \"name/file\": a file is where a directory is needed");
 }
 
-TEST_F(TarOnDisk, ADirectoryInAFilesWayStops) {
+TEST_F(TarOnDisk, ADirectoryInAFilesWayStopsExtraction) {
     to_.write("full/file", "kept");
     fs::create_directory(inside("empty"));
     expectStops(tarFile("full", "new"),
@@ -36,26 +36,26 @@ TEST_F(TarOnDisk, ADirectoryInAFilesWayStops) {
                 "Archive entry \"empty\": a directory is where the file is needed");
 }
 
-TEST_F(TarOnDisk, AnArchiveThatIsInItsOwnWayStops) {
+TEST_F(TarOnDisk, AnEntryInTheWayOfALaterOneStopsExtraction) {
     expectStops(tarFile("before/file", "new"),
                 "Archive entry \"before/file\": a file is where a directory is needed");
 }
 
-TEST_F(TarOnDisk, AFileThatIsThereIsReplaced) {
+TEST_F(TarOnDisk, AnExistingFileIsReplaced) {
     to_.write("folder/file", "something longer");
     EXPECT_THAT(to_.extract(tarFile("folder/file", "short") + tarEnd()), IsOk());
     EXPECT_EQ(to_.tree(),
               (FileTree{{"folder", kDirectoryInTree}, {"folder/file", fileInTree("short")}}));
 }
 
-TEST_F(TarOnDisk, AnotherNameOfAReplacedFileKeepsItsContent) {
+TEST_F(TarOnDisk, AHardLinkToAReplacedFileKeepsItsContent) {
     fs::create_hard_link(to_.outside() / "file", inside("file"));
     EXPECT_THAT(to_.extract(tarFile("file", "new") + tarEnd()), IsOk());
     EXPECT_EQ(to_.all().at("outside/file"), fileInTree("untouched"));
     EXPECT_EQ(to_.tree(), (FileTree{{"file", fileInTree("new")}}));
 }
 
-TEST_F(TarOnDisk, DirectoriesThatAreThereKeepWhatTheyHold) {
+TEST_F(TarOnDisk, ExistingDirectoriesKeepTheirContents) {
     to_.write("a/b/kept", "kept");
     EXPECT_THAT(to_.extract(tarDirectory("a/") + tarFile("a/b/new", "new") + tarEnd()), IsOk());
     EXPECT_EQ(to_.tree(), (FileTree{{"a", kDirectoryInTree},

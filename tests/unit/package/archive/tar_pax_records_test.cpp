@@ -20,7 +20,7 @@ PaxRecords parsed(const std::string& text) {
     return records.value_or(PaxRecords());
 }
 
-TEST(PaxRecordsTest, NoRecordsSayNothing) {
+TEST(PaxRecordsTest, NoRecordsSetNothing) {
     const PaxRecords records = parsed("");
     EXPECT_FALSE(records.path.has_value());
     EXPECT_FALSE(records.size.has_value());
@@ -38,7 +38,7 @@ TEST(PaxRecordsTest, TheLengthCountsItsOwnDigits) {
     EXPECT_EQ(parsed("101 path=" + std::string(91, 'n') + "\n").path, std::string(91, 'n'));
 }
 
-TEST(PaxRecordsTest, AValueMayHoldEqualsSignsBlanksAndLineFeeds) {
+TEST(PaxRecordsTest, AValueMayContainEqualsSignsBlanksAndLineFeeds) {
     EXPECT_EQ(parsed("13 path=a=b=\n").path, "a=b=");
     EXPECT_EQ(parsed("14 path= a b \n").path, " a b ");
     EXPECT_EQ(parsed("20 path=a\n9 path=b\n\n").path, "a\n9 path=b\n");
@@ -61,7 +61,7 @@ TEST(PaxRecordsTest, OtherKeysAreSkipped) {
     EXPECT_FALSE(records.sparse);
 }
 
-TEST(PaxRecordsTest, AKeyThatComesAgainReplacesItsValue) {
+TEST(PaxRecordsTest, ARepeatedKeyReplacesItsValue) {
     const PaxRecords records = parsed(paxRecord("path", "one") + paxRecord("size", "1") +
                                       paxRecord("path", "two") + paxRecord("size", "2"));
     EXPECT_EQ(records.path, "two");
@@ -75,11 +75,11 @@ TEST(PaxRecordsTest, AnEmptyValueRemovesTheKey) {
     EXPECT_FALSE(records.size.has_value());
 }
 
-TEST(PaxRecordsTest, AKeyThatWasRemovedMayComeBack) {
+TEST(PaxRecordsTest, ARemovedKeyMayBeSetAgain) {
     EXPECT_EQ(parsed(paxRecord("path", "") + paxRecord("path", "back")).path, "back");
 }
 
-TEST(PaxRecordsTest, EverySparseKeyTells) {
+TEST(PaxRecordsTest, EverySparseKeyMarksASparseFile) {
     for (const std::string key :
          {"GNU.sparse.major", "GNU.sparse.map", "GNU.sparse.name", "GNU.sparse.numblocks"}) {
         EXPECT_TRUE(parsed(paxRecord(key, "1")).sparse) << key;
@@ -93,9 +93,9 @@ struct Malformed {
 
 class MalformedPaxRecords : public ::testing::TestWithParam<Malformed> {};
 
-TEST_P(MalformedPaxRecords, MakeNoSense) {
+TEST_P(MalformedPaxRecords, ParsingFails) {
     EXPECT_FALSE(parsePaxRecords(GetParam().text).has_value());
-    // Also behind a good one.
+    // Also after a valid record.
     EXPECT_FALSE(parsePaxRecords(paxRecord("mtime", "0") + GetParam().text).has_value());
 }
 
@@ -111,11 +111,11 @@ INSTANTIATE_TEST_SUITE_P(
         Malformed{"EndsAtTheBlank", "1 \n"}, Malformed{"TooShort", "8 path=a\n"},
         Malformed{"TooLong", "11 path=a\n"}, Malformed{"FarTooLong", "999999999 path=a\n"},
         Malformed{"LongerThanNumbers", "99999999999999999999999 path=a\n"},
-        Malformed{"TwoToThe64And9", "18446744073709551625 path=a\n"},
+        Malformed{"TwoToThe64Plus9", "18446744073709551625 path=a\n"},
         Malformed{"NoLineFeed", "8 path=a"}, Malformed{"OtherLastCharacter", "9 path=a\0"s},
         Malformed{"NoEqualsSign", "9 path a\n"}, Malformed{"NoKey", "4 \n\n"},
-        Malformed{"ZeroBytesBehind", paxRecord("mtime", "1") + std::string(3, '\0')},
-        Malformed{"LineFeedBehind", paxRecord("mtime", "1") + "\n"},
+        Malformed{"TrailingZeroBytes", paxRecord("mtime", "1") + std::string(3, '\0')},
+        Malformed{"TrailingLineFeed", paxRecord("mtime", "1") + "\n"},
         Malformed{"ZeroByteInPath", paxRecord("path", "a\0b"s)},
         Malformed{"ZeroByteAtThePathsEnd", paxRecord("path", "a\0"s)},
         Malformed{"PathOfAZeroByte", paxRecord("path", "\0"s)},
@@ -123,9 +123,9 @@ INSTANTIATE_TEST_SUITE_P(
         Malformed{"SizeSigned", paxRecord("size", "+1")},
         Malformed{"SizeText", paxRecord("size", "many")},
         Malformed{"SizeHexadecimal", paxRecord("size", "0x10")},
-        Malformed{"SizeBroken", paxRecord("size", "1.5")},
+        Malformed{"SizeFraction", paxRecord("size", "1.5")},
         Malformed{"SizeWithBlank", paxRecord("size", "1 ")},
-        Malformed{"SizeBehindBlank", paxRecord("size", " 1")},
+        Malformed{"SizeAfterBlank", paxRecord("size", " 1")},
         Malformed{"SizeWithZeroByte", paxRecord("size", "1\0"s)},
         Malformed{"SizeOfTwoToThe64", paxRecord("size", "18446744073709551616")}),
     CaseName());

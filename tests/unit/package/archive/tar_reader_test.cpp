@@ -19,7 +19,7 @@ using testing::tarEntry;
 using testing::TarFields;
 using testing::tarFile;
 
-TEST(TarReaderTest, GoesThroughAllEntries) {
+TEST(TarReaderTest, VisitsEveryEntry) {
     const ExactBytes bytes(tarDirectory("root/") + tarFile("root/file", "content") +
                            tarFile("empty") + tarEnd());
     TarReader reader(bytes.data(), bytes.size());
@@ -43,7 +43,7 @@ TEST(TarReaderTest, GoesThroughAllEntries) {
     EXPECT_FALSE(reader.next(entry));
 }
 
-TEST(TarReaderTest, ContentsLieInTheArchivesMemory) {
+TEST(TarReaderTest, ContentPointsIntoTheArchive) {
     const ExactBytes bytes(tarDirectory("root/") + tarFile("one", std::string(513, 'x')) +
                            testing::paxHeader(testing::paxRecord("path", "two")) +
                            tarFile("2", "two") + tarEnd());
@@ -51,10 +51,10 @@ TEST(TarReaderTest, ContentsLieInTheArchivesMemory) {
     TarEntry entry;
     ASSERT_TRUE(reader.next(entry));
     ASSERT_TRUE(reader.next(entry));
-    // Behind two headers.
+    // After two headers.
     EXPECT_EQ(entry.content, bytes.data() + 1024);
     ASSERT_TRUE(reader.next(entry));
-    // Behind two blocks of content, two headers and one block of records.
+    // After two more blocks of content, two headers and one block of records.
     EXPECT_EQ(entry.content, bytes.data() + 3584);
     EXPECT_EQ(entry.size, 3u);
 }
@@ -72,7 +72,7 @@ TEST(TarReaderTest, TheEndLeavesTheEntryAlone) {
     }
 }
 
-TEST(TarReaderTest, NamesAreKeptAsTheArchiveHasThem) {
+TEST(TarReaderTest, NamesAreReturnedVerbatim) {
     TarFields fields;
     fields.name = "./c//\\file";
     fields.prefix = "../a\\b/";
@@ -83,7 +83,7 @@ TEST(TarReaderTest, NamesAreKeptAsTheArchiveHasThem) {
     EXPECT_EQ(entry.name, "../a\\b//./c//\\file");
 }
 
-TEST(TarReaderTest, CountsTheEntriesInItsTexts) {
+TEST(TarReaderTest, MessagesNumberTheEntries) {
     TarFields bad;
     bad.name = "bad";
     bad.checksum = "000000";
@@ -97,7 +97,7 @@ TEST(TarReaderTest, CountsTheEntriesInItsTexts) {
                             "Archive entry 3: the header's checksum is wrong");
 }
 
-TEST(TarReaderTest, ReadsNothingOfNoBytes) {
+TEST(TarReaderTest, EmptyInputIsNotRead) {
     const ExactBytes bytes("");
     TarReader reader(bytes.data(), 0);
     TarEntry entry;
@@ -111,17 +111,17 @@ TEST(QuotedTarName, QuotesAName) {
     EXPECT_EQ(quotedTarName("my größe"), "\"my größe\"");
 }
 
-TEST(QuotedTarName, ShowsNoControlCharacters) {
+TEST(QuotedTarName, ReplacesControlCharacters) {
     EXPECT_EQ(quotedTarName(std::string("a\0b\x1B[31m\n\r\t\x1F\x7F ~", 15)),
               "\"a?b?[31m????? ~\"");
 }
 
-// A next line, an embedding from right to left, a line separator and an isolate.
-TEST(QuotedTarName, ShowsNothingElseThatATerminalObeys) {
+// A next line, a right-to-left override, a line separator and an isolate.
+TEST(QuotedTarName, ReplacesOtherCharactersThatATerminalInterprets) {
     EXPECT_EQ(quotedTarName("a\xC2\x85|\u202Egpj.exe|\u2028|\u2066"), "\"a?|?gpj.exe|?|?\"");
 }
 
-TEST(QuotedTarName, ShowsValidUtf8Alone) {
+TEST(QuotedTarName, ReplacesInvalidUtf8) {
     EXPECT_EQ(quotedTarName("a\xFF"
                             "b"),
               "\"a?b\"");
@@ -134,8 +134,8 @@ TEST(QuotedTarName, CutsLongNames) {
     EXPECT_EQ(quotedTarName(std::string(100000, 'n')), '"' + std::string(200, 'n') + "...\"");
 }
 
-// A letter of two bytes, of which the limit takes the first.
-TEST(QuotedTarName, StaysUtf8WhereItIsCut) {
+// The limit falls inside a two-byte letter.
+TEST(QuotedTarName, StaysUtf8WhenCut) {
     EXPECT_EQ(quotedTarName(std::string(199, 'n') + "ü"), '"' + std::string(199, 'n') + "?...\"");
 }
 

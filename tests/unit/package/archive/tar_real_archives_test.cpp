@@ -1,5 +1,5 @@
-// Archives that GNU tar, bsdtar, Python and git wrote, against what these tools extract from them;
-// tests/data/tar/make_archives.py made both.
+// Archives written by GNU tar, bsdtar, Python and git, compared with what those tools extract from
+// them; tests/data/tar/make_archives.py generates both.
 
 #include <gtest/gtest.h>
 
@@ -20,13 +20,13 @@ using testing::TarExtraction;
 class TarAcceptedArchives : public TarExtraction,
                             public ::testing::WithParamInterface<std::string> {};
 
-TEST_P(TarAcceptedArchives, AreExtractedAsByTheirTools) {
+TEST_P(TarAcceptedArchives, ExtractionMatchesTheOriginalTool) {
     EXPECT_THAT(to_.extract(readTarData("accepted/" + GetParam() + ".tar")), IsOk());
     EXPECT_EQ(listingOf(to_.tree()), readTarData("accepted/" + GetParam() + ".listing"));
     EXPECT_EQ(to_.result(), to_.text() + (GetParam() == "simple" ? "\\package/" : "\\tree/"));
 }
 
-TEST_P(TarAcceptedArchives, AreExtractedAgainOverWhatIsThere) {
+TEST_P(TarAcceptedArchives, ExtractsAgainOverExistingFiles) {
     EXPECT_THAT(to_.extract(readTarData("accepted/" + GetParam() + ".tar")), IsOk());
     to_.setDestination(to_.text());
     EXPECT_THAT(to_.extract(readTarData("accepted/" + GetParam() + ".tar")), IsOk());
@@ -49,7 +49,7 @@ struct RefusedArchive {
 class TarRefusedArchives : public TarExtraction,
                            public ::testing::WithParamInterface<RefusedArchive> {};
 
-TEST_P(TarRefusedArchives, LeaveNothing) {
+TEST_P(TarRefusedArchives, RefusalLeavesNothingBehind) {
     expectRefused(readTarData("refused/" + GetParam().name + ".tar"), GetParam().code,
                   GetParam().text);
 }

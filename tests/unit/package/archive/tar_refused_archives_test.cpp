@@ -1,4 +1,4 @@
-// Archives that are cut off or make no sense. Each is refused before anything is written.
+// Truncated and malformed archives. Each is refused before anything is written.
 
 #include <gtest/gtest.h>
 
@@ -29,9 +29,9 @@ using testing::tarFile;
 using testing::tarHeader;
 using namespace std::string_literals;
 
-class TarRefused : public TarExtraction {};
+class TarRefusal : public TarExtraction {};
 
-TEST_F(TarRefused, ANullPointerIs) {
+TEST_F(TarRefusal, ANullPointerIsRefused) {
     Filepath destination(to_.text());
     EXPECT_THAT(FileUtils::extractTarball(nullptr, 0, destination),
                 IsStatus(INVALID_ARGUMENTS, "The archive must not be null"));
@@ -40,36 +40,36 @@ TEST_F(TarRefused, ANullPointerIs) {
     EXPECT_EQ(String(destination.c_str()), String(to_.text()));
 }
 
-TEST_F(TarRefused, NoBytesAre) {
+TEST_F(TarRefusal, EmptyInputIsRefused) {
     expectRefused("", INVALID_ARGUMENTS,
                   "Archive entry 1: the archive is cut off: there is no end mark");
 }
 
-TEST_F(TarRefused, AMissingEndMarkIs) {
+TEST_F(TarRefusal, AMissingEndMarkIsRefused) {
     expectRefused(tarFile("file", "content"), INVALID_ARGUMENTS,
                   "Archive entry 2: the archive is cut off: there is no end mark");
 }
 
-TEST_F(TarRefused, AHeaderThatIsCutOffIs) {
+TEST_F(TarRefusal, ATruncatedHeaderIsRefused) {
     expectRefused(tarFile("one", "1") + tarFile("two").substr(0, 511), INVALID_ARGUMENTS,
                   "Archive entry 2: the archive is cut off in the header");
 }
 
-TEST_F(TarRefused, AContentThatIsCutOffIs) {
+TEST_F(TarRefusal, TruncatedContentIsRefused) {
     expectRefused(tarFile("one", "1") + tarFile("two", std::string(100, 'x')).substr(0, 512 + 99),
                   INVALID_ARGUMENTS,
                   "Archive entry 2 (\"two\"): it needs 100 bytes of content, in whole blocks of "
                   "512, and 99 are left in the archive");
 }
 
-TEST_F(TarRefused, AMissingPaddingIs) {
+TEST_F(TarRefusal, MissingPaddingIsRefused) {
     expectRefused(tarFile("one", std::string(513, 'x')).substr(0, 512 + 1023), INVALID_ARGUMENTS,
                   "Archive entry 1 (\"one\"): it needs 513 bytes of content, in whole blocks of "
                   "512, and 1023 are left in the archive");
 }
 
-// Each kind of header that archives have, cut at every place.
-TEST_F(TarRefused, EveryBeginningOfAnArchiveIs) {
+// Every kind of header, cut at every position.
+TEST_F(TarRefusal, AnArchiveCutAnywhereIsRefused) {
     const std::string entries = tarDirectory("root/") + tarFile("root/file", "content") +
                                 gnuLongName("root/long name") + tarFile("short", "more") +
                                 paxHeader(paxRecord("path", "root/pax name")) + tarFile("pax");
@@ -87,20 +87,20 @@ TEST_F(TarRefused, EveryBeginningOfAnArchiveIs) {
     EXPECT_EQ(to_.tree().size(), 4u);
 }
 
-TEST_F(TarRefused, EveryChangeOfAHeaderIs) {
+TEST_F(TarRefusal, EveryChangedHeaderByteIsRefused) {
     const std::string good = tarFile("file", "content") + tarEnd();
     for (std::size_t place = 0; place < 512; ++place) {
         std::string changed = good;
         changed[place] = static_cast<char>(changed[place] + 1);
         if (place == 154 || place == 155) {
-            continue;  // behind the six digits of the checksum
+            continue;  // after the six digits of the checksum
         }
         expectRefused(changed, TAR_CHECKSUM_MISMATCH,
                       "Archive entry 1: the header's checksum is wrong");
     }
 }
 
-TEST_F(TarRefused, AWrongChecksumBehindGoodEntriesIs) {
+TEST_F(TarRefusal, AWrongChecksumAfterGoodEntriesIsRefused) {
     TarFields fields;
     fields.name = "bad";
     fields.checksum = octalChecksum(tarChecksum(tarHeader(fields)) + 1);
@@ -108,19 +108,19 @@ TEST_F(TarRefused, AWrongChecksumBehindGoodEntriesIs) {
                   TAR_CHECKSUM_MISMATCH, "Archive entry 3: the header's checksum is wrong");
 }
 
-TEST_F(TarRefused, AChecksumOfAnExtensionCountsToo) {
+TEST_F(TarRefusal, AWrongChecksumOfAnExtensionIsRefused) {
     std::string header = gnuLongName("long");
     header[148] = '7';
     expectRefused(header + tarFile("short") + tarEnd(), TAR_CHECKSUM_MISMATCH,
                   "Archive entry 1: the header's checksum is wrong");
 }
 
-TEST_F(TarRefused, AFileNamedLikeADirectoryMayHaveNoContent) {
+TEST_F(TarRefusal, AFileNamedLikeADirectoryMustBeEmpty) {
     expectRefused(tarFile("folder/", "x") + tarEnd(), INVALID_ARGUMENTS,
                   "Archive entry 1 (\"folder/\"): it is named like a directory and has a content");
 }
 
-TEST_F(TarRefused, AFileMayNotBeTheDestination) {
+TEST_F(TarRefusal, AFileMustNotNameTheDestination) {
     for (const std::string name : {".", ".\\."}) {
         expectRefused(tarFile("good", "x") + tarFile(name, "x") + tarEnd(), INVALID_ARGUMENTS,
                       "Archive entry \"" + name + "\": its name is that of a directory");
@@ -132,9 +132,10 @@ struct RefusedSize {
     std::string field;
 };
 
-class TarNoSizes : public TarExtraction, public ::testing::WithParamInterface<RefusedSize> {};
+class TarMalformedSizes : public TarExtraction,
+                          public ::testing::WithParamInterface<RefusedSize> {};
 
-TEST_P(TarNoSizes, AreRefused) {
+TEST_P(TarMalformedSizes, TheArchiveIsRefused) {
     TarFields fields;
     fields.name = "file";
     fields.size = GetParam().field;
@@ -143,15 +144,15 @@ TEST_P(TarNoSizes, AreRefused) {
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Fields, TarNoSizes,
+    Fields, TarMalformedSizes,
     ::testing::Values(RefusedSize{"Tabs", std::string(12, '\t')}, RefusedSize{"Text", "many"},
                       RefusedSize{"Negative", "-0000000007"}, RefusedSize{"Signed", "+0000000007"},
-                      RefusedSize{"OtherDigit", "8"},
-                      RefusedSize{"OtherDigitBehind", "00000000178"},
-                      RefusedSize{"TextBehind", "7bytes"}, RefusedSize{"Hexadecimal", "0x7"},
+                      RefusedSize{"NonOctalDigit", "8"},
+                      RefusedSize{"TrailingNonOctalDigit", "00000000178"},
+                      RefusedSize{"TrailingText", "7bytes"}, RefusedSize{"Hexadecimal", "0x7"},
                       RefusedSize{"ZeroByteBefore", "\0"s + "7"},
                       RefusedSize{"BinaryNegative", std::string(11, '\xFF') + "\xF9"},
-                      RefusedSize{"BinaryLeastNegative", "\xC0" + std::string(11, '\0')},
+                      RefusedSize{"BinaryMostNegative", "\xC0" + std::string(11, '\0')},
                       RefusedSize{"BinaryOfTwoToThe64", "\x80\0\0\1\0\0\0\0\0\0\0\0"s},
                       RefusedSize{"BinaryWrapsToSeven", "\x80\0\0\1\0\0\0\0\0\0\0\7"s},
                       RefusedSize{"BinaryTopBits", "\x81\0\0\0\0\0\0\0\0\0\0\7"s}),
@@ -165,11 +166,11 @@ struct LargeSize {
 
 class TarLargeSizes : public TarExtraction, public ::testing::WithParamInterface<LargeSize> {};
 
-TEST_P(TarLargeSizes, AreRefused) {
+TEST_P(TarLargeSizes, TheArchiveIsRefused) {
     TarFields fields;
     fields.name = "file";
     fields.size = GetParam().field;
-    // A block of content, and two of the end.
+    // One block of content and two of the end mark are left.
     expectRefused(tarFile("good", "x") + tarEntry(fields, "content") + tarEnd(), INVALID_ARGUMENTS,
                   "Archive entry 2 (\"file\"): it needs " + GetParam().number +
                       " bytes of content, in whole blocks of 512, and 1536 are left in the "
@@ -185,7 +186,7 @@ INSTANTIATE_TEST_SUITE_P(
         LargeSize{"BinaryOneTooMany", "\x80\0\0\0\0\0\0\0\0\0\6\1"s, "1537"},
         LargeSize{"BinaryEightGibibytes", "\x80\0\0\0\0\0\0\2\0\0\0\0"s, "8589934592"},
         LargeSize{"BinaryTwoToThe63", "\x80\0\0\0\x80\0\0\0\0\0\0\0"s, "9223372036854775808"},
-        // Rounded up to whole blocks it would wrap to zero.
+        // Rounding it up to whole blocks must not wrap to zero.
         LargeSize{"BinaryLargest", "\x80\0\0\0"s + std::string(8, '\xFF'), "18446744073709551615"}),
     CaseName());
 

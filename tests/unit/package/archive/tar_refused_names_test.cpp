@@ -1,5 +1,5 @@
-// Names that could lead out of the destination, and others that are refused, wherever an archive
-// has them from. Nothing is written then, also not what stands before them.
+// Names that could lead out of the destination, and others that are refused, wherever the archive
+// stores them. Nothing is written then, not even the entries before them.
 
 #include <gtest/gtest.h>
 
@@ -30,8 +30,8 @@ struct RefusedName {
     std::string reason;
 };
 
-// How an archive may tell an entry's name.
-struct Telling {
+// Where an archive may store an entry's name.
+struct NamePlacement {
     std::string label;
     std::string (*entry)(const std::string& name, char type);
 };
@@ -43,7 +43,7 @@ std::string inTheHeader(const std::string& name, char type) {
     return tarEntry(fields);
 }
 
-// Split at the first slash, which is put back between prefix and name.
+// Splits the name at the first slash, which the reader puts back between prefix and name.
 std::string inThePrefix(const std::string& name, char type) {
     const std::size_t slash = name.find('/', 1);
     if (slash == std::string::npos) {
@@ -64,23 +64,24 @@ std::string inALongName(const std::string& name, char type) {
     return gnuLongName(name) + inTheHeader("innocent", type);
 }
 
-class TarRefusedNames : public TarExtraction,
-                        public ::testing::WithParamInterface<std::tuple<RefusedName, Telling>> {
+class TarRefusedNames
+    : public TarExtraction,
+      public ::testing::WithParamInterface<std::tuple<RefusedName, NamePlacement>> {
 protected:
     void expectRefusedAs(char type) {
-        const auto& [refused, telling] = GetParam();
+        const auto& [refused, placement] = GetParam();
         expectRefused(tarDirectory("root/") + tarFile("root/file", "x") +
-                          telling.entry(refused.name, type) + tarEnd(),
+                          placement.entry(refused.name, type) + tarEnd(),
                       INVALID_ARGUMENTS,
                       "Archive entry \"" + refused.name + "\": " + refused.reason);
     }
 };
 
-TEST_P(TarRefusedNames, OfFilesAre) {
+TEST_P(TarRefusedNames, TheFileIsRefused) {
     expectRefusedAs('0');
 }
 
-TEST_P(TarRefusedNames, OfDirectoriesAre) {
+TEST_P(TarRefusedNames, TheDirectoryIsRefused) {
     expectRefusedAs('5');
 }
 
@@ -93,7 +94,7 @@ INSTANTIATE_TEST_SUITE_P(
     ::testing::Combine(
         ::testing::Values(RefusedName{"TwoDotsFirst", "../x", kTwoDots},
                           RefusedName{"TwoDotsFirstWithBackslash", "..\\x", kTwoDots},
-                          RefusedName{"TwoDotsBehindADot", "./../x", kTwoDots},
+                          RefusedName{"TwoDotsAfterADot", "./../x", kTwoDots},
                           RefusedName{"TwoDotsInside", "root/../x", kTwoDots},
                           RefusedName{"TwoDotsFarUp", "root/../../../../x", kTwoDots},
                           RefusedName{"TwoDotsInsideWithBackslashes", "a\\..\\..\\x", kTwoDots},
@@ -103,28 +104,28 @@ INSTANTIATE_TEST_SUITE_P(
                           RefusedName{"TwoDotsAlone", "..", kTwoDots},
                           RefusedName{"Absolute", "/etc/x", kAbsolute},
                           RefusedName{"AbsoluteWithBackslash", "\\x", kAbsolute},
-                          RefusedName{"OfAServer", "\\\\server\\share\\x", kAbsolute},
-                          RefusedName{"TheRoot", "/", kAbsolute},
-                          RefusedName{"Drive", "C:x", kDrive},
+                          RefusedName{"ServerPath", "\\\\server\\share\\x", kAbsolute},
+                          RefusedName{"Root", "/", kAbsolute}, RefusedName{"Drive", "C:x", kDrive},
                           RefusedName{"DriveAlone", "C:", kDrive},
-                          RefusedName{"DriveBehindADot", "./C:x", kDrive},
-                          RefusedName{"SmallDrive", "c:/x", kDrive},
+                          RefusedName{"DriveAfterADot", "./C:x", kDrive},
+                          RefusedName{"LowercaseDrive", "c:/x", kDrive},
                           RefusedName{"DriveWithBackslash", "C:\\x", kDrive}),
-        ::testing::Values(Telling{"InTheHeader", inTheHeader}, Telling{"InThePrefix", inThePrefix},
-                          Telling{"InPaxRecords", inPaxRecords},
-                          Telling{"InALongName", inALongName})),
+        ::testing::Values(NamePlacement{"InTheHeader", inTheHeader},
+                          NamePlacement{"InThePrefix", inThePrefix},
+                          NamePlacement{"InPaxRecords", inPaxRecords},
+                          NamePlacement{"InALongName", inALongName})),
     [](const auto& test) { return std::get<0>(test.param).label + std::get<1>(test.param).label; });
 
 class TarRefusedName : public TarExtraction {};
 
-TEST_F(TarRefusedName, ThatLeadsToAPlaceBesideTheDestinationIs) {
+TEST_F(TarRefusedName, AnAbsolutePathBesideTheDestinationIsRefused) {
     const std::string name = (to_.outer() / "beside").u8string();
     const std::string text = "Archive entry \"" + name + "\": ";
     expectRefused(tarFile(name, "x") + tarEnd(), INVALID_ARGUMENTS,
                   ::testing::AnyOf(text + kAbsolute, text + kDrive));
 }
 
-TEST_F(TarRefusedName, MadeOfAPrefixIs) {
+TEST_F(TarRefusedName, ANameJoinedWithItsPrefixIsRefused) {
     TarFields fields;
     fields.name = "../x";
     fields.prefix = "root";
@@ -132,19 +133,19 @@ TEST_F(TarRefusedName, MadeOfAPrefixIs) {
                   "Archive entry \"root/../x\": its name holds \"..\"");
 }
 
-TEST_F(TarRefusedName, ThatIsEmptyIs) {
+TEST_F(TarRefusedName, AnEmptyNameIsRefused) {
     expectRefused(gnuLongName("") + tarFile("innocent") + tarEnd(), INVALID_ARGUMENTS,
                   "Archive entry \"\": it has no name");
 }
 
-TEST_F(TarRefusedName, ThatIsNotUtf8Is) {
+TEST_F(TarRefusedName, InvalidUtf8IsRefused) {
     expectRefused(tarFile("b\xFFz", "x") + tarEnd(), INVALID_ARGUMENTS,
                   "Archive entry \"b?z\": its name is not UTF-8");
     expectRefused(inPaxRecords("\xC0\xAE\xC0\xAE/x", '0') + tarEnd(), INVALID_ARGUMENTS,
                   ::testing::EndsWith(": its name is not UTF-8"));
 }
 
-TEST_F(TarRefusedName, ThatIsTooLongIs) {
+TEST_F(TarRefusedName, AnOverlongNameIsRefused) {
     const std::string name(4097, 'n');
     const std::string text =
         "Archive entry \"" + std::string(200, 'n') + "...\": its name is longer than 4096 bytes";
@@ -152,12 +153,12 @@ TEST_F(TarRefusedName, ThatIsTooLongIs) {
     expectRefused(inALongName(name, '0') + tarEnd(), INVALID_ARGUMENTS, text);
 }
 
-TEST_F(TarRefusedName, IsShownWithoutControlCharacters) {
+TEST_F(TarRefusedName, MessagesShowNoControlCharacters) {
     expectRefused(tarFile("../\x1B[2J\n\x7F") + tarEnd(), INVALID_ARGUMENTS,
                   "Archive entry \"../?[2J??\": its name holds \"..\"");
 }
 
-TEST_F(TarRefusedName, BehindTheEndDoesNotCount) {
+TEST_F(TarRefusedName, NamesAfterTheEndAreIgnored) {
     EXPECT_THAT(to_.extract(tarFile("good", "x") + tarEnd() + tarFile("../x", "x")), IsOk());
     EXPECT_EQ(to_.tree(), (FileTree{{"good", fileInTree("x")}}));
 }

@@ -1,4 +1,4 @@
-// Archives that were encrypted with OpenSSL.
+// Archives encrypted with OpenSSL.
 
 #include <gtest/gtest.h>
 
@@ -31,7 +31,7 @@ protected:
     QuavinStatus extractSecured(const std::string& component) {
         return extractSecured(component, component.size());
     }
-    // Also checks that neither the component nor the key is written to.
+    // Also checks that neither the component nor the key is modified.
     QuavinStatus extractSecured(const std::string& component, uint64 length) {
         const ExactBytes bytes(component);
         const CryptoKey key = key_;
@@ -78,7 +78,7 @@ TEST_F(TarSecured, APaddedArchiveIsExtracted) {
     EXPECT_EQ(result_, to_.text() + "\\root/");
 }
 
-TEST_F(TarSecured, AnArchiveThatGnuTarWroteIsExtracted) {
+TEST_F(TarSecured, AnArchiveWrittenByGnuTarIsExtracted) {
     EXPECT_THAT(extractSecured(
                     secured(readTarData("accepted/gnu_default.tar"), key_, BlockFilling::kPkcs7)),
                 IsOk());
@@ -91,7 +91,7 @@ TEST_F(TarSecured, AnArchiveWithoutDirectoriesEmptiesTheDestination) {
     EXPECT_EQ(result_, "");
 }
 
-TEST_F(TarSecured, AWrongKeyGivesAWrongChecksum) {
+TEST_F(TarSecured, AWrongKeyCausesAChecksumMismatch) {
     const std::string component = secured(kArchive, key_, BlockFilling::kPkcs7);
     key_[15] ^= 1;
     EXPECT_THAT(extractSecured(component),
@@ -99,8 +99,8 @@ TEST_F(TarSecured, AWrongKeyGivesAWrongChecksum) {
     expectNothing();
 }
 
-// As a wrong key gives one time in 256.
-TEST_F(TarSecured, AZeroByteAloneIsNoEndMark) {
+// A wrong key produces this one time in 256.
+TEST_F(TarSecured, ALoneZeroByteIsNotAnEndMark) {
     for (const std::size_t zeros : {1u, 16u, 511u}) {
         const std::string plain = std::string(zeros, '\0') + std::string(1024 - zeros, 'x');
         EXPECT_THAT(extractSecured(secured(plain, key_, BlockFilling::kNone)),
@@ -127,21 +127,21 @@ TEST_F(TarSecured, AChangedByteIsNoticed) {
     expectNothing();
 }
 
-TEST_F(TarSecured, PaddingIsNoEndMark) {
+TEST_F(TarSecured, PaddingIsNotAnEndMark) {
     EXPECT_THAT(
         extractSecured(secured(tarFile("file"), key_, BlockFilling::kPkcs7)),
         IsStatus(INVALID_ARGUMENTS, "Archive entry 2: the archive is cut off in the header"));
     expectNothing();
 }
 
-TEST_F(TarSecured, AnArchiveThatIsRefusedLeavesNothing) {
+TEST_F(TarSecured, ARefusedArchiveLeavesNothingBehind) {
     const std::string archive = tarFile("good") + tarFile("../bad") + tarEnd();
     EXPECT_THAT(extractSecured(secured(archive, key_, BlockFilling::kPkcs7)),
                 IsStatus(INVALID_ARGUMENTS, "Archive entry \"../bad\": its name holds \"..\""));
     expectNothing();
 }
 
-TEST_F(TarSecured, OtherLengthsThanOfWholeBlocksAreRefused) {
+TEST_F(TarSecured, LengthsOtherThanWholeBlocksAreRefused) {
     const std::string component = secured(kArchive, key_, BlockFilling::kNone);
     for (const std::size_t length : {0u, 1u, 15u, 17u, 31u, 33u}) {
         expectRefusedLength(component.substr(0, length), length);
@@ -149,13 +149,13 @@ TEST_F(TarSecured, OtherLengthsThanOfWholeBlocksAreRefused) {
     expectRefusedLength(component.substr(0, component.size() - 1), component.size() - 1);
 }
 
-// Nothing is read of them.
-TEST_F(TarSecured, LengthsFromFourGibibytesAreRefused) {
+// None of the bytes is read.
+TEST_F(TarSecured, LengthsOfFourGibibytesOrMoreAreRefused) {
     expectRefusedLength("too short", 4294967296u);
     expectRefusedLength("too short", 18446744073709551600u);
 }
 
-TEST_F(TarSecured, AVectorAloneIsAnArchiveThatIsCutOff) {
+TEST_F(TarSecured, AnInitializationVectorAloneIsATruncatedArchive) {
     EXPECT_THAT(extractSecured(std::string(16, 'v')),
                 IsStatus(INVALID_ARGUMENTS,
                          "Archive entry 1: the archive is cut off: there is no end mark"));

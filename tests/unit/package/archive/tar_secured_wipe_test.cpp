@@ -1,5 +1,5 @@
-// That a decrypted archive is wiped before its memory is given back. Replaces the array forms of
-// the global operators, for this whole program: those of the decrypted archive.
+// Checks that a decrypted archive is wiped before its memory is freed. Replaces the array forms of
+// the global operators, which allocate the decrypted archive, for this whole program.
 
 #include <gtest/gtest.h>
 
@@ -16,7 +16,7 @@
 namespace VelmoraQuavin::testing {
 namespace {
 
-// Looks at arrays of some size just before they are freed. One at a time.
+// Inspects arrays of a given size just before they are freed. Only one instance may exist.
 class FreedArrays {
 public:
     explicit FreedArrays(std::size_t size);
@@ -24,13 +24,13 @@ public:
     FreedArrays& operator=(const FreedArrays&) = delete;
     ~FreedArrays();
 
-    // How many there were.
+    // How many such arrays were freed.
     int count() const { return count_; }
-    // How many of them held something else than zeros.
+    // How many of them held anything but zeros.
     int notWiped() const { return notWiped_; }
 
     void isFreed(const unsigned char* array) noexcept {
-        // The allocator may have rounded the size up, by less than this.
+        // The allocator may have rounded the size up, by less than 64 bytes.
         const std::size_t usable = sizeOfBlock(const_cast<unsigned char*>(array));
         if (usable < size_ || usable >= size_ + 64) {
             return;
@@ -105,7 +105,7 @@ using testing::tarFile;
 
 class TarSecuredWipe : public TarExtraction {
 protected:
-    // Extracts an archive, and expects that its plaintext is wiped.
+    // Extracts an archive and expects its plaintext to be wiped.
     QuavinStatus extract(const std::string& archive) {
         const CryptoKey key = testing::countingKey();
         const std::string component = secured(archive, key, BlockFilling::kPkcs7);
@@ -114,14 +114,14 @@ protected:
         const FreedArrays freed(component.size() - 16);
         const QuavinStatus status =
             FileUtils::extractSecuredTarball(bytes, component.size(), key.data(), destination);
-        EXPECT_GE(freed.count(), 1);  // one more where decryption needs as much for itself
+        EXPECT_GE(freed.count(), 1);  // one more if decryption allocates a buffer of this size
         EXPECT_EQ(freed.notWiped(), 0);
         return status;
     }
 };
 
-// The test can fail.
-TEST_F(TarSecuredWipe, ArraysThatAreNotWipedAreSeen) {
+// Shows that the check can fail.
+TEST_F(TarSecuredWipe, UnwipedArraysAreDetected) {
     const FreedArrays freed(10000);
     { const ExactBytes bytes(std::string(9999, '\0') + "x"); }
     { const ExactBytes bytes(std::string(10000, '\0')); }
@@ -130,14 +130,14 @@ TEST_F(TarSecuredWipe, ArraysThatAreNotWipedAreSeen) {
     EXPECT_EQ(freed.notWiped(), 1);
 }
 
-TEST_F(TarSecuredWipe, ComesBehindTheExtraction) {
+TEST_F(TarSecuredWipe, ThePlaintextIsWipedAfterExtraction) {
     EXPECT_THAT(
         extract(tarDirectory("root/") + tarFile("root/secret", std::string(9000, 's')) + tarEnd()),
         IsOk());
     EXPECT_EQ(to_.tree().at("root/secret"), fileInTree(std::string(9000, 's')));
 }
 
-TEST_F(TarSecuredWipe, ComesBehindAFailureToo) {
+TEST_F(TarSecuredWipe, ThePlaintextIsWipedAfterAFailure) {
     EXPECT_EQ(
         extract(tarFile("secret", std::string(9000, 's')) + tarFile("../bad") + tarEnd()).getCode(),
         INVALID_ARGUMENTS);

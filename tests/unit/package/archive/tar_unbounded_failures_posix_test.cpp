@@ -1,4 +1,4 @@
-// A directory that has been removed and is still open, which only POSIX systems let anybody reach.
+// A removed directory that is still open, which only POSIX systems let a path reach.
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -20,7 +20,7 @@ using testing::TarExtraction;
 
 using TarRemovedDestination = TarExtraction;
 
-// There, an entry is missing and cannot be made.
+// An entry there is missing and cannot be created.
 TEST_F(TarRemovedDestination, CreateDirsExceptionPassesThrough) {
     const fs::path removed = to_.path() / "removed";
     fs::create_directory(removed);

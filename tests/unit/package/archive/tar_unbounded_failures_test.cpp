@@ -1,4 +1,4 @@
-// What the form without a length does not extract.
+// What the overload without a length does not extract.
 
 #include <gtest/gtest.h>
 
@@ -27,8 +27,8 @@ using testing::tarHeader;
 
 class TarUnboundedFailures : public TarExtraction {
 protected:
-    // Extracts "bad" between good entries, and expects that it and the ones behind it are not
-    // there, that the ones before it are, and that the destination's value stays.
+    // Extracts `bad` between good entries and expects that only the entries before it are written
+    // and that the destination's value stays.
     void expectStopsAt(const std::string& bad, STATUS_CODE code) {
         EXPECT_THAT(to_.extractUnbounded(between(bad)), IsStatus(code, ""));
         expectOnlyTheEntriesBefore();
@@ -55,7 +55,7 @@ private:
     }
 };
 
-TEST_F(TarUnboundedFailures, ANullPointerIsRefusedWithoutAText) {
+TEST_F(TarUnboundedFailures, ANullPointerIsRefusedWithoutAMessage) {
     Filepath destination("C:\\models");
     EXPECT_THAT(FileUtils::extractTarball(nullptr, destination), IsStatus(INVALID_ARGUMENTS, ""));
     EXPECT_STREQ(String(destination.c_str()).str().c_str(), "C:\\models");
@@ -67,32 +67,32 @@ TarFields bad() {
     return fields;
 }
 
-TEST_F(TarUnboundedFailures, AChecksumThatIsOneTooSmallStops) {
+TEST_F(TarUnboundedFailures, AChecksumOneTooSmallStopsExtraction) {
     TarFields fields = bad();
     fields.checksum = octalChecksum(tarChecksum(tarHeader(fields, 4)) - 1);
     expectStopsAt(tarEntry(fields, "lost"), TAR_CHECKSUM_MISMATCH);
 }
 
-TEST_F(TarUnboundedFailures, AChecksumThatIsOneTooLargeStops) {
+TEST_F(TarUnboundedFailures, AChecksumOneTooLargeStopsExtraction) {
     TarFields fields = bad();
     fields.checksum = octalChecksum(tarChecksum(tarHeader(fields, 4)) + 1);
     expectStopsAt(tarEntry(fields, "lost"), TAR_CHECKSUM_MISMATCH);
 }
 
-TEST_F(TarUnboundedFailures, AChecksumOfDirectoriesCountsToo) {
+TEST_F(TarUnboundedFailures, ADirectorysWrongChecksumStopsExtraction) {
     TarFields fields = bad();
     fields.type = '5';
     fields.checksum = octalChecksum(tarChecksum(tarHeader(fields)) + 1);
     expectStopsAt(tarEntry(fields), TAR_CHECKSUM_MISMATCH);
 }
 
-TEST_F(TarUnboundedFailures, AnEmptyChecksumStops) {
+TEST_F(TarUnboundedFailures, AnEmptyChecksumStopsExtraction) {
     TarFields fields = bad();
     fields.checksum = "";
     expectStopsAt(tarEntry(fields, "lost"), TAR_CHECKSUM_MISMATCH);
 }
 
-TEST_F(TarUnboundedFailures, AChecksumWithBlanksForZerosStops) {
+TEST_F(TarUnboundedFailures, AChecksumPaddedWithBlanksStopsExtraction) {
     TarFields fields = bad();
     std::string digits = octalChecksum(tarChecksum(tarHeader(fields, 4)));
     ASSERT_EQ(digits.substr(0, 2), "00");
@@ -100,22 +100,22 @@ TEST_F(TarUnboundedFailures, AChecksumWithBlanksForZerosStops) {
     expectStopsAt(tarEntry(fields, "lost"), TAR_CHECKSUM_MISMATCH);
 }
 
-// The first six of them are compared.
-TEST_F(TarUnboundedFailures, AChecksumOfSevenDigitsStops) {
+// Only the first six digits are compared.
+TEST_F(TarUnboundedFailures, AChecksumOfSevenDigitsStopsExtraction) {
     TarFields fields = bad();
     fields.checksum = "0" + octalChecksum(tarChecksum(tarHeader(fields, 4)));
     expectStopsAt(tarEntry(fields, "lost"), TAR_CHECKSUM_MISMATCH);
 }
 
-TEST_F(TarUnboundedFailures, AChecksumOfSignedBytesStops) {
+TEST_F(TarUnboundedFailures, AChecksumOfSignedBytesStopsExtraction) {
     TarFields fields;
     fields.name = "bäd";
-    // Each of the two bytes of "ä" would count 256 less.
+    // As signed bytes, each of the two bytes of "ä" counts 256 less.
     fields.checksum = octalChecksum(tarChecksum(tarHeader(fields, 4)) - 512);
     expectStopsAt(tarEntry(fields, "lost"), TAR_CHECKSUM_MISMATCH);
 }
 
-TEST_F(TarUnboundedFailures, TheChecksumsLastTwoCharactersDoNotCount) {
+TEST_F(TarUnboundedFailures, TheChecksumsLastTwoCharactersAreIgnored) {
     for (const std::string ending : {"", " ", "  ", "77", "xx", "\xFF\xFF"}) {
         TarFields fields;
         fields.name = "file";
@@ -127,7 +127,7 @@ TEST_F(TarUnboundedFailures, TheChecksumsLastTwoCharactersDoNotCount) {
     }
 }
 
-TEST_F(TarUnboundedFailures, TheChecksumIsLookedAtBeforeTheType) {
+TEST_F(TarUnboundedFailures, TheChecksumIsCheckedBeforeTheType) {
     TarFields fields = bad();
     fields.type = '2';
     fields.checksum = "777777";
@@ -137,31 +137,31 @@ TEST_F(TarUnboundedFailures, TheChecksumIsLookedAtBeforeTheType) {
 class TarUnboundedTypes : public TarUnboundedFailures,
                           public ::testing::WithParamInterface<char> {};
 
-TEST_P(TarUnboundedTypes, OtherThanFileAndDirectoryStop) {
+TEST_P(TarUnboundedTypes, TypesOtherThanFileAndDirectoryStopExtraction) {
     TarFields fields = bad();
     fields.type = GetParam();
     fields.linkName = "before/file";
     expectStopsAt(tarEntry(fields), TAR_UNSUPPORTED_ENTRY);
 }
 
-// An old file, links, devices, a fifo, a contiguous file, the headers of pax and GNU tar, and
-// others.
+// An old-style file, links, devices, a fifo, a contiguous file, the extension headers of pax and
+// GNU tar, and others.
 INSTANTIATE_TEST_SUITE_P(Types, TarUnboundedTypes,
                          ::testing::Values('\0', '1', '2', '3', '4', '6', '7', 'x', 'g', 'L', 'K',
                                            'S', 'D', 'V', 'A', ' ', '8', '\xFF'));
 
-TEST_F(TarUnboundedFailures, AFileThatIsNotUtf8Throws) {
+TEST_F(TarUnboundedFailures, AFileNameThatIsNotUtf8Throws) {
     expectThrowsAt(
         tarFile("b\xFF"
                 "d",
                 "lost"));
 }
 
-TEST_F(TarUnboundedFailures, ADirectoryThatIsNotUtf8Throws) {
+TEST_F(TarUnboundedFailures, ADirectoryNameThatIsNotUtf8Throws) {
     expectThrowsAt(tarDirectory("bad\xC3/"));
 }
 
-TEST_F(TarUnboundedFailures, TheChecksumAndTheTypeAreLookedAtBeforeTheName) {
+TEST_F(TarUnboundedFailures, TheChecksumAndTheTypeAreCheckedBeforeTheName) {
     TarFields fields;
     fields.name = "b\xFF";
     fields.type = '2';

@@ -1,5 +1,5 @@
-// Directories are made by the system's narrow interface, which reads their names in the system's
-// code page, and everything else happens by the wide one.
+// The overload without a length creates directories through the system's narrow interface, which
+// reads names in the system's code page; everything else goes through the wide one.
 
 #include <gtest/gtest.h>
 #include <windows.h>
@@ -33,13 +33,13 @@ protected:
     static constexpr const char* kName = "größe";
 };
 
-TEST_F(TarDestinationOutsideAscii, TakesFiles) {
+TEST_F(TarDestinationOutsideAscii, FilesAreExtracted) {
     EXPECT_THAT(to_.extractUnbounded(tarFile("file", "content") + tarEnd()), IsOk());
     EXPECT_EQ(to_.tree(), (FileTree{{kName, kDirectoryInTree},
                                     {std::string(kName) + "/file", fileInTree("content")}}));
 }
 
-TEST_F(TarDestinationOutsideAscii, TakesNoDirectories) {
+TEST_F(TarDestinationOutsideAscii, DirectoriesThrowFileException) {
     if (::GetACP() == CP_UTF8) {
         GTEST_SKIP() << "the narrow interface of this system takes UTF-8";
     }
@@ -50,7 +50,7 @@ TEST_F(TarDestinationOutsideAscii, TakesNoDirectories) {
     EXPECT_EQ(to_.result(), destination);
 }
 
-TEST_F(TarDestinationOutsideAscii, TakesDirectoriesInTheFormWithALength) {
+TEST_F(TarDestinationOutsideAscii, TheOverloadWithALengthCreatesDirectories) {
     EXPECT_THAT(to_.extract(tarDirectory("folder/") + tarEnd()), IsOk());
     EXPECT_EQ(to_.tree(), (FileTree{{kName, kDirectoryInTree},
                                     {std::string(kName) + "/folder", kDirectoryInTree}}));

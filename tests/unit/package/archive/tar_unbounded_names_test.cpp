@@ -1,4 +1,4 @@
-// How the form without a length makes paths from names, and which directories it leaves out.
+// How the overload without a length turns names into paths, and which directories it leaves out.
 
 #include <gtest/gtest.h>
 
@@ -31,7 +31,7 @@ protected:
         fields.magic = magic;
         return tarEntry(fields, "content");
     }
-    // Extracts a file with the prefix "folder", and tells what became of it.
+    // Extracts a file with the prefix "folder" and returns the resulting tree.
     FileTree extractWithMagic(const std::string& magic) {
         EXPECT_THAT(
             to_.extractUnbounded(tarDirectory("folder") + prefixedFile("folder", magic) + tarEnd()),
@@ -40,22 +40,22 @@ protected:
     }
 };
 
-TEST_F(TarUnboundedNames, ThePrefixOfUstarStandsBeforeTheName) {
+TEST_F(TarUnboundedNames, AUstarPrefixPrecedesTheName) {
     EXPECT_EQ(extractWithMagic(std::string("ustar\0", 6)),
               (FileTree{{"folder", "directory"}, {"folder/file", fileInTree("content")}}));
 }
 
-TEST_F(TarUnboundedNames, TheVersionBehindTheMagicDoesNotCount) {
+TEST_F(TarUnboundedNames, TheVersionAfterTheMagicIsIgnored) {
     EXPECT_EQ(extractWithMagic(std::string("ustar\0xy", 8)),
               (FileTree{{"folder", "directory"}, {"folder/file", fileInTree("content")}}));
 }
 
-TEST_F(TarUnboundedNames, GnuTarsMagicHasNoPrefix) {
+TEST_F(TarUnboundedNames, GnuTarsMagicMeansNoPrefix) {
     EXPECT_EQ(extractWithMagic(kGnuMagic),
               (FileTree{{"folder", "directory"}, {"file", fileInTree("content")}}));
 }
 
-TEST_F(TarUnboundedNames, NoMagicHasNoPrefix) {
+TEST_F(TarUnboundedNames, AMissingMagicMeansNoPrefix) {
     EXPECT_EQ(extractWithMagic(""),
               (FileTree{{"folder", "directory"}, {"file", fileInTree("content")}}));
 }
@@ -106,7 +106,7 @@ TEST_F(TarUnboundedNames, AHundredCharactersRunOnThroughAFullModeIntoTheOwner) {
               (FileTree{{fields.name + "00000644" + "0000000", fileInTree("content")}}));
 }
 
-TEST_F(TarUnboundedNames, BackslashesSeparateToo) {
+TEST_F(TarUnboundedNames, BackslashesAreSeparatorsToo) {
     EXPECT_THAT(to_.extractUnbounded(tarDirectory("folder\\") + tarFile("folder\\file", "content") +
                                      tarEnd()),
                 IsOk());
@@ -114,7 +114,7 @@ TEST_F(TarUnboundedNames, BackslashesSeparateToo) {
               (FileTree{{"folder", "directory"}, {"folder/file", fileInTree("content")}}));
 }
 
-TEST_F(TarUnboundedNames, AreBelievedWhateverTheySay) {
+TEST_F(TarUnboundedNames, NamesThatLeadOutOfTheDestinationAreTrusted) {
     EXPECT_THAT(to_.extractUnbounded(tarFile("../beside", "content") + tarEnd()), IsOk());
     EXPECT_EQ(to_.all().at("level/beside"), fileInTree("content"));
 }
@@ -130,7 +130,7 @@ TEST_F(TarUnboundedNames, ADirectoryWhoseParentIsMissingIsNotCreated) {
 
 class TarUnboundedWhiteSpace : public TarExtraction, public ::testing::WithParamInterface<char> {};
 
-TEST_P(TarUnboundedWhiteSpace, InADirectorysNameKeepsItFromBeingCreated) {
+TEST_P(TarUnboundedWhiteSpace, ADirectoryWithWhiteSpaceInItsNameIsNotCreated) {
     const std::string name = std::string("my") + GetParam() + "model";
     EXPECT_THAT(to_.extractUnbounded(tarDirectory(name + "/") + tarFile(name + "/file", "lost") +
                                      tarFile("next", "next") + tarEnd()),
@@ -139,7 +139,7 @@ TEST_P(TarUnboundedWhiteSpace, InADirectorysNameKeepsItFromBeingCreated) {
     EXPECT_EQ(to_.result(), to_.text() + "\\" + name + "/");
 }
 
-TEST_P(TarUnboundedWhiteSpace, InTheDestinationKeepsEveryDirectoryFromBeingCreated) {
+TEST_P(TarUnboundedWhiteSpace, NoDirectoryIsCreatedInADestinationWithWhiteSpace) {
     const std::string name = std::string("my") + GetParam() + "models";
     fs::create_directory(to_.path() / name);
     to_.setDestination(to_.text() + "\\" + name);
@@ -150,7 +150,7 @@ TEST_P(TarUnboundedWhiteSpace, InTheDestinationKeepsEveryDirectoryFromBeingCreat
     EXPECT_EQ(to_.result(), to_.text() + "\\" + name + "\\root/");
 }
 
-TEST_P(TarUnboundedWhiteSpace, DoesNotKeepFilesFromBeingWritten) {
+TEST_P(TarUnboundedWhiteSpace, FilesWithWhiteSpaceInTheirPathsAreWritten) {
     const std::string name = std::string("my") + GetParam() + "model";
     to_.write(name + "/before", "kept");
     EXPECT_THAT(
@@ -164,9 +164,9 @@ TEST_P(TarUnboundedWhiteSpace, DoesNotKeepFilesFromBeingWritten) {
 INSTANTIATE_TEST_SUITE_P(Characters, TarUnboundedWhiteSpace,
                          ::testing::ValuesIn(testing::whiteSpaceOfNames()));
 
-TEST_F(TarUnboundedNames, WhiteSpaceIsWhatTheCLibraryTakesForIt) {
+TEST_F(TarUnboundedNames, OnlyTheCLibrarysWhiteSpaceCounts) {
     // A no-break space, a next line, an ideographic space, a zero-width space, and a letter that
-    // holds the byte A0. The system's narrow interface may take their bytes for other letters.
+    // contains the byte A0. The system's narrow interface may read their bytes as other letters.
     std::size_t made = 0;
     for (const std::string name : {"a\u00A0b",
                                    "a\xC2\x85"

@@ -1,4 +1,4 @@
-// How the form without a length walks an archive, and what it makes of the destination.
+// How the overload without a length walks an archive, and what it sets the destination to.
 
 #include <gtest/gtest.h>
 
@@ -28,13 +28,13 @@ class TarUnbounded : public TarExtraction {};
 
 const std::string kZeroByte(1, '\0');
 
-TEST_F(TarUnbounded, AZeroByteInTheBeginningIsAnEmptyArchive) {
+TEST_F(TarUnbounded, AZeroFirstByteIsAnEmptyArchive) {
     EXPECT_THAT(to_.extractUnbounded(kZeroByte), IsOk());
     EXPECT_EQ(to_.result(), "");
     EXPECT_EQ(to_.tree(), FileTree());
 }
 
-TEST_F(TarUnbounded, FilesAloneAreWrittenAndEmptyTheDestination) {
+TEST_F(TarUnbounded, AnArchiveWithoutDirectoriesEmptiesTheDestination) {
     EXPECT_THAT(to_.extractUnbounded(tarFile("one", "1") + tarFile("two", "22") + tarEnd()),
                 IsOk());
     EXPECT_EQ(to_.tree(), (FileTree{{"one", fileInTree("1")}, {"two", fileInTree("22")}}));
@@ -48,21 +48,21 @@ TEST_F(TarUnbounded, TheFirstDirectoryBecomesTheDestination) {
     EXPECT_EQ(to_.result(), to_.text() + "\\first");
 }
 
-TEST_F(TarUnbounded, TheDestinationKeepsTheSeparatorsThatTheArchiveHas) {
+TEST_F(TarUnbounded, TheDestinationKeepsTheArchivesSeparators) {
     fs::create_directory(to_.path() / "above");
     EXPECT_THAT(to_.extractUnbounded(tarDirectory("above/top/") + tarEnd()), IsOk());
     EXPECT_EQ(to_.result(), to_.text() + "\\above/top/");
     EXPECT_TRUE(fs::is_directory(to_.path() / "above" / "top"));
 }
 
-TEST_F(TarUnbounded, ADirectoryThatWasThereAlreadyBecomesTheDestinationToo) {
+TEST_F(TarUnbounded, AnExistingDirectoryBecomesTheDestinationToo) {
     to_.write("root/kept", "content");
     EXPECT_THAT(to_.extractUnbounded(tarDirectory("root/") + tarEnd()), IsOk());
     EXPECT_EQ(to_.result(), to_.text() + "\\root/");
     EXPECT_EQ(to_.tree(), (FileTree{{"root", "directory"}, {"root/kept", fileInTree("content")}}));
 }
 
-TEST_F(TarUnbounded, FilesAreWrittenIntoTheDirectoriesBeforeThem) {
+TEST_F(TarUnbounded, FilesAreWrittenIntoTheDirectoriesCreatedBeforeThem) {
     EXPECT_THAT(to_.extractUnbounded(tarDirectory("a/") + tarDirectory("a/b/") +
                                      tarFile("a/b/file", "deep") + tarEnd()),
                 IsOk());
@@ -71,19 +71,19 @@ TEST_F(TarUnbounded, FilesAreWrittenIntoTheDirectoriesBeforeThem) {
         (FileTree{{"a", "directory"}, {"a/b", "directory"}, {"a/b/file", fileInTree("deep")}}));
 }
 
-TEST_F(TarUnbounded, AFileIsReplaced) {
+TEST_F(TarUnbounded, AnExistingFileIsReplaced) {
     to_.write("file", "something longer");
     EXPECT_THAT(to_.extractUnbounded(tarFile("file", "short") + tarEnd()), IsOk());
     EXPECT_EQ(to_.tree(), (FileTree{{"file", fileInTree("short")}}));
 }
 
-TEST_F(TarUnbounded, OneZeroByteWhereAHeaderIsDueEnds) {
+TEST_F(TarUnbounded, OneZeroByteInPlaceOfAHeaderEndsTheArchive) {
     EXPECT_THAT(to_.extractUnbounded(tarDirectory("root") + tarFile("file", "x") + kZeroByte),
                 IsOk());
     EXPECT_EQ(to_.result(), to_.text() + "\\root");
 }
 
-TEST_F(TarUnbounded, WhatFollowsOneZeroBlockIsIgnored) {
+TEST_F(TarUnbounded, DataAfterOneZeroBlockIsIgnored) {
     const std::string zeroBlock(512, '\0');
     EXPECT_THAT(to_.extractUnbounded(tarFile("file", "x") + zeroBlock + tarFile("behind", "y") +
                                      "no header at all"),
@@ -91,11 +91,11 @@ TEST_F(TarUnbounded, WhatFollowsOneZeroBlockIsIgnored) {
     EXPECT_EQ(to_.tree(), (FileTree{{"file", fileInTree("x")}}));
 }
 
-TEST_F(TarUnbounded, OtherFieldsDoNotCount) {
+TEST_F(TarUnbounded, OtherHeaderFieldsAreIgnored) {
     TarFields fields;
     fields.name = "file";
     fields.linkName = "../../elsewhere";
-    // Mode, owner and group; time; the version, the owner's names and device; the block's rest.
+    // Mode, owner and group; time; version, owner names and device; the rest of the block.
     fields.patches = {{100, std::string(24, '\xFF')},
                       {136, std::string(12, 'z')},
                       {263, std::string(82, '\x80')},
@@ -104,7 +104,7 @@ TEST_F(TarUnbounded, OtherFieldsDoNotCount) {
     EXPECT_EQ(to_.tree(), (FileTree{{"file", fileInTree("content")}}));
 }
 
-TEST_F(TarUnbounded, ADirectorysContentIsPassedOver) {
+TEST_F(TarUnbounded, ADirectorysContentIsSkipped) {
     TarFields fields;
     fields.name = "root";
     fields.type = '5';
@@ -114,18 +114,18 @@ TEST_F(TarUnbounded, ADirectorysContentIsPassedOver) {
     EXPECT_EQ(to_.tree(), (FileTree{{"root", "directory"}, {"root/file", fileInTree("content")}}));
 }
 
-TEST_F(TarUnbounded, ExtractsWhatGnuTarWrites) {
+TEST_F(TarUnbounded, AnArchiveWrittenByGnuTarIsExtracted) {
     EXPECT_THAT(to_.extractUnbounded(readTarData("accepted/simple.tar")), IsOk());
     EXPECT_EQ(listingOf(to_.tree()), readTarData("accepted/simple.listing"));
     EXPECT_EQ(to_.result(), to_.text() + "\\package/");
 }
 
-// Contents around whole blocks; the file behind them shows that the walk goes on at the right
-// place.
+// Contents of about whole blocks; the file after them shows that the walk continues at the right
+// offset.
 class TarUnboundedContents : public TarExtraction,
                              public ::testing::WithParamInterface<std::size_t> {};
 
-TEST_P(TarUnboundedContents, FillWholeBlocks) {
+TEST_P(TarUnboundedContents, TheNextEntryStartsAtAWholeBlock) {
     const std::string content(GetParam(), 'c');
     const std::string archive = tarFile("file", content);
     ASSERT_EQ(archive.size() % 512, 0u);
@@ -144,7 +144,7 @@ struct SizeField {
 
 class TarUnboundedSizes : public TarExtraction, public ::testing::WithParamInterface<SizeField> {};
 
-TEST_P(TarUnboundedSizes, AreReadAsOctalTextUpToItsEnd) {
+TEST_P(TarUnboundedSizes, ASizeIsReadAsOctalTextUpToTheFirstOtherCharacter) {
     TarFields fields;
     fields.name = "file";
     fields.size = GetParam().field;
@@ -157,10 +157,10 @@ TEST_P(TarUnboundedSizes, AreReadAsOctalTextUpToItsEnd) {
 INSTANTIATE_TEST_SUITE_P(
     Fields, TarUnboundedSizes,
     ::testing::Values(SizeField{"Padded", "00000000017", 15}, SizeField{"Short", "17", 15},
-                      SizeField{"BehindBlanks", "        17 ", 15},
-                      SizeField{"BlankBehind", "00000000017 ", 15},
-                      SizeField{"OtherDigitBehind", "179", 15},
-                      SizeField{"TextBehind", "17bytes", 15},
+                      SizeField{"AfterBlanks", "        17 ", 15},
+                      SizeField{"TrailingBlank", "00000000017 ", 15},
+                      SizeField{"TrailingNonOctalDigit", "179", 15},
+                      SizeField{"TrailingText", "17bytes", 15},
                       SizeField{"TwelveDigits", "000000000017", 15}, SizeField{"Empty", "", 0},
                       SizeField{"Blanks", "            ", 0}, SizeField{"Text", "many", 0},
                       SizeField{"BinaryForm", std::string("\x80\0\0\0\0\0\0\0\0\0\0\5", 12), 0}),

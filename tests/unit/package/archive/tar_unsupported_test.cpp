@@ -33,7 +33,7 @@ protected:
     }
 };
 
-TEST_P(TarUnsupported, AreRefused) {
+TEST_P(TarUnsupported, TheArchiveIsRefused) {
     for (const std::string content : {"", "content"}) {
         expectRefused(tarDirectory("root") + entry(content) + tarEnd(), TAR_UNSUPPORTED_ENTRY,
                       "Archive entry 2 (\"entry\"): it is neither a file nor a directory (type \"" +
@@ -41,7 +41,7 @@ TEST_P(TarUnsupported, AreRefused) {
     }
 }
 
-TEST_P(TarUnsupported, AreNamedByTheirExtensions) {
+TEST_P(TarUnsupported, TheMessageGivesTheNameFromTheExtension) {
     expectRefused(paxHeader(paxRecord("path", "a long name")) + entry("") + tarEnd(),
                   TAR_UNSUPPORTED_ENTRY,
                   "Archive entry 1 (\"a long name\"): it is neither a file nor a directory (type "
@@ -49,15 +49,15 @@ TEST_P(TarUnsupported, AreNamedByTheirExtensions) {
                       shownType() + "\")");
 }
 
-// A hard and a symbolic link, devices, a fifo, a contiguous file; GNU tar's sparse files, its
-// directories, volumes and continued files; Solaris's attributes; no type that exists.
+// A hard and a symbolic link, devices, a fifo, a contiguous file; GNU tar's sparse files,
+// directories, volumes and continued files; Solaris's attributes; types that do not exist.
 INSTANTIATE_TEST_SUITE_P(Types, TarUnsupported,
                          ::testing::Values('1', '2', '3', '4', '6', '7', 'S', 'D', 'V', 'M', 'X',
                                            'A', ' ', '8', '\1', '\xFF'));
 
 class TarSparse : public TarExtraction {};
 
-TEST_F(TarSparse, FilesOfPaxAreRefused) {
+TEST_F(TarSparse, APaxSparseFileIsRefused) {
     for (const std::string key : {"GNU.sparse.major", "GNU.sparse.map", "GNU.sparse.size"}) {
         expectRefused(paxHeader(paxRecord(key, "1")) + tarFile("file", "content") + tarEnd(),
                       TAR_UNSUPPORTED_ENTRY, "Archive entry 1 (\"file\"): it is a sparse file");

@@ -1,5 +1,5 @@
 // Destinations and failures that can only be set up on POSIX systems: links, permissions, and a
-// limit of the sizes of files.
+// limit on file sizes.
 
 #include <gtest/gtest.h>
 #include <sys/resource.h>
@@ -35,7 +35,7 @@ std::string systemText(std::errc error) {
 
 using TarLinkedDestination = TarExtraction;
 
-TEST_F(TarLinkedDestination, IsNoneWhereTheLinkLeadsNowhere) {
+TEST_F(TarLinkedDestination, ADanglingLinkIsNotADestination) {
     fs::create_symlink("missing", to_.path() / "link");
     const FileTree before = to_.all();
     const std::string path = to_.text() + "\\link";
@@ -46,7 +46,7 @@ TEST_F(TarLinkedDestination, IsNoneWhereTheLinkLeadsNowhere) {
     EXPECT_EQ(to_.result(), path);
 }
 
-TEST_F(TarLinkedDestination, IsTheDirectoryAtTheLinksEnd) {
+TEST_F(TarLinkedDestination, ALinkToADirectoryIsFollowed) {
     fs::create_directory_symlink(to_.outside(), to_.outer() / "link");
     const std::string link = (to_.outer() / "link").u8string();
     to_.setDestination(link);
@@ -55,7 +55,7 @@ TEST_F(TarLinkedDestination, IsTheDirectoryAtTheLinksEnd) {
     EXPECT_EQ(to_.result(), link + "\\top");
 }
 
-// Becomes an ordinary user in a directory that belongs to another.
+// Extracts as an ordinary user into a directory that belongs to another.
 class TarPermissions : public TarExtraction {
 protected:
     TarPermissions() { setPermissions(kMayWrite); }
@@ -77,33 +77,35 @@ protected:
                                             fs::perms::others_write | fs::perms::others_exec;
 };
 
-TEST_F(TarPermissions, AReadOnlyDestinationTakesNothing) {
+TEST_F(TarPermissions, NothingIsWrittenToAReadOnlyDestination) {
     const std::string denied = systemText(std::errc::permission_denied);
     setPermissions(kReadOnly);
-    EXPECT_THAT(extractAsNobody(tarFile("file", "x")),
-                IsStatus(FILE_ERROR, "Archive entry \"file\": the file cannot be made: " + denied));
+    EXPECT_THAT(
+        extractAsNobody(tarFile("file", "x")),
+        IsStatus(FILE_ERROR, "Archive entry \"file\": the file cannot be created: " + denied));
     EXPECT_THAT(
         extractAsNobody(tarDirectory("folder/")),
         IsStatus(FILE_ERROR,
-                 "Archive entry \"folder/\": a directory cannot be made or opened: " + denied));
+                 "Archive entry \"folder/\": a directory cannot be created or opened: " + denied));
     EXPECT_THAT(
         extractAsNobody(tarFile("folder/file", "x")),
-        IsStatus(FILE_ERROR,
-                 "Archive entry \"folder/file\": a directory cannot be made or opened: " + denied));
+        IsStatus(
+            FILE_ERROR,
+            "Archive entry \"folder/file\": a directory cannot be created or opened: " + denied));
     EXPECT_EQ(to_.tree(), FileTree());
     EXPECT_EQ(to_.result(), to_.text());
 }
 
-TEST_F(TarPermissions, AFileInAReadOnlyDestinationStays) {
+TEST_F(TarPermissions, AFileInAReadOnlyDestinationIsKept) {
     to_.write("file", "kept");
     setPermissions(kReadOnly);
     EXPECT_THAT(extractAsNobody(tarFile("file", "new")),
-                IsStatus(FILE_ERROR, "Archive entry \"file\": the file cannot be made: " +
+                IsStatus(FILE_ERROR, "Archive entry \"file\": the file cannot be created: " +
                                          systemText(std::errc::permission_denied)));
     EXPECT_EQ(to_.tree(), (FileTree{{"file", fileInTree("kept")}}));
 }
 
-TEST_F(TarPermissions, ADestinationNeedNotBeListed) {
+TEST_F(TarPermissions, ADestinationNeedNotBeReadable) {
     setPermissions(kNoListing);
     EXPECT_THAT(extractAsNobody(tarFile("folder/file", "x")), IsOk());
     setPermissions(kMayWrite);
@@ -111,18 +113,18 @@ TEST_F(TarPermissions, ADestinationNeedNotBeListed) {
               (FileTree{{"folder", kDirectoryInTree}, {"folder/file", fileInTree("x")}}));
 }
 
-// Lets files of this process grow to a size and no further, as a full disk would.
+// Limits the size of this process's files, so that writing fails as on a full disk.
 class FileSizeLimit {
 public:
     explicit FileSizeLimit(rlim_t bytes) : handler_(std::signal(SIGXFSZ, SIG_IGN)) {
         rlimit limit{};
         if (handler_ == SIG_ERR || ::getrlimit(RLIMIT_FSIZE, &previous_) != 0) {
-            throw std::runtime_error("cannot prepare a limit of sizes");
+            throw std::runtime_error("cannot prepare the limit on file sizes");
         }
         limit = previous_;
         limit.rlim_cur = bytes;
         if (::setrlimit(RLIMIT_FSIZE, &limit) != 0) {
-            throw std::runtime_error("cannot limit sizes");
+            throw std::runtime_error("cannot limit file sizes");
         }
     }
     FileSizeLimit(const FileSizeLimit&) = delete;
@@ -139,7 +141,7 @@ private:
 
 class TarFailedWriting : public TarExtraction {
 protected:
-    // Extracts a file that is larger than files may be, behind one that is not.
+    // Extracts a file that exceeds the limit after one that does not.
     QuavinStatus extractTooMuch() {
         const std::string archive = tarFile("folder/small", std::string(4096, 's')) +
                                     tarFile("folder/large", std::string(4097, 'l')) +
@@ -149,7 +151,7 @@ protected:
     }
 };
 
-TEST_F(TarFailedWriting, LeavesNoIncompleteFile) {
+TEST_F(TarFailedWriting, NoIncompleteFileIsLeft) {
     EXPECT_THAT(
         extractTooMuch(),
         IsStatus(FILE_ERROR, "Archive entry \"folder/large\": the file cannot be written: " +
@@ -159,7 +161,7 @@ TEST_F(TarFailedWriting, LeavesNoIncompleteFile) {
     EXPECT_EQ(to_.result(), to_.text());
 }
 
-TEST_F(TarFailedWriting, KeepsTheFileThatWasThere) {
+TEST_F(TarFailedWriting, TheExistingFileIsKept) {
     to_.write("folder/large", "old");
     EXPECT_EQ(extractTooMuch().getCode(), FILE_ERROR);
     EXPECT_EQ(to_.tree(), (FileTree{{"folder", kDirectoryInTree},
@@ -167,7 +169,7 @@ TEST_F(TarFailedWriting, KeepsTheFileThatWasThere) {
                                     {"folder/small", fileInTree(std::string(4096, 's'))}}));
 }
 
-TEST_F(TarFailedWriting, LeavesNoFileOpen) {
+TEST_F(TarFailedWriting, NoFileIsLeftOpen) {
     const std::size_t before = openFiles();
     EXPECT_EQ(extractTooMuch().getCode(), FILE_ERROR);
     EXPECT_EQ(openFiles(), before);

@@ -1,4 +1,4 @@
-// Destinations that cannot be extracted into, and that nothing is left open behind an extraction.
+// Destinations that cannot be extracted into; also that extraction leaves no file open.
 
 #include <gtest/gtest.h>
 
@@ -21,7 +21,8 @@ using testing::tarFile;
 
 class TarDestinations : public TarExtraction {
 protected:
-    void expectNoDestination(const std::string& path, STATUS_CODE code, const std::string& text) {
+    void expectDestinationRefused(const std::string& path, STATUS_CODE code,
+                                  const std::string& text) {
         const FileTree before = to_.all();
         to_.setDestination(path);
         EXPECT_THAT(to_.extract(tarDirectory("root") + tarFile("file", "x") + tarEnd()),
@@ -31,27 +32,27 @@ protected:
     }
 };
 
-TEST_F(TarDestinations, AMissingOneIsNotMade) {
+TEST_F(TarDestinations, AMissingDestinationIsNotCreated) {
     const std::string path = to_.text() + "\\missing";
-    expectNoDestination(path, FILE_ERROR, "Not a directory : " + path);
+    expectDestinationRefused(path, FILE_ERROR, "Not a directory : " + path);
 }
 
-TEST_F(TarDestinations, AFileIsNone) {
+TEST_F(TarDestinations, AFileIsNotADestination) {
     to_.write("file", "kept");
     const std::string path = to_.text() + "\\file";
-    expectNoDestination(path, FILE_ERROR, "Not a directory : " + path);
+    expectDestinationRefused(path, FILE_ERROR, "Not a directory : " + path);
 }
 
-// Joined to a name it would be the root of the file system.
-TEST_F(TarDestinations, AnEmptyTextIsNone) {
-    expectNoDestination("", INVALID_ARGUMENTS, "The destination must not be empty");
+// Joined with a name, it would mean the root of the file system.
+TEST_F(TarDestinations, AnEmptyPathIsRefused) {
+    expectDestinationRefused("", INVALID_ARGUMENTS, "The destination must not be empty");
 }
 
-TEST_F(TarDestinations, ATextThatIsNotUtf8IsNone) {
-    expectNoDestination(to_.text() + "\xFF", FAILURE, "bad conversion");
+TEST_F(TarDestinations, APathThatIsNotUtf8IsRefused) {
+    expectDestinationRefused(to_.text() + "\xFF", FAILURE, "bad conversion");
 }
 
-TEST_F(TarDestinations, AreNeededForAnEmptyArchiveToo) {
+TEST_F(TarDestinations, AnEmptyArchiveNeedsADestinationToo) {
     const std::string path = to_.text() + "\\missing";
     to_.setDestination(path);
     EXPECT_THAT(to_.extract(tarEnd()), IsStatus(FILE_ERROR, "Not a directory : " + path));
@@ -59,7 +60,7 @@ TEST_F(TarDestinations, AreNeededForAnEmptyArchiveToo) {
 
 using TarWriting = TarExtraction;
 
-TEST_F(TarWriting, LeavesNoFileOpen) {
+TEST_F(TarWriting, ExtractionLeavesNoFileOpen) {
     to_.write("blocked", "x");
     const auto extractAndFail = [this] {
         to_.setDestination(to_.text());
@@ -72,7 +73,7 @@ TEST_F(TarWriting, LeavesNoFileOpen) {
         EXPECT_EQ(to_.extract(tarFile("file") + tarFile("../x") + tarEnd()).getCode(),
                   INVALID_ARGUMENTS);
     };
-    extractAndFail();  // what the system opens once and keeps
+    extractAndFail();  // the system may open files here that it keeps open
     const std::size_t before = openFiles();
     extractAndFail();
     EXPECT_EQ(openFiles(), before);

@@ -1,5 +1,5 @@
-// A file that cannot be replaced, as only Windows has it: while somebody holds it open. And names
-// that its files cannot have.
+// Failures that only Windows has: a file that cannot be replaced while it is open elsewhere, and
+// names that files cannot have there.
 
 #include <gtest/gtest.h>
 #include <windows.h>
@@ -30,7 +30,7 @@ class TarOpenFile : public TarExtraction {
 protected:
     TarOpenFile() { to_.write("file", "old"); }
 
-    // Opened without sharing it.
+    // Opens the file without sharing it.
     FileHandle open() const {
         return FileHandle(::CreateFileW((to_.path() / "file").c_str(), GENERIC_READ, 0, nullptr,
                                         OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
@@ -41,7 +41,7 @@ protected:
     }
 };
 
-TEST_F(TarOpenFile, InTheWayStopsAndStays) {
+TEST_F(TarOpenFile, AnOpenFileStopsExtractionAndIsKept) {
     {
         const FileHandle file = open();
         ASSERT_TRUE(file);
@@ -54,7 +54,7 @@ TEST_F(TarOpenFile, InTheWayStopsAndStays) {
     EXPECT_EQ(to_.result(), to_.text());
 }
 
-TEST_F(TarOpenFile, IsReplacedOnceItIsClosed) {
+TEST_F(TarOpenFile, AFileIsReplacedOnceItIsClosed) {
     {
         const FileHandle file = open();
         ASSERT_TRUE(file);
@@ -64,10 +64,10 @@ TEST_F(TarOpenFile, IsReplacedOnceItIsClosed) {
     EXPECT_EQ(to_.tree().at("file"), fileInTree("new"));
 }
 
-TEST_F(TarOpenFile, InTheWayLeavesNoOtherOpen) {
+TEST_F(TarOpenFile, AFailedReplacementLeavesNoOtherFileOpen) {
     const FileHandle file = open();
     ASSERT_TRUE(file);
-    extract();  // what the system opens once and keeps
+    extract();  // the system may open files here that it keeps open
     const std::size_t before = openFiles();
     EXPECT_EQ(extract().getCode(), FILE_ERROR);
     EXPECT_EQ(openFiles(), before);
@@ -76,7 +76,7 @@ TEST_F(TarOpenFile, InTheWayLeavesNoOtherOpen) {
 class TarImpossibleNames : public TarExtraction,
                            public ::testing::WithParamInterface<const char*> {};
 
-TEST_P(TarImpossibleNames, StopTheExtraction) {
+TEST_P(TarImpossibleNames, ExtractionStops) {
     const std::string name = GetParam();
     EXPECT_THAT(to_.extract(tarFile("before", "written") + tarFile(name, "x") + tarEnd()),
                 IsStatus(FILE_ERROR, "Archive entry \"" + name +
@@ -91,7 +91,7 @@ TEST_P(TarImpossibleNames, StopTheExtraction) {
     EXPECT_EQ(to_.result(), to_.text());
 }
 
-// A device, a stream of a file, a pattern, and one that becomes another name.
+// Devices, a stream of a file, patterns, and names that the system would change.
 INSTANTIATE_TEST_SUITE_P(Names, TarImpossibleNames,
                          ::testing::Values("NUL", "con.txt", "NUL .txt", "COM1", "LPT\xC2\xB9",
                                            "CONOUT$", "file:stream", "file*", "what?", "file.",

@@ -19,7 +19,7 @@ protected:
     }
 };
 
-TEST_F(ManifestComponents, AreReadInOrder) {
+TEST_F(ManifestComponents, ComponentsAreReadInOrder) {
     const auto components = loadComponents(R"([{"name": "file", "path": "b/net.xml"},
                                                {"path": "a\\net.bin", "name": "secured_file"}])");
     ASSERT_EQ(components.size(), 2u);
@@ -29,7 +29,7 @@ TEST_F(ManifestComponents, AreReadInOrder) {
     EXPECT_EQ(components[1].path, "a\\net.bin");
 }
 
-TEST_F(ManifestComponents, KeepDuplicates) {
+TEST_F(ManifestComponents, DuplicatesAreKept) {
     const auto components =
         loadComponents(R"([{"name": "file", "path": "a"}, {"name": "file", "path": "a"}])");
     ASSERT_EQ(components.size(), 2u);
@@ -37,7 +37,7 @@ TEST_F(ManifestComponents, KeepDuplicates) {
     EXPECT_EQ(components[1].path, "a");
 }
 
-TEST_F(ManifestComponents, MayBeOfAnyKind) {
+TEST_F(ManifestComponents, AnyKindIsAccepted) {
     const auto components = loadComponents(R"([{"name": "memory_stream"}, {"name": "secured_tar"},
                                                {"name": "File"}, {"name": "something else"}])");
     ASSERT_EQ(components.size(), 4u);
@@ -47,7 +47,7 @@ TEST_F(ManifestComponents, MayBeOfAnyKind) {
     EXPECT_EQ(components[3].name, "something else");
 }
 
-TEST_F(ManifestComponents, HaveEmptyTextsWhereMembersAreMissing) {
+TEST_F(ManifestComponents, MissingMembersAreEmpty) {
     const auto components = loadComponents(R"([{}, {"name": "file"}, {"path": "a"}])");
     ASSERT_EQ(components.size(), 3u);
     EXPECT_EQ(components[0].name, "");
@@ -61,7 +61,7 @@ TEST_F(ManifestComponents, HaveEmptyTextsWhereMembersAreMissing) {
     }
 }
 
-TEST_F(ManifestComponents, HaveEmptyTextsWhereMembersAreNoStrings) {
+TEST_F(ManifestComponents, MembersThatAreNotStringsAreEmpty) {
     const auto components =
         loadComponents(R"([{"name": 3, "path": null}, {"name": ["file"], "path": {"path": "a"}}])");
     ASSERT_EQ(components.size(), 2u);
@@ -71,14 +71,14 @@ TEST_F(ManifestComponents, HaveEmptyTextsWhereMembersAreNoStrings) {
     }
 }
 
-TEST_F(ManifestComponents, AreReadUpToTheFirstZeroCharacter) {
+TEST_F(ManifestComponents, TextsEndAtTheFirstZeroCharacter) {
     const auto components = loadComponents(R"([{"name": "file\u0000x", "path": "a\u0000b"}])");
     ASSERT_EQ(components.size(), 1u);
     EXPECT_EQ(components[0].name, "file");
     EXPECT_EQ(components[0].path, "a");
 }
 
-TEST_F(ManifestComponents, HaveDefaultsWhereAnElementIsNoObject) {
+TEST_F(ManifestComponents, ElementsThatAreNotObjectsGiveDefaults) {
     const auto components = loadComponents(R"([null, "file", 3, [], {"path": "a"}])");
     ASSERT_EQ(components.size(), 5u);
     EXPECT_EQ(components[1].name, "");
@@ -86,7 +86,7 @@ TEST_F(ManifestComponents, HaveDefaultsWhereAnElementIsNoObject) {
     EXPECT_EQ(components[4].path, "a");
 }
 
-TEST_F(ManifestComponents, AreNoneWhereTheyAreNoArray) {
+TEST_F(ManifestComponents, AnythingButAnArrayGivesNoComponents) {
     for (const char* value : {"{}", R"({"name": "file", "path": "a"})", R"("file")", "null", "3"}) {
         EXPECT_TRUE(loadComponents(value).empty()) << value;
     }
@@ -94,7 +94,7 @@ TEST_F(ManifestComponents, AreNoneWhereTheyAreNoArray) {
     EXPECT_TRUE(loadTarget("{}").components.empty());
 }
 
-TEST_F(ManifestComponents, HaveAKeyOfZerosWhateverEncryptionSays) {
+TEST_F(ManifestComponents, TheKeyIsZeroWhateverEncryptionSays) {
     const auto components = loadComponents(
         R"([{"encryption": false}, {"encryption": "aes"}, {"encryption": null},
             {"encryption": {"key": "00112233445566778899aabbccddeeff", "paddingType": 1}},
@@ -105,7 +105,7 @@ TEST_F(ManifestComponents, HaveAKeyOfZerosWhateverEncryptionSays) {
     }
 }
 
-TEST_F(ManifestComponents, TakeTheirKeyFromTheHost) {
+TEST_F(ManifestComponents, TheHostSetsTheKey) {
     ASSERT_EQ(loadComponents(R"([{"name": "secured_file", "encryption": false}])").size(), 1u);
     const unsigned char key[16] = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16};
     metadata_.getTargets().at(QuavinModelType::Openvino).components[0].setCryptoKey(key);

@@ -1,4 +1,4 @@
-// What a host that asks for diagnostics learns of a manifest that cannot be used.
+// What a host that enables diagnostics learns about a manifest that cannot be used.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -37,7 +37,7 @@ protected:
     std::string reading() const {
         return "reading the manifest \"" + directory_.entry("manifest.json") + "\": ";
     }
-    // The part of the only record behind the manifest's name.
+    // The part of the only record after the manifest's name.
     std::string reasonFor(const std::string& manifest) {
         recorder_->clear();
         EXPECT_THAT(load(manifest), IsStatus(MODEL_METADATA_ERROR, failedToOpen()));
@@ -46,7 +46,7 @@ protected:
         EXPECT_EQ(record.substr(0, reading().size()), reading());
         return record.substr(reading().size());
     }
-    // What is said where no target of a manifest fits.
+    // The record for a manifest without a matching target.
     std::string missingTarget(const std::string& manifest) {
         recorder_->clear();
         EXPECT_THAT(load(manifest), IsOk());
@@ -59,7 +59,7 @@ protected:
         std::make_shared<testing::RecordingLogProcessor>();
 };
 
-TEST_F(ManifestDiagnostics, NameTheJsonErrorWithItsLineAndColumn) {
+TEST_F(ManifestDiagnostics, AJsonErrorIsReportedWithItsLineAndColumn) {
     EXPECT_EQ(reasonFor("{\"id\": \"an id\",\n  \"version\" 3}"),
               "line 2, column 13: Missing a colon after a name of object member");
     EXPECT_EQ(reasonFor("{\r\n\"targets\": {}\r\n\"id\": \"x\"}"),
@@ -69,23 +69,23 @@ TEST_F(ManifestDiagnostics, NameTheJsonErrorWithItsLineAndColumn) {
     EXPECT_EQ(reasonFor("targets"), "line 1, column 2: Invalid value");
 }
 
-TEST_F(ManifestDiagnostics, CountColumnsInCharactersAndNotTheByteOrderMark) {
-    // Behind seven characters, two of them of two bytes.
+TEST_F(ManifestDiagnostics, ColumnsCountCharactersButNotTheByteOrderMark) {
+    // After seven characters, two of which take two bytes.
     EXPECT_EQ(reasonFor("\xEF\xBB\xBF{\"\xC3\xA4\xC3\xB6\": x}"),
               "line 1, column 8: Invalid value");
 }
 
-TEST_F(ManifestDiagnostics, CountBlanksBeforeTheText) {
+TEST_F(ManifestDiagnostics, LeadingBlanksAreCounted) {
     EXPECT_EQ(reasonFor("\n\n  {'id': 1}"), "line 3, column 4: Missing a name for object member");
 }
 
-TEST_F(ManifestDiagnostics, SayWhatFollowsTheObject) {
+TEST_F(ManifestDiagnostics, DataAfterTheObjectIsReported) {
     EXPECT_EQ(reasonFor("{\"targets\": {}}\nx"),
               "line 2, column 1: The document root must not be followed by other values");
     EXPECT_EQ(reasonFor(std::string("{\"targets\": {}}\0x", 17)), "line 1, column 16: a zero byte");
 }
 
-TEST_F(ManifestDiagnostics, SayWhatStandsInPlaceOfAnObject) {
+TEST_F(ManifestDiagnostics, ARootThatIsNotAnObjectIsReported) {
     EXPECT_EQ(reasonFor("[]"), "it holds an array and no object");
     EXPECT_EQ(reasonFor("3"), "it holds a number and no object");
     EXPECT_EQ(reasonFor("\"targets\""), "it holds a string and no object");
@@ -94,13 +94,13 @@ TEST_F(ManifestDiagnostics, SayWhatStandsInPlaceOfAnObject) {
     EXPECT_EQ(reasonFor(" \n"), "it is empty");
 }
 
-TEST_F(ManifestDiagnostics, NameTheMembersWhereThereAreNoTargets) {
+TEST_F(ManifestDiagnostics, MissingTargetsAreReportedWithTheMembersPresent) {
     EXPECT_THAT(load(R"({"id": "x", "Targets": {}})"),
                 IsStatus(MODEL_METADATA_ERROR, "No target found in root of manifest file"));
     EXPECT_THAT(records(), ElementsAre(reading() + R"(it has the members "id", "Targets")"));
 }
 
-TEST_F(ManifestDiagnostics, NameTheTargetsWhereNoneFits) {
+TEST_F(ManifestDiagnostics, AMissingTargetIsReportedWithTheTargetsPresent) {
     const std::string loading = "loading the package \"" + directory_.text() +
                                 "\": the target \"Openvino\" is needed, and ";
     EXPECT_EQ(missingTarget(R"({"targets": {"OpenVino": {}, "CoreML": {}}})"),
@@ -110,19 +110,19 @@ TEST_F(ManifestDiagnostics, NameTheTargetsWhereNoneFits) {
     EXPECT_EQ(missingTarget(R"({"targets": "Openvino"})"), loading + R"("targets" is a string)");
 }
 
-TEST_F(ManifestDiagnostics, KnowNothingOfTargetsThatAHostMade) {
+TEST_F(ManifestDiagnostics, MetadataThatWereNotLoadedAreReportedWithoutTargets) {
     internal::diagnoseMissingTarget(ModelMetadata(), "Openvino");
     EXPECT_THAT(records(),
                 ElementsAre("loading the package \"\": the target \"Openvino\" is needed, "
                             "and the metadata have none"));
 }
 
-TEST_F(ManifestDiagnostics, AreNotMadeOfManifestsThatLoad) {
+TEST_F(ManifestDiagnostics, AManifestThatLoadsIsNotReported) {
     EXPECT_THAT(load(R"({"targets": {"Openvino": {}}})"), IsOk());
     EXPECT_THAT(records(), IsEmpty());
 }
 
-TEST_F(ManifestDiagnostics, AreNotMadeUnlessAskedFor) {
+TEST_F(ManifestDiagnostics, NothingIsReportedUnlessEnabled) {
     internal::setDiagnostics(false);
     EXPECT_THAT(load("{"), IsStatus(MODEL_METADATA_ERROR, failedToOpen()));
     EXPECT_THAT(load("{}"),

@@ -1,4 +1,4 @@
-// A whole manifest, every field of it compared.
+// A complete manifest, with every field compared.
 
 #include <gtest/gtest.h>
 
@@ -50,7 +50,7 @@ void expectTensorFeature(const ModelFeatureDescriptor& feature, const char* name
     EXPECT_EQ(feature.tensorDescriptor().tensorType(), DataType::FLOAT);
 }
 
-TEST_F(ManifestExample, IsReadWhole) {
+TEST_F(ManifestExample, EveryFieldIsRead) {
     ASSERT_THAT(load(kManifest), testing::IsOk());
     EXPECT_EQ(metadata_.getId(), "face-detect");
     EXPECT_EQ(metadata_.getName(), "Face detector");

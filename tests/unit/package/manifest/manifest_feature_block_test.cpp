@@ -22,14 +22,14 @@ protected:
     }
 };
 
-TEST_P(ManifestBlock, GivesTheElementType) {
+TEST_P(ManifestBlock, TheElementTypeIsRead) {
     const std::string type = GetParam();
     EXPECT_EQ(loadDataType(R"({"featureType": ")" + type + R"(", ")" + type +
                            R"(": {"dataType": "float16"}})"),
               DataType::FLOAT16);
 }
 
-TEST_P(ManifestBlock, CountsOnlyUnderTheTypesOwnName) {
+TEST_P(ManifestBlock, TheBlockIsReadOnlyUnderTheTypesOwnName) {
     const std::string type = GetParam();
     const std::string other = type == "tensor" ? "double" : "tensor";
     const ModelFeatureDescriptor feature =
@@ -39,7 +39,7 @@ TEST_P(ManifestBlock, CountsOnlyUnderTheTypesOwnName) {
     EXPECT_EQ(feature.tensorDescriptor().shape().dimension(), 0u);
 }
 
-TEST_P(ManifestBlock, CountsOnlyAsAnObject) {
+TEST_P(ManifestBlock, ABlockThatIsNotAnObjectIsIgnored) {
     const std::string type = GetParam();
     for (const std::string value :
          {"null", "true", "3", R"("float")", R"([{"dataType": "float"}])"}) {
@@ -49,7 +49,7 @@ TEST_P(ManifestBlock, CountsOnlyAsAnObject) {
     }
 }
 
-TEST_P(ManifestBlock, GivesAShapeForTensorsAlone) {
+TEST_P(ManifestBlock, OnlyATensorHasAShape) {
     const std::string type = GetParam();
     const Dimensions expected = type == "tensor" ? Dimensions{2, 3} : Dimensions{};
     EXPECT_EQ(loadInput(R"({"featureType": ")" + type + R"(", ")" + type +
@@ -64,7 +64,7 @@ INSTANTIATE_TEST_SUITE_P(, ManifestBlock,
                          ::testing::Values("bool", "uint8", "int64", "double", "string", "tensor"),
                          [](const auto& instance) { return std::string(instance.param); });
 
-TEST_F(ManifestBlock, CountsForNoFeatureWithoutAType) {
+TEST_F(ManifestBlock, BlocksOfAFeatureWithoutATypeAreIgnored) {
     const ModelFeatureDescriptor feature =
         loadInput(R"({"tensor": {"shape": [4], "dataType": "float"},
                       "image": {"height": 3, "width": 4, "pixelType": "one"},
@@ -90,7 +90,7 @@ protected:
     }
 };
 
-TEST_P(ManifestDataType, HasItsNumber) {
+TEST_P(ManifestDataType, EachNameHasItsNumber) {
     const std::string name = GetParam().name;
     EXPECT_EQ(static_cast<int>(loadDataType('"' + name + '"')), GetParam().number);
 }
@@ -104,14 +104,14 @@ INSTANTIATE_TEST_SUITE_P(, ManifestDataType,
                                            NamedDataType{"float", 11}, NamedDataType{"double", 12}),
                          [](const auto& instance) { return std::string(instance.param.name); });
 
-TEST_F(ManifestDataType, IsUndefinedWhereItsNameIsUnknown) {
+TEST_F(ManifestDataType, AnUnknownNameGivesUndefined) {
     for (const char* value :
          {R"("")", R"("Float")", R"("FLOAT")", R"("float32")", R"("string")", R"("undefined")"}) {
         EXPECT_EQ(loadDataType(value), DataType::UNDEFINED) << value;
     }
 }
 
-TEST_F(ManifestDataType, IsUndefinedWhereItIsNoString) {
+TEST_F(ManifestDataType, AnythingButAStringGivesUndefined) {
     for (const char* value : {"11", "null", "true", R"(["float"])", "{}"}) {
         EXPECT_EQ(loadDataType(value), DataType::UNDEFINED) << value;
     }
@@ -125,13 +125,13 @@ protected:
                    shape + "}}")
             .tensorDescriptor();
     }
-    // The dimensions, variable ones too.
+    // The dimensions, including variable ones.
     Dimensions loadShape(const std::string& shape) {
         return internal::DescriptorAccess::shape(loadTensor(shape)).shapeVector();
     }
 };
 
-TEST_F(ManifestShape, HasTheDimensionsInOrder) {
+TEST_F(ManifestShape, DimensionsAreReadInOrder) {
     EXPECT_EQ(loadShape("[1, 3, 300, 200]"), (Dimensions{1, 3, 300, 200}));
     EXPECT_EQ(loadShape("[7]"), (Dimensions{7}));
     EXPECT_EQ(loadShape("[1, 2, 3, 4, 5, 6, 7]"), (Dimensions{1, 2, 3, 4, 5, 6, 7}));
@@ -139,43 +139,43 @@ TEST_F(ManifestShape, HasTheDimensionsInOrder) {
     EXPECT_FALSE(loadTensor("[1, 3]").variableShape());
 }
 
-TEST_F(ManifestShape, MayHaveVariableDimensions) {
+TEST_F(ManifestShape, MinusOneIsAVariableDimension) {
     EXPECT_EQ(loadShape("[-1, 3, -1]"), (Dimensions{-1, 3, -1}));
     EXPECT_TRUE(loadTensor("[-1, 3, -1]").variableShape());
 }
 
-TEST_F(ManifestShape, HasZeroAndNegativeDimensionsAsTheyAre) {
+TEST_F(ManifestShape, ZeroAndOtherNegativeDimensionsAreKept) {
     EXPECT_EQ(loadShape("[0, -2]"), (Dimensions{0, -2}));
     EXPECT_FALSE(loadTensor("[0, -2]").variableShape());
 }
 
-TEST_F(ManifestShape, MayHaveDimensionsOfSixtyFourBits) {
+TEST_F(ManifestShape, DimensionsMayHave64Bits) {
     EXPECT_EQ(loadShape("[9223372036854775807, 4294967296, -9223372036854775808]"),
               (Dimensions{std::numeric_limits<int64>::max(), int64{1} << 32,
                           std::numeric_limits<int64>::min()}));
 }
 
-TEST_F(ManifestShape, IsAbsentAsAWholeWhereOneDimensionIsNoInteger) {
+TEST_F(ManifestShape, ADimensionThatIsNotAnIntegerDropsTheWholeShape) {
     for (const std::string element : {"2.5", "2.0", R"("2")", "null", "true", "[2]", "{}", "1e3"}) {
         EXPECT_EQ(loadShape("[1, " + element + ", 3]"), Dimensions{}) << element;
         EXPECT_EQ(loadShape("[" + element + "]"), Dimensions{}) << element;
     }
 }
 
-TEST_F(ManifestShape, IsAbsentAsAWholeWhereOneDimensionIsTooLarge) {
+TEST_F(ManifestShape, ADimensionThatIsTooLargeDropsTheWholeShape) {
     for (const std::string element : {"9223372036854775808", "18446744073709551615",
                                       "-9223372036854775809", "123456789012345678901234567890"}) {
         EXPECT_EQ(loadShape("[1, " + element + ", 3]"), Dimensions{}) << element;
     }
 }
 
-TEST_F(ManifestShape, IsAbsentWhereItIsNoArray) {
+TEST_F(ManifestShape, AnythingButAnArrayGivesNoShape) {
     for (const char* value : {"null", "3", R"("1, 3")", R"({"0": 1})", "true"}) {
         EXPECT_EQ(loadShape(value), Dimensions{}) << value;
     }
 }
 
-TEST_F(ManifestShape, LeavesTheElementTypeWhereItIsAbsent) {
+TEST_F(ManifestShape, ADroppedShapeLeavesTheElementType) {
     EXPECT_EQ(loadTensor("[1, 2.5]").tensorType(), DataType::INT8);
     EXPECT_EQ(loadTensor("null").tensorType(), DataType::INT8);
 }

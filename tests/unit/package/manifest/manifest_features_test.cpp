@@ -16,7 +16,7 @@ constexpr auto kTypeNotSet = static_cast<QuavinFeatureType>(7);
 using ManifestFeatureLists = testing::ManifestFixture;
 using ManifestFeature = testing::ManifestFixture;
 
-TEST_F(ManifestFeatureLists, AreReadInOrderWithTheirNames) {
+TEST_F(ManifestFeatureLists, FeaturesAndTheirNamesAreReadInOrder) {
     const ModelTarget target = loadTarget(R"({
         "inputs": [{"name": "b", "featureType": "bool"}, {"name": "a"}],
         "outputs": [{"name": "d"}, {"name": "c"}, {"name": "e", "featureType": "int64"}]})");
@@ -31,7 +31,7 @@ TEST_F(ManifestFeatureLists, AreReadInOrderWithTheirNames) {
     EXPECT_EQ(target.outputNames, (std::vector<String>{"d", "c", "e"}));
 }
 
-TEST_F(ManifestFeatureLists, KeepDuplicateNames) {
+TEST_F(ManifestFeatureLists, DuplicateNamesAreKept) {
     const ModelTarget target =
         loadTarget(R"({"inputs": [{"name": "a"}, {"name": "a"}], "outputs": [{"name": "a"}]})");
     EXPECT_EQ(target.inputs.size(), 2u);
@@ -39,7 +39,7 @@ TEST_F(ManifestFeatureLists, KeepDuplicateNames) {
     EXPECT_EQ(target.outputNames, (std::vector<String>{"a"}));
 }
 
-TEST_F(ManifestFeatureLists, AreEmptyForAnEmptyArrayAnObjectOrAnythingElse) {
+TEST_F(ManifestFeatureLists, AnEmptyArrayAnObjectOrAnythingElseGivesAnEmptyList) {
     for (const std::string value :
          {"[]", "{}", R"({"name": "a"})", R"("a")", "null", "true", "3"}) {
         const ModelTarget target =
@@ -51,7 +51,7 @@ TEST_F(ManifestFeatureLists, AreEmptyForAnEmptyArrayAnObjectOrAnythingElse) {
     }
 }
 
-TEST_F(ManifestFeatureLists, AreEmptyWhereTheyAreAbsent) {
+TEST_F(ManifestFeatureLists, MissingListsAreEmpty) {
     const ModelTarget target = loadTarget("{}");
     EXPECT_TRUE(target.inputs.empty());
     EXPECT_TRUE(target.inputNames.empty());
@@ -59,7 +59,7 @@ TEST_F(ManifestFeatureLists, AreEmptyWhereTheyAreAbsent) {
     EXPECT_TRUE(target.outputNames.empty());
 }
 
-TEST_F(ManifestFeatureLists, HoldADefaultForEachElementThatIsNoObject) {
+TEST_F(ManifestFeatureLists, ElementsThatAreNotObjectsGiveDefaults) {
     const ModelTarget target = loadTarget(R"({"inputs": [null, "a", [], 3, {"name": "b"}]})");
     ASSERT_EQ(target.inputs.size(), 5u);
     EXPECT_EQ(target.inputNames, (std::vector<String>{"", "", "", "", "b"}));
@@ -67,7 +67,7 @@ TEST_F(ManifestFeatureLists, HoldADefaultForEachElementThatIsNoObject) {
     EXPECT_TRUE(target.inputs[1].required());
 }
 
-TEST_F(ManifestFeature, HasDefaultsWhereNothingIsSaid) {
+TEST_F(ManifestFeature, AnEmptyObjectGivesDefaults) {
     const ModelFeatureDescriptor feature = loadInput("{}");
     EXPECT_EQ(feature.name(), "");
     EXPECT_EQ(feature.description(), "");
@@ -77,20 +77,20 @@ TEST_F(ManifestFeature, HasDefaultsWhereNothingIsSaid) {
     EXPECT_EQ(feature.tensorDescriptor().tensorType(), DataType::UNDEFINED);
 }
 
-TEST_F(ManifestFeature, HasANameAndADescription) {
+TEST_F(ManifestFeature, NameAndDescriptionAreRead) {
     const ModelFeatureDescriptor feature =
         loadInput(R"({"name": "picture", "description": "what is looked at"})");
     EXPECT_EQ(feature.name(), "picture");
     EXPECT_EQ(feature.description(), "what is looked at");
 }
 
-TEST_F(ManifestFeature, GivesItsNameToItsTensor) {
+TEST_F(ManifestFeature, TheTensorHasTheFeaturesName) {
     EXPECT_EQ(
         loadInput(R"({"name": "picture", "featureType": "tensor"})").tensorDescriptor().name(),
         "picture");
 }
 
-TEST_F(ManifestFeature, HasTextsUpToTheirFirstZeroCharacter) {
+TEST_F(ManifestFeature, TextsEndAtTheFirstZeroCharacter) {
     const ModelTarget target =
         loadTarget(R"({"inputs": [{"name": "a\u0000b", "description": "c\u0000d"}]})");
     EXPECT_EQ(target.inputs.at(0).name(), "a");
@@ -98,7 +98,7 @@ TEST_F(ManifestFeature, HasTextsUpToTheirFirstZeroCharacter) {
     EXPECT_EQ(target.inputNames.at(0), "a");
 }
 
-TEST_F(ManifestFeature, HasEmptyTextsWhereTheyAreNoStrings) {
+TEST_F(ManifestFeature, TextsThatAreNotStringsAreEmpty) {
     for (const std::string value : {"null", "true", "3", R"(["a"])", R"({"a": "b"})"}) {
         const ModelFeatureDescriptor feature =
             loadInput(R"({"name": )" + value + R"(, "description": )" + value + "}");
@@ -107,14 +107,14 @@ TEST_F(ManifestFeature, HasEmptyTextsWhereTheyAreNoStrings) {
     }
 }
 
-TEST_F(ManifestFeature, IsRequiredAsABooleanSays) {
+TEST_F(ManifestFeature, RequiredIsReadFromABoolean) {
     EXPECT_TRUE(loadInput(R"({"required": true})").required());
     EXPECT_FALSE(loadInput(R"({"required": false})").required());
     EXPECT_FALSE(loadInput(R"({"required": false, "featureType": "tensor"})").required());
     EXPECT_FALSE(loadInput(R"({"required": false, "featureType": "image"})").required());
 }
 
-TEST_F(ManifestFeature, IsRequiredWhereNoBooleanSaysOtherwise) {
+TEST_F(ManifestFeature, WithoutABooleanAFeatureIsRequired) {
     for (const std::string value : {"null", "0", R"("false")", "[false]", "{}"}) {
         EXPECT_TRUE(loadInput(R"({"required": )" + value + "}").required()) << value;
     }
@@ -122,7 +122,7 @@ TEST_F(ManifestFeature, IsRequiredWhereNoBooleanSaysOtherwise) {
     EXPECT_TRUE(loadInput(R"({"featureType": "image", "image": {"height": 1}})").required());
 }
 
-TEST_F(ManifestFeature, HasEachOfTheSevenTypes) {
+TEST_F(ManifestFeature, EachOfTheSevenTypesIsRead) {
     const std::vector<std::pair<std::string, int>> types = {
         {"bool", 0},   {"uint8", 1},  {"int64", 2}, {"double", 3},
         {"string", 4}, {"tensor", 5}, {"image", 6}};
@@ -134,13 +134,13 @@ TEST_F(ManifestFeature, HasEachOfTheSevenTypes) {
     }
 }
 
-TEST_F(ManifestFeature, HasNoTypeWhereItsNameIsUnknown) {
+TEST_F(ManifestFeature, AnUnknownTypeNameGivesNoType) {
     for (const std::string name : {"", "Bool", "TENSOR", "tensor ", "float", "int32", "unknown"}) {
         EXPECT_EQ(loadInput(R"({"featureType": ")" + name + "\"}").type(), kTypeNotSet) << name;
     }
 }
 
-TEST_F(ManifestFeature, HasNoTypeWhereItIsNoString) {
+TEST_F(ManifestFeature, ATypeThatIsNotAStringGivesNoType) {
     for (const std::string value : {"5", "null", "true", R"(["tensor"])", "{}"}) {
         EXPECT_EQ(loadInput(R"({"featureType": )" + value + "}").type(), kTypeNotSet) << value;
     }

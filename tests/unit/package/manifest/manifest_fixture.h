@@ -11,7 +11,7 @@
 
 namespace VelmoraQuavin::testing {
 
-/// Loads texts as manifests into one metadata object.
+/// Loads manifest texts into one metadata object.
 class ManifestFixture : public ::testing::Test {
 protected:
     Filepath path() const { return Filepath(directory_.entry("manifest.json")); }
@@ -23,12 +23,12 @@ protected:
         return "Failed to open metadata file at " + directory_.entry("manifest.json");
     }
 
-    /// The OpenVINO target that a manifest with this value gives.
+    /// Loads a manifest with this value as its OpenVINO target and returns the target.
     ModelTarget loadTarget(const std::string& value) {
         EXPECT_THAT(load(R"({"targets": {"Openvino": )" + value + "}}"), IsOk());
         return metadata_.getTargets().at(QuavinModelType::Openvino);
     }
-    /// The one input that a manifest with this value gives.
+    /// Loads a manifest with this value as its only input and returns the input.
     ModelFeatureDescriptor loadInput(const std::string& value) {
         return loadTarget(R"({"inputs": [)" + value + "]}").inputs.at(0);
     }

@@ -1,4 +1,4 @@
-// The members that say what a model is: texts and version.
+// The members that identify a model: its texts and its version.
 
 #include <gtest/gtest.h>
 
@@ -28,7 +28,7 @@ const TextMember kTextMembers[] = {
 class ManifestText : public testing::ManifestFixture,
                      public ::testing::WithParamInterface<TextMember> {
 protected:
-    // The member after loading a manifest in which it has this value.
+    // Loads a manifest in which the member has this value and returns what was read.
     String loadText(const std::string& value) {
         EXPECT_THAT(
             load(std::string("{\"") + GetParam().key + "\": " + value + ", \"targets\": {}}"),
@@ -37,7 +37,7 @@ protected:
     }
 };
 
-TEST_P(ManifestText, IsRead) {
+TEST_P(ManifestText, TheTextIsRead) {
     EXPECT_EQ(loadText(R"("a text")"), "a text");
     for (const TextMember& other : kTextMembers) {
         if (std::string(other.key) != GetParam().key) {
@@ -46,26 +46,26 @@ TEST_P(ManifestText, IsRead) {
     }
 }
 
-TEST_P(ManifestText, MayBeEmpty) {
+TEST_P(ManifestText, AnEmptyTextIsRead) {
     (metadata_.*GetParam().set)("earlier");
     EXPECT_EQ(loadText(R"("")"), "");
 }
 
-TEST_P(ManifestText, IsReadUpToItsFirstZeroCharacter) {
+TEST_P(ManifestText, TheTextEndsAtTheFirstZeroCharacter) {
     EXPECT_EQ(loadText(R"("seen\u0000unseen")"), "seen");
 }
 
-TEST_P(ManifestText, IsReadWithItsEscapes) {
+TEST_P(ManifestText, EscapesAreDecoded) {
     EXPECT_EQ(loadText(R"("a\\b\"\/\n\t\u017c\ud83d\ude00ż")"), "a\\b\"/\n\tż😀ż");
 }
 
-TEST_P(ManifestText, KeepsItsValueWhereItIsAbsent) {
+TEST_P(ManifestText, AnAbsentTextKeepsItsValue) {
     (metadata_.*GetParam().set)("earlier");
     EXPECT_THAT(load(R"({"targets": {}})"), IsOk());
     EXPECT_EQ((metadata_.*GetParam().get)(), "earlier");
 }
 
-TEST_P(ManifestText, KeepsItsValueWhereItIsNoString) {
+TEST_P(ManifestText, AValueThatIsNotAStringIsIgnored) {
     (metadata_.*GetParam().set)("earlier");
     for (const char* value : {"null", "true", "3", "1.5", R"(["a text"])", R"({"a": "text"})"}) {
         EXPECT_EQ(loadText(value), "earlier") << value;
@@ -77,7 +77,7 @@ INSTANTIATE_TEST_SUITE_P(, ManifestText, ::testing::ValuesIn(kTextMembers),
 
 class ManifestVersion : public testing::ManifestFixture {
 protected:
-    // The version after loading a manifest with this one into an object that has 17.
+    // The version after loading a manifest with this one into an object whose version is 17.
     int loadVersion(const std::string& value) {
         metadata_.setVersion(17);
         EXPECT_THAT(load(R"({"version": )" + value + R"(, "targets": {}})"), IsOk());
@@ -85,7 +85,7 @@ protected:
     }
 };
 
-TEST_F(ManifestVersion, IsReadWhereItIsAWholeNumberOfThirtyTwoBits) {
+TEST_F(ManifestVersion, AWholeNumberOf32BitsIsRead) {
     EXPECT_EQ(loadVersion("3"), 3);
     EXPECT_EQ(loadVersion("0"), 0);
     EXPECT_EQ(loadVersion("-5"), -5);
@@ -93,7 +93,7 @@ TEST_F(ManifestVersion, IsReadWhereItIsAWholeNumberOfThirtyTwoBits) {
     EXPECT_EQ(loadVersion("-2147483648"), -2147483647 - 1);
 }
 
-TEST_F(ManifestVersion, KeepsItsValueWhereItIsTooLarge) {
+TEST_F(ManifestVersion, ANumberThatIsTooLargeIsIgnored) {
     EXPECT_EQ(loadVersion("2147483648"), 17);
     EXPECT_EQ(loadVersion("-2147483649"), 17);
     EXPECT_EQ(loadVersion("4294967299"), 17);
@@ -101,22 +101,22 @@ TEST_F(ManifestVersion, KeepsItsValueWhereItIsTooLarge) {
     EXPECT_EQ(loadVersion("1e30"), 17);
 }
 
-TEST_F(ManifestVersion, KeepsItsValueWhereItIsAFraction) {
+TEST_F(ManifestVersion, AFractionIsIgnored) {
     EXPECT_EQ(loadVersion("3.5"), 17);
     EXPECT_EQ(loadVersion("-0.25"), 17);
 }
 
-TEST_F(ManifestVersion, KeepsItsValueWhereItIsAString) {
+TEST_F(ManifestVersion, AStringIsIgnored) {
     EXPECT_EQ(loadVersion(R"("3")"), 17);
 }
 
-TEST_F(ManifestVersion, KeepsItsValueWhereItIsNoNumber) {
+TEST_F(ManifestVersion, AnythingButANumberIsIgnored) {
     for (const char* value : {"null", "true", "[3]", R"({"version": 3})"}) {
         EXPECT_EQ(loadVersion(value), 17) << value;
     }
 }
 
-TEST_F(ManifestVersion, KeepsItsValueWhereItIsAbsent) {
+TEST_F(ManifestVersion, AnAbsentVersionKeepsItsValue) {
     metadata_.setVersion(17);
     EXPECT_THAT(load(R"({"targets": {}})"), IsOk());
     EXPECT_EQ(metadata_.getVersion(), 17);
@@ -124,7 +124,7 @@ TEST_F(ManifestVersion, KeepsItsValueWhereItIsAbsent) {
 
 using ManifestKeys = testing::ManifestFixture;
 
-TEST_F(ManifestKeys, CountInTheirExactSpelling) {
+TEST_F(ManifestKeys, KeysMustMatchExactly) {
     EXPECT_THAT(load(R"({"ID": "a", "Name": "b", "id ": "c", "id\u0000": "d", "Version": 3,
                          "sdkversion": "e", "targets": {}})"),
                 IsOk());
@@ -134,7 +134,7 @@ TEST_F(ManifestKeys, CountInTheirExactSpelling) {
     EXPECT_EQ(metadata_.getVersion(), 0);
 }
 
-TEST_F(ManifestKeys, CountTheFirstTimeTheyAppear) {
+TEST_F(ManifestKeys, TheFirstOfDuplicateKeysCounts) {
     EXPECT_THAT(load(R"({"id": "first", "id": "second", "version": 1, "version": 2,
                          "targets": {"WinML": {}}, "targets": {"MockML": {}}})"),
                 IsOk());
@@ -144,7 +144,7 @@ TEST_F(ManifestKeys, CountTheFirstTimeTheyAppear) {
     EXPECT_EQ(metadata_.getTargets().count(QuavinModelType::MockML), 0u);
 }
 
-TEST_F(ManifestKeys, HaveNoneForScriptsOrRootDirectory) {
+TEST_F(ManifestKeys, ScriptsAndRootDirectoryHaveNoKey) {
     metadata_.setScripts("earlier");
     EXPECT_THAT(load(R"({"scripts": "a text", "rootDir": "a text", "targets": {}})"), IsOk());
     EXPECT_EQ(metadata_.getScripts(), "earlier");

@@ -28,14 +28,14 @@ protected:
     }
 };
 
-TEST_F(ManifestImage, HasHeightWidthAndPixelType) {
+TEST_F(ManifestImage, HeightWidthAndPixelTypeAreRead) {
     const ImageDescriptor image = loadImage(R"({"height": 480, "width": 640, "pixelType": "RGB"})");
     EXPECT_EQ(image.height, 480);
     EXPECT_EQ(image.width, 640);
     EXPECT_EQ(image.pixelType, QuavinPixelType::RGB);
 }
 
-TEST_F(ManifestImage, HasEachOfThePixelTypes) {
+TEST_F(ManifestImage, EachPixelTypeIsRead) {
     const std::vector<std::pair<std::string, int>> types = {
         {"one", 0}, {"BGR", 1}, {"RGB", 2}, {"BGRA", 4}};
     for (const auto& [name, number] : types) {
@@ -43,23 +43,23 @@ TEST_F(ManifestImage, HasEachOfThePixelTypes) {
     }
 }
 
-TEST_F(ManifestImage, IsBgraWhereThePixelTypeIsRgba) {
+TEST_F(ManifestImage, RgbaIsReadAsBgra) {
     EXPECT_EQ(loadPixelType(R"("RGBA")"), QuavinPixelType::BGRA);
 }
 
-TEST_F(ManifestImage, HasNoPixelTypeWhereItsNameIsUnknown) {
+TEST_F(ManifestImage, AnUnknownNameGivesNoPixelType) {
     for (const char* value : {R"("")", R"("rgb")", R"("One")", R"("ARGB")", R"("RGB ")"}) {
         EXPECT_EQ(loadPixelType(value), kPixelTypeNotSet) << value;
     }
 }
 
-TEST_F(ManifestImage, HasNoPixelTypeWhereItIsNoString) {
+TEST_F(ManifestImage, AnythingButAStringGivesNoPixelType) {
     for (const char* value : {"1", "null", "true", R"(["RGB"])", "{}"}) {
         EXPECT_EQ(loadPixelType(value), kPixelTypeNotSet) << value;
     }
 }
 
-TEST_F(ManifestImage, HasZeroWhereHeightOrWidthIsNoWholeNumber) {
+TEST_F(ManifestImage, AHeightOrWidthThatIsNotAWholeNumberIsZero) {
     for (const std::string value :
          {"null", "true", "2.5", R"("480")", "[480]", "{}", "2147483648", "-2147483649"}) {
         const ImageDescriptor image =
@@ -69,13 +69,13 @@ TEST_F(ManifestImage, HasZeroWhereHeightOrWidthIsNoWholeNumber) {
     }
 }
 
-TEST_F(ManifestImage, MayHaveAnyHeightAndWidth) {
+TEST_F(ManifestImage, AnyHeightAndWidthAreAccepted) {
     const ImageDescriptor image = loadImage(R"({"height": -1, "width": 2147483647})");
     EXPECT_EQ(image.height, -1);
     EXPECT_EQ(image.width, 2147483647);
 }
 
-TEST_F(ManifestImage, HasDefaultsWithoutABlock) {
+TEST_F(ManifestImage, WithoutABlockAnImageHasDefaults) {
     for (const char* block : {"{}", "null", "[480, 640]", R"("RGB")", "3"}) {
         const ImageDescriptor image = loadImage(block);
         EXPECT_EQ(image.height, 0) << block;
@@ -84,7 +84,7 @@ TEST_F(ManifestImage, HasDefaultsWithoutABlock) {
     }
 }
 
-TEST_F(ManifestImage, HasNoElementTypeAndNoShape) {
+TEST_F(ManifestImage, AnImageHasNoElementTypeAndNoShape) {
     const ModelFeatureDescriptor feature =
         loadInput(R"({"featureType": "image", "image": {"shape": [4], "dataType": "float"},
                       "tensor": {"shape": [4], "dataType": "float"}})");
@@ -92,7 +92,7 @@ TEST_F(ManifestImage, HasNoElementTypeAndNoShape) {
     EXPECT_EQ(feature.tensorDescriptor().shape().dimension(), 0u);
 }
 
-TEST_F(ManifestImage, BelongsToImageFeaturesAlone) {
+TEST_F(ManifestImage, OnlyImageFeaturesReadTheBlock) {
     const ModelFeatureDescriptor feature = loadInput(
         R"({"featureType": "tensor", "image": {"height": 4, "width": 5, "pixelType": "one"}})");
     const ImageDescriptor image = internal::DescriptorAccess::image(feature);

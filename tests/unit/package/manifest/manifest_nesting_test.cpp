@@ -1,4 +1,5 @@
-// Manifests nested about as deeply as a manifest may be, for readers that would recurse.
+// Manifests nested about as deeply as is allowed, which would exhaust the stack of a recursive
+// reader.
 
 #include <gtest/gtest.h>
 
@@ -13,7 +14,7 @@ namespace {
 using testing::IsOk;
 using testing::IsStatus;
 
-// Three of these fit into what a manifest may hold.
+// Three of these fit into the number of values that a manifest may have.
 constexpr std::size_t kDepth = 20'000;
 
 std::string repeat(const std::string& text) {
@@ -35,40 +36,40 @@ std::string nestedObjects() {
 
 using ManifestNesting = testing::ManifestFixture;
 
-TEST_F(ManifestNesting, WithoutAnEndFails) {
+TEST_F(ManifestNesting, UnclosedNestingFails) {
     EXPECT_THAT(load(repeat("[")), IsStatus(MODEL_METADATA_ERROR, failedToOpen()));
     EXPECT_THAT(load(repeat(R"({"a":)")), IsStatus(MODEL_METADATA_ERROR, failedToOpen()));
 }
 
-TEST_F(ManifestNesting, WithoutAnEndInsideTargetsFails) {
+TEST_F(ManifestNesting, UnclosedNestingInsideTargetsFails) {
     EXPECT_THAT(load(R"({"targets": )" + repeat("[")),
                 IsStatus(MODEL_METADATA_ERROR, failedToOpen()));
     EXPECT_THAT(load(R"({"targets": {"Openvino": {"inputs": )" + repeat("[")),
                 IsStatus(MODEL_METADATA_ERROR, failedToOpen()));
 }
 
-TEST_F(ManifestNesting, OfArraysAsRootFails) {
+TEST_F(ManifestNesting, NestedArraysAsRootFail) {
     EXPECT_THAT(load(nestedArrays()), IsStatus(MODEL_METADATA_ERROR, failedToOpen()));
 }
 
-TEST_F(ManifestNesting, OfObjectsWithoutTargetsFails) {
+TEST_F(ManifestNesting, NestedObjectsWithoutTargetsFail) {
     EXPECT_THAT(load(nestedObjects()),
                 IsStatus(MODEL_METADATA_ERROR, "No target found in root of manifest file"));
 }
 
-TEST_F(ManifestNesting, InMembersThatAreNotReadIsIgnored) {
+TEST_F(ManifestNesting, NestingInOtherMembersIsIgnored) {
     EXPECT_THAT(load(R"({"more": )" + nestedArrays() + R"(, "id": )" + nestedObjects() +
                      R"(, "targets": {}})"),
                 IsOk());
     EXPECT_EQ(metadata_.getId(), "");
 }
 
-TEST_F(ManifestNesting, InsideTargetsIsIgnored) {
+TEST_F(ManifestNesting, NestingInsideTargetsIsIgnored) {
     EXPECT_THAT(load(R"({"targets": )" + nestedArrays() + "}"), IsOk());
     EXPECT_TRUE(metadata_.getTargets().empty());
 }
 
-TEST_F(ManifestNesting, InsideATargetGivesDefaults) {
+TEST_F(ManifestNesting, NestingInsideATargetGivesDefaults) {
     const ModelTarget target = loadTarget(R"({"components": [)" + nestedObjects() +
                                           R"(], "inputs": )" + nestedArrays() + "}");
     ASSERT_EQ(target.components.size(), 1u);
@@ -77,7 +78,7 @@ TEST_F(ManifestNesting, InsideATargetGivesDefaults) {
     EXPECT_EQ(target.inputs[0].name(), "");
 }
 
-TEST_F(ManifestNesting, InsideAShapeLeavesTheShapeAbsent) {
+TEST_F(ManifestNesting, NestingInsideAShapeGivesNoShape) {
     const ModelFeatureDescriptor input =
         loadInput(R"({"featureType": "tensor", "tensor": {"shape": )" + nestedArrays() + "}}");
     EXPECT_EQ(input.tensorDescriptor().shape().dimension(), 0u);

@@ -18,7 +18,7 @@ protected:
     }
 };
 
-TEST_F(ManifestTargets, AreReadForEachEngineInAnyOrder) {
+TEST_F(ManifestTargets, TargetsOfAllEnginesAreReadInAnyOrder) {
     ASSERT_THAT(load(R"({"targets": {
                     "MockML": {"components": [{"path": "mock"}]},
                     "TensorflowLite": {"components": [{"path": "lite"}]},
@@ -34,17 +34,17 @@ TEST_F(ManifestTargets, AreReadForEachEngineInAnyOrder) {
     EXPECT_EQ(pathIn(QuavinModelType::MockML), "mock");
 }
 
-TEST_F(ManifestTargets, AreNotReadForTensorflow) {
+TEST_F(ManifestTargets, TensorflowIsIgnored) {
     EXPECT_THAT(load(R"({"targets": {"Tensorflow": {"components": [{"path": "a"}]}}})"), IsOk());
     EXPECT_TRUE(metadata_.getTargets().empty());
 }
 
-TEST_F(ManifestTargets, AreNotReadForUnknownEngines) {
+TEST_F(ManifestTargets, UnknownEnginesAreIgnored) {
     EXPECT_THAT(load(R"({"targets": {"Onnx": {}, "Undefined": {}, "": {}}})"), IsOk());
     EXPECT_TRUE(metadata_.getTargets().empty());
 }
 
-TEST_F(ManifestTargets, AreReadInTheExactSpellingOfTheKey) {
+TEST_F(ManifestTargets, KeysMustMatchExactly) {
     EXPECT_THAT(load(R"({"targets": {"OpenVino": {}, "OpenVINO": {}, "openvino": {}, "winml": {},
                          "CoreMl": {}, "TF-Lite": {}, "MOCK": {}, "Openvino\u0000": {}}})"),
                 IsOk());
@@ -54,12 +54,12 @@ TEST_F(ManifestTargets, AreReadInTheExactSpellingOfTheKey) {
     EXPECT_EQ(metadata_.getTargets().count(QuavinModelType::Openvino), 1u);
 }
 
-TEST_F(ManifestTargets, AreNoneWhereTheyAreAnArray) {
+TEST_F(ManifestTargets, AnArrayGivesNoTargets) {
     EXPECT_THAT(load(R"({"targets": ["Openvino", {"Openvino": {}}]})"), IsOk());
     EXPECT_TRUE(metadata_.getTargets().empty());
 }
 
-TEST_F(ManifestTargets, AreNoneWhereTheyAreNoObject) {
+TEST_F(ManifestTargets, AnythingButAnObjectGivesNoTargets) {
     for (const std::string value : {"null", "false", "3", R"("Openvino")"}) {
         EXPECT_THAT(load(R"({"id": "an id", "targets": )" + value + "}"), IsOk());
         EXPECT_EQ(metadata_.getId(), "an id");
@@ -67,7 +67,7 @@ TEST_F(ManifestTargets, AreNoneWhereTheyAreNoObject) {
     }
 }
 
-TEST_F(ManifestTargets, AreEmptyWhereTheEnginesValueIsNoObject) {
+TEST_F(ManifestTargets, ATargetThatIsNotAnObjectIsEmpty) {
     for (const char* value : {"null", "true", "3", R"("file")", R"([{"components": [{}]}])"}) {
         const ModelTarget target = loadTarget(value);
         EXPECT_TRUE(target.components.empty()) << value;
@@ -76,7 +76,7 @@ TEST_F(ManifestTargets, AreEmptyWhereTheEnginesValueIsNoObject) {
     }
 }
 
-TEST_F(ManifestTargets, AreReplacedWhereASecondManifestNamesTheEngineAgain) {
+TEST_F(ManifestTargets, ASecondManifestReplacesTheTargetsItNames) {
     ASSERT_THAT(load(R"({"targets": {"Openvino": {"components": [{"path": "first"}, {}]}}})"),
                 IsOk());
     ASSERT_THAT(load(R"({"targets": {"Openvino": {"components": [{"path": "second"}]}}})"), IsOk());
@@ -84,7 +84,7 @@ TEST_F(ManifestTargets, AreReplacedWhereASecondManifestNamesTheEngineAgain) {
     EXPECT_EQ(pathIn(QuavinModelType::Openvino), "second");
 }
 
-TEST_F(ManifestTargets, StayWhereASecondManifestDoesNotNameTheEngine) {
+TEST_F(ManifestTargets, ASecondManifestKeepsTheTargetsItDoesNotName) {
     ASSERT_THAT(load(R"({"id": "first", "version": 3, "targets": {
                          "Openvino": {"components": [{"path": "a"}]}}})"),
                 IsOk());

@@ -1,4 +1,4 @@
-// The metadata object itself; what its load() reads is tested in the manifest tests.
+// The metadata object itself; the manifest tests cover what load() reads.
 
 #include <gtest/gtest.h>
 
@@ -54,7 +54,7 @@ TEST(ModelMetadata, IsEmptyByDefault) {
     EXPECT_EQ(metadata.getScripts(), "");
 }
 
-TEST(ModelMetadata, TakesAllValuesAtOnce) {
+TEST(ModelMetadata, TheConstructorTakesAllValues) {
     expectFilled(filled());
 }
 
@@ -72,7 +72,7 @@ TEST(ModelMetadata, CopiesAreIndependent) {
     expectFilled(assigned);
 }
 
-TEST(ModelMetadata, CopiesHoldTheKeys) {
+TEST(ModelMetadata, CopiesKeepTheirKeys) {
     const unsigned char key[16] = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16};
     const unsigned char other[16] = {};
     ModelMetadata original = filled();
@@ -86,7 +86,7 @@ TEST(ModelMetadata, CopiesHoldTheKeys) {
     EXPECT_EQ(String(kept, 16), String(key, 16));
 }
 
-TEST(ModelMetadata, SettersReplaceTheirFieldAlone) {
+TEST(ModelMetadata, EachSetterSetsItsField) {
     ModelMetadata metadata;
     metadata.setId("an id");
     metadata.setSdkVersion("an sdk");
@@ -100,7 +100,7 @@ TEST(ModelMetadata, SettersReplaceTheirFieldAlone) {
     expectFilled(metadata);
 }
 
-TEST(ModelMetadata, GettersGiveCopies) {
+TEST(ModelMetadata, GettersReturnCopies) {
     ModelMetadata metadata = filled();
     metadata.getId().append("more");
     metadata.getScripts().append("more");
@@ -108,7 +108,7 @@ TEST(ModelMetadata, GettersGiveCopies) {
     expectFilled(metadata);
 }
 
-TEST(ModelMetadata, SetTargetsReplacesAllOfThem) {
+TEST(ModelMetadata, SetTargetsReplacesAllTargets) {
     ModelMetadata metadata = filled();
     metadata.setTargets(targetsOf(QuavinModelType::WinML, "another path"));
     ASSERT_EQ(metadata.getTargets().size(), 1u);
@@ -125,7 +125,7 @@ TEST(ModelMetadata, SetTargetsCopiesTheMap) {
     expectFilled(metadata);
 }
 
-TEST(ModelMetadata, TargetsCanBeChangedWhereTheyAre) {
+TEST(ModelMetadata, TargetsCanBeChangedInPlace) {
     ModelMetadata metadata;
     metadata.getTargets() = targetsOf(QuavinModelType::WinML, "a path");
     EXPECT_EQ(metadata.getTargets().count(QuavinModelType::WinML), 1u);

@@ -38,13 +38,13 @@ TEST(QuavinModelType, CombinesWithOr) {
     EXPECT_EQ(both | QuavinModelType::Undefined, both);
 }
 
-TEST(QuavinModelType, IsPickedOutWithAnd) {
+TEST(QuavinModelType, IsExtractedWithAnd) {
     constexpr QuavinModelType both = QuavinModelType::Openvino | QuavinModelType::MockML;
     EXPECT_EQ(both & QuavinModelType::MockML, QuavinModelType::MockML);
     EXPECT_EQ(both & QuavinModelType::WinML, QuavinModelType::Undefined);
 }
 
-TEST(ModelTypeToName, GivesDisplayNames) {
+TEST(ModelTypeToName, ReturnsDisplayNames) {
     EXPECT_EQ(ModelTypeToName(QuavinModelType::Undefined), "Undefined");
     EXPECT_EQ(ModelTypeToName(QuavinModelType::CoreML), "CoreML");
     EXPECT_EQ(ModelTypeToName(QuavinModelType::WinML), "WinML");
@@ -62,12 +62,12 @@ TEST(ModelTypeToName, ThrowsForCombinations) {
     expectNoName(QuavinModelType::CoreML | QuavinModelType::WinML);
 }
 
-TEST(ModelTypeToName, ThrowsForNumbersThatAreNoEngine) {
+TEST(ModelTypeToName, ThrowsForUnknownNumbers) {
     expectNoName(static_cast<QuavinModelType>(64));
     expectNoName(static_cast<QuavinModelType>(~std::uint64_t{0}));
 }
 
-TEST(EngineKey, IsTheKeyInManifests) {
+TEST(EngineKey, MatchesTheKeyInManifests) {
     EXPECT_EQ(EngineKey::WinML, "WinML");
     EXPECT_EQ(EngineKey::CoreML, "CoreML");
     EXPECT_EQ(EngineKey::Tensorflow, "Tensorflow");
@@ -76,7 +76,7 @@ TEST(EngineKey, IsTheKeyInManifests) {
     EXPECT_EQ(EngineKey::MockML, "MockML");
 }
 
-TEST(ComponentKind, IsTheNameInManifests) {
+TEST(ComponentKind, MatchesTheNameInManifests) {
     EXPECT_EQ(ComponentKind::File, "file");
     EXPECT_EQ(ComponentKind::MemoryStream, "memory_stream");
     EXPECT_EQ(ComponentKind::SecuredFile, "secured_file");

@@ -30,7 +30,7 @@ TEST(FileUtilsCreateDir, CreatesOneDirectory) {
     EXPECT_TRUE(fs::is_directory(directory.path() / "new"));
 }
 
-TEST(FileUtilsCreateDir, TakesASeparatorAtTheEnd) {
+TEST(FileUtilsCreateDir, AcceptsATrailingSeparator) {
     const TempDirectory directory;
     FileUtils::createDir(Filepath(directory.entry("new\\")));
     EXPECT_TRUE(fs::is_directory(directory.path() / "new"));
@@ -50,7 +50,7 @@ TEST(FileUtilsCreateDir, LeavesAFileOfThatNameAlone) {
     EXPECT_EQ(directory.read("file"), "content");
 }
 
-TEST(FileUtilsCreateDir, ThrowsThePathWhereTheParentIsMissing) {
+TEST(FileUtilsCreateDir, ThrowsWithThePathIfTheParentIsMissing) {
     expectPathIncorrect("missing\\child");
     EXPECT_FALSE(fs::exists("missing"));
 }
@@ -61,7 +61,7 @@ TEST(FileUtilsCreateDir, DoesNotCreateParents) {
     EXPECT_TRUE(fs::is_empty(directory.path()));
 }
 
-TEST(FileUtilsCreateDir, ThrowsThePathWhereTheParentIsAFile) {
+TEST(FileUtilsCreateDir, ThrowsWithThePathIfTheParentIsAFile) {
     const TempDirectory directory;
     directory.write("file", "content");
     expectPathIncorrect(directory.entry("file\\child"));
@@ -72,13 +72,13 @@ TEST(FileUtilsCreateDir, ThrowsForTheEmptyPath) {
     expectPathIncorrect("");
 }
 
-TEST(FileUtilsCreateDir, IgnoresThatANameIsTooLong) {
+TEST(FileUtilsCreateDir, IgnoresANameThatIsTooLong) {
     const TempDirectory directory;
     EXPECT_NO_THROW(FileUtils::createDir(Filepath(directory.entry(std::string(300, 'x')))));
     EXPECT_TRUE(fs::is_empty(directory.path()));
 }
 
-TEST(FileUtilsDeleteDir, RemovesNoDirectory) {
+TEST(FileUtilsDeleteDir, DoesNotRemoveADirectory) {
     const TempDirectory directory;
     fs::create_directory(directory.path() / "empty");
     directory.write("full/file", "content");
@@ -88,7 +88,7 @@ TEST(FileUtilsDeleteDir, RemovesNoDirectory) {
     EXPECT_EQ(directory.read("full/file"), "content");
 }
 
-TEST(FileUtilsDeleteDir, RemovesNoFile) {
+TEST(FileUtilsDeleteDir, DoesNotRemoveAFile) {
     const TempDirectory directory;
     directory.write("file", "content");
     FileUtils::deleteDir(Filepath(directory.entry("file")));
@@ -111,7 +111,7 @@ TEST(FileUtilsDeleteFile, RemovesTheFile) {
     EXPECT_TRUE(fs::exists(directory.path() / "other"));
 }
 
-TEST(FileUtilsDeleteFile, ThrowsThePathOfAMissingFile) {
+TEST(FileUtilsDeleteFile, ThrowsWithThePathOfAMissingFile) {
     const TempDirectory directory;
     expectCouldNotDelete(directory.entry("missing"));
     expectCouldNotDelete(directory.entry("missing\\child"));

@@ -1,4 +1,5 @@
-// Operations that open or query a file demand a UTF-8 path; the two on the narrow text do not.
+// Operations that open or query a file require a UTF-8 path; the two that use the narrow text do
+// not.
 
 #include <gtest/gtest.h>
 
@@ -39,16 +40,16 @@ const Operation kWideOperations[] = {
 
 class FileUtilsInvalidUtf8 : public ::testing::TestWithParam<Operation> {};
 
-TEST_P(FileUtilsInvalidUtf8, IsABadConversion) {
+TEST_P(FileUtilsInvalidUtf8, ThrowsBadConversion) {
     const testing::TempDirectory directory;
     for (const char* name : {
-             "\xFF",              // never a byte of UTF-8
-             "\x80",              // continues nothing
-             "caf\xC3",           // cut short
-             "\xC3(",             // not continued
-             "\xC0\xAF",          // longer than needed
+             "\xFF",              // never valid in UTF-8
+             "\x80",              // a stray continuation
+             "caf\xC3",           // truncated
+             "\xC3(",             // without a continuation
+             "\xC0\xAF",          // overlong
              "\xED\xA0\x80",      // half a surrogate pair
-             "\xF4\x90\x80\x80",  // beyond the last character
+             "\xF4\x90\x80\x80",  // past the last code point
              "\xFF\\file",        // in a directory's name
          }) {
         try {
@@ -64,17 +65,17 @@ TEST_P(FileUtilsInvalidUtf8, IsABadConversion) {
 INSTANTIATE_TEST_SUITE_P(, FileUtilsInvalidUtf8, ::testing::ValuesIn(kWideOperations),
                          [](const auto& instance) { return std::string(instance.param.name); });
 
-TEST(FileUtilsNarrowText, CreateDirTakesInvalidUtf8) {
+TEST(FileUtilsNarrowText, CreateDirAcceptsInvalidUtf8) {
     const testing::TempDirectory directory;
     EXPECT_NO_THROW(FileUtils::createDir(Filepath(directory.entry("\xFF"))));
 }
 
-TEST(FileUtilsNarrowText, CreateDirPutsInvalidUtf8IntoItsMessage) {
+TEST(FileUtilsNarrowText, CreateDirIncludesInvalidUtf8InItsMessage) {
     testing::expectThrows<FileException>([] { FileUtils::createDir(Filepath("missing\\\xFF")); },
                                          FILE_ERROR, "Path incorrect : missing\\\xFF");
 }
 
-TEST(FileUtilsNarrowText, DeleteFilePutsInvalidUtf8IntoItsMessage) {
+TEST(FileUtilsNarrowText, DeleteFileIncludesInvalidUtf8InItsMessage) {
     testing::expectThrows<FileException>([] { FileUtils::deleteFile(Filepath("missing\\\xFF")); },
                                          FILE_ERROR, "Could not delete file : missing\\\xFF");
 }

@@ -29,7 +29,7 @@ TEST_F(FileUtilsPathExists, SeesFilesAndDirectoriesAlike) {
     EXPECT_TRUE(exists("folder"));
 }
 
-TEST_F(FileUtilsPathExists, DeniesAMissingEntryOfAnExistingDirectory) {
+TEST_F(FileUtilsPathExists, AnswersFalseForAMissingEntryOfAnExistingDirectory) {
     EXPECT_FALSE(exists("missing"));
     EXPECT_FALSE(exists("folder\\missing"));
 }
@@ -52,7 +52,7 @@ TEST_F(FileUtilsPathExists, AnswersTrueForTheRoot) {
     EXPECT_TRUE(FileUtils::pathExists(Filepath("/")));
 }
 
-TEST_F(FileUtilsPathExists, DropsSeparatorsOfBothKindsAtTheEnd) {
+TEST_F(FileUtilsPathExists, DropsTrailingSeparatorsOfBothKinds) {
     for (const std::string separators : {"\\", "/", "\\\\", "//", "/\\", "\\/"}) {
         EXPECT_TRUE(exists("folder" + separators)) << separators;
         EXPECT_FALSE(exists("missing" + separators)) << separators;
@@ -60,7 +60,7 @@ TEST_F(FileUtilsPathExists, DropsSeparatorsOfBothKindsAtTheEnd) {
     }
 }
 
-TEST_F(FileUtilsPathExists, TakesDoubledSeparatorsInside) {
+TEST_F(FileUtilsPathExists, AcceptsDoubledSeparatorsInside) {
     EXPECT_TRUE(exists("folder\\\\..\\file"));
     EXPECT_FALSE(exists("folder\\\\missing"));
 }

@@ -22,7 +22,7 @@ std::string readAll(const Filepath& path) {
     return bytes == nullptr ? "(cannot be opened)" : std::string(bytes.get(), size);
 }
 
-// Each operation on files sees the file that `path` means.
+// Expects every file operation to reach the file at `path`.
 void expectReachable(const Filepath& path) {
     EXPECT_TRUE(FileUtils::writeBinaryDataToFile("12345", 5, path));
     EXPECT_TRUE(FileUtils::pathExists(path));
@@ -36,7 +36,7 @@ void expectReachable(const Filepath& path) {
     EXPECT_TRUE(FileUtils::openFileToWriteBinaryData(path).is_open());
 }
 
-TEST(FileUtilsPathText, BackslashesSeparate) {
+TEST(FileUtilsPathText, BackslashesAreSeparators) {
     const TempDirectory directory;
     FileUtils::createDir(Filepath(directory.entry("a")));
     FileUtils::createDir(Filepath(directory.entry("a\\b")));
@@ -46,7 +46,7 @@ TEST(FileUtilsPathText, BackslashesSeparate) {
     EXPECT_TRUE(fs::is_empty(directory.path() / "a" / "b"));
 }
 
-TEST(FileUtilsPathText, ForwardSlashesSeparateToo) {
+TEST(FileUtilsPathText, ForwardSlashesAreSeparatorsToo) {
     const TempDirectory directory;
     FileUtils::createDir(Filepath(directory.text() + "/a"));
     FileUtils::createDir(Filepath(directory.text() + "/a\\b"));
@@ -74,7 +74,7 @@ TEST(FileUtilsPathText, NamesMayBeOutsideAscii) {
     EXPECT_FALSE(FileUtils::pathExists(Filepath(directory.entry("名"))));
 }
 
-TEST(FileUtilsPathText, EndsAtTheFirstZeroByte) {
+TEST(FileUtilsPathText, ThePathEndsAtTheFirstZeroByte) {
     const TempDirectory directory;
     const std::string junk("\0\\junk\xFF", 7);
     FileUtils::createDir(Filepath(directory.entry("folder") + junk));

@@ -1,5 +1,5 @@
-// What can only be set up on POSIX systems: links, permissions, a device that is always full; and
-// names that are too long.
+// Cases that can only be set up on POSIX systems: links, permissions and a device that is always
+// full; also names that are too long.
 
 #include <gtest/gtest.h>
 
@@ -20,13 +20,13 @@ using testing::DroppedPrivileges;
 using testing::expectThrows;
 using testing::TempDirectory;
 
-TEST(FileUtilsLinks, ALinkToNothingExists) {
+TEST(FileUtilsLinks, ADanglingLinkExists) {
     const TempDirectory directory;
     fs::create_symlink(directory.path() / "missing", directory.path() / "link");
     EXPECT_TRUE(FileUtils::pathExists(Filepath(directory.entry("link"))));
 }
 
-TEST(FileUtilsLinks, AnEntryBehindALinkToADirectoryIsLookedFor) {
+TEST(FileUtilsLinks, ALinkToADirectoryIsFollowed) {
     const TempDirectory directory;
     directory.write("folder/file", "content");
     fs::create_directory_symlink(directory.path() / "folder", directory.path() / "link");
@@ -34,7 +34,7 @@ TEST(FileUtilsLinks, AnEntryBehindALinkToADirectoryIsLookedFor) {
     EXPECT_FALSE(FileUtils::pathExists(Filepath(directory.entry("link\\missing"))));
 }
 
-TEST(FileUtilsLinks, AreFollowedForReading) {
+TEST(FileUtilsLinks, LinksAreFollowedForReading) {
     const TempDirectory directory;
     directory.write("file", "content");
     fs::create_directory(directory.path() / "folder");
@@ -46,7 +46,7 @@ TEST(FileUtilsLinks, AreFollowedForReading) {
         "File error!");
 }
 
-TEST(FileUtilsLinks, AreThemselvesDeleted) {
+TEST(FileUtilsLinks, DeletingALinkKeepsItsTarget) {
     const TempDirectory directory;
     directory.write("file", "content");
     fs::create_symlink(directory.path() / "file", directory.path() / "link");
@@ -55,20 +55,20 @@ TEST(FileUtilsLinks, AreThemselvesDeleted) {
     EXPECT_EQ(directory.read("file"), "content");
 }
 
-// The emulator that the tests for Windows run under takes such a name for a missing one.
+// The emulator that runs the tests for Windows treats such a name as missing.
 TEST(FileUtilsLongNames, ANameThatIsTooLongExists) {
     const TempDirectory directory;
     EXPECT_TRUE(FileUtils::pathExists(Filepath(directory.entry(std::string(300, 'x')))));
 }
 
-TEST(FileUtilsFullDevice, WritingAnswersTrue) {
+TEST(FileUtilsFullDevice, WritingToAFullDeviceAnswersTrue) {
     ASSERT_FALSE((std::ofstream("/dev/full") << "content" << std::flush).good());
     EXPECT_TRUE(FileUtils::writeBinaryDataToFile("content", 7, Filepath("/dev/full")));
     EXPECT_TRUE(FileUtils::writeStringToFile("content", Filepath("/dev/full")));
 }
 
-// A directory that may be entered and not changed, with a file in it that may not be read, and a
-// directory that may not be entered.
+// A directory that may be entered but not changed, with a file that may not be read and a directory
+// that may not be entered.
 class FileUtilsPermissions : public ::testing::Test {
 protected:
     FileUtilsPermissions() {
@@ -91,26 +91,26 @@ protected:
     TempDirectory directory_;
 };
 
-TEST_F(FileUtilsPermissions, CreateDirIgnoresThatItMayNot) {
+TEST_F(FileUtilsPermissions, CreateDirIgnoresMissingPermissions) {
     const DroppedPrivileges nobody;
     EXPECT_NO_THROW(FileUtils::createDir(path("new")));
     EXPECT_FALSE(fs::exists(directory_.path() / "new"));
 }
 
-TEST_F(FileUtilsPermissions, PathExistsAnswersTrueWhereItMayNotLook) {
+TEST_F(FileUtilsPermissions, PathExistsAnswersTrueIfItMayNotLook) {
     const DroppedPrivileges nobody;
     EXPECT_TRUE(FileUtils::pathExists(path("closed\\missing")));
     EXPECT_FALSE(FileUtils::pathExists(path("missing")));
 }
 
-TEST_F(FileUtilsPermissions, DeleteFileThrowsWhereItMayNot) {
+TEST_F(FileUtilsPermissions, DeleteFileThrowsWithoutPermission) {
     const DroppedPrivileges nobody;
     const std::string file = directory_.entry("file");
     expectThrows<FileException>([&] { FileUtils::deleteFile(Filepath(file)); }, FILE_ERROR,
                                 "Could not delete file : " + file);
 }
 
-TEST_F(FileUtilsPermissions, AFileThatMayNotBeReadCannotBeOpened) {
+TEST_F(FileUtilsPermissions, AFileWithoutReadPermissionCannotBeOpened) {
     const DroppedPrivileges nobody;
     uint64 size = 4711;
     EXPECT_EQ(FileUtils::readBinaryFileToBuffer(path("file"), size), nullptr);
@@ -119,7 +119,7 @@ TEST_F(FileUtilsPermissions, AFileThatMayNotBeReadCannotBeOpened) {
                                 "File error!");
 }
 
-TEST_F(FileUtilsPermissions, WritingAnswersTrueWhereItMayNot) {
+TEST_F(FileUtilsPermissions, WritingAnswersTrueWithoutPermission) {
     {
         const DroppedPrivileges nobody;
         EXPECT_TRUE(FileUtils::writeBinaryDataToFile("new", 3, path("file")));

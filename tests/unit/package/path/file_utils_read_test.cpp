@@ -15,7 +15,7 @@ namespace {
 
 constexpr uint64 kUntouched = 4711;
 
-// Every byte value, line ends and zero bytes among them, several stream buffers long.
+// Every byte value, including line ends and zero bytes; several stream buffers long.
 std::string allBytes() {
     std::string bytes;
     for (int round = 0; round < 400; ++round) {
@@ -52,7 +52,7 @@ TEST_F(FileUtilsGetFileSize, IsZeroForAnEmptyFile) {
 TEST_F(FileUtilsGetFileSize, CountsBeyondFourGibibytes) {
     constexpr std::uintmax_t size = (std::uintmax_t{5} << 30) + 3;
     directory_.write("file", "");
-    std::filesystem::resize_file(directory_.path() / "file", size);  // holds no blocks
+    std::filesystem::resize_file(directory_.path() / "file", size);  // sparse
     EXPECT_EQ(FileUtils::getFileSize(path("file")), size);
 }
 
@@ -66,7 +66,7 @@ TEST_F(FileUtilsGetFileSize, ThrowsForADirectory) {
                                          FILE_ERROR, "File error!");
 }
 
-TEST_F(FileUtilsReadToBuffer, GivesTheBytesAndTheirNumber) {
+TEST_F(FileUtilsReadToBuffer, ReturnsTheBytesAndTheirCount) {
     const std::string content = allBytes();
     directory_.write("file", content);
     uint64 size = kUntouched;
@@ -76,14 +76,14 @@ TEST_F(FileUtilsReadToBuffer, GivesTheBytesAndTheirNumber) {
     EXPECT_EQ(std::string(buffer.get(), size), content);
 }
 
-TEST_F(FileUtilsReadToBuffer, GivesAValidArrayOfNoBytesForAnEmptyFile) {
+TEST_F(FileUtilsReadToBuffer, ReturnsAnEmptyArrayForAnEmptyFile) {
     directory_.write("file", "");
     uint64 size = kUntouched;
     EXPECT_NE(FileUtils::readBinaryFileToBuffer(path("file"), size), nullptr);
     EXPECT_EQ(size, 0u);
 }
 
-TEST_F(FileUtilsReadToBuffer, GivesNullForAMissingFileAndLeavesTheSize) {
+TEST_F(FileUtilsReadToBuffer, ReturnsNullForAMissingFileAndLeavesTheSize) {
     uint64 size = kUntouched;
     EXPECT_EQ(FileUtils::readBinaryFileToBuffer(path("missing"), size), nullptr);
     EXPECT_EQ(FileUtils::readBinaryFileToBuffer(path("missing\\child"), size), nullptr);
@@ -91,14 +91,14 @@ TEST_F(FileUtilsReadToBuffer, GivesNullForAMissingFileAndLeavesTheSize) {
     EXPECT_EQ(size, kUntouched);
 }
 
-TEST_F(FileUtilsReadToBuffer, GivesNullForADirectoryAndLeavesTheSize) {
+TEST_F(FileUtilsReadToBuffer, ReturnsNullForADirectoryAndLeavesTheSize) {
     uint64 size = kUntouched;
     EXPECT_EQ(FileUtils::readBinaryFileToBuffer(path("folder"), size), nullptr);
     EXPECT_EQ(FileUtils::readBinaryFileToBuffer(path("folder\\"), size), nullptr);
     EXPECT_EQ(size, kUntouched);
 }
 
-TEST_F(FileUtilsReadToAllocated, FillsTheBufferAndNotAByteMore) {
+TEST_F(FileUtilsReadToAllocated, WritesExactlyTheBytesOfTheFile) {
     const std::string content = allBytes();
     directory_.write("file", content);
     std::string buffer(content.size() + 16, '#');
@@ -137,7 +137,7 @@ TEST_F(FileUtilsReadToAllocated, ThrowsForADirectoryAndLeavesSizeAndBuffer) {
     EXPECT_EQ(buffer, std::string(16, '#'));
 }
 
-TEST_F(FileUtilsReadToBuffer, GivesZerosWhereTheSystemCannotReadTheFile) {
+TEST_F(FileUtilsReadToBuffer, ReturnsZerosIfTheSystemCannotReadTheFile) {
     directory_.write("file", allBytes());
     const testing::UnreadableFile unreadable(directory_.path() / "file");
     uint64 size = kUntouched;

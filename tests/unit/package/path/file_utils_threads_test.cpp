@@ -14,7 +14,7 @@ namespace {
 constexpr int kThreads = 4;
 constexpr int kRounds = 50;
 
-// Writes and reads back `file`, and reads `shared`; counts what went wrong.
+// Writes and reads back `file` and reads `shared`; returns the number of failures.
 int countFailures(const Filepath& file, const Filepath& shared, const std::string& content) {
     int failures = 0;
     for (int round = 0; round < kRounds; ++round) {
@@ -28,7 +28,7 @@ int countFailures(const Filepath& file, const Filepath& shared, const std::strin
     return failures;
 }
 
-TEST(FileUtilsThreads, OperationsRunOnSeveralAtOnce) {
+TEST(FileUtilsThreads, OperationsRunOnSeveralThreadsAtOnce) {
     const testing::TempDirectory directory;
     const std::string content(100'000, 'x');
     directory.write("shared", content);

@@ -1,5 +1,5 @@
-// What only Windows has: text mode, devices that every directory seems to hold, and files that
-// others have opened for themselves alone.
+// What only Windows has: text mode, devices that appear to exist in every directory, and files that
+// others have opened for exclusive use.
 
 #include <gtest/gtest.h>
 #include <windows.h>
@@ -21,19 +21,19 @@ using internal::platform::FileHandle;
 using testing::expectThrows;
 using testing::TempDirectory;
 
-TEST(FileUtilsTextMode, LineEndsOfATextBecomeTheSystems) {
+TEST(FileUtilsTextMode, LineFeedsBecomeTheSystemsLineEnds) {
     const TempDirectory directory;
     EXPECT_TRUE(FileUtils::writeStringToFile("a\nb\n", Filepath(directory.entry("file"))));
     EXPECT_EQ(directory.read("file"), "a\r\nb\r\n");
 }
 
-TEST(FileUtilsTextMode, ACarriageReturnOfTheTextStays) {
+TEST(FileUtilsTextMode, ACarriageReturnIsKept) {
     const TempDirectory directory;
     EXPECT_TRUE(FileUtils::writeStringToFile("a\r\nb", Filepath(directory.entry("file"))));
     EXPECT_EQ(directory.read("file"), "a\r\r\nb");
 }
 
-TEST(FileUtilsTextMode, BinaryDataHasNone) {
+TEST(FileUtilsTextMode, BinaryDataIsNotTranslated) {
     const TempDirectory directory;
     const Filepath path(directory.entry("file"));
     EXPECT_TRUE(FileUtils::writeBinaryDataToFile("a\nb", 3, path));
@@ -46,7 +46,7 @@ TEST(FileUtilsTextMode, BinaryDataHasNone) {
     EXPECT_EQ(FileUtils::getFileSize(path), 4u);
 }
 
-TEST(FileUtilsDevices, AreNoFilesToReadAndTakeWhatIsWritten) {
+TEST(FileUtilsDevices, DevicesAcceptWritesButCannotBeRead) {
     const Filepath device("NUL");
     EXPECT_TRUE(FileUtils::writeBinaryDataToFile("content", 7, device));
     EXPECT_TRUE(FileUtils::writeStringToFile("content", device));
@@ -56,7 +56,7 @@ TEST(FileUtilsDevices, AreNoFilesToReadAndTakeWhatIsWritten) {
     expectThrows<FileException>([&] { FileUtils::getFileSize(device); }, FILE_ERROR, "File error!");
 }
 
-// A file that somebody has opened and shares with nobody.
+// A file that is open elsewhere and not shared.
 class FileUtilsNotShared : public ::testing::Test {
 protected:
     FileUtilsNotShared() {
@@ -70,12 +70,12 @@ protected:
     const Filepath path_{directory_.entry("file")};
 };
 
-TEST_F(FileUtilsNotShared, IsThere) {
+TEST_F(FileUtilsNotShared, TheFileExists) {
     ASSERT_TRUE(file_);
     EXPECT_TRUE(FileUtils::pathExists(path_));
 }
 
-TEST_F(FileUtilsNotShared, CannotBeOpenedForReading) {
+TEST_F(FileUtilsNotShared, TheFileCannotBeOpenedForReading) {
     ASSERT_TRUE(file_);
     uint64 size = 4711;
     EXPECT_EQ(FileUtils::readBinaryFileToBuffer(path_, size), nullptr);
@@ -83,7 +83,7 @@ TEST_F(FileUtilsNotShared, CannotBeOpenedForReading) {
     expectThrows<FileException>([&] { FileUtils::getFileSize(path_); }, FILE_ERROR, "File error!");
 }
 
-TEST_F(FileUtilsNotShared, CannotBeOpenedForWritingWhichAnswersTrue) {
+TEST_F(FileUtilsNotShared, WritingFailsButAnswersTrue) {
     ASSERT_TRUE(file_);
     EXPECT_FALSE(FileUtils::openFileToWriteBinaryData(path_).is_open());
     EXPECT_TRUE(FileUtils::writeBinaryDataToFile("new", 3, path_));
@@ -92,7 +92,7 @@ TEST_F(FileUtilsNotShared, CannotBeOpenedForWritingWhichAnswersTrue) {
     EXPECT_EQ(directory_.read("file"), "content");
 }
 
-TEST_F(FileUtilsNotShared, CannotBeDeleted) {
+TEST_F(FileUtilsNotShared, TheFileCannotBeDeleted) {
     ASSERT_TRUE(file_);
     expectThrows<FileException>([&] { FileUtils::deleteFile(path_); }, FILE_ERROR,
                                 "Could not delete file : " + directory_.entry("file"));

@@ -27,7 +27,7 @@ using FileUtilsOpenForWriting = FileUtilsWriting;
 using FileUtilsWriteBinary = FileUtilsWriting;
 using FileUtilsWriteString = FileUtilsWriting;
 
-TEST_F(FileUtilsOpenForWriting, GivesAStreamThatWritesBytesUnchanged) {
+TEST_F(FileUtilsOpenForWriting, ReturnsAStreamThatWritesBytesUnchanged) {
     std::ofstream stream = FileUtils::openFileToWriteBinaryData(path("file"));
     ASSERT_TRUE(stream.is_open());
     stream << "a\n\r\n" << '\0' << '\x1A' << "b";
@@ -43,7 +43,7 @@ TEST_F(FileUtilsOpenForWriting, EmptiesTheFile) {
     EXPECT_EQ(directory_.read("file"), "");
 }
 
-TEST_F(FileUtilsOpenForWriting, GivesAClosedStreamWhereItCannotOpen) {
+TEST_F(FileUtilsOpenForWriting, ReturnsAClosedStreamIfItCannotOpen) {
     EXPECT_FALSE(FileUtils::openFileToWriteBinaryData(path("missing\\file")).is_open());
     EXPECT_FALSE(FileUtils::openFileToWriteBinaryData(path("folder")).is_open());
     EXPECT_FALSE(FileUtils::openFileToWriteBinaryData(Filepath()).is_open());
@@ -79,7 +79,7 @@ TEST_F(FileUtilsWriteBinary, WritesAnEmptyFileForNoBytes) {
     EXPECT_EQ(directory_.read("file"), "");
 }
 
-TEST_F(FileUtilsWriteBinary, AnswersTrueWhereTheFileCannotBeOpened) {
+TEST_F(FileUtilsWriteBinary, AnswersTrueEvenIfTheFileCannotBeOpened) {
     EXPECT_TRUE(FileUtils::writeBinaryDataToFile("new", 3, path("missing\\file")));
     EXPECT_TRUE(FileUtils::writeBinaryDataToFile("new", 3, path("folder")));
     EXPECT_TRUE(FileUtils::writeBinaryDataToFile("new", 3, Filepath()));
@@ -109,7 +109,7 @@ TEST_F(FileUtilsWriteString, WritesAnEmptyFileForAnEmptyText) {
     EXPECT_EQ(directory_.read("file"), "");
 }
 
-TEST_F(FileUtilsWriteString, AnswersTrueWhereTheFileCannotBeOpened) {
+TEST_F(FileUtilsWriteString, AnswersTrueEvenIfTheFileCannotBeOpened) {
     EXPECT_TRUE(FileUtils::writeStringToFile("new", path("missing\\file")));
     EXPECT_TRUE(FileUtils::writeStringToFile("new", path("folder")));
     EXPECT_TRUE(FileUtils::writeStringToFile("new", Filepath()));

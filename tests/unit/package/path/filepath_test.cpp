@@ -53,13 +53,13 @@ TEST(FilepathAppend, JoinsWithABackslash) {
     EXPECT_EQ(textOf(path), "a\\b");
 }
 
-TEST(FilepathAppend, DoublesASeparatorAtTheEnd) {
+TEST(FilepathAppend, DoublesATrailingSeparator) {
     Filepath path("a\\");
     path.append(Filepath("b"));
     EXPECT_EQ(textOf(path), "a\\\\b");
 }
 
-TEST(FilepathAppend, DoublesASeparatorAtTheStartOfTheOtherPath) {
+TEST(FilepathAppend, DoublesALeadingSeparatorOfTheOtherPath) {
     Filepath path("a");
     path.append(Filepath("\\b"));
     EXPECT_EQ(textOf(path), "a\\\\b");
@@ -77,7 +77,7 @@ TEST(FilepathAppend, AddsASeparatorToAnEmptyPath) {
     EXPECT_EQ(textOf(path), "\\b");
 }
 
-TEST(FilepathAppend, TakesThePathItself) {
+TEST(FilepathAppend, AcceptsThePathItself) {
     Filepath path("a");
     path.append(path);
     EXPECT_EQ(textOf(path), "a\\a");
@@ -95,12 +95,12 @@ TEST(FilepathParentPath, IsTheTextBeforeTheLastBackslash) {
     EXPECT_EQ(textOf(Filepath("a\\\\b").parent_path()), "a\\");
 }
 
-TEST(FilepathParentPath, DropsOnlyASeparatorAtTheEnd) {
+TEST(FilepathParentPath, DropsOnlyATrailingSeparator) {
     EXPECT_EQ(textOf(Filepath("dir\\").parent_path()), "dir");
     EXPECT_EQ(textOf(Filepath("a\\b\\").parent_path()), "a\\b");
 }
 
-TEST(FilepathParentPath, IsEmptyWhereTheOnlyBackslashComesFirst) {
+TEST(FilepathParentPath, IsEmptyIfTheOnlyBackslashComesFirst) {
     EXPECT_EQ(textOf(Filepath("\\x").parent_path()), "");
     EXPECT_EQ(textOf(Filepath("\\").parent_path()), "");
 }
@@ -110,12 +110,12 @@ TEST(FilepathParentPath, IsThePathItselfWithoutABackslash) {
     EXPECT_EQ(textOf(Filepath().parent_path()), "");
 }
 
-TEST(FilepathParentPath, DoesNotSeeForwardSlashes) {
+TEST(FilepathParentPath, IgnoresForwardSlashes) {
     EXPECT_EQ(textOf(Filepath("a/b").parent_path()), "a/b");
     EXPECT_EQ(textOf(Filepath("a\\b/c").parent_path()), "a");
 }
 
-TEST(FilepathParentPath, LeavesThePathAsItIs) {
+TEST(FilepathParentPath, LeavesThePathUnchanged) {
     const Filepath path("a\\b");
     static_cast<void>(path.parent_path());
     EXPECT_EQ(textOf(path), "a\\b");

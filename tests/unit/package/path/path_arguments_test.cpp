@@ -1,4 +1,4 @@
-// What may be passed where a path is wanted, and which overload takes it. Most of this is shown by
+// What may be passed as a path, and which overload accepts it. Most of this is verified by
 // compiling.
 
 #include <gtest/gtest.h>
@@ -18,7 +18,7 @@
 namespace VelmoraQuavin {
 namespace {
 
-// A path class of a host that offers several conversions.
+// A host's own path class with several conversions.
 class HostPath {
 public:
     operator Filepath() const { return Filepath(String("as a path")); }
@@ -30,7 +30,7 @@ std::string textOf(const Filepath& path) {
     return String(path.c_str()).str();
 }
 
-TEST(PathArguments, TakeNarrowTextsAsTheyAre) {
+TEST(PathArguments, NarrowTextsAreTakenUnchanged) {
     const std::string text = "a\\text";
     const std::string_view view = std::string_view(text).substr(0, 1);
     char array[] = "an array";
@@ -47,7 +47,7 @@ TEST(PathArguments, TakeNarrowTextsAsTheyAre) {
     EXPECT_EQ(textOf(missing), "");
 }
 
-TEST(PathArguments, CanBeAppendedAndAssigned) {
+TEST(PathArguments, TextsCanBeAppendedAndAssigned) {
     Filepath path = "models";
     path.append("digits").append(std::string("manifest.json"));
     EXPECT_EQ(textOf(path), "models\\digits\\manifest.json");
@@ -55,13 +55,13 @@ TEST(PathArguments, CanBeAppendedAndAssigned) {
     EXPECT_EQ(textOf(path), "other");
 }
 
-TEST(PathArguments, LeaveAHostsOwnClassItsConversions) {
+TEST(PathArguments, AHostsOwnClassKeepsItsConversions) {
     const HostPath host;
     EXPECT_EQ(textOf(host), "as a path");
     EXPECT_EQ(textOf(Filepath(static_cast<String>(host))), "as a text");
 }
 
-TEST(PathArguments, AreNeitherNullNorNumbers) {
+TEST(PathArguments, NullAndNumbersAreNotPaths) {
     EXPECT_FALSE((std::is_convertible_v<std::nullptr_t, Filepath>));
     EXPECT_FALSE((std::is_constructible_v<Filepath, std::nullptr_t>));
     EXPECT_FALSE((std::is_convertible_v<int, Filepath>));
@@ -71,13 +71,13 @@ TEST(PathArguments, AreNeitherNullNorNumbers) {
     EXPECT_TRUE((std::is_convertible_v<std::string, Filepath>));
 }
 
-TEST(PathArguments, CreateADirectoryByALiteral) {
-    EXPECT_NO_THROW(FileUtils::createDir("."));  // is there already
+TEST(PathArguments, ALiteralNamesADirectory) {
+    EXPECT_NO_THROW(FileUtils::createDir("."));  // exists already
     EXPECT_TRUE(FileUtils::pathExists("."));
     EXPECT_THROW(FileUtils::createDir("missing-parent\\x"), FileException);
 }
 
-// Calls that hosts make: each compiles, which says that it is not ambiguous. Never called.
+// Calls that hosts make. That they compile shows that none is ambiguous; they are never executed.
 [[maybe_unused]] void hostsCalls(QuavinClient& client, QuavinModel& model, ModelMetadata& metadata,
                                  std::shared_ptr<QuavinModel>& loaded, const std::string& text,
                                  const String& string, Filepath path,

@@ -11,32 +11,33 @@ enum class PathOperation {
     kRead,
     kSize,
     kWrite,
-    kWriteLine,  // writes a text with a line end
+    kWriteLine,  // writes a text that contains a line end
     kDelete,
     kDeleteOpen  // while a stream has the file open
 };
 
-/// One path text, what is done with it, and what comes of it on each kind of system.
+/// One path text, the operation on it, and the outcome on each kind of system.
 ///
-/// The working directory is new and holds what fillDirectory() writes. In the path, "{}" stands for
-/// its full path and "{drive}" for the drive that it is on ("C:" on POSIX systems).
+/// The working directory is new and contains what fillDirectory() writes. In the path, "{}" stands
+/// for the directory's full path and "{drive}" for its drive ("C:" on POSIX systems).
 ///
-/// An outcome is the call's ("done", "throws", "bad conversion", "true", "false", "null", a content
-/// or a size), and then each change below the directory: ", +new/", ", +new=text", ", -file".
+/// An outcome is the result of the call ("done", "throws", "bad conversion", "true", "false",
+/// "null", the content or a size), followed by each change below the directory: ", +new/",
+/// ", +new=text", ", -file".
 struct PathCase {
     std::string name;
     PathOperation operation;
     std::string path;
     std::string posix;
-    /// Empty where it depends on the installation, and nothing can be expected.
+    /// Empty if it depends on the installation, so that nothing can be expected.
     std::string windows;
-    /// Why the systems differ: a key of the table in docs/porting.md. Empty where they agree.
+    /// Why the systems differ: a key of the table in docs/porting.md. Empty if they agree.
     std::string difference;
 };
 
 using Cases = std::vector<PathCase>;
 
-// The tables name them often.
+// Short names for the tables.
 inline constexpr PathOperation kCreateDir = PathOperation::kCreateDir;
 inline constexpr PathOperation kExists = PathOperation::kExists;
 inline constexpr PathOperation kRead = PathOperation::kRead;
@@ -46,13 +47,13 @@ inline constexpr PathOperation kWriteLine = PathOperation::kWriteLine;
 inline constexpr PathOperation kDelete = PathOperation::kDelete;
 inline constexpr PathOperation kDeleteOpen = PathOperation::kDeleteOpen;
 
-/// The systems agree.
+/// A case in which the systems agree.
 PathCase same(const std::string& name, PathOperation operation, const std::string& path,
               const std::string& outcome);
-/// The systems differ.
+/// A case in which the systems differ.
 PathCase differs(const std::string& difference, const std::string& name, PathOperation operation,
                  const std::string& path, const std::string& posix, const std::string& windows);
-/// On Windows it depends on the installation.
+/// A case whose outcome on Windows depends on the installation.
 PathCase depends(const std::string& difference, const std::string& name, PathOperation operation,
                  const std::string& path, const std::string& posix);
 
@@ -62,17 +63,17 @@ std::vector<PathCase> pathTextCases();
 std::vector<PathCase> pathNameCases();
 /// Names and whole paths that are too long.
 std::vector<PathCase> pathLengthCases();
-/// Drives, devices, prefixes, files that are open or may not be changed.
+/// Drives, devices, prefixes, files that are open or read-only.
 std::vector<PathCase> pathSystemCases();
-/// All of them.
+/// All cases.
 std::vector<PathCase> pathCases();
 
-/// Writes what every case finds in its directory.
+/// Writes the files that every case starts with.
 void fillDirectory();
-/// What comes of a case in the working directory, which is `directory` as a path text.
+/// Runs a case in the working directory, whose path text is `directory`, and returns the outcome.
 std::string outcomeOf(const PathCase& pathCase, const std::string& directory);
 
-/// Whether paths work as on Windows here.
+/// Whether paths on this system work as on Windows.
 bool hasWindowsPaths();
 
 }  // namespace VelmoraQuavin::testing

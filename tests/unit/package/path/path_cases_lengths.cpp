@@ -1,9 +1,9 @@
 // Names and paths that are too long for the system or for its file systems.
 //
-// Windows takes 259 UTF-16 units for a path (247 for a directory that is created) unless the
-// program and the system have agreed on more, and 255 units for a name. wine knows no such limit
-// and keeps names on the host's file system, with 255 bytes of UTF-8; and where a name is too long
-// it says that the entry is missing. Only what both have in common is expected.
+// Windows limits a path to 259 UTF-16 units (247 for a directory to be created) unless both the
+// program and the system allow more, and a name to 255 units. wine has no such limit on paths and
+// keeps names on the host's file system, with up to 255 bytes of UTF-8; it reports an entry whose
+// name is too long as missing. Only what both have in common is expected.
 
 #include "unit/package/path/path_cases.h"
 

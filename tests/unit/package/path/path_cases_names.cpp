@@ -1,8 +1,8 @@
-// What a single name may be.
+// What a single name may contain.
 //
-// createDir() and deleteFile() hand their bytes to the system's narrow interface. On Windows those
-// are characters of the active code page, which is the system's own: names outside ASCII are not
-// expected to arrive there.
+// createDir() and deleteFile() pass their bytes to the system's narrow interface. Windows reads
+// them in the active code page, which is the system's choice: names outside ASCII are not expected
+// to survive that.
 
 #include "unit/package/path/path_cases.h"
 
@@ -32,18 +32,18 @@ Cases outsideAscii() {
 
 Cases notUtf8() {
     return {
-        same("NoUtf8ByteToRead", kRead, "\xFF", "bad conversion"),
-        same("NoUtf8ByteToMeasure", kSize, "\xFF", "bad conversion"),
-        same("NoUtf8ByteToWrite", kWrite, "\xFF", "bad conversion"),
-        same("NoUtf8ByteExists", kExists, "folder\\\xFF", "bad conversion"),
-        same("CutShort", kRead, "caf\xC3", "bad conversion"),
-        same("LongerThanNeeded", kRead, "\xC0\xAF", "bad conversion"),
+        same("InvalidByteToRead", kRead, "\xFF", "bad conversion"),
+        same("InvalidByteToMeasure", kSize, "\xFF", "bad conversion"),
+        same("InvalidByteToWrite", kWrite, "\xFF", "bad conversion"),
+        same("InvalidByteExists", kExists, "folder\\\xFF", "bad conversion"),
+        same("Truncated", kRead, "caf\xC3", "bad conversion"),
+        same("Overlong", kRead, "\xC0\xAF", "bad conversion"),
         same("HalfASurrogatePair", kExists, "\xED\xA0\x80", "bad conversion"),
         same("BothHalvesOfASurrogatePair", kRead, "\xED\xA0\xBD\xED\xB8\x80", "bad conversion"),
-        same("BeyondTheLastCharacter", kWrite, "\xF4\x90\x80\x80", "bad conversion"),
-        same("NoUtf8ToDelete", kDelete, "missing\xFF", "throws"),
-        same("NoUtf8BelowMissingToCreate", kCreateDir, "missing\\\xFF", "throws"),
-        depends("code-page", "NoUtf8ToCreate", kCreateDir, "new\xFF", "done, +new\xFF/"),
+        same("PastTheLastCodePoint", kWrite, "\xF4\x90\x80\x80", "bad conversion"),
+        same("InvalidUtf8ToDelete", kDelete, "missing\xFF", "throws"),
+        same("InvalidUtf8BelowMissingToCreate", kCreateDir, "missing\\\xFF", "throws"),
+        depends("code-page", "InvalidUtf8ToCreate", kCreateDir, "new\xFF", "done, +new\xFF/"),
     };
 }
 
@@ -81,7 +81,7 @@ Cases reservedCharacters() {
     return cases;
 }
 
-Cases dotsAndSpacesAtTheEnd() {
+Cases trailingDotsAndSpaces() {
     return {
         differs("last-dots", "DotAtEnd", kRead, "file.", "null", "content"),
         differs("last-dots", "DotsAtEnd", kSize, "file..", "throws", "7"),
@@ -108,7 +108,7 @@ Cases dotsAndSpacesAtTheEnd() {
 Cases pathNameCases() {
     Cases all;
     for (const Cases& cases : {outsideAscii(), notUtf8(), upperAndLowerCase(), reservedCharacters(),
-                               dotsAndSpacesAtTheEnd()}) {
+                               trailingDotsAndSpaces()}) {
         all.insert(all.end(), cases.begin(), cases.end());
     }
     return all;

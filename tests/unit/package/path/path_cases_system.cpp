@@ -1,5 +1,4 @@
-// What one system gives a meaning and the other takes for a name, and what it does about open
-// files.
+// Texts with a special meaning on one system that are plain names on the other, and files in use.
 
 #include "unit/package/path/path_cases.h"
 
@@ -13,7 +12,7 @@ std::vector<PathCase> drivesAndPrefixes() {
                 "done, +new/"),
         differs("drives", "MissingDrive", kExists, "Q:", "false", "true"),
         differs("drives", "MissingDriveToCreate", kCreateDir, "Q:", "done, +Q:/", "throws"),
-        // On Windows a missing drive is a missing parent; wine says that the entry is missing.
+        // On Windows a missing drive is a missing parent; wine reports a missing entry.
         depends("drives", "BelowMissingDrive", kExists, "Q:\\file", "true"),
         depends("drives", "BelowMissingDriveToCreate", kCreateDir, "Q:\\new", "throws"),
         same("BelowMissingDriveToRead", kRead, "Q:\\file", "null"),
@@ -28,7 +27,7 @@ std::vector<PathCase> drivesAndPrefixes() {
     };
 }
 
-// Only bare names: from Windows 11 on, those behind a directory are plain files.
+// Only bare names: since Windows 11, such names inside a directory are plain files.
 std::vector<PathCase> devices() {
     return {
         same("NullDeviceToRead", kRead, "NUL", "null"),

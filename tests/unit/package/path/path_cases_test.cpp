@@ -1,4 +1,5 @@
-// The same paths on every system. What comes of each stands in the table of path_cases.h.
+// The same paths on every system. The expected outcomes are in the table that path_cases.h
+// describes.
 
 #include <gtest/gtest.h>
 
@@ -18,7 +19,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Works in a new directory that fillDirectory() has filled.
+// Makes a new directory, filled by fillDirectory(), the working directory.
 class FilledDirectory {
 public:
     FilledDirectory() : before_(fs::current_path()) {
@@ -40,7 +41,8 @@ private:
     fs::path before_;
 };
 
-// Some hundred cases are a handful of tests: under wine, starting a program takes longer than they.
+// A few hundred cases are a handful of tests: under wine, starting a program takes longer than they
+// do.
 struct Group {
     const char* name;
     std::vector<PathCase> (*cases)();
@@ -48,7 +50,7 @@ struct Group {
 
 class PathCases : public ::testing::TestWithParam<Group> {};
 
-TEST_P(PathCases, EndAsTheTableSays) {
+TEST_P(PathCases, OutcomesMatchTheTable) {
     for (const PathCase& pathCase : GetParam().cases()) {
         const std::string& expected = hasWindowsPaths() ? pathCase.windows : pathCase.posix;
         if (!expected.empty()) {
@@ -65,21 +67,21 @@ INSTANTIATE_TEST_SUITE_P(Table, PathCases,
                                            Group{"Systems", pathSystemCases}),
                          CaseName());
 
-TEST(PathCaseTable, NamesEachCaseOnce) {
+TEST(PathCaseTable, CaseNamesAreUnique) {
     std::set<std::string> names;
     for (const PathCase& pathCase : pathCases()) {
         EXPECT_TRUE(names.insert(pathCase.name).second) << pathCase.name;
     }
 }
 
-TEST(PathCaseTable, NamesADifferenceWhereTheSystemsDisagree) {
+TEST(PathCaseTable, CasesNameADifferenceOnlyIfTheSystemsDisagree) {
     for (const PathCase& pathCase : pathCases()) {
         EXPECT_EQ(pathCase.posix != pathCase.windows, !pathCase.difference.empty())
             << pathCase.name;
     }
 }
 
-// The keys that begin the lines of the section's table.
+// The keys in the first column of the section's table.
 std::set<std::string> documentedDifferences() {
     std::ifstream page(fs::u8path(QUAVIN_TEST_DATA "/../../docs/porting.md"));
     const std::regex keyOfRow(R"(\| `([a-z-]+)` \|.*)");
@@ -97,7 +99,7 @@ std::set<std::string> documentedDifferences() {
     return keys;
 }
 
-TEST(PathCaseTable, IsInStepWithTheDocumentedDifferences) {
+TEST(PathCaseTable, DifferencesMatchTheDocumentation) {
     std::set<std::string> used;
     for (const PathCase& pathCase : pathCases()) {
         if (!pathCase.difference.empty()) {

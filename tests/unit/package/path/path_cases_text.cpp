@@ -1,4 +1,4 @@
-// How the text of a path is taken apart.
+// How the text of a path is split into parts.
 
 #include "unit/package/path/path_cases.h"
 
@@ -32,7 +32,7 @@ Cases separators() {
     };
 }
 
-Cases separatorsAtTheEnd() {
+Cases trailingSeparators() {
     return {
         same("EndOfNewDirectory", kCreateDir, "new\\", "done, +new/"),
         same("SlashAtEndOfNewDirectory", kCreateDir, "new/", "done, +new/"),
@@ -127,7 +127,7 @@ Cases parents() {
 Cases pathTextCases() {
     Cases all;
     for (const Cases& cases :
-         {separators(), separatorsAtTheEnd(), dots(), emptyAndZeroBytes(), parents()}) {
+         {separators(), trailingSeparators(), dots(), emptyAndZeroBytes(), parents()}) {
         all.insert(all.end(), cases.begin(), cases.end());
     }
     return all;

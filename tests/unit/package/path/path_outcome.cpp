@@ -25,7 +25,7 @@ void replaceFirst(std::string& text, const std::string& what, const std::string&
     }
 }
 
-// What the call gives or throws; operations without a result give "done".
+// The result of the call; "done" for operations that have none.
 std::string runOperation(PathOperation operation, const Filepath& path) {
     switch (operation) {
         case PathOperation::kCreateDir:

@@ -1,4 +1,4 @@
-// Arguments that AES_decrypt cannot use: FAILURE without a text, and nothing written.
+// Arguments that AES_decrypt refuses: FAILURE without a message, and nothing written.
 
 #include <gtest/gtest.h>
 
@@ -17,7 +17,7 @@ using testing::Bytes;
 constexpr unsigned int kLength = 80;
 constexpr unsigned int kPlaintextSize = kLength - 16;
 
-// One piece of memory with a component in its middle, and room for the plaintext around it.
+// One block of memory with a component in the middle and room for the plaintext around it.
 class DecryptionArguments : public ::testing::Test {
 protected:
     DecryptionArguments()
@@ -46,7 +46,7 @@ protected:
     Bytes memory_;
 };
 
-TEST_F(DecryptionArguments, ALengthThatIsNoMultipleOfSixteenFails) {
+TEST_F(DecryptionArguments, ALengthThatIsNotAMultipleOf16Fails) {
     for (const unsigned int length : {17u, 24u, 31u, 33u, 63u, 65u, 79u}) {
         SCOPED_TRACE(length);
         expectRefused(component_.data(), length, memory_.data(), key_.data());
@@ -54,14 +54,14 @@ TEST_F(DecryptionArguments, ALengthThatIsNoMultipleOfSixteenFails) {
     }
 }
 
-TEST_F(DecryptionArguments, ALongLengthThatIsNoMultipleOfSixteenFails) {
+TEST_F(DecryptionArguments, ALongLengthThatIsNotAMultipleOf16Fails) {
     Bytes output(100'000, 0xA5);
     const Bytes component(100'001, 0);
     expectRefused(component.data(), 100'001, output.data(), key_.data());
     EXPECT_EQ(output, Bytes(100'000, 0xA5));
 }
 
-TEST_F(DecryptionArguments, ALengthBelowSixteenFails) {
+TEST_F(DecryptionArguments, ALengthBelow16Fails) {
     for (const unsigned int length : {0u, 1u, 15u}) {
         SCOPED_TRACE(length);
         expectRefused(component_.data(), length, memory_.data(), key_.data());
@@ -81,12 +81,12 @@ TEST_F(DecryptionArguments, ANullKeyFails) {
     expectRefused(component_.data(), 16, memory_.data(), nullptr);
 }
 
-TEST_F(DecryptionArguments, ANullOutputFailsWhereThereIsPlaintext) {
+TEST_F(DecryptionArguments, ANullOutputFailsIfThereIsPlaintext) {
     expectRefused(component_.data(), kLength, nullptr, key_.data());
     expectRefused(component_.data(), 32, nullptr, key_.data());
 }
 
-TEST_F(DecryptionArguments, ANullOutputServesWhereThereIsNoPlaintext) {
+TEST_F(DecryptionArguments, ANullOutputIsAcceptedIfThereIsNoPlaintext) {
     EXPECT_THAT(decrypt(component_.data(), 16, nullptr, key_.data()), testing::IsOk());
 }
 

@@ -1,4 +1,4 @@
-// Lengths around those at which the work is cut into chunks.
+// Lengths around those at which the work is split into chunks.
 
 #include <gtest/gtest.h>
 
@@ -29,11 +29,11 @@ protected:
     Bytes component_;
 };
 
-TEST_P(DecryptionLengths, AreDecryptedApart) {
+TEST_P(DecryptionLengths, DecryptsIntoSeparateMemory) {
     EXPECT_EQ(testing::decryptApart(component_, key_), plaintext_);
 }
 
-TEST_P(DecryptionLengths, AreDecryptedInPlace) {
+TEST_P(DecryptionLengths, DecryptsInPlace) {
     EXPECT_EQ(testing::decryptInPlace(component_, key_), plaintext_);
 }
 
@@ -42,9 +42,9 @@ INSTANTIATE_TEST_SUITE_P(, DecryptionLengths,
                                            (1u << 20) + 16, (3u << 20) + 48),
                          [](const auto& instance) { return std::to_string(instance.param); });
 
-// More bytes than an int counts. The component is zeros, which cost no memory, but for the places
-// that are looked at; each of those is decrypted apart from the rest for comparison.
-TEST(DecryptionBeyondInt, IsDecryptedWhole) {
+// More bytes than an int can count. The component is zeros, which take up no memory, except at the
+// places that are checked; each of those is also decrypted on its own for comparison.
+TEST(DecryptionBeyondInt, TheWholeComponentIsDecrypted) {
     constexpr std::size_t length = (std::size_t{1} << 31) + 4096;
     constexpr std::size_t window = 256;
     using Memory = std::unique_ptr<unsigned char[], decltype(&std::free)>;

@@ -1,4 +1,4 @@
-// The plaintext may lie anywhere, over the component too.
+// The plaintext may be written anywhere, even over the component.
 
 #include <gtest/gtest.h>
 
@@ -22,8 +22,8 @@ protected:
           plaintext_(testing::randomBytes(GetParam(), 3)),
           component_(testing::secure(plaintext_, key_)) {}
 
-    // Decrypts to `offset` bytes behind the start of the component, which lies in the middle of
-    // more memory; checks the plaintext and that everything outside it stays.
+    // Decrypts to `offset` bytes past the start of the component, which is in the middle of a
+    // larger block; checks the plaintext and that nothing outside it changes.
     void expectPlaintextAt(std::ptrdiff_t offset) const {
         const auto start = static_cast<std::ptrdiff_t>(component_.size());
         Bytes memory(3 * component_.size(), 0xA5);
@@ -45,7 +45,7 @@ protected:
     Bytes component_;
 };
 
-TEST_P(DecryptionOverlap, MayBeginBeforeTheComponent) {
+TEST_P(DecryptionOverlap, PlaintextMayBeginBeforeTheComponent) {
     const auto size = static_cast<std::ptrdiff_t>(plaintext_.size());
     for (const std::ptrdiff_t offset : {-1, -15, -16, -17, -8191, -8192, -8193}) {
         expectPlaintextAt(std::max(offset, 1 - size));
@@ -53,7 +53,7 @@ TEST_P(DecryptionOverlap, MayBeginBeforeTheComponent) {
     expectPlaintextAt(1 - size);
 }
 
-TEST_P(DecryptionOverlap, MayBeginInsideTheComponent) {
+TEST_P(DecryptionOverlap, PlaintextMayBeginInsideTheComponent) {
     const auto last = static_cast<std::ptrdiff_t>(component_.size()) - 1;
     for (const std::ptrdiff_t offset :
          {0, 1, 15, 16, 17, 31, 32, 33, 8191, 8192, 8193, 8207, 8208, 8209}) {
@@ -62,7 +62,7 @@ TEST_P(DecryptionOverlap, MayBeginInsideTheComponent) {
     expectPlaintextAt(last);
 }
 
-TEST_P(DecryptionOverlap, MayTouchTheComponentOnEitherSide) {
+TEST_P(DecryptionOverlap, PlaintextMayTouchTheComponentOnEitherSide) {
     expectPlaintextAt(-static_cast<std::ptrdiff_t>(plaintext_.size()));
     expectPlaintextAt(static_cast<std::ptrdiff_t>(component_.size()));
 }

@@ -1,4 +1,4 @@
-// What AES_decrypt makes of good components: published vectors, and ones that openssl made.
+// AES_decrypt on valid components: a published one, and ones made with openssl.
 
 #include <gtest/gtest.h>
 
@@ -42,21 +42,21 @@ const char* const kPublishedPlaintext =
     "30c81c46a35ce411e5fbc1191a0a52ef"
     "f69f2445df4f9b17ad2b417be66c3710";
 
-TEST(Decryption, GivesThePublishedPlaintext) {
+TEST(Decryption, ReturnsThePublishedPlaintext) {
     const Bytes component = fromHex(kPublishedComponent);
     const Bytes key = fromHex(kPublishedKey);
     EXPECT_EQ(decryptApart(component, key), fromHex(kPublishedPlaintext));
     EXPECT_EQ(decryptInPlace(component, key), fromHex(kPublishedPlaintext));
 }
 
-TEST(Decryption, GivesThePlaintextOfAnUnpaddedComponent) {
+TEST(Decryption, ReturnsThePlaintextOfAnUnpaddedComponent) {
     const Bytes component = readVector("unpadded.secured");
     const Bytes key = readVector("key.bin");
     EXPECT_EQ(decryptApart(component, key), readVector("unpadded.plain"));
     EXPECT_EQ(decryptInPlace(component, key), readVector("unpadded.plain"));
 }
 
-TEST(Decryption, LeavesTheProducersPaddingBehindThePlaintext) {
+TEST(Decryption, KeepsTheProducersPaddingAfterThePlaintext) {
     Bytes expected = readVector("padded.plain");
     expected.insert(expected.end(), 5, 5);
     ASSERT_EQ(expected, readVector("padded.decrypted"));
@@ -66,7 +66,7 @@ TEST(Decryption, LeavesTheProducersPaddingBehindThePlaintext) {
     EXPECT_EQ(decryptInPlace(component, key), expected);
 }
 
-TEST(Decryption, GivesOtherBytesAndSuccessForAWrongKey) {
+TEST(Decryption, SucceedsWithOtherBytesForAWrongKey) {
     const Bytes expected = readVector("padded.wrong_key");
     ASSERT_NE(expected, readVector("padded.decrypted"));
     const Bytes component = readVector("padded.secured");
@@ -75,7 +75,7 @@ TEST(Decryption, GivesOtherBytesAndSuccessForAWrongKey) {
     EXPECT_EQ(decryptInPlace(component, key), expected);
 }
 
-TEST(Decryption, GivesNoBytesAndSuccessForAVectorAlone) {
+TEST(Decryption, SucceedsWithNoBytesForAVectorAlone) {
     const Bytes component = testing::randomBytes(16, 1);
     const Bytes key = readVector("key.bin");
     EXPECT_TRUE(decryptApart(component, key).empty());
@@ -87,7 +87,7 @@ TEST(Decryption, GivesNoBytesAndSuccessForAVectorAlone) {
     EXPECT_EQ(buffer, component);
 }
 
-TEST(Decryption, NeverShowsTheDecryptedVector) {
+TEST(Decryption, NeverWritesTheDecryptedVector) {
     const Bytes component = readVector("unpadded.secured");
     const Bytes key = readVector("key.bin");
     const Bytes decryptedVector =
@@ -105,7 +105,7 @@ TEST(Decryption, NeverShowsTheDecryptedVector) {
     }
 }
 
-TEST(Decryption, StartsAnewInEveryCall) {
+TEST(Decryption, EachCallIsIndependent) {
     QuavinEncryption encryption;
     const Bytes component = readVector("unpadded.secured");
     const Bytes key = readVector("key.bin");
@@ -120,7 +120,7 @@ TEST(Decryption, StartsAnewInEveryCall) {
     }
 }
 
-TEST(Decryption, TakesAKeyThatTheOutputOverwrites) {
+TEST(Decryption, AcceptsAKeyThatTheOutputOverwrites) {
     const Bytes component = readVector("unpadded.secured");
     Bytes buffer(component.size() - 16);
     const Bytes key = readVector("key.bin");
@@ -133,7 +133,7 @@ TEST(Decryption, TakesAKeyThatTheOutputOverwrites) {
     EXPECT_EQ(buffer, readVector("unpadded.plain"));
 }
 
-TEST(Decryption, LeavesTheCallersPointerWhereItWas) {
+TEST(Decryption, LeavesTheCallersPointerUnchanged) {
     const Bytes component = readVector("unpadded.secured");
     Bytes plaintext(component.size() - 16);
     unsigned char* output = plaintext.data();
@@ -144,7 +144,7 @@ TEST(Decryption, LeavesTheCallersPointerWhereItWas) {
     EXPECT_EQ(output, plaintext.data());
 }
 
-// A host may put its own cryptography in the place of the library's.
+// A host may replace the library's cryptography with its own.
 class Reversing : public QuavinEncryption {
 public:
     QuavinStatus AES_decrypt(const unsigned char* input, unsigned int length,

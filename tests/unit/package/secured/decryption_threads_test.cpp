@@ -14,7 +14,7 @@ using testing::Bytes;
 constexpr unsigned int kThreads = 4;
 constexpr int kCalls = 100;
 
-// Decrypts a component of the thread's own key again and again; counts what went wrong.
+// Decrypts a component repeatedly with the thread's own key; returns the number of failures.
 int countFailures(QuavinEncryption& encryption, unsigned int seed) {
     const Bytes key = testing::randomBytes(16, seed);
     const Bytes plaintext = testing::randomBytes(20'000, seed + kThreads);
@@ -36,7 +36,7 @@ int countFailures(QuavinEncryption& encryption, unsigned int seed) {
     return failures;
 }
 
-TEST(DecryptionThreads, CallsRunOnSeveralAtOnce) {
+TEST(DecryptionThreads, CallsRunOnSeveralThreadsAtOnce) {
     QuavinEncryption encryption;
     std::vector<int> failures(kThreads, -1);
     std::vector<std::thread> threads;

@@ -28,7 +28,7 @@ Key keyOf(const Encryption& encryption) {
     return key;
 }
 
-// Whether the sixteen bytes of kKey stand anywhere in the memory.
+// Whether the sixteen bytes of kKey occur anywhere in the memory.
 template <std::size_t size>
 bool holdsKey(const std::array<unsigned char, size>& memory) {
     for (std::size_t start = 0; start + kKey.size() <= size; ++start) {
@@ -44,7 +44,7 @@ TEST(PaddingType, HasFixedNumbers) {
     EXPECT_EQ(static_cast<std::uint32_t>(PaddingType::PKCS7), 1u);
 }
 
-TEST(Encryption, IsAKeyOfZerosWithoutPaddingByDefault) {
+TEST(Encryption, HasAKeyOfZerosAndNoPaddingByDefault) {
     const Encryption encryption;
     EXPECT_EQ(keyOf(encryption), kZeros);
     EXPECT_EQ(encryption.getPaddingType(), PaddingType::NONE);
@@ -56,10 +56,10 @@ TEST(Encryption, KeepsKeyAndPadding) {
     EXPECT_EQ(encryption.getPaddingType(), PaddingType::PKCS7);
 }
 
-TEST(Encryption, ZeroesTheArrayItIsMadeFrom) {
+TEST(Encryption, ZeroesTheArrayItIsConstructedFrom) {
     Key key = kKey;
     const Encryption encryption(std::move(key), PaddingType::NONE);
-    EXPECT_EQ(key, kZeros);  // NOLINT(bugprone-use-after-move): what this is about
+    EXPECT_EQ(key, kZeros);  // NOLINT(bugprone-use-after-move): the point of this test
     EXPECT_EQ(keyOf(encryption), kKey);
 }
 
@@ -75,7 +75,7 @@ TEST(Encryption, SetKeyCopiesSixteenBytes) {
     EXPECT_EQ(encryption.getPaddingType(), PaddingType::PKCS7);
 }
 
-TEST(Encryption, SetKeyTakesTheObjectsOwnKey) {
+TEST(Encryption, SetKeyAcceptsTheObjectsOwnKey) {
     Encryption encryption(Key(kKey), PaddingType::NONE);
     encryption.setKey(encryption.getKey());
     EXPECT_EQ(keyOf(encryption), kKey);

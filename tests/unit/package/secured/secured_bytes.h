@@ -17,7 +17,7 @@ namespace VelmoraQuavin::testing {
 
 using Bytes = std::vector<unsigned char>;
 
-/// Bytes without a pattern, the same in every run.
+/// Pseudo-random bytes, the same in every run.
 inline Bytes randomBytes(std::size_t count, unsigned int seed) {
     std::mt19937 random(seed);
     Bytes bytes(count);
@@ -27,7 +27,7 @@ inline Bytes randomBytes(std::size_t count, unsigned int seed) {
     return bytes;
 }
 
-/// A file of tests/data/aes.
+/// Reads a file from tests/data/aes.
 inline Bytes readVector(const std::string& name) {
     std::ifstream stream(std::string(QUAVIN_TEST_DATA) + "/aes/" + name, std::ios::binary);
     Bytes bytes{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
@@ -37,8 +37,8 @@ inline Bytes readVector(const std::string& name) {
     return bytes;
 }
 
-/// A secured component of whole blocks: a vector, then the ciphertext that the system's library
-/// makes.
+/// A secured component of whole blocks: an initialisation vector, then the ciphertext from the
+/// system's library.
 inline Bytes secure(const Bytes& plaintext, const Bytes& key) {
     Bytes component = randomBytes(16, 99);
     const Bytes ciphertext = runAes(AesMode::kCbc, AesDirection::kEncrypt, key.data(),
@@ -47,7 +47,7 @@ inline Bytes secure(const Bytes& plaintext, const Bytes& key) {
     return component;
 }
 
-/// Decrypts into other memory, and checks that not a byte beside the plaintext's is written.
+/// Decrypts into separate memory and checks that nothing outside the plaintext is written.
 inline Bytes decryptApart(const Bytes& component, const Bytes& key) {
     constexpr std::size_t kGuard = 32;
     const std::size_t size = component.size() - 16;
@@ -66,7 +66,7 @@ inline Bytes decryptApart(const Bytes& component, const Bytes& key) {
     return {begin, end};
 }
 
-/// Decrypts over the component itself, and checks that not a byte behind the plaintext is written.
+/// Decrypts over the component itself and checks that nothing after the plaintext is written.
 inline Bytes decryptInPlace(const Bytes& component, const Bytes& key) {
     Bytes buffer = component;
     unsigned char* output = buffer.data();

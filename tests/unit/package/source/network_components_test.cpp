@@ -23,7 +23,7 @@ NetworkComponentEntry entryAt(const String& resolvedPath) {
     return {resolvedPath, "file", "", Encryption()};
 }
 
-TEST(NetworkComponents, AreTheFilesAndSecuredFilesInTheirOrder) {
+TEST(NetworkComponents, FilesAndSecuredFilesAreCollectedInOrder) {
     const auto entries = collectNetworkComponents(
         {component("memory_stream", "a"), component("secured_file", "b"),
          component("secured_tar", "c"), component("file", "d"), component("", "e"),
@@ -39,7 +39,7 @@ TEST(NetworkComponents, AreTheFilesAndSecuredFilesInTheirOrder) {
     EXPECT_EQ(entries[2].path, "g");
 }
 
-TEST(NetworkComponents, AreToldByExactlyTheirNames) {
+TEST(NetworkComponents, KindsMustMatchExactly) {
     EXPECT_TRUE(collectNetworkComponents(
                     {component("File", "a"), component("file ", "b"), component("files", "c"),
                      component("fil", "d"), component("SECURED_FILE", "e")},
@@ -47,7 +47,7 @@ TEST(NetworkComponents, AreToldByExactlyTheirNames) {
                     .empty());
 }
 
-TEST(NetworkComponents, PathsAreJoinedAsTheyStand) {
+TEST(NetworkComponents, PathsAreJoinedUnchanged) {
     const auto resolved = [](const char* root, const char* path) {
         return collectNetworkComponents({component("file", path)}, DirectorySource(Filepath(root)))
             .at(0)
@@ -60,7 +60,7 @@ TEST(NetworkComponents, PathsAreJoinedAsTheyStand) {
     EXPECT_EQ(resolved("", ""), "\\");
 }
 
-TEST(NetworkComponents, KeepTheKeyOfTheComponent) {
+TEST(NetworkComponents, TheKeyOfTheComponentIsKept) {
     ModelComponent made = component("secured_file", "a");
     const unsigned char key[16] = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16};
     made.setCryptoKey(key);
@@ -92,7 +92,7 @@ TEST(NetworkComponents, AnEmptyWeightsPathAnswers5NoWeightsPathDefined) {
                 IsStatus(INVALID_WEIGHTS_PATH, "No Weights Path Defined"));
 }
 
-TEST(NetworkComponents, TwoPathsPassAndFurtherOnesAreNotLookedAt) {
+TEST(NetworkComponents, TwoPathsPassAndFurtherOnesAreNotChecked) {
     EXPECT_THAT(checkNetworkComponents({entryAt("a"), entryAt("b")}), IsOk());
     EXPECT_THAT(checkNetworkComponents({entryAt("a"), entryAt("b"), entryAt("")}), IsOk());
 }

@@ -14,7 +14,7 @@
 namespace VelmoraQuavin::internal {
 namespace {
 
-// Longer than any stream's buffer, so that a part is still unread whatever was read ahead.
+// Longer than any stream's buffer, so that some of the file is unread whatever was read ahead.
 constexpr std::size_t kSize = 300'000;
 
 class SizedFileTest : public ::testing::Test {
@@ -27,7 +27,7 @@ protected:
     void resize(std::size_t size) const {
         std::filesystem::resize_file(directory_.path() / "file", size);
     }
-    // What read() makes of a buffer that is full of something else and larger than the file.
+    // Reads into a prefilled buffer that is larger than the file, and returns that buffer.
     static std::string read(SizedFile& file) {
         std::string buffer(kSize + 16, '#');
         file.read(buffer.data());
@@ -43,7 +43,7 @@ TEST_F(SizedFileTest, KnowsTheSizeAndReadsTheContent) {
     EXPECT_EQ(read(file), std::string(kSize, 'x') + std::string(16, '#'));
 }
 
-TEST_F(SizedFileTest, FillsUpWithZerosWhereTheFileHasShrunk) {
+TEST_F(SizedFileTest, PadsWithZerosIfTheFileHasShrunk) {
     SizedFile file = SizedFile::open(path());
     resize(kSize - 1000);
     EXPECT_EQ(file.size(), kSize);
@@ -51,13 +51,13 @@ TEST_F(SizedFileTest, FillsUpWithZerosWhereTheFileHasShrunk) {
               std::string(kSize - 1000, 'x') + std::string(1000, '\0') + std::string(16, '#'));
 }
 
-TEST_F(SizedFileTest, ReadsZerosWhereNothingIsLeftOfTheFile) {
+TEST_F(SizedFileTest, ReadsZerosIfTheFileHasBeenEmptied) {
     SizedFile file = SizedFile::open(path());
     resize(0);
     EXPECT_EQ(read(file), std::string(kSize, '\0') + std::string(16, '#'));
 }
 
-TEST_F(SizedFileTest, ReadsNoMoreThanItsSizeWhereTheFileHasGrown) {
+TEST_F(SizedFileTest, ReadsNoMoreThanItsSizeIfTheFileHasGrown) {
     SizedFile file = SizedFile::open(path());
     std::ofstream(directory_.path() / "file", std::ios::binary | std::ios::app)
         << std::string(5000, 'y');
@@ -65,39 +65,39 @@ TEST_F(SizedFileTest, ReadsNoMoreThanItsSizeWhereTheFileHasGrown) {
     EXPECT_EQ(read(file), std::string(kSize, 'x') + std::string(16, '#'));
 }
 
-TEST_F(SizedFileTest, ReadsNothingOfAnEmptyFile) {
+TEST_F(SizedFileTest, ReadsNothingFromAnEmptyFile) {
     resize(0);
     SizedFile file = SizedFile::open(path());
     EXPECT_EQ(file.size(), 0u);
     EXPECT_EQ(read(file), std::string(kSize + 16, '#'));
 }
 
-TEST_F(SizedFileTest, ReadsNothingOfAnEmptyFileThatHasGrown) {
+TEST_F(SizedFileTest, ReadsNothingFromAnEmptyFileThatHasGrown) {
     resize(0);
     SizedFile file = SizedFile::open(path());
     resize(10);
     EXPECT_EQ(read(file), std::string(kSize + 16, '#'));
 }
 
-TEST_F(SizedFileTest, CannotOpenWhatIsMissingOrADirectory) {
+TEST_F(SizedFileTest, CannotOpenAMissingFileOrADirectory) {
     std::filesystem::create_directory(directory_.path() / "folder");
     for (const char* name : {"missing", "missing\\file", "folder"}) {
         std::string problem;
         EXPECT_FALSE(SizedFile::tryOpen(path(name), problem).has_value());
         EXPECT_THAT(problem, ::testing::AnyOf(::testing::StartsWith("cannot be opened: "),
-                                              "is no plain file"));
+                                              "is not a regular file"));
         testing::expectThrows<FileException>([&] { SizedFile::open(path(name)); }, FILE_ERROR,
                                              "File error!");
     }
 }
 
-TEST_F(SizedFileTest, FailsWhereTheSystemCannotReadIt) {
+TEST_F(SizedFileTest, FailsIfTheSystemCannotReadIt) {
     const testing::UnreadableFile unreadable(directory_.path() / "file");
     SizedFile file = SizedFile::open(path());
     testing::expectThrows<FileException>([&] { read(file); }, FILE_ERROR, "File error!");
 }
 
-TEST_F(SizedFileTest, GivesZerosAndSaysWhyWhereTheSystemCannotReadIt) {
+TEST_F(SizedFileTest, ReturnsZerosAndTheReasonIfTheSystemCannotReadIt) {
     const testing::UnreadableFile unreadable(directory_.path() / "file");
     SizedFile file = SizedFile::open(path());
     std::string buffer(kSize + 16, '#');
