@@ -1,7 +1,7 @@
-# What every target of this project is compiled with, as the interface target quavin_compiler_settings.
+# Compiler options of all targets of this project, as the interface target quavin_compiler_settings.
 
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
-if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
+if(QUAVIN_TOP_LEVEL AND NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
   set(CMAKE_BUILD_TYPE Release)
 endif()
 find_program(QUAVIN_CCACHE ccache)
@@ -11,9 +11,10 @@ endif()
 
 add_library(quavin_compiler_settings INTERFACE)
 target_compile_features(quavin_compiler_settings INTERFACE cxx_std_17)
+target_compile_definitions(quavin_compiler_settings INTERFACE QUAVIN_NODISCARD_STATUS)
 if(MSVC)
   target_compile_options(quavin_compiler_settings INTERFACE /W4 /permissive- /utf-8
-                         # Standard types in exported classes: library and host share one toolchain.
+                         # Standard types in exported classes are fine: library and host share one toolchain.
                          /wd4251 /wd4275)
   if(QUAVIN_WARNINGS_AS_ERRORS)
     target_compile_options(quavin_compiler_settings INTERFACE /WX)
@@ -25,9 +26,9 @@ else()
   endif()
 endif()
 if(QUAVIN_SANITIZE AND MSVC)
-  message(FATAL_ERROR "QUAVIN_SANITIZE has options for GCC and clang alone")
+  message(FATAL_ERROR "QUAVIN_SANITIZE supports only GCC and clang")
 elseif(QUAVIN_SANITIZE)
-  # Undefined behaviour ends the program too, so that a test that meets it fails.
+  # Undefined behaviour ends the program too, so that a test with it fails.
   set(sanitizers -fsanitize=${QUAVIN_SANITIZERS} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_compile_options(quavin_compiler_settings INTERFACE ${sanitizers} -O1)
   target_link_options(quavin_compiler_settings INTERFACE ${sanitizers})
@@ -35,7 +36,7 @@ elseif(QUAVIN_HARDENING)
   include(QuavinHardening)
 endif()
 
-# quavin_private_target(<target>): the settings of every object, library and program of this project.
+# quavin_private_target(<target>): applies the settings common to all objects, libraries and programs of this project.
 function(quavin_private_target target)
   target_link_libraries(${target} PRIVATE quavin_compiler_settings)
   set_target_properties(

@@ -1,17 +1,19 @@
-# The libraries that are called besides the engine; docs/dependencies.md tells why each is there.
+# The libraries used besides the engine; docs/dependencies.md says why each is needed.
 
-# Debian's header-only packages serve every target system, but stand among the build system's own
-# headers. A folder of links shows a cross build them alone.
+# Debian's header-only packages work for every target system, but are installed among the build system's
+# own headers. A folder of links exposes only them to a cross build.
 if(CMAKE_CROSSCOMPILING)
+  set(QUAVIN_HOST_PREFIX "/usr" CACHE PATH "Where the machine that builds has header-only libraries and GoogleTest's sources")
+  set(host_include "${QUAVIN_HOST_PREFIX}/include")
   set(quavin_headers "${PROJECT_BINARY_DIR}/header-only")
   file(MAKE_DIRECTORY "${quavin_headers}")
-  foreach(header /usr/include/rapidjson /usr/include/utf8cpp/utf8.h /usr/include/utf8cpp/utf8 /usr/include/CLI)
+  foreach(header "${host_include}/rapidjson" "${host_include}/utf8cpp/utf8.h" "${host_include}/utf8cpp/utf8" "${host_include}/CLI")
     get_filename_component(name "${header}" NAME)
     if(EXISTS "${header}")
       file(CREATE_LINK "${header}" "${quavin_headers}/${name}" SYMBOLIC)
     endif()
   endforeach()
-  # Where they are missing, or named by the user, the rest of this file decides.
+  # If they are missing, or the user names them, the rest of this file finds them.
   set(there PATHS "${quavin_headers}" NO_DEFAULT_PATH NO_CMAKE_FIND_ROOT_PATH)
   find_path(RAPIDJSON_INCLUDE_DIRS rapidjson/document.h ${there})
   find_path(QUAVIN_UTFCPP_INCLUDE_DIR utf8.h ${there})

@@ -1,15 +1,15 @@
-# Picks what stands behind the engine interface (inference_engine.hpp) and gives it the name quavin::engine.
+# Picks the implementation of the engine interface (inference_engine.hpp) and names it quavin::engine.
 #
 # installed: a 2019-2020 OpenVINO found by find_package(InferenceEngine)
 # adapter:   compat/inference_engine over the maintained OpenVINO runtime
-# auto:      the first if it is found, otherwise the second
+# auto:      the first if it is found and usable, otherwise the second
 
 if(NOT QUAVIN_ENGINE MATCHES "^(auto|installed|adapter)$")
-  message(FATAL_ERROR "QUAVIN_ENGINE is \"${QUAVIN_ENGINE}\"; it takes auto, installed or adapter")
+  message(FATAL_ERROR "QUAVIN_ENGINE is \"${QUAVIN_ENGINE}\"; it must be auto, installed or adapter")
 endif()
 
-# quavin_check_installed_engine(<problem>): why the engine that was found cannot be used, empty where it can. Later
-# releases carry the same package without the network reader.
+# quavin_check_installed_engine(<problem>): sets <problem> to the reason why the engine found cannot be used, or to
+# the empty string if it can. Later releases provide the same package without the network reader.
 function(quavin_check_installed_engine problem)
   set(source "${PROJECT_BINARY_DIR}/CMakeFiles/quavin_installed_engine.cpp")
   file(
@@ -24,7 +24,7 @@ function(quavin_check_installed_engine problem)
     LINK_LIBRARIES ${quavin_installed_engine_libraries}
     OUTPUT_VARIABLE output CXX_STANDARD 17)
   set(usable ${linked})
-  unset(linked CACHE) # or a shell with the right environment would not help later
+  unset(linked CACHE) # so that configuring again in the right environment can succeed
   set(found "")
   if(NOT usable)
     string(REGEX MATCHALL "[^\n]*(error|undefined|not found|missing)[^\n]*" lines "${output}")
@@ -35,8 +35,8 @@ function(quavin_check_installed_engine problem)
 endfunction()
 
 set(quavin_engine_advice
-    "It has to be a release of 2019 up to 2020.3, which brings a network reader. Its libraries find each other by the "
-    "environment that the release's own setupvars.sh sets: source it before configuring, building and running.")
+    "It must be a release from 2019 up to 2020.3, which has a network reader. Its libraries find each other through "
+    "the environment that the release's own setupvars.sh sets: source it before configuring, building and running.")
 list(JOIN quavin_engine_advice "" quavin_engine_advice)
 
 set(QUAVIN_ENGINE_IS_ADAPTER TRUE)
@@ -44,7 +44,7 @@ if(NOT QUAVIN_ENGINE STREQUAL "adapter")
   find_package(InferenceEngine QUIET)
   set(quavin_engine_problem "")
   if(TARGET IE::inference_engine)
-    # From 2020.2 on a part of the interface stands in a second library, which the first does not bring.
+    # From 2020.2 on, part of the interface is in a second library, which the first does not link.
     set(quavin_installed_engine_libraries IE::inference_engine)
     if(TARGET IE::inference_engine_legacy)
       list(APPEND quavin_installed_engine_libraries IE::inference_engine_legacy)
@@ -54,13 +54,13 @@ if(NOT QUAVIN_ENGINE STREQUAL "adapter")
       set(QUAVIN_ENGINE_IS_ADAPTER FALSE)
     endif()
   elseif(InferenceEngine_DIR)
-    set(quavin_engine_problem "  its package is not complete: ${InferenceEngine_NOT_FOUND_MESSAGE}")
+    set(quavin_engine_problem "  its package is incomplete: ${InferenceEngine_NOT_FOUND_MESSAGE}")
   endif()
   if(NOT quavin_engine_problem STREQUAL "")
     set(quavin_engine_problem
         "The Inference Engine in ${InferenceEngine_DIR} cannot be used:\n${quavin_engine_problem}\n${quavin_engine_advice}")
     if(QUAVIN_ENGINE STREQUAL "auto")
-      message(WARNING "${quavin_engine_problem} The adapter takes its place; with -DQUAVIN_ENGINE=adapter it does so without "
+      message(WARNING "${quavin_engine_problem} The adapter takes its place; use -DQUAVIN_ENGINE=adapter to silence "
                       "this warning.")
     else()
       message(FATAL_ERROR "${quavin_engine_problem}")
@@ -75,7 +75,7 @@ endif()
 if(QUAVIN_ENGINE_IS_ADAPTER)
   include(QuavinOpenVINO)
   if(WIN32)
-    # As the wheel has them.
+    # In the layout of the wheel.
     file(GLOB quavin_engine_dlls
          "${OpenVINO_DIR}/../libs/openvino.dll"
          "${OpenVINO_DIR}/../libs/openvino_c.dll"
@@ -83,7 +83,7 @@ if(QUAVIN_ENGINE_IS_ADAPTER)
          "${OpenVINO_DIR}/../libs/openvino_*_cpu_plugin.dll"
          "${OpenVINO_DIR}/../libs/tbb*.dll")
     if(NOT quavin_engine_dlls)
-      message(WARNING "The DLLs of OpenVINO are not where its wheels have them. Name their folder in PATH, or programs "
+      message(WARNING "The DLLs of OpenVINO are not where its wheels have them. Add their folder to PATH, or programs "
                       "will not start.")
     endif()
     quavin_put_beside_programs(${quavin_engine_dlls})
@@ -94,7 +94,7 @@ if(QUAVIN_ENGINE_IS_ADAPTER)
 else()
   add_library(quavin_installed_engine INTERFACE)
   target_link_libraries(quavin_installed_engine INTERFACE ${quavin_installed_engine_libraries})
-  # Releases of 2020 mark the network reader as going away.
+  # Releases of 2020 mark the network reader as deprecated.
   target_compile_options(quavin_installed_engine
                          INTERFACE $<IF:$<CXX_COMPILER_ID:MSVC>,/wd4996,-Wno-deprecated-declarations>)
   add_library(quavin::engine ALIAS quavin_installed_engine)

@@ -1,10 +1,9 @@
-# Headers, library, CMake package and documentation; and the OpenVINO runtime beside the library where it came from
-# the cache, since it is installed nowhere else. On Windows the toolchain's runtime comes with it.
+# Installs headers, library, CMake package and documentation. If the OpenVINO runtime came from the cache, it is
+# installed beside the library, because it is installed nowhere else. On Windows the toolchain's runtime is too.
 
 include(CMakePackageConfigHelpers)
 
-# The C interface, the runtime, what reads networks, the CPU device and the threads under it; and the
-# licences that they come with.
+# The C interface, the runtime, the network reader, the CPU device and its thread library, with their licences.
 function(quavin_install_runtime)
   get_filename_component(package "${OpenVINO_DIR}/../.." ABSOLUTE)
   set(libs "${package}/openvino/libs")
@@ -22,7 +21,7 @@ function(quavin_install_runtime)
          "${libs}/libhwloc.so*")
   endif()
   if(NOT files)
-    message(FATAL_ERROR "There are no runtime libraries in ${libs} to install")
+    message(FATAL_ERROR "There are no runtime libraries to install in ${libs}")
   endif()
   install(FILES ${files} DESTINATION "${quavin_runtime_dir}")
   file(GLOB licences "${package}/licenses/*")
@@ -45,7 +44,7 @@ install(
   RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/include/quavin" DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}"
         FILES_MATCHING PATTERN "*.h")
-# As they lie in the sources, so that their links, and the names of pages in the headers, lead somewhere.
+# In the same layout as in the sources, so that links between pages, and page names in the headers, stay valid.
 install(FILES "${PROJECT_SOURCE_DIR}/README.md" "${PROJECT_SOURCE_DIR}/CHANGELOG.md"
               "${PROJECT_SOURCE_DIR}/CONTRIBUTING.md" DESTINATION "${CMAKE_INSTALL_DOCDIR}")
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/docs" "${PROJECT_SOURCE_DIR}/examples" DESTINATION "${CMAKE_INSTALL_DOCDIR}"

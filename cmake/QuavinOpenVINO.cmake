@@ -1,4 +1,4 @@
-# Finds the OpenVINO runtime: the one that the user names (OpenVINO_DIR, OpenVINO_ROOT, also from the
+# Finds the OpenVINO runtime: the one that the user names (OpenVINO_DIR or OpenVINO_ROOT, as variables or in the
 # environment, or CMAKE_PREFIX_PATH), or else the pinned one in the cache, which scripts/fetch_openvino.py fills once.
 
 set(QUAVIN_OPENVINO_FROM_CACHE FALSE)
@@ -9,7 +9,7 @@ if(NOT OpenVINO_DIR
    AND NOT OpenVINO_ROOT
    AND NOT DEFINED ENV{OpenVINO_DIR}
    AND NOT DEFINED ENV{OpenVINO_ROOT})
-  # Not the Python of an environment that happens to be active: it may lack pip.
+  # Not the Python of an active virtual environment: it may lack pip.
   set(Python3_FIND_VIRTUALENV STANDARD)
   set(quavin_fetch_options "")
   if(CMAKE_CROSSCOMPILING)
@@ -31,6 +31,6 @@ if(NOT OpenVINO_DIR
 endif()
 find_package(OpenVINO REQUIRED COMPONENTS Runtime)
 if(QUAVIN_OPENVINO_FROM_CACHE)
-  # Not kept, so that a later -DOpenVINO_DIR or a new pin is heeded.
+  # Not cached, so that a later -DOpenVINO_DIR or a new pin takes effect.
   unset(OpenVINO_DIR CACHE)
 endif()

@@ -1,17 +1,17 @@
-# Windows finds a program's libraries in the program's own folder: all of them are built into one, and
-# what the toolchain and the engine bring is put beside them, there and where they are installed.
+# Windows finds a program's libraries in the program's own folder. So all programs and libraries are built into
+# one folder, and the DLLs of the toolchain and the engine are put beside them, both there and when installed.
 
-enable_language(RC) # the library's version
+enable_language(RC) # for the version in the library's file properties
 
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/bin")
 set(quavin_program_folders "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")
 get_property(quavin_is_multi_config GLOBAL PROPERTY GENERATOR_IS_MULTI_CONFIG)
-if(quavin_is_multi_config) # each configuration has a folder of its own below that
+if(quavin_is_multi_config) # each configuration has its own folder below that
   list(TRANSFORM CMAKE_CONFIGURATION_TYPES PREPEND "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/"
        OUTPUT_VARIABLE quavin_program_folders)
 endif()
 file(MAKE_DIRECTORY ${quavin_program_folders})
-# Windows 10; and windows.h without its macros min and max, which MinGW's C++ headers alone take out again.
+# Windows 10; and windows.h without its macros min and max, which only MinGW's C++ headers undefine.
 target_compile_definitions(quavin_compiler_settings INTERFACE _WIN32_WINNT=0x0A00 NOMINMAX WIN32_LEAN_AND_MEAN)
 
 # quavin_put_beside_programs(<file...>)
@@ -25,7 +25,7 @@ function(quavin_put_beside_programs)
 endfunction()
 
 set(quavin_toolchain_dlls "")
-# The library and its hosts share the toolchain's runtime: exceptions cross between them.
+# The library and its hosts share the toolchain's runtime, because exceptions cross between them.
 if(MINGW)
   foreach(name libstdc++-6.dll libgcc_s_seh-1.dll libwinpthread-1.dll)
     execute_process(

@@ -1,10 +1,11 @@
 #!/usr/bin/env bash
-# Installs what is missing, builds, makes the networks and measures the library beside the same work
-# written by hand on the runtime's C interface. Takes some minutes; wants a machine that does nothing
-# else. docs/performance.md says how to read the figures.
+# Installs missing packages, builds, makes the networks, and compares the library with the same work written
+# by hand against the runtime's C interface. Takes a few minutes and needs an otherwise idle machine.
+# docs/performance.md says how to read the figures.
 #
-# "scripts/bench.sh windows-release" and "scripts/bench.sh linux-arm64" measure predicting as a program of that
-# system, under an emulator, behind scripts/test-windows.sh or scripts/test-arm64.sh: the ratios count, the times do not.
+# "scripts/bench.sh windows-release" and "scripts/bench.sh linux-arm64" measure predictions by a program for that
+# system, under an emulator; run scripts/test-windows.sh or scripts/test-arm64.sh first. Only the ratios count then,
+# not the times.
 set -euo pipefail
 . "$(dirname "$0")/lib.sh"
 
@@ -30,9 +31,9 @@ esac
 
 models=$root/build/benchmark-models
 programs=$root/build/release/benchmarks
-key=00112233445566778899aabbccddeeff # of networks with random weights: no secret
+key=00112233445566778899aabbccddeeff # for networks with random weights: not a secret
 
-# make_model KIND [OPTION...]: prints the folder of the network, made once.
+# make_model KIND [OPTION...]: makes the network unless it exists, and prints its folder.
 make_model() {
     local folder=$models/$1${2:+-secured}
     [ -f "$folder/manifest.json" ] ||
@@ -47,7 +48,7 @@ mobilenet=$(make_model mobilenet)
 large_output=$(make_model large-output)
 
 say "Predicting"
-# Calls in a round and rounds; fewer where the processor is emulated too.
+# Calls per round, and rounds; fewer if the processor is emulated too.
 small="2000 41" large="20 31" outputs="10 31"
 [ "$preset" != linux-arm64 ] || small="200 11" large="1 7" outputs="2 7"
 # shellcheck disable=SC2086  # two words each

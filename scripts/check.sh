@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Checks the format of all sources and the lint of all but the tests' ("--all" for those too).
+# Checks the format of all sources, and lints all but the tests ("--all" lints those too).
 # "scripts/check.sh --fix" formats instead.
 set -euo pipefail
 . "$(dirname "$0")/lib.sh"
@@ -14,16 +14,23 @@ if [ "${1:-}" = --fix ]; then
     clang-format-14 -i "${sources[@]}"
     exit
 fi
+say "Commit subjects"
+# Since this commit they have up to 72 characters, so that logs can be read in a terminal.
+since=d82c37ae3b2ab587af47e886352d59d50eec1643
+git rev-parse --quiet --verify "$since^{commit}" >/dev/null && range=$since.. || range=-1
+long=$(git log --first-parent --format=%s "$range" | awk 'length > 72')
+[ -z "$long" ] || fail "these commit subjects have more than 72 characters:"$'\n'"$long"
+
 say "clang-format"
 clang-format-14 --dry-run -Werror "${sources[@]}"
 
 say "clang-tidy"
-# For the compile commands. Tests are left out but with --all: with their framework's headers they
-# take an hour.
+# Configure for the compile commands. Tests are only linted with --all: with their framework's headers
+# they take an hour.
 configure_only release
 printf '%s\n' "${sources[@]}" | grep '\.cpp$' |
-    # Nor are sources that other systems alone compile: the test compilers.lint of the Windows build looks at
-    # the library's own.
+    # Skip sources that only other systems compile: for the library's, the test compilers.lint of the Windows
+    # build does this.
     grep -v '/windows/\|_windows\(_test\)\?\.cpp$\|_cng\.cpp$\|/emulated_\|/emulator/' |
     { if [ "${1:-}" = --all ]; then cat; else grep -v '\(^\|/\)tests/'; fi; } |
     xargs -P "$(nproc)" -n 4 clang-tidy-14 --quiet -p build/release

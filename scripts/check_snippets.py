@@ -1,16 +1,16 @@
 #!/usr/bin/env python3
-"""Checks that the documentation tells the truth about the tree.
+"""Checks that the documentation matches the tree.
 
-- A ```cpp or ```python block of README.md or docs/*.md stands below a line "<!-- from PATH -->" and appears
-  in that file as it is, apart from common indentation: what is quoted is what is compiled or run. A block of
-  another language may.
-- Relative links of every page lead to a file, and their #anchors to a heading.
-- Every file of docs/ can be reached by links from docs/README.md.
-- Every status code of the public header, with its number, has a row in a table of a reachable page.
+- A ```cpp or ```python block in README.md or below docs/ follows a line "<!-- from PATH -->" and appears
+  verbatim in that file, apart from common indentation: quoted code is compiled or run. For blocks in other
+  languages the line is optional.
+- Relative links on every page lead to a file, and their #anchors to a heading.
+- Every file in docs/ can be reached by links from docs/README.md.
+- Every status code of the public header has a row, with its number, in a table on a reachable page.
 
     scripts/check_snippets.py [ROOT]
 
-prints what is wrong and exits with 1, or says what it has checked. ROOT is another tree to look at.
+prints the errors and exits with 1, or prints what was checked. ROOT is a tree to check instead of this one.
 """
 
 import pathlib
@@ -25,7 +25,7 @@ CODE_SPAN = re.compile(r"(`+)(?!`).*?(?<!`)\1(?!`)")
 HEADING = re.compile(r"^#{1,6}\s+(.*?)\s*#*$")
 STATUS_CODE = re.compile(r"^\s*([A-Z][A-Z0-9_]*)\s*=\s*(\d+),", re.MULTILINE)
 
-SNIPPET_PAGES = ["README.md", "docs/*.md"]
+SNIPPET_PAGES = ["README.md", "docs/**/*.md"]
 LINKED_PAGES = [*SNIPPET_PAGES, "*.md", "examples/*/README.md", "benchmarks/README.md"]
 INDEX = "docs/README.md"
 STATUS_HEADER = "include/quavin/status.h"
@@ -112,7 +112,7 @@ class Checker:
                 self.error(page, line, f"this block is not in {source}")
 
     def resolve(self, page, line, target):
-        """The file that a link leads to; None where it leads nowhere."""
+        """The file a link points to, or None if it does not exist."""
         path, _, anchor = target.partition("#")
         file = (page.path.parent / path).resolve() if path else page.path
         if not file.exists() or self.root not in (file, *file.parents):
@@ -123,7 +123,7 @@ class Checker:
         return file
 
     def reachable(self):
-        """The pages and files that links lead to from the index, the index included."""
+        """The pages and files that can be reached from the index, including the index."""
         index = (self.root / INDEX).resolve()
         if not index.is_file():
             self.errors.append(f"there is no {INDEX}")
@@ -173,7 +173,7 @@ class Checker:
 
 
 def appears(snippet, source):
-    """Whether the lines of `snippet` stand in `source`, apart from common indentation."""
+    """Whether `source` contains the lines of `snippet`, ignoring common indentation."""
     wanted = textwrap.dedent(snippet).strip("\n").splitlines()
     lines = source.splitlines()
     if not wanted:

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Installs what is missing, builds the library, its command line and the digits example, and runs
-# them: predictions by a host program, and the way of a package from network to prediction in the shell.
+# Installs missing packages, builds the library, its command line and the digits example, and runs them:
+# predictions by a host program, and then a package from network to prediction in the shell.
 set -euo pipefail
 . "$(dirname "$0")/lib.sh"
 
@@ -11,7 +11,7 @@ say "Recognising handwritten digits"
 "$root/build/demo/examples/digits/digits" "$root/examples/digits"
 
 say "Packing, encrypting, archiving, unpacking and running it from the shell"
-# show COMMAND...: as it would be typed.
+# show COMMAND...: prints the command as it would be typed, and runs it.
 show() {
     printf '\n$ %s\n' "$*"
     "$@"

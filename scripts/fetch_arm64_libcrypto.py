@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
-"""Puts Debian's libcrypto for arm64 into a cache and prints the folder of its include/ and lib/.
+"""Puts Debian's libcrypto for arm64 into a cache and prints the folder with its include/ and lib/.
 
-For cross builds. The packages come from the sources that this system's apt has, checked by apt against
-their signatures, but with lists of their own: nothing is installed, and the system is not made to know
-another architecture (whose libssl-dev would have to have the very version that is installed here). When
-the files are there already, the network is not used. The cache is that of fetch_openvino.py.
+For cross builds. The packages come from the sources configured for this system's apt, which checks their
+signatures, but with separate package lists: nothing is installed, and no foreign architecture is added to
+the system (its libssl-dev would have to be exactly the version installed here). If the files exist
+already, the network is not used. The cache is that of fetch_openvino.py.
 """
 
 import pathlib
@@ -34,14 +34,14 @@ def apt_get(state, *arguments):
         "Dir::Cache": state,
         "APT::Architecture": "arm64",
         "APT::Architectures": "arm64",
-        "APT::Sandbox::User": "root",  # another user has no way into a temporary folder
+        "APT::Sandbox::User": "root",  # another user cannot enter a temporary folder
         "Acquire::Languages": "none",
     }
     run(["apt-get", "-qq", *(f"-o{name}={value}" for name, value in options.items()), *arguments], state)
 
 
 def unpack(package, folder):
-    """Headers and libcrypto, in one folder each: the compiler looks into no others of a foreign Debian."""
+    """Headers and libcrypto, in one folder each: the cross compiler does not search Debian's folders per architecture."""
     whole = folder / "whole"
     run(["dpkg-deb", "--extract", str(package), str(whole)], folder)
     for headers in (whole / "usr/include", whole / "usr/include" / TRIPLET):
@@ -60,14 +60,14 @@ def complete(folder):
 
 
 def fetch():
-    # Of this Debian: the library must not ask for a newer C library than the toolchain's.
+    # From this release of Debian: the library must not need a newer C library than the toolchain's.
     release = platform.freedesktop_os_release().get("VERSION_CODENAME", "unknown")
     target = fetch_openvino.cache_root() / f"libcrypto-{release}-linux-aarch64"
     if complete(target):
         return target
     print("fetch_arm64_libcrypto: downloading libcrypto for arm64", file=sys.stderr)
     target.parent.mkdir(parents=True, exist_ok=True)
-    # Renamed at the end, so that an interrupted run leaves no half cache.
+    # Renamed at the end, so that an interrupted run leaves no incomplete cache.
     work = pathlib.Path(tempfile.mkdtemp(prefix=".fetch-", dir=target.parent))
     try:
         state, unpacked = work / "apt", work / "unpacked"
@@ -77,8 +77,8 @@ def fetch():
         for package in state.glob("*.deb"):
             unpack(package, unpacked)
         if not complete(unpacked):
-            sys.exit("fetch_arm64_libcrypto: the packages do not hold what they should")
-        if not complete(target):  # else another run was faster
+            sys.exit("fetch_arm64_libcrypto: the packages lack expected files")
+        if not complete(target):  # otherwise another run was faster
             shutil.rmtree(target, ignore_errors=True)
             unpacked.rename(target)
     finally:

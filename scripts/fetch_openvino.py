@@ -2,9 +2,8 @@
 """Puts the pinned OpenVINO runtime into a cache and prints the folder of its CMake package.
 
 The runtime comes as a wheel, downloaded with pip and checked against the hashes in cmake/openvino.lock.
-Nothing is installed: the wheel is unpacked into the cache folder, which is QUAVIN_CACHE_DIR where that
-is set and quavin/ in the user's cache folder otherwise. When the runtime is there already, the network
-is not used.
+Nothing is installed: the wheel is unpacked into the cache folder, which is QUAVIN_CACHE_DIR if set, and
+otherwise quavin/ in the user's cache folder. If the runtime is cached already, the network is not used.
 """
 
 import argparse
@@ -21,7 +20,7 @@ import zipfile
 LOCK_FILE = pathlib.Path(__file__).resolve().parent.parent / "cmake" / "openvino.lock"
 
 # The platform tags of the wheels in the lock file. The Python tag only selects a wheel: the runtime
-# libraries inside are the same for every Python, and no Python code of the wheel is run.
+# libraries inside are the same for every Python, and no Python code from the wheel is run.
 PLATFORM_TAGS = {
     "linux-x86_64": "manylinux_2_28_x86_64",
     "linux-aarch64": "manylinux_2_35_aarch64",
@@ -29,8 +28,8 @@ PLATFORM_TAGS = {
 }
 PYTHON_VERSION = "3.11"
 
-# What is unpacked: headers, libraries and the CMake package, without the Python bindings; and the
-# licences, which go where the libraries go.
+# What to unpack: headers, libraries and the CMake package, without the Python bindings; and the
+# licences, which have to be shipped with the libraries.
 WANTED_FOLDERS = ("openvino/include/", "openvino/libs/", "openvino/cmake/")
 LICENCE_PATTERN = re.compile(r"openvino-[^/]+\.dist-info/(?:.*/)?([^/]*licen[cs]e[^/]*|[^/]*third-party[^/]*)",
                              re.IGNORECASE)
@@ -71,7 +70,7 @@ def download(system, folder):
     wheels = list(folder.glob("openvino-*.whl"))
     if result.returncode != 0 or len(wheels) != 1:
         sys.exit(f"fetch_openvino: OpenVINO {locked_version()} for {system} could not be downloaded; "
-                 "pip says why above (is python3-pip installed, and the package index reachable?)")
+                 "see pip's output above (is python3-pip installed, and is the package index reachable?)")
     return wheels[0]
 
 
@@ -92,13 +91,13 @@ def fetch(system):
     if (package / "OpenVINOConfig.cmake").is_file():
         return package
     target.parent.mkdir(parents=True, exist_ok=True)
-    # Unpacked beside the target and renamed at the end, so that an interrupted run leaves no half cache.
+    # Unpacked beside the target and renamed at the end, so that an interrupted run leaves no incomplete cache.
     work = pathlib.Path(tempfile.mkdtemp(prefix=".fetch-", dir=target.parent))
     try:
         unpack(download(system, work), work / "unpacked")
         if not (work / "unpacked" / "openvino" / "cmake" / "OpenVINOConfig.cmake").is_file():
-            sys.exit("fetch_openvino: the wheel holds no CMake package")
-        if not (package / "OpenVINOConfig.cmake").is_file():  # else another run was faster
+            sys.exit("fetch_openvino: the wheel contains no CMake package")
+        if not (package / "OpenVINOConfig.cmake").is_file():  # otherwise another run was faster
             shutil.rmtree(target, ignore_errors=True)
             (work / "unpacked").rename(target)
     finally:

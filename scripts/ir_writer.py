@@ -1,6 +1,6 @@
 """Writes small networks as OpenVINO IR version 10: an XML description and a file of weights.
 
-A network is built from its inputs to its outputs. Every call gives a port, which later layers take:
+A network is built from its inputs to its outputs. Every call returns a port, which later layers use:
 
     net = IrNetwork("double")
     x = net.parameter("x", (1, 8))
@@ -8,8 +8,8 @@ A network is built from its inputs to its outputs. Every call gives a port, whic
     net.result(y)
     net.write(Path("model.xml"), Path("model.bin"))
 
-Nothing is inferred: the caller states every layer's output shape. All layers are of opset1. Readers
-know an input by the name of its Parameter and an output by the name of the layer that produces it.
+Nothing is inferred: the caller states every layer's output shape. All layers are from opset1. Readers
+identify an input by the name of its Parameter, and an output by the name of the layer that produces it.
 
 Needs Python 3.10 and NumPy.
 """
@@ -19,7 +19,7 @@ from xml.sax.saxutils import quoteattr
 
 import numpy as np
 
-# Element type as layers spell it: (as ports spell it, NumPy type as stored in the weights file).
+# Element type as spelled in layers: (as spelled in ports, NumPy type as stored in the weights file).
 ELEMENT_TYPES = {
     "f32": ("FP32", np.dtype("<f4")),
     "i64": ("I64", np.dtype("<i8")),
@@ -27,13 +27,13 @@ ELEMENT_TYPES = {
     "u8": ("U8", np.dtype("u1")),
 }
 
-# Constants start at multiples of this, so that a runtime can use them where they lie.
+# Constants start at multiples of this, so that a runtime can use them in place.
 ALIGNMENT = 64
 
 
 @dataclass(frozen=True)
 class Port:
-    """The single output of a layer, as later layers take it."""
+    """The single output of a layer, as used by later layers."""
 
     layer_id: int
     port_id: int
@@ -77,7 +77,7 @@ class IrNetwork:
         return self._add("Const", name, [], array.shape, element_type, data)
 
     def layer(self, kind, name, inputs, shape, **data):
-        """A layer of one output, which has the element type of the first input."""
+        """A layer with one output, which has the element type of the first input."""
         return self._add(kind, name, inputs, shape, inputs[0].element_type, data)
 
     def result(self, port):
@@ -128,7 +128,7 @@ def _comma(values):
 
 
 def _text(value):
-    """An attribute's value as IR spells it: lists with commas, truth values in lower case."""
+    """An attribute's value as spelled in IR: lists with commas, booleans in lower case."""
     if isinstance(value, (tuple, list)):
         return _comma(value)
     return str(value).lower() if isinstance(value, bool) else str(value)

@@ -1,7 +1,7 @@
-# Shared by the scripts of this folder; sourced, not run.
+# Shared by the scripts in this folder; sourced, not run.
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
-# Debian's own tools first: another Python on the PATH, or of an active environment, may lack pip.
+# Debian's own tools first: another Python in the PATH, or in an active virtual environment, may lack pip.
 export PATH="/usr/sbin:/usr/bin:/sbin:/bin:$PATH"
 unset VIRTUAL_ENV CONDA_PREFIX
 
@@ -11,13 +11,13 @@ fail() {
     exit 1
 }
 
-# What each part of the work needs, as Debian packages.
+# The Debian packages that each kind of work needs.
 packages_build="cmake g++ libcli11-dev libssl-dev libutfcpp-dev ninja-build python3 python3-pip rapidjson-dev"
-packages_test="doxygen libarchive-tools libgmock-dev libgtest-dev mandoc openssl python3-jsonschema \
+packages_test="ccache doxygen libarchive-tools libgmock-dev libgtest-dev mandoc openssl python3-jsonschema \
     python3-numpy"
 packages_check="clang-format-14 clang-tidy-14"
-# Of the cross builds' tests; what each system needs besides.
-packages_cross="googletest libarchive-tools mandoc openssl python3-jsonschema python3-numpy"
+# For the tests of cross builds; then those for each system.
+packages_cross="ccache googletest libarchive-tools mandoc openssl python3-jsonschema python3-numpy"
 packages_windows="$packages_cross clang-14 clang-tidy-14 g++-mingw-w64-x86-64-posix wine64"
 packages_arm64="$packages_cross g++-aarch64-linux-gnu qemu-user-static"
 packages_bench="libarchive-tools openssl python3-numpy"
@@ -31,10 +31,10 @@ install_packages() {
     done
     [ ${#missing[@]} -eq 0 ] && return
     say "Installing ${missing[*]}"
-    command -v apt-get >/dev/null || fail "this is no Debian system; install by hand: ${missing[*]}"
+    command -v apt-get >/dev/null || fail "this is not a Debian system; install by hand: ${missing[*]}"
     local as_root=()
     if [ "$(id -u)" -ne 0 ]; then
-        # Without a question: a script that waits for a password looks like one that hangs.
+        # Without prompting: a script that waits for a password looks as if it hangs.
         sudo -n true 2>/dev/null ||
             fail "needs root, or sudo without a password, to install: ${missing[*]}"
         as_root=(sudo -n)
@@ -45,7 +45,7 @@ install_packages() {
         fail "could not install: ${missing[*]}"
 }
 
-# can_install PACKAGE...: whether install_packages would find them all here, or has done so already.
+# can_install PACKAGE...: succeeds if all packages are installed, or install_packages could install them.
 can_install() {
     dpkg-query --show "$@" >/dev/null 2>&1 && return
     command -v apt-get >/dev/null || return
@@ -79,17 +79,27 @@ configure_and_build() {
     cmake --build "$root/build/$preset" -j "$(nproc)" ${1:+--target "$@"} -- --quiet
 }
 
-# run_and_count_tests PRESET [OPTION...]: all of them, with these options of ctest; then how many they were,
-# also inside of programs that run whole.
+# run_and_count_tests PRESET [OPTION...]: runs all tests with these options of ctest, then prints how many there
+# were, including those inside whole programs.
 run_and_count_tests() {
     local preset=$1 build=$root/build/$1
     shift
     say "Testing $preset"
     rm -rf "$build/test-reports"
     mkdir "$build/test-reports"
-    # What fails is told, and counted, by the summary.
+    # The summary lists and counts the failures.
     (cd "$root" && ctest --preset "$preset" -j "$(nproc)" --no-tests=error --test-output-size-passed 1000000 \
         --output-junit "$build/test-reports/ctest.xml" "$@") || true
     say "Summary of $preset"
     python3 "$root/scripts/test_summary.py" "$build"
+}
+
+# time_leg NAME COMMAND...: runs it, and records how long it took in the file that QUAVIN_LEG_TIMES names, if any.
+time_leg() {
+    local name=$1 begin=$SECONDS
+    shift
+    "$@"
+    local seconds=$((SECONDS - begin))
+    [ -z "${QUAVIN_LEG_TIMES:-}" ] ||
+        printf '%-32s %2d min %02d s\n' "$name" $((seconds / 60)) $((seconds % 60)) >>"$QUAVIN_LEG_TIMES"
 }

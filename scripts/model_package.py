@@ -1,12 +1,12 @@
 """Writes model packages: a folder with manifest.json, a network description and its weights.
 
 A secured package holds the two files encrypted, each as a random 16-byte initialisation vector
-followed by AES-128-CBC ciphertext with PKCS#7 padding. By hand, with the key and the vector as 32
-hexadecimal digits each, that is
+followed by AES-128-CBC ciphertext with PKCS#7 padding. To make one by hand, with the key and the
+vector as 32 hexadecimal digits each:
 
     (printf "$IV" | xxd -r -p; openssl enc -aes-128-cbc -K "$KEY" -iv "$IV" -in plain) > secured
 
-The key stands on that command's line, where other users of the machine can see it while it runs.
+The key is on the command line, where other users of the machine can see it while the command runs.
 That is good enough for the example and benchmark packages made here, and for nothing else.
 
 Needs Python 3.10 and the `openssl` command; NumPy comes with the network.
@@ -26,8 +26,8 @@ IV_SIZE = 16
 def write_package(folder, network, stem, about, descriptions=None, key_hex=None):
     """Writes `network` (an IrNetwork) as the package `folder`: plain, or secured if a key is given.
 
-    `stem` names the files, `about` holds the manifest's members about the model, and `descriptions`
-    gives texts for inputs and outputs by name.
+    `stem` is the base name of the files, `about` holds the manifest's members about the model, and
+    `descriptions` maps names of inputs and outputs to texts.
     """
     folder = Path(folder)
     folder.mkdir(parents=True, exist_ok=True)
@@ -64,8 +64,8 @@ def _feature(port, descriptions, **members):
 
 
 def encrypt_file(source, target, key_hex):
-    """Writes the secured form of `source`. A target that already holds just that stays as it is, so
-    that random vectors do not change a package whose content has not changed."""
+    """Writes the secured form of `source`. A target that already decrypts to it is left alone, so that
+    random vectors do not change a package whose content has not changed."""
     if target.exists() and _decrypts_to(target, source, key_hex):
         return
     iv = os.urandom(IV_SIZE)

@@ -3,7 +3,7 @@
 # Stdout, stderr and the exit status (mod 256) are the program's.
 : "${WINEPREFIX:=${XDG_CACHE_HOME:-$HOME/.cache}/quavin-wine}"
 : "${WINEDEBUG:=-all}"
-# winedbg off: with it, a crashed program now and then ends with status 0, a false pass.
+# Disable winedbg: with it, a crashed program sometimes ends with status 0, a false pass.
 WINEDLLOVERRIDES="mscoree,mshtml=;winedbg.exe=d${WINEDLLOVERRIDES:+;$WINEDLLOVERRIDES}"
 WINEARCH=win64
 # Without a UTF-8 locale wine cannot open any non-ASCII file name.
@@ -12,11 +12,11 @@ export WINEPREFIX WINEDEBUG WINEDLLOVERRIDES WINEARCH
 unset DISPLAY WAYLAND_DISPLAY
 wine=/usr/lib/wine/wine64
 mkdir -p "$WINEPREFIX"
-# Start the server and its services here, away from the caller's stdout pipe: those that a test
-# started itself would hold that pipe open, and ctest would wait about 3 s more for each test.
+# Start the server and its services here, detached from the caller's stdout pipe: if a test started them
+# itself, they would hold that pipe open, and ctest would wait about 3 s longer for each test.
 ( flock 9
   {
-    /usr/lib/wine/wineserver64 -p60 9>&-; first=$?           # 0: none ran yet
+    /usr/lib/wine/wineserver64 -p60 9>&-; first=$?           # 0: none was running yet
     if [ ! -f "$WINEPREFIX/.ready" ]; then
       "$wine" wineboot -i 9>&- && "$wine" winecfg /v win10 9>&- &&
       "$wine" reg add 'HKLM\Software\Microsoft\Windows NT\CurrentVersion\AeDebug' \

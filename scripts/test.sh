@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Installs what is missing, builds, and runs all tests: optimised, then under the sanitizers, then as programs
-# of other systems. Preset names as arguments run those alone: scripts/test.sh release
-# Where other systems' programs cannot be built or run they are left out with a word; with
+# Installs missing packages, builds, and runs all tests: optimised, then under the sanitizers, then as programs
+# for other systems. To run only some presets, pass their names: scripts/test.sh release
+# If programs for another system cannot be built or run, they are skipped with a message; with
 # QUAVIN_TEST_EVERY_SYSTEM=1 that is a failure.
 set -euo pipefail
 . "$(dirname "$0")/lib.sh"
@@ -10,8 +10,8 @@ set -euo pipefail
 install_packages $packages_build $packages_test
 for preset in "${@:-release asan-ubsan}"; do
     for name in $preset; do
-        configure_and_build "$name"
-        run_and_count_tests "$name"
+        time_leg "build $name" configure_and_build "$name"
+        time_leg "test $name" run_and_count_tests "$name"
     done
 done
 
@@ -23,8 +23,8 @@ for system in windows arm64; do
     if [ "$(uname -m)" = x86_64 ] && can_install ${!packages}; then
         "$root/scripts/test-$system.sh"
     elif [ -n "${QUAVIN_TEST_EVERY_SYSTEM:-}" ]; then
-        fail "scripts/test-$system.sh needs x86-64 and what cannot all be had here: ${!packages}"
+        fail "scripts/test-$system.sh needs x86-64 and packages that are not all available here: ${!packages}"
     else
-        say "SKIPPED: scripts/test-$system.sh, which needs x86-64 and what cannot all be had here: ${!packages}"
+        say "SKIPPED: scripts/test-$system.sh needs x86-64 and packages that are not all available here: ${!packages}"
     fi
 done

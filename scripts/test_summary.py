@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
-"""Counts the tests behind ctest's entries, where an entry is a whole program with many tests.
+"""Counts the tests in ctest's entries, where an entry is a whole program with many tests.
 
     scripts/test_summary.py BUILD_FOLDER
 
-reads what ctest left in BUILD_FOLDER/test-reports: its own ctest.xml, and a report of each program of
-GoogleTest. Exits with 1 where a test failed, was not run, or a program ended without its report.
+reads the reports in BUILD_FOLDER/test-reports: ctest's own ctest.xml, and one from each GoogleTest
+program. Exits with 1 if a test failed or was not run, or a program ended without its report.
 """
 
 import collections
@@ -30,7 +30,7 @@ class Count:
 
 
 def of_report(path):
-    """A program of GoogleTest writes its report at its end: without one it ended early."""
+    """The counts in a GoogleTest program's report. It is written at the end: without one, the program ended early."""
     if not path.is_file():
         return Count(failed=1)
     count = Count()
@@ -46,7 +46,7 @@ def of_report(path):
 
 
 def of_unittest(output):
-    """None where the output is not that of Python's unittest."""
+    """The counts in the output of Python's unittest, or None if it is something else."""
     ran = re.search(r"^Ran (\d+) tests? in .*\n\n(OK|FAILED)(?: \((.*)\))?$", output, re.MULTILINE)
     if not ran:
         return None
@@ -57,7 +57,7 @@ def of_unittest(output):
 
 
 def skips_of_unittest(output):
-    """Tests that were skipped, with their reasons, as unittest's verbose output tells them."""
+    """Skipped tests and their reasons, from unittest's verbose output."""
     return re.findall(r"^(\w+) \(.*\)(?:\n.*)? \.\.\. skipped ['\"](.*)['\"]$", output, re.MULTILINE)
 
 
@@ -66,13 +66,13 @@ def of_entry(command, case):
     if report is not None:
         count = of_report(pathlib.Path(report))
     else:
-        # Python's tests tell how many they were at their end: without that they ended early.
+        # Python's tests print their number at the end: without it, they ended early.
         alone = Count(failed=1) if "unittest" in command else Count(passed=1)
         count = of_unittest(case.findtext("system-out") or "") or alone
     skipped = case.find("skipped")
     if skipped is not None and skipped.get("message") == "SKIP_REGULAR_EXPRESSION_MATCHED":
         return Count(skipped=1)
-    if count == Count():  # a program in which nothing was run proves nothing
+    if count == Count():  # a program that ran no test proves nothing
         return Count(failed=1)
     if case.get("status") != "run" and count.failed == 0:
         return Count(count.passed - (1 if count.passed == 1 else 0), count.skipped, 1)
@@ -80,9 +80,9 @@ def of_entry(command, case):
 
 
 def repeated_in(log):
-    """The tests that ctest's log tells to have run again behind a failure, and whether each said something there.
+    """The tests that ran again after a failure, according to ctest's log, and whether each had printed anything.
 
-    One that did not say a word was not even started by the emulator; any other has failed for good.
+    A test that printed nothing was not even started by the emulator; any other counts as failed.
     """
     tries = collections.defaultdict(list)
     for part in re.split(r"^\d+/\d+ Testing: ", log, flags=re.MULTILINE)[1:]:
@@ -95,7 +95,7 @@ def repeated_in(log):
 
 def main():
     build = pathlib.Path(sys.argv[1])
-    # Before ctest lists the tests, which begins the log anew.
+    # Before ctest lists the tests, which overwrites the log.
     log = (build / "Testing/Temporary/LastTest.log").read_text(encoding="utf-8", errors="replace")
     cases = {case.get("name"): case
              for case in ElementTree.parse(build / "test-reports/ctest.xml").iter("testcase")}

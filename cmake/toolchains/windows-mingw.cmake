@@ -1,9 +1,9 @@
-# Windows x64 from Debian: g++-mingw-w64-x86-64-posix, and wine64 to run what was built.
+# Windows x64 from Debian: g++-mingw-w64-x86-64-posix, and wine64 to run the programs.
 
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
 set(CMAKE_SYSTEM_VERSION 10.0)
-set(CMAKE_C_COMPILER x86_64-w64-mingw32-gcc-posix) # of the test framework
+set(CMAKE_C_COMPILER x86_64-w64-mingw32-gcc-posix) # for the test framework
 set(CMAKE_CXX_COMPILER x86_64-w64-mingw32-g++-posix)
 set(CMAKE_RC_COMPILER x86_64-w64-mingw32-windres)
 set(CMAKE_FIND_ROOT_PATH /usr/x86_64-w64-mingw32)
