@@ -2,7 +2,7 @@
 
     python3 digit_to_npy.py INDEX FILE.npy
 
-Needs Python 3 alone: the file is what numpy.save() writes for the array.
+Needs only Python 3: the file is identical to what numpy.save() writes for the array.
 """
 
 import struct
@@ -10,7 +10,7 @@ import sys
 from pathlib import Path
 
 PIXELS = 64
-RECORD = PIXELS + 1  # and the digit itself
+RECORD = PIXELS + 1  # plus the digit itself
 
 
 def main():
@@ -18,7 +18,7 @@ def main():
     held_out = Path(__file__).with_name("held_out.bin").read_bytes()
     record = held_out[index * RECORD : (index + 1) * RECORD]
     if len(record) != RECORD or index < 0:
-        sys.exit(f"there are {len(held_out) // RECORD} digits, and no number {index}")
+        sys.exit(f"there is no digit {index}: INDEX must be 0 to {len(held_out) // RECORD - 1}")
     header = "{'descr': '<f4', 'fortran_order': False, 'shape': (1, 1, 8, 8), }"
     header = header.ljust(128 - 10 - 1) + "\n"
     with open(target, "wb") as file:

@@ -1,4 +1,4 @@
-// Recognises handwritten digits with a plain and with a secured model package.
+// Recognises handwritten digits with a plain and a secured model package.
 //
 //     digits <folder of this example>
 
@@ -23,7 +23,7 @@ struct Digit {
     unsigned char label;
 };
 
-// What the library does not do for a host: decide what happens when something fails.
+// The library leaves it to the host to decide what happens if something fails.
 void require(const QuavinStatus& status) {
     if (!status.ok()) {
         throw Exception(status.getDescription(), status.getCode());
@@ -49,7 +49,7 @@ std::shared_ptr<QuavinModel> loadPlain(const String& folder) {
     return model;
 }
 
-// The secured one gets its key between reading the manifest and loading the files.
+// The secured package gets its key after reading the manifest and before loading the files.
 std::shared_ptr<QuavinModel> loadSecured(const String& folder) {
     unsigned char key[16];
     std::ifstream keyFile(folder.str() + "/demo.key");
@@ -83,7 +83,7 @@ void draw(const Digit& digit, std::ptrdiff_t predicted) {
     }
 }
 
-// Predicts every digit and returns how many came out right.
+// Predicts every digit and returns the number of correct predictions.
 std::size_t recognise(QuavinModel& model, const std::vector<Digit>& digits, std::size_t drawn) {
     std::vector<std::shared_ptr<QuavinFeature>> inputs;
     require(model.allocateInputs(inputs));
@@ -102,7 +102,7 @@ std::size_t recognise(QuavinModel& model, const std::vector<Digit>& digits, std:
             std::chrono::steady_clock::now() - start;
         microseconds.push_back(time.count());
 
-        // The probabilities stand in the engine's own memory, which the output keeps alive.
+        // The probabilities are in the engine's own memory, which the output keeps alive.
         const auto* const begin = reinterpret_cast<const float*>(outputs[0]->asTensor()->buffer());
         const auto predicted = std::max_element(begin, begin + 10) - begin;
         right += predicted == digit.label ? 1 : 0;

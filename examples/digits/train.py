@@ -2,10 +2,10 @@
 """Trains the digit classifier and writes what the digits example needs.
 
 Run it as `python3 train.py` with the packages of requirements.txt; README.md beside it describes
-the files that it writes. Every random choice comes from SEED: the same kind of processor with the
-same packages gives the same weights again.
+the files that it writes. Every random choice derives from SEED: the same kind of processor with
+the same packages yields the same weights again.
 
-The network, for pictures of 8x8 pixels with values from 0 to 16:
+The network, for images of 8x8 pixels with values from 0 to 16:
     image / 16 -> conv 3x3, 16 -> ReLU -> conv 3x3, 32 -> ReLU -> max pool 2x2
                -> linear, 10 -> SoftMax
 """
@@ -14,8 +14,8 @@ import os
 import sys
 from pathlib import Path
 
-# How sums are split over threads decides their last bits, and so, after thousands of steps, the
-# weights: one thread makes the result independent of the number of cores.
+# The way sums are split over threads affects their last bits and so, after thousands of steps, the
+# weights: with one thread, the result is independent of the number of cores.
 os.environ["OPENBLAS_NUM_THREADS"] = "1"
 
 import numpy as np  # noqa: E402
@@ -56,7 +56,7 @@ def initial_weights(rng):
 
 
 def conv(x, kernel, bias):
-    """3x3 convolution that keeps width and height; also returns the patches that it saw."""
+    """3x3 convolution that keeps width and height; also returns the patches it used."""
     n, _, h, w = x.shape
     padded = np.pad(x, ((0, 0), (0, 0), (1, 1), (1, 1)))
     windows = sliding_window_view(padded, (3, 3), axis=(2, 3))  # [n, c, h, w, 3, 3]
@@ -78,7 +78,7 @@ def conv_gradients(dy, kernel, patches):
 
 
 def forward(weights, images):
-    """Probabilities of each image's classes, and what `gradients` needs of the way there."""
+    """Class probabilities of each image, and the intermediate results that `gradients` needs."""
     h1, patches1 = conv(images / np.float32(16), weights["conv1"], weights["conv1/bias"])
     h1 = np.maximum(h1, 0)
     h2, patches2 = conv(h1, weights["conv2"], weights["conv2/bias"])
@@ -93,7 +93,7 @@ def forward(weights, images):
 
 
 def gradients(weights, images, labels):
-    """Gradients of the mean cross-entropy over a batch, by the names of the weights."""
+    """Gradients of the mean cross-entropy over a batch, by name of the weights."""
     probabilities, (h1, patches1, h2, patches2, pooled, flat) = forward(weights, images)
     n, c, h, w = h2.shape
     d_logits = (probabilities - np.eye(CLASSES, dtype=np.float32)[labels]) / np.float32(n)
@@ -111,7 +111,7 @@ def gradients(weights, images, labels):
 
 
 def shifted(images, rng):
-    """The images, each moved by at most one pixel in each direction: cheap additional examples."""
+    """The images, each shifted by at most one pixel in each direction: cheap additional examples."""
     padded = np.pad(images, ((0, 0), (0, 0), (1, 1), (1, 1)))
     moved = np.empty_like(images)
     for i, (dy, dx) in enumerate(rng.integers(0, 3, (len(images), 2))):
@@ -120,7 +120,7 @@ def shifted(images, rng):
 
 
 def train(images, labels):
-    """Adam with a learning rate that falls to zero along half a cosine."""
+    """Adam, with a learning rate that decays to zero along half a cosine."""
     rng = np.random.default_rng(SEED)
     weights = initial_weights(rng)
     mean = {name: np.zeros_like(w) for name, w in weights.items()}
@@ -144,7 +144,7 @@ def train(images, labels):
 
 
 def build_network(weights):
-    """The trained network as IR. Biases are separate Adds, as this format has it."""
+    """The trained network as IR. In this format, biases are separate Add layers."""
     net = IrNetwork("digits")
     image = net.parameter("image", (1, 1, 8, 8))
     sixteenth = net.constant("sixteenth", np.full((1, 1, 1, 1), 1 / 16, np.float32))

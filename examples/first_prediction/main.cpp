@@ -1,4 +1,4 @@
-// The shortest way to a prediction: draws a "1" of 8x8 pixels and has a model read it.
+// The shortest way to a prediction: draws a "1" of 8x8 pixels and lets a model recognise it.
 //
 //     first_prediction <folder of the digits package>
 

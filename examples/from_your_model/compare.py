@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Compares two arrays that NumPy saved, and exits with 1 where they differ.
+"""Compares two arrays saved by NumPy, and exits with 1 if they differ.
 
     compare.py EXPECTED.npy FOUND.npy [TOLERANCE]
 """

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Converts a network and gives each input an element type that predictions take.
+"""Converts a network and gives each input an element type that predict() accepts.
 
     fit_types.py NETWORK.onnx OUTPUT.xml NAME=SHAPE ...
 
@@ -17,7 +17,7 @@ shapes = {name: [int(size) for size in shape.split(",")] for name, shape in (tex
 model = openvino.convert_model(source)
 model.reshape(shapes)
 
-# The host gives int32 or float; the network gets what it was made with.
+# The host passes int32 or float; the network gets the type it was made with.
 host_types = {"u8": openvino.Type.i32, "boolean": openvino.Type.i32, "u16": openvino.Type.i32}
 steps = PrePostProcessor(model)
 for port in model.inputs:

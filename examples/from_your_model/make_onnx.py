@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
-"""Writes an ONNX network with all that gets in the way: a free batch dimension, 64-bit, 8-bit and boolean ports.
+"""Writes an ONNX network with everything that needs fixing: a dynamic batch dimension, 64-bit, 8-bit and boolean ports.
 
     make_onnx.py DIR
 
-writes search.onnx, its inputs (ids.npy, image.npy, mask.npy), and what ONNX Runtime makes of them (score.npy,
+writes search.onnx, its inputs (ids.npy, image.npy, mask.npy), and ONNX Runtime's results for them (score.npy,
 best.npy, dark.npy).
 """
 

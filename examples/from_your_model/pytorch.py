@@ -3,7 +3,7 @@
 
     pytorch.py DIR
 
-writes photo.onnx, an input (photo.npy) and what PyTorch makes of it (expected.npy). Needs PyTorch and NumPy.
+writes photo.onnx, an input (photo.npy) and PyTorch's result for it (expected.npy). Needs PyTorch and NumPy.
 """
 
 import pathlib

@@ -3,7 +3,7 @@
 
     scikit_learn.py DIR
 
-writes iris.onnx, iris.xml and iris.bin, an input (flower.npy) and what scikit-learn makes of it (expected.npy).
+writes iris.onnx, iris.xml and iris.bin, an input (flower.npy) and scikit-learn's result for it (expected.npy).
 """
 
 import pathlib

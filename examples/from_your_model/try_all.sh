@@ -3,10 +3,10 @@
 #
 #   try_all.sh QUAVIN
 #
-# QUAVIN is the command line's program. The Python packages go into the cache once.
+# QUAVIN is the path of the program quavin. The Python packages are installed into the cache, once.
 set -euo pipefail
 here=$(cd "$(dirname "$0")" && pwd)
-quavin=$(realpath "${1:?name the program quavin}")
+quavin=$(realpath "${1:?pass the path of the program quavin}")
 venv=${QUAVIN_CACHE_DIR:-$HOME/.cache/quavin}/from-your-model
 if ! cmp -s "$here/requirements.txt" "$venv/installed.txt"; then
     python3 -m venv --clear "$venv"
@@ -44,7 +44,7 @@ echo "== scikit-learn"
 "$venv/bin/python" "$here/scikit_learn.py" .
 pack_and_run iris.xml expect:probabilities=expected.npy X=flower.npy
 
-echo "== ONNX with types that do not fit"
+echo "== ONNX with unsupported types"
 "$venv/bin/python" "$here/make_onnx.py" .
 "$venv/bin/python" "$here/fit_types.py" search.onnx search.xml ids=1,6 image=1,8,8,3 mask=1,6,1
 "$venv/bin/python" - <<END
@@ -61,6 +61,6 @@ if python3 -c "import torch" 2>/dev/null; then
     "$venv/bin/ovc" photo.onnx --output_model photo.xml --compress_to_fp16=False
     pack_and_run photo.xml expect:probabilities=expected.npy image=photo.npy
 else
-    echo "== PyTorch is not installed: left out"
+    echo "== PyTorch is not installed: skipped"
 fi
 echo "== All agree"
