@@ -37,6 +37,11 @@ class Programs(unittest.TestCase):
         self.write(PASSED, PASSED, SKIPPED, FAILED)
         self.assertEqual(of_entry(self.command, case("fail")), Count(2, 1, 1))
 
+    def test_report_is_found_without_the_emulators_drive(self):
+        self.write(PASSED)
+        command = ["program", f"--gtest_output=json:Z:{self.report}"]
+        self.assertEqual(of_entry(command, case()), Count(passed=1))
+
     def test_program_without_tests_has_failed(self):
         self.write()
         self.assertEqual(of_entry(self.command, case()), Count(failed=1))

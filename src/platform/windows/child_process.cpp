@@ -67,7 +67,7 @@ std::wstring ownProgram() {
 
 // A job that ends with its last handle, and takes its processes with it.
 HANDLE makeJob() {
-    const HANDLE job = ::CreateJobObjectW(nullptr, nullptr);
+    HANDLE job = ::CreateJobObjectW(nullptr, nullptr);
     if (job == nullptr) {
         return INVALID_HANDLE_VALUE;
     }
@@ -198,7 +198,7 @@ std::optional<int> serveAsChild(ChildWork work) {
     const std::size_t size =
         readInto(::GetStdHandle(STD_INPUT_HANDLE), request.data(), request.size());
     HANDLE pipe = nullptr;
-    const HANDLE self = ::GetCurrentProcess();
+    HANDLE self = ::GetCurrentProcess();
     if (::DuplicateHandle(self, ::GetStdHandle(STD_OUTPUT_HANDLE), self, &pipe, 0, FALSE,
                           DUPLICATE_SAME_ACCESS) == 0) {
         return kNoAnswer;
