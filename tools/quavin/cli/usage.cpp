@@ -1,5 +1,6 @@
 #include "tools/quavin/cli/usage.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <vector>
 

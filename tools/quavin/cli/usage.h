@@ -1,8 +1,9 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <string>
 #include <string_view>
+
+#include "tools/quavin/cli/parser_fwd.h"
 
 namespace quavin_tool {
 

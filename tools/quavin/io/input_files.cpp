@@ -1,5 +1,6 @@
 #include "tools/quavin/io/input_files.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cstdint>
 #include <cstring>

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <map>
 #include <string>
 #include <vector>
 
+#include "tools/quavin/cli/parser_fwd.h"
 #include "tools/quavin/io/npy.h"
 #include "tools/quavin/package/package.h"
 

@@ -1,5 +1,6 @@
 #include "tools/quavin/package/key.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cstring>
 #include <optional>

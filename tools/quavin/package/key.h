@@ -1,10 +1,11 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <array>
 #include <cstddef>
 #include <memory>
 #include <string>
+
+#include "tools/quavin/cli/parser_fwd.h"
 
 namespace quavin_tool {
 
