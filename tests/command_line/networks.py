@@ -37,12 +37,25 @@ class Network(IrNetwork):
 def affine(input_name="x", output_name="y", dtype="f32"):
     """y = 2 x + (0.5, 1, 1.5, 2), of [1, 4] floats."""
     net = Network("affine")
-    x = net.parameter(input_name, (1, 4), dtype)
-    real = net.convert("real", x, "f32") if dtype != "f32" else x
-    two = net.constant("two", np.float32([[2]]))
-    twice = net.layer("Multiply", "twice", [real, two], (1, 4))
-    net.result(net.layer("Add", output_name, [twice, net.constant("offsets", OFFSETS)], (1, 4)))
+    _add_affine(net, input_name, output_name, dtype)
     return net
+
+
+def affines(types):
+    """The same for several inputs, by their names and element types. Input "a" has the output "a_y"."""
+    net = Network("affines")
+    for name, dtype in types.items():
+        _add_affine(net, name, f"{name}_y", dtype)
+    return net
+
+
+def _add_affine(net, input_name, output_name, dtype):
+    x = net.parameter(input_name, (1, 4), dtype)
+    real = net.convert(f"{input_name}_real", x, "f32") if dtype != "f32" else x
+    two = net.constant(f"{input_name}_two", np.float32([[2]]))
+    twice = net.layer("Multiply", f"{input_name}_twice", [real, two], (1, 4))
+    offsets = net.constant(f"{input_name}_offsets", OFFSETS)
+    net.result(net.layer("Add", output_name, [twice, offsets], (1, 4)))
 
 
 def affine_result(x):
