@@ -94,12 +94,13 @@ run_and_count_tests() {
     python3 "$root/scripts/test_summary.py" "$build"
 }
 
-# time_leg NAME COMMAND...: runs it, and records how long it took in the file that QUAVIN_LEG_TIMES names, if any.
+# time_leg NAME COMMAND...: runs it and says how long it took, also in the file that QUAVIN_LEG_TIMES names, if any.
 time_leg() {
     local name=$1 begin=$SECONDS
     shift
     "$@"
-    local seconds=$((SECONDS - begin))
-    [ -z "${QUAVIN_LEG_TIMES:-}" ] ||
-        printf '%-32s %2d min %02d s\n' "$name" $((seconds / 60)) $((seconds % 60)) >>"$QUAVIN_LEG_TIMES"
+    local seconds=$((SECONDS - begin)) line
+    line=$(printf '%-32s %2d min %02d s' "$name" $((seconds / 60)) $((seconds % 60)))
+    say "$line"
+    [ -z "${QUAVIN_LEG_TIMES:-}" ] || echo "$line" >>"$QUAVIN_LEG_TIMES"
 }
