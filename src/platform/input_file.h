@@ -31,9 +31,9 @@ public:
     /// @return a human-readable reason if reading failed; empty if it succeeded.
     std::string read(void* buffer, std::uint64_t& got);
 
-private:
     class Implementation;
 
+private:
     InputFile(std::unique_ptr<Implementation> implementation, std::uint64_t size);
 
     std::unique_ptr<Implementation> implementation_;

@@ -7,10 +7,15 @@
 #include <unordered_map>
 #include <utility>
 
-#include "tag_reader.hpp"
+#include "text/xml_tags.h"
 
 namespace InferenceEngine::runtime {
 namespace {
+
+using VelmoraQuavin::internal::splitNames;
+using VelmoraQuavin::internal::withoutReferences;
+using VelmoraQuavin::internal::XmlTag;
+using VelmoraQuavin::internal::XmlTags;
 
 constexpr int kLastVersionNamedByLayers = 10;
 
@@ -48,9 +53,9 @@ struct Graph {
 Graph readGraph(std::string_view text) {
     Graph graph;
     std::vector<std::string_view> path;
-    TagReader reader(text);
-    while (const auto tag = reader.next()) {
-        if (tag->kind == Tag::Kind::Close) {
+    XmlTags tags(text);
+    while (const auto tag = tags.next()) {
+        if (tag->kind == XmlTag::Kind::kClose) {
             if (path.empty()) {
                 break;
             }
@@ -77,7 +82,7 @@ Graph readGraph(std::string_view text) {
             graph.edges.push_back({tag->attribute("from-layer"), tag->attribute("from-port"),
                                    tag->attribute("to-layer")});
         }
-        if (tag->kind == Tag::Kind::Open) {
+        if (tag->kind == XmlTag::Kind::kOpen) {
             path.push_back(tag->name);
         }
     }
@@ -114,29 +119,13 @@ void markReachingOutput(Graph& graph) {
     }
 }
 
-/** A port's names are separated by commas; a backslash makes a comma part of a name. */
-void appendNames(std::vector<std::string>& names, std::string_view list) {
-    std::string name;
-    const std::string decoded = decodeReferences(list);
-    for (std::size_t i = 0; i < decoded.size(); ++i) {
-        if (decoded[i] == ',') {
-            names.push_back(std::move(name));
-            name.clear();
-        } else {
-            i += decoded[i] == '\\' && i + 1 < decoded.size() && decoded[i + 1] == ',' ? 1 : 0;
-            name += decoded[i];
-        }
-    }
-    if (!name.empty()) {
-        names.push_back(std::move(name));
-    }
-}
-
 /** The names of the tensors of a layer's output ports. */
 std::vector<std::string> tensorNames(const Graph& graph, const Layer& layer) {
     std::vector<std::string> names;
     for (std::size_t i = 0; i < layer.portCount; ++i) {
-        appendNames(names, graph.portNames[layer.firstPort + i]);
+        for (std::string& name : splitNames(graph.portNames[layer.firstPort + i])) {
+            names.push_back(std::move(name));
+        }
     }
     return names;
 }
@@ -145,11 +134,11 @@ std::vector<std::string> tensorNames(const Graph& graph, const Layer& layer) {
 void addOutput(std::unordered_map<std::string, std::string>& outputs, const Graph& graph,
                std::size_t layerIndex, std::string_view portId) {
     const Layer& layer = graph.layers[layerIndex];
-    std::string name = decodeReferences(layer.name);
+    std::string name = withoutReferences(layer.name);
     std::vector<std::string> names;
     const auto port = graph.portById.find({layerIndex, portId});
     if (port != graph.portById.end()) {
-        appendNames(names, graph.portNames[port->second]);
+        names = splitNames(graph.portNames[port->second]);
         if (layer.portCount > 1) {
             name += "." + std::to_string(port->second - layer.firstPort);
         }
@@ -162,7 +151,7 @@ void addOutput(std::unordered_map<std::string, std::string>& outputs, const Grap
 
 void addInput(Topology& topology, const Graph& graph, const Layer& layer, bool namedByLayers) {
     std::vector<std::string> names = tensorNames(graph, layer);
-    const std::string name = decodeReferences(layer.name);
+    const std::string name = withoutReferences(layer.name);
     if (namedByLayers) {
         names.push_back(name);
     }

@@ -5,6 +5,7 @@
 #include <typeinfo>
 
 #include "core/diagnostics.h"
+#include "engine/openvino/openvino_tensor.h"
 #include "engine/openvino/precision.h"
 #include "feature/descriptor_access.h"
 #include "tensor/tensor_texts.h"
@@ -78,11 +79,6 @@ Blob::Ptr makeBlobOver(const TensorDesc& description, unsigned char* memory) {
         default:
             return makeBlobOver<std::int32_t>(description, memory);
     }
-}
-
-TensorShape shapeOf(const TensorDesc& description) {
-    const InferenceEngine::SizeVector& extents = description.getDims();
-    return std::vector<int64>(extents.begin(), extents.end());
 }
 
 void diagnoseMissingFeature(const std::string& name,

@@ -6,18 +6,15 @@
 #include "engine/openvino/precision.h"
 
 namespace VelmoraQuavin {
-namespace {
 
-TensorShape shapeOf(const InferenceEngine::TensorDesc& description) {
-    const InferenceEngine::SizeVector& dimensions = description.getDims();
-    return std::vector<int64>(dimensions.begin(), dimensions.end());
+TensorShape internal::shapeOf(const InferenceEngine::TensorDesc& description) {
+    const InferenceEngine::SizeVector& extents = description.getDims();
+    return std::vector<int64>(extents.begin(), extents.end());
 }
-
-}  // namespace
 
 OpenVinoTensor::OpenVinoTensor(InferenceEngine::Blob::Ptr blob)
     : ITensor(internal::toDataType(blob->getTensorDesc().getPrecision()),
-              shapeOf(blob->getTensorDesc())),
+              internal::shapeOf(blob->getTensorDesc())),
       blob_(std::move(blob)) {}
 
 OpenVinoTensor::~OpenVinoTensor() = default;

@@ -1,13 +1,11 @@
-#include "platform/input_file.h"
-
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <utility>
 
+#include "platform/input_file_implementation.h"
 #include "platform/posix/file_descriptor.h"
 #include "platform/posix/native_path.h"
 #include "platform/posix/whole_write.h"
@@ -15,23 +13,28 @@
 namespace VelmoraQuavin::internal::platform {
 namespace {
 
-// Some systems refuse larger reads.
-constexpr std::uint64_t kLargestRead = std::uint64_t{1} << 30;
-
-}  // namespace
-
-class InputFile::Implementation {
+class OpenFile : public InputFile::Implementation {
 public:
-    explicit Implementation(FileDescriptor opened) : file(std::move(opened)) {}
+    explicit OpenFile(FileDescriptor file) : file_(std::move(file)) {}
 
-    FileDescriptor file;
+    std::string readSome(void* buffer, std::size_t count, std::size_t& got) override {
+        while (true) {
+            const ssize_t result = ::read(file_.get(), buffer, count);
+            if (result >= 0) {
+                got = static_cast<std::size_t>(result);
+                return "";
+            }
+            if (errno != EINTR) {
+                return problemText("cannot be read", errno);
+            }
+        }
+    }
+
+private:
+    FileDescriptor file_;
 };
 
-InputFile::InputFile(std::unique_ptr<Implementation> implementation, std::uint64_t size)
-    : implementation_(std::move(implementation)), size_(size) {}
-InputFile::InputFile(InputFile&& other) noexcept = default;
-InputFile& InputFile::operator=(InputFile&& other) noexcept = default;
-InputFile::~InputFile() = default;
+}  // namespace
 
 std::optional<InputFile> InputFile::open(const String& path, std::string& problem) {
     // Non-blocking, so that a pipe without a writer is an error instead of a hang.
@@ -46,28 +49,8 @@ std::optional<InputFile> InputFile::open(const String& path, std::string& proble
         problem = "is not a regular file";
         return std::nullopt;
     }
-    return InputFile(std::make_unique<Implementation>(std::move(file)),
+    return InputFile(std::make_unique<OpenFile>(std::move(file)),
                      static_cast<std::uint64_t>(attributes.st_size));
-}
-
-std::string InputFile::read(void* buffer, std::uint64_t& got) {
-    auto* const bytes = static_cast<char*>(buffer);
-    got = 0;
-    while (got < size_) {
-        const ssize_t count = ::read(implementation_->file.get(), bytes + got,
-                                     static_cast<std::size_t>(std::min(size_ - got, kLargestRead)));
-        if (count < 0 && errno == EINTR) {
-            continue;
-        }
-        if (count < 0) {
-            return problemText("cannot be read", errno);
-        }
-        if (count == 0) {
-            break;
-        }
-        got += static_cast<std::uint64_t>(count);
-    }
-    return "";
 }
 
 }  // namespace VelmoraQuavin::internal::platform

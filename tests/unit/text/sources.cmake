@@ -1,1 +1,1 @@
-quavin_unit_test(text portable_name_test.cpp unicode_test.cpp)
+quavin_unit_test(text portable_name_test.cpp unicode_test.cpp xml_tags_test.cpp)

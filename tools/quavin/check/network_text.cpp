@@ -7,28 +7,15 @@
 #include <unordered_map>
 #include <utility>
 
-#include "tools/quavin/check/xml_tags.h"
+#include "text/xml_tags.h"
 
 namespace quavin_tool {
 namespace {
 
-// Splits a list at its commas, except those escaped by a backslash.
-std::vector<std::string> split(const std::string& list) {
-    std::vector<std::string> parts;
-    if (list.empty()) {
-        return parts;
-    }
-    parts.emplace_back();
-    for (std::size_t i = 0; i < list.size(); ++i) {
-        if (list[i] == ',') {
-            parts.emplace_back();
-            continue;
-        }
-        i += list.compare(i, 2, "\\,") == 0 ? 1 : 0;
-        parts.back() += list[i];
-    }
-    return parts;
-}
+using VelmoraQuavin::internal::splitNames;
+using VelmoraQuavin::internal::withoutReferences;
+using VelmoraQuavin::internal::XmlTag;
+using VelmoraQuavin::internal::XmlTags;
 
 struct OutputPort {
     std::string id;
@@ -73,22 +60,23 @@ private:
     // Takes the network's own layers and edges; those of bodies inside layers are nested deeper.
     void take(const XmlTag& tag) {
         if (path_.empty() && tag.name == "net") {
-            const std::string version = tag.attribute("version");
+            const std::string_view version = tag.attribute("version");
             namedByLayers_ = version.size() < 2 || version == "10";
         } else if (isBelow({"net", "layers"}) && tag.name == "layer") {
             Layer& layer = layers_.emplace_back();
             layer.id = tag.attribute("id");
-            layer.name = tag.attribute("name");
+            layer.name = withoutReferences(tag.attribute("name"));
             layer.type = tag.attribute("type");
             if (layer.type == "Result") {
-                layer.resultNames = split(tag.attribute("output_names"));
+                layer.resultNames = splitNames(tag.attribute("output_names"));
             }
         } else if (isBelow({"net", "layers", "layer"}) && tag.name == "data") {
             if (layers_.back().type == "Parameter") {
-                layers_.back().shape = split(tag.attribute("shape"));
+                layers_.back().shape = splitNames(tag.attribute("shape"));
             }
         } else if (isBelow({"net", "layers", "layer", "output"}) && tag.name == "port") {
-            layers_.back().ports.push_back({tag.attribute("id"), split(tag.attribute("names"))});
+            layers_.back().ports.push_back(
+                {std::string(tag.attribute("id")), splitNames(tag.attribute("names"))});
         } else if (isBelow({"net", "edges"}) && tag.name == "edge") {
             sources_.emplace(tag.attribute("to-layer"),
                              std::pair(tag.attribute("from-layer"), tag.attribute("from-port")));

@@ -181,7 +181,7 @@ void addBenchCommand(CLI::App& app) {
     CLI::Option* const seconds =
         command->add_option("-s,--seconds", options->seconds, "How many seconds to predict")
             ->type_name("NUMBER")
-            ->check(CLI::Range(0.01, 86400.0) & CLI::Validator(isNumber, ""))
+            ->check((CLI::Range(0.01, 86400.0) & CLI::Validator(isNumber, "")).description(""))
             ->capture_default_str();
     command->add_option("-n,--iterations", options->iterations, "How many times to predict instead")
         ->type_name("NUMBER")

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "engine/openvino/trial_network.h"
 #include "platform/loaded_libraries.h"
 #include "quavin/engine_info.h"
 #include "quavin/version.h"
@@ -27,6 +28,7 @@ namespace {
 using VelmoraQuavin::EngineInfo;
 using VelmoraQuavin::ModelFeatureDescriptor;
 using VelmoraQuavin::QuavinStatus;
+using VelmoraQuavin::internal::kTrialNetwork;
 
 struct Options {
     OutputOptions output;
@@ -45,32 +47,6 @@ struct Diagnosis {
     std::vector<std::string> missing;
 };
 
-// y = x + x, for four floats.
-constexpr std::string_view kNetwork = R"(<?xml version="1.0"?>
-<net name="trial" version="10">
-  <layers>
-    <layer id="0" name="x" type="Parameter" version="opset1">
-      <data element_type="f32" shape="1,4"/>
-      <output><port id="0" precision="FP32"><dim>1</dim><dim>4</dim></port></output>
-    </layer>
-    <layer id="1" name="y" type="Add" version="opset1">
-      <input>
-        <port id="0"><dim>1</dim><dim>4</dim></port>
-        <port id="1"><dim>1</dim><dim>4</dim></port>
-      </input>
-      <output><port id="2" precision="FP32"><dim>1</dim><dim>4</dim></port></output>
-    </layer>
-    <layer id="2" name="result" type="Result" version="opset1">
-      <input><port id="0"><dim>1</dim><dim>4</dim></port></input>
-    </layer>
-  </layers>
-  <edges>
-    <edge from-layer="0" from-port="0" to-layer="1" to-port="0"/>
-    <edge from-layer="0" from-port="0" to-layer="1" to-port="1"/>
-    <edge from-layer="1" from-port="2" to-layer="2" to-port="0"/>
-  </edges>
-</net>
-)";
 using Four = std::array<float, 4>;
 
 // Parts of the runtime that it loads itself when needed, with parts of their file names in today's
@@ -109,7 +85,7 @@ void writePackage(const std::string& directory) {
     identity.id = identity.name = "trial";
     writeNewFile(join(directory, "manifest.json"),
                  manifestText(identity, {"net.xml", "net.bin"}, false, {port("x")}, {port("y")}));
-    writeNewFile(join(directory, "net.xml"), kNetwork);
+    writeNewFile(join(directory, "net.xml"), kTrialNetwork);
     writeNewFile(join(directory, "net.bin"), "");
 }
 

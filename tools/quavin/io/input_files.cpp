@@ -80,7 +80,7 @@ void requireKnownNames(const InputFiles& files, const Features& inputs) {
     for (const auto& [name, file] : files) {
         if (known.count(name) == 0) {
             std::string problem = "The package has no tensor input \"" + name;
-            problem.append("\", but ").append(list);
+            problem.append("\", but ").append(list.empty() ? "none at all" : list);
             throw InvalidArgumentsException(problem);
         }
     }

@@ -1,11 +1,16 @@
-#include "tag_reader.hpp"
+#include "text/xml_tags.h"
+
+#include <utf8.h>
 
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cstddef>
+#include <cstdint>
+#include <iterator>
 #include <utility>
 
-namespace InferenceEngine::runtime {
+namespace VelmoraQuavin::internal {
 namespace {
 
 bool isBlank(char c) {
@@ -26,7 +31,7 @@ std::string_view trimmed(std::string_view text) {
     return text;
 }
 
-/** The position of the end of a tag: the first ">" outside quotes. */
+// The position of the end of a tag: the first ">" outside quotes.
 std::size_t findTagEnd(std::string_view text) {
     char quote = '\0';
     for (std::size_t i = 0; i < text.size(); ++i) {
@@ -42,21 +47,7 @@ std::size_t findTagEnd(std::string_view text) {
     return std::string_view::npos;
 }
 
-void appendUtf8(std::string& text, unsigned long code) {
-    const auto tail = [](unsigned long bits) { return static_cast<char>(0x80 | (bits & 0x3F)); };
-    if (code < 0x80) {
-        text += static_cast<char>(code);
-    } else if (code < 0x800) {
-        text += {static_cast<char>(0xC0 | (code >> 6)), tail(code)};
-    } else if (code < 0x10000) {
-        text += {static_cast<char>(0xE0 | (code >> 12)), tail(code >> 6), tail(code)};
-    } else {
-        text +=
-            {static_cast<char>(0xF0 | (code >> 18)), tail(code >> 12), tail(code >> 6), tail(code)};
-    }
-}
-
-/** Appends what the reference between "&" and ";" stands for; false if it is unknown. */
+// Appends the character that the text between "&" and ";" refers to; false if it refers to none.
 bool appendReference(std::string& text, std::string_view reference) {
     static constexpr std::array<std::pair<std::string_view, char>, 5> kNamed{
         {{"amp", '&'}, {"lt", '<'}, {"gt", '>'}, {"quot", '"'}, {"apos", '\''}}};
@@ -71,19 +62,20 @@ bool appendReference(std::string& text, std::string_view reference) {
     }
     const bool hexadecimal = startsWith(reference, "#x");
     const std::string_view digits = reference.substr(hexadecimal ? 2 : 1);
-    unsigned long code = 0;
-    const auto [end, error] =
-        std::from_chars(digits.data(), digits.data() + digits.size(), code, hexadecimal ? 16 : 10);
-    if (error != std::errc() || end != digits.data() + digits.size() || code > 0x10FFFF) {
+    std::uint32_t character = 0;
+    const char* const end = digits.data() + digits.size();
+    const auto [stop, error] =
+        std::from_chars(digits.data(), end, character, hexadecimal ? 16 : 10);
+    if (error != std::errc() || stop != end || !utf8::internal::is_code_point_valid(character)) {
         return false;
     }
-    appendUtf8(text, code);
+    utf8::unchecked::append(character, std::back_inserter(text));
     return true;
 }
 
 }  // namespace
 
-std::string_view Tag::attribute(std::string_view wanted) const {
+std::string_view XmlTag::attribute(std::string_view wanted) const {
     std::string_view rest = attributes;
     while (true) {
         const auto equals = rest.find('=');
@@ -106,7 +98,7 @@ std::string_view Tag::attribute(std::string_view wanted) const {
     }
 }
 
-bool TagReader::skipPast(std::string_view end) {
+bool XmlTags::skipPast(std::string_view end) {
     const auto found = rest_.find(end);
     if (found == std::string_view::npos) {
         return false;
@@ -115,7 +107,7 @@ bool TagReader::skipPast(std::string_view end) {
     return true;
 }
 
-std::optional<Tag> TagReader::next() {
+std::optional<XmlTag> XmlTags::next() {
     while (skipPast("<")) {
         if (startsWith(rest_, "!--")) {
             rest_.remove_prefix(3);
@@ -139,12 +131,12 @@ std::optional<Tag> TagReader::next() {
         if (startsWith(inside, "?") || startsWith(inside, "!")) {
             continue;
         }
-        Tag tag;
+        XmlTag tag;
         if (startsWith(inside, "/")) {
-            tag.kind = Tag::Kind::Close;
+            tag.kind = XmlTag::Kind::kClose;
             inside.remove_prefix(1);
         } else if (!inside.empty() && inside.back() == '/') {
-            tag.kind = Tag::Kind::Empty;
+            tag.kind = XmlTag::Kind::kEmpty;
             inside.remove_suffix(1);
         }
         const auto nameEnd = static_cast<std::size_t>(
@@ -157,7 +149,7 @@ std::optional<Tag> TagReader::next() {
     return std::nullopt;
 }
 
-std::string decodeReferences(std::string_view value) {
+std::string withoutReferences(std::string_view value) {
     std::string decoded;
     decoded.reserve(value.size());
     while (!value.empty()) {
@@ -178,4 +170,23 @@ std::string decodeReferences(std::string_view value) {
     return decoded;
 }
 
-}  // namespace InferenceEngine::runtime
+std::vector<std::string> splitNames(std::string_view value) {
+    const std::string list = withoutReferences(value);
+    std::vector<std::string> names;
+    std::string name;
+    for (std::size_t i = 0; i < list.size(); ++i) {
+        if (list[i] == ',') {
+            names.push_back(std::move(name));
+            name.clear();
+        } else {
+            i += list.compare(i, 2, "\\,") == 0 ? 1 : 0;
+            name += list[i];
+        }
+    }
+    if (!name.empty()) {
+        names.push_back(std::move(name));
+    }
+    return names;
+}
+
+}  // namespace VelmoraQuavin::internal

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+#include "platform/input_file.h"
+
+namespace VelmoraQuavin::internal::platform {
+
+/// What each system does itself.
+class InputFile::Implementation {
+public:
+    Implementation() = default;
+    Implementation(const Implementation&) = delete;
+    Implementation& operator=(const Implementation&) = delete;
+    virtual ~Implementation() = default;
+
+    /// Reads the next bytes.
+    /// @param got receives how many there are: at most count, and 0 only at the end of the file.
+    /// @return a human-readable reason if reading failed; empty if it succeeded.
+    virtual std::string readSome(void* buffer, std::size_t count, std::size_t& got) = 0;
+};
+
+}  // namespace VelmoraQuavin::internal::platform

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace VelmoraQuavin::internal {
+
+/// One tag of an XML text, as views into it.
+struct XmlTag {
+    enum class Kind { kOpen, kClose, kEmpty };
+
+    Kind kind = Kind::kOpen;
+    std::string_view name;
+    std::string_view attributes;
+
+    /// The value of an attribute as written, references included; empty if there is none.
+    std::string_view attribute(std::string_view wanted) const;
+};
+
+/// Iterates over the tags of a text that a real parser accepts, such as a network's. For any text
+/// it takes linear time and stays in bounds.
+class XmlTags {
+public:
+    explicit XmlTags(std::string_view text) : rest_(text) {}
+
+    /// The next tag, skipping comments, declarations and the text between tags; nothing at the end
+    /// or if the text stops being XML.
+    std::optional<XmlTag> next();
+
+private:
+    bool skipPast(std::string_view end);
+
+    std::string_view rest_;
+};
+
+/// Replaces the references in a value ("&amp;", "&#38;"); unknown ones stay.
+std::string withoutReferences(std::string_view value);
+
+/// The names in a value that lists them: references are replaced, commas separate, and a backslash
+/// makes a comma part of a name.
+std::vector<std::string> splitNames(std::string_view value);
+
+}  // namespace VelmoraQuavin::internal
