@@ -4,7 +4,10 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
+
+#include "support/ir_text.h"
 
 namespace VelmoraQuavin::testing {
 
@@ -32,7 +35,7 @@ public:
         std::string type;  ///< "f32", "i32", ...
     };
 
-    explicit IrNetwork(std::string name) : name_(std::move(name)) {}
+    explicit IrNetwork(std::string name) : text_(10, std::move(name)) {}
 
     /// An input of the network.
     Port input(const std::string& name, const Shape& shape, const std::string& type = "f32");
@@ -53,7 +56,7 @@ public:
 
     const std::vector<Port>& inputs() const { return inputs_; }
     const std::vector<Port>& outputs() const { return outputs_; }
-    std::string topology() const;
+    std::string topology() const { return text_.str(); }
     const std::string& weights() const { return weights_; }
 
 private:
@@ -62,12 +65,11 @@ private:
 
     Port addConstant(const std::string& name, const Shape& shape, const std::string& type,
                      std::string_view bytes);
-    Port add(const std::string& kind, const std::string& name, const std::vector<Port>& inputs,
-             const Shape& shape, const std::string& type, const std::string& attributes);
+    /// Returns the layer's number.
+    std::size_t add(const std::string& kind, const std::string& name, const std::string& attributes,
+                    const std::vector<Port>& inputs, const std::vector<IrText::Port>& outputs);
 
-    std::string name_;
-    std::string layers_;
-    std::string edges_;
+    IrText text_;
     std::string weights_;
     std::size_t layerCount_ = 0;
     std::vector<Port> inputs_;

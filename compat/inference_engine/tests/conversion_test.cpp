@@ -2,13 +2,15 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "ir_text.hpp"
+#include "network_texts.hpp"
 #include "network_under_test.hpp"
+#include "support/ir_text.h"
 
 namespace InferenceEngine {
 namespace {
 
 using testing::ElementsAre;
+using VelmoraQuavin::testing::IrText;
 
 template <class T>
 constexpr Precision::ePrecision precisionOf() {

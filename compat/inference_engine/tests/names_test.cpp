@@ -2,14 +2,15 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "ir_text.hpp"
 #include "network_under_test.hpp"
+#include "support/ir_text.h"
 
 namespace InferenceEngine {
 namespace {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
+using VelmoraQuavin::testing::IrText;
 
 CNNNetwork networkOf(const std::string& text,
                      const TBlob<std::uint8_t>::Ptr& weights = noWeights()) {
@@ -21,7 +22,7 @@ IrText splitting(int version, const std::vector<int>& shown) {
     IrText text(version);
     const bool named = version > 10;
     text.parameter(0, "x", "f32", "1,4", named ? "x" : "")
-        .constant(1, "i64", "", 0, 8)
+        .constant(1, "axis", "i64", "", 0, 8)
         .layer(2, "split", "Split", "num_splits=\"2\"", "f32", {"1,4", ""},
                {{"1,2", named ? "left" : ""}, {"1,2", named ? "right" : ""}})
         .edge(0, 0, 2, 0)
@@ -74,7 +75,7 @@ TEST(NamesTest, Version10NumbersTheOutputsOfALayerWithSeveral) {
 TEST(NamesTest, Version10NumbersTheOutputsOfTopK) {
     const std::string text = IrText(10)
                                  .parameter(0, "x", "f32", "1,4")
-                                 .constant(1, "i64", "", 0, 8)
+                                 .constant(1, "count", "i64", "", 0, 8)
                                  .layer(2, "best", "TopK", R"(axis="1" mode="max" sort="value")",
                                         "f32", {"1,4", ""}, {{"1,2", ""}, {"1,2", ""}})
                                  .result(3, "1,2")

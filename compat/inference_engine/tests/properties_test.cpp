@@ -2,7 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "ir_text.hpp"
+#include "network_texts.hpp"
 #include "network_under_test.hpp"
 
 namespace InferenceEngine {

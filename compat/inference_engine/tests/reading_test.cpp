@@ -4,8 +4,9 @@
 
 #include <thread>
 
-#include "ir_text.hpp"
+#include "network_texts.hpp"
 #include "network_under_test.hpp"
+#include "support/ir_text.h"
 
 namespace InferenceEngine {
 namespace {
@@ -16,6 +17,7 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 using testing::StartsWith;
+using VelmoraQuavin::testing::IrText;
 
 TEST(ReadingTest, PaddingAfterTheTextIsAccepted) {
     const std::string text = doublingNetwork();

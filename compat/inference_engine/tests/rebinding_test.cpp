@@ -4,8 +4,8 @@
 
 #include <array>
 
-#include "ir_text.hpp"
 #include "loaded_request.hpp"
+#include "network_texts.hpp"
 #include "network_under_test.hpp"
 #include "runtime_core.hpp"
 #include "runtime_network.hpp"

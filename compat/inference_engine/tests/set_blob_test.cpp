@@ -4,8 +4,9 @@
 
 #include <array>
 
-#include "ir_text.hpp"
+#include "network_texts.hpp"
 #include "network_under_test.hpp"
+#include "support/ir_text.h"
 
 namespace InferenceEngine {
 namespace {
@@ -14,6 +15,7 @@ using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::ThrowsMessage;
+using VelmoraQuavin::testing::IrText;
 
 class SetBlobTest : public testing::Test {
 protected:

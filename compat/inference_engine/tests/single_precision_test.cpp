@@ -4,7 +4,7 @@
 
 #include "compile.hpp"
 #include "failure.hpp"
-#include "ir_text.hpp"
+#include "network_texts.hpp"
 #include "runtime_call.hpp"
 #include "runtime_core.hpp"
 

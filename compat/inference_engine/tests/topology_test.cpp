@@ -8,7 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "ir_text.hpp"
+#include "network_texts.hpp"
+#include "support/ir_text.h"
 
 namespace InferenceEngine::runtime {
 namespace {
@@ -17,6 +18,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Pair;
 using testing::UnorderedElementsAre;
+using VelmoraQuavin::testing::IrText;
 
 TEST(TopologyTest, LayersNameThePortsUpToVersion10) {
     const Topology topology =
