@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <optional>
 #include <stdexcept>
 
 #include "support/unreadable_file.h"
@@ -17,12 +18,12 @@ struct Entry {
     dev_t device = 0;
     ino_t number = 0;
 };
-const Entry* unreadable = nullptr;
+std::optional<Entry> unreadable;
 
 ssize_t readUnlessBroken(int file, void* buffer, size_t count) {
     struct stat attributes {};
-    if (unreadable != nullptr && ::fstat(file, &attributes) == 0 &&
-        attributes.st_dev == unreadable->device && attributes.st_ino == unreadable->number) {
+    if (unreadable && ::fstat(file, &attributes) == 0 && attributes.st_dev == unreadable->device &&
+        attributes.st_ino == unreadable->number) {
         errno = EIO;
         return -1;
     }
@@ -51,26 +52,16 @@ ssize_t checkedReadOfThisProgram(int file, void* buffer, size_t count, size_t /*
 
 namespace VelmoraQuavin::testing {
 
-class UnreadableFile::Implementation {
-public:
-    explicit Implementation(const std::filesystem::path& path) {
-        struct stat attributes {};
-        if (::stat(path.c_str(), &attributes) != 0) {
-            throw std::runtime_error("there is no " + path.string());
-        }
-        entry_ = {attributes.st_dev, attributes.st_ino};
-        unreadable = &entry_;
+UnreadableFile::UnreadableFile(const std::filesystem::path& path) {
+    struct stat attributes {};
+    if (::stat(path.c_str(), &attributes) != 0) {
+        throw std::runtime_error("there is no " + path.string());
     }
-    Implementation(const Implementation&) = delete;
-    Implementation& operator=(const Implementation&) = delete;
-    ~Implementation() { unreadable = nullptr; }
+    unreadable = Entry{attributes.st_dev, attributes.st_ino};
+}
 
-private:
-    Entry entry_;
-};
-
-UnreadableFile::UnreadableFile(const std::filesystem::path& path)
-    : implementation_(std::make_unique<Implementation>(path)) {}
-UnreadableFile::~UnreadableFile() = default;
+UnreadableFile::~UnreadableFile() {
+    unreadable.reset();
+}
 
 }  // namespace VelmoraQuavin::testing

@@ -3,6 +3,7 @@
 
 #include <windows.h>
 
+#include <optional>
 #include <stdexcept>
 
 #include "support/unreadable_file.h"
@@ -14,7 +15,7 @@ struct Entry {
     DWORD indexHigh = 0;
     DWORD indexLow = 0;
 };
-const Entry* unreadable = nullptr;
+std::optional<Entry> unreadable;
 
 Entry entryOf(HANDLE file) {
     BY_HANDLE_FILE_INFORMATION information{};
@@ -25,7 +26,7 @@ Entry entryOf(HANDLE file) {
 
 BOOL WINAPI readUnlessBroken(HANDLE file, void* buffer, DWORD count, DWORD* got,
                              OVERLAPPED* overlapped) {
-    if (unreadable != nullptr) {
+    if (unreadable) {
         const Entry entry = entryOf(file);
         if (entry.volume == unreadable->volume && entry.indexHigh == unreadable->indexHigh &&
             entry.indexLow == unreadable->indexLow) {
@@ -46,29 +47,19 @@ decltype(&::ReadFile) __imp_ReadFile = &readUnlessBroken;
 
 namespace VelmoraQuavin::testing {
 
-class UnreadableFile::Implementation {
-public:
-    explicit Implementation(const std::filesystem::path& path) {
-        const HANDLE file = ::CreateFileW(path.c_str(), FILE_READ_ATTRIBUTES,
-                                          FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-                                          nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
-        if (file == INVALID_HANDLE_VALUE) {
-            throw std::runtime_error("there is no " + path.string());
-        }
-        entry_ = entryOf(file);
-        ::CloseHandle(file);
-        unreadable = &entry_;
+UnreadableFile::UnreadableFile(const std::filesystem::path& path) {
+    const HANDLE file = ::CreateFileW(path.c_str(), FILE_READ_ATTRIBUTES,
+                                      FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                                      nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (file == INVALID_HANDLE_VALUE) {
+        throw std::runtime_error("there is no " + path.string());
     }
-    Implementation(const Implementation&) = delete;
-    Implementation& operator=(const Implementation&) = delete;
-    ~Implementation() { unreadable = nullptr; }
+    unreadable = entryOf(file);
+    ::CloseHandle(file);
+}
 
-private:
-    Entry entry_;
-};
-
-UnreadableFile::UnreadableFile(const std::filesystem::path& path)
-    : implementation_(std::make_unique<Implementation>(path)) {}
-UnreadableFile::~UnreadableFile() = default;
+UnreadableFile::~UnreadableFile() {
+    unreadable.reset();
+}
 
 }  // namespace VelmoraQuavin::testing
