@@ -83,11 +83,17 @@ TEST_F(GetModel, NullMetadataAnswers7AndLeavesTheModelInPlace) {
 }
 
 TEST_F(GetModel, ATargetWithoutInputsAnswers12) {
-    PackageText text = describe(sumNetwork());
-    text.inputs.clear();
-    writeManifest(directory_, text);
-    EXPECT_THAT(load(),
-                IsStatus(MODEL_METADATA_ERROR, "There must be at least one defined input name"));
+    takeTheInputsAway();
+    EXPECT_THAT(load(), IsStatus(MODEL_METADATA_ERROR, kNoInput));
+    EXPECT_EQ(model_, nullptr);
+}
+
+TEST_F(GetModel, ATargetWithoutInputsThatTheHostMadeAnswers12AndClearsThePointer) {
+    const auto metadata = std::make_shared<ModelMetadata>();
+    metadata->getTargets().emplace(QuavinModelType::Openvino, ModelTarget());
+    EXPECT_THAT(client_.getModel(metadata, model_, QuavinModelType::Openvino),
+                IsStatus(MODEL_METADATA_ERROR, kNoInput));
+    EXPECT_EQ(model_, nullptr);
 }
 
 TEST_F(GetModel, ATargetWithoutOutputsAnswers12) {

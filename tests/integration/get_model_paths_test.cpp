@@ -12,9 +12,11 @@ TEST_F(GetModel, ATrailingSeparatorIsDoubledAndStillLoads) {
 
 TEST_F(GetModel, ATrailingSeparatorIsDoubledInTheTextOfAFailure) {
     const std::string path = directory_.entry("nowhere\\");
-    EXPECT_THAT(client_.getModel(path, model_, 0, QuavinModelType::Openvino),
-                IsStatus(MODEL_METADATA_ERROR, "Failed to open metadata file at " +
-                                                   directory_.entry("nowhere\\\\manifest.json")));
+    const auto expected =
+        IsStatus(MODEL_METADATA_ERROR,
+                 "Failed to open metadata file at " + directory_.entry("nowhere\\\\manifest.json"));
+    EXPECT_THAT(client_.getModel(path, model_, 0, QuavinModelType::Openvino), expected);
+    EXPECT_THAT(client_.getModel(path, model_, Device(), 0), expected);
 }
 
 TEST_F(GetModel, Utf16PathsMayContainAnyCharacter) {
@@ -27,6 +29,13 @@ TEST_F(GetModel, Utf16PathsMayContainAnyCharacter) {
     EXPECT_THAT(client_.getModel(path, model_, 0, QuavinModelType::Openvino), IsOk());
     EXPECT_EQ(model_->getMetadata()->getRootDir().c_str(), String(directory_.entry(folder)));
     EXPECT_THAT(client_.getModel(path, model_, Device(), 0), IsOk());
+}
+
+TEST_F(GetModel, AUtf16PathIsInUtf8InTheTextOfAFailure) {
+    EXPECT_THAT(
+        client_.getModel(utf16(directory_, u"/\u00E9"), model_, 0, QuavinModelType::Openvino),
+        IsStatus(MODEL_METADATA_ERROR, "Failed to open metadata file at " + directory_.text() +
+                                           "/\xC3\xA9\\manifest.json"));
 }
 
 TEST_F(GetModel, AnInvalidUtf16PathThrowsBadConversionAndLeavesTheModelInPlace) {

@@ -54,6 +54,16 @@ TEST_F(GetModel, AFailedDeviceLoadStaysRegisteredAndClearsThePointer) {
     EXPECT_EQ(registeredModels(), 2U);
 }
 
+TEST_F(GetModel, AModelRegisteredByAFailedDeviceLoadMayBeUnloaded) {
+    takeTheInputsAway();
+    EXPECT_THAT(client_.getModel(directory_.text(), model_, Device(), 0),
+                IsStatus(MODEL_METADATA_ERROR, kNoInput));
+    EXPECT_EQ(model_, nullptr);
+    ASSERT_EQ(registeredModels(), 1U);
+    client_.getModelManager().unloadModel(client_.queryRuntimeStatus().getLoadedModels().at(0));
+    EXPECT_EQ(registeredModels(), 0U);
+}
+
 TEST_F(GetModel, ADeviceLoadThatThrowsStaysRegisteredToo) {
     breakTheTopology();
     EXPECT_THAT(client_.getModel(directory_.text(), model_, Device(), 0),

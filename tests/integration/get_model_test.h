@@ -7,6 +7,8 @@ namespace VelmoraQuavin::testing {
 inline constexpr const char* kNotInitialized =
     "Trying to use quavin client before the sdk was initialized!";
 inline constexpr const char* kNoTarget = "None of the target applicable for the platform found";
+/// The refusal of a target that was chosen but has no input.
+inline constexpr const char* kNoInput = "There must be at least one defined input name";
 
 inline std::u16string utf16(const TempDirectory& directory, const std::u16string& rest = u"") {
     return directory.path().u16string() + rest;
@@ -34,6 +36,12 @@ protected:
     void takeAComponentAway() {
         PackageText text = describe(sumNetwork());
         text.components.pop_back();
+        writeManifest(directory_, text);
+    }
+    /// Makes a package for which getModel returns 12 and `kNoInput`.
+    void takeTheInputsAway() {
+        PackageText text = describe(sumNetwork());
+        text.inputs.clear();
         writeManifest(directory_, text);
     }
     /// Makes a package whose loading throws, for which getModel returns 3.

@@ -23,8 +23,12 @@ TEST_F(GetModel, BeingOffIsReportedBeforeAnEmptyPathOrNullMetadata) {
     QuavinClient::terminate();
     const auto expected = IsStatus(NOT_INITIALIZED, kNotInitialized);
     EXPECT_THAT(client_.getModel("", model_, 0, QuavinModelType::Openvino), expected);
+    EXPECT_THAT(client_.getModel("", model_, Device(), 0), expected);
+    EXPECT_THAT(client_.getModel(u"", model_, 0, QuavinModelType::Openvino), expected);
+    EXPECT_THAT(client_.getModel(u"", model_, Device(), 0), expected);
     EXPECT_THAT(client_.getModel(nullptr, model_, Device()), expected);
     EXPECT_THAT(client_.getModel(nullptr, model_, QuavinModelType::Openvino), expected);
+    EXPECT_EQ(model_, other_);
 }
 
 TEST_F(GetModel, UnloadAnswersSuccessAndKeepsThePointerAndTheRegistration) {

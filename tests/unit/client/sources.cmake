@@ -2,7 +2,6 @@ quavin_unit_test(
   client
   client_at_exit_test.cpp
   client_logging_test.cpp
-  client_models_test.cpp
   client_registry_test.cpp
   model_manager_test.cpp
   model_runtime_status_test.cpp
