@@ -30,6 +30,13 @@ void put(std::string& header, std::size_t offset, std::size_t size, const std::s
 
 }  // namespace
 
+TarFields tarFields(const std::string& name, char type) {
+    TarFields fields;
+    fields.name = name;
+    fields.type = type;
+    return fields;
+}
+
 unsigned int tarChecksum(std::string_view header) {
     unsigned int sum = 0;
     for (std::size_t place = 0; place < kBlock; ++place) {
@@ -79,22 +86,15 @@ std::string tarEnd() {
 }
 
 std::string tarFile(const std::string& name, std::string_view content) {
-    TarFields fields;
-    fields.name = name;
-    return tarEntry(fields, content);
+    return tarEntry(tarFields(name), content);
 }
 
 std::string tarDirectory(const std::string& name) {
-    TarFields fields;
-    fields.name = name;
-    fields.type = '5';
-    return tarEntry(fields);
+    return tarEntry(tarFields(name, '5'));
 }
 
 std::string gnuLongName(const std::string& name) {
-    TarFields fields;
-    fields.name = "././@LongLink";
-    fields.type = 'L';
+    TarFields fields = tarFields("././@LongLink", 'L');
     fields.magic = kGnuMagic;
     return tarEntry(fields, name + '\0');
 }
@@ -110,10 +110,7 @@ std::string paxRecord(const std::string& key, const std::string& value) {
 }
 
 std::string paxHeader(std::string_view records, char type) {
-    TarFields fields;
-    fields.name = "PaxHeaders/entry";
-    fields.type = type;
-    return tarEntry(fields, records);
+    return tarEntry(tarFields("PaxHeaders/entry", type), records);
 }
 
 }  // namespace VelmoraQuavin::testing

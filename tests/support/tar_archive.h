@@ -30,6 +30,9 @@ struct TarFields {
 /// The magic of GNU tar's own layout, which has no prefix.
 const std::string kGnuMagic("ustar  \0", 8);
 
+/// The fields of a plain ustar entry.
+TarFields tarFields(const std::string& name, char type = '0');
+
 /// The sum of a header's 512 bytes, its checksum counted as spaces.
 unsigned int tarChecksum(std::string_view header);
 /// Six octal digits.

@@ -14,11 +14,13 @@ namespace {
 namespace fs = std::filesystem;
 using testing::CaseName;
 using testing::fileInTree;
+using testing::fileOfSize;
 using testing::FileTree;
 using testing::IsOk;
 using testing::kDirectoryInTree;
 using testing::kGnuMagic;
 using testing::octalChecksum;
+using testing::prefixedFile;
 using testing::readTarData;
 using testing::tarChecksum;
 using testing::TarDestination;
@@ -26,15 +28,14 @@ using testing::tarDirectory;
 using testing::tarEnd;
 using testing::tarEntry;
 using testing::TarExtraction;
+using testing::tarFields;
 using testing::TarFields;
 using testing::tarFile;
 using testing::tarHeader;
 using testing::whiteSpaceOfNames;
 
 TarFields oldFields(const std::string& name) {
-    TarFields fields;
-    fields.name = name;
-    fields.type = '\0';
+    TarFields fields = tarFields(name, '\0');
     fields.magic = "";
     return fields;
 }
@@ -43,21 +44,6 @@ struct Archive {
     std::string name;
     std::string bytes;
 };
-
-std::string prefixed(const std::string& prefix, const std::string& magic) {
-    TarFields fields;
-    fields.name = "file";
-    fields.prefix = prefix;
-    fields.magic = magic;
-    return tarEntry(fields, "content");
-}
-
-std::string sized(const std::string& size, const std::string& content) {
-    TarFields fields;
-    fields.name = "file";
-    fields.size = size;
-    return tarEntry(fields, content);
-}
 
 class TarOverloads : public ::testing::TestWithParam<Archive> {
 protected:
@@ -95,9 +81,9 @@ INSTANTIATE_TEST_SUITE_P(
         Archive{"Backslashes", tarDirectory("a\\") + tarFile("a\\file", "content") + tarEnd()},
         Archive{"Dots",
                 tarDirectory("./") + tarDirectory("./a/") + tarFile("./a/.//f", "c") + tarEnd()},
-        Archive{"Prefix", tarDirectory("a") + prefixed("a", "ustar") + tarEnd()},
-        Archive{"GnuHasNoPrefix", tarDirectory("a") + prefixed("a", kGnuMagic) + tarEnd()},
-        Archive{"NoMagicHasNoPrefix", tarDirectory("a") + prefixed("a", "") + tarEnd()},
+        Archive{"Prefix", tarDirectory("a") + prefixedFile("a", "ustar") + tarEnd()},
+        Archive{"GnuHasNoPrefix", tarDirectory("a") + prefixedFile("a", kGnuMagic) + tarEnd()},
+        Archive{"NoMagicHasNoPrefix", tarDirectory("a") + prefixedFile("a", "") + tarEnd()},
         Archive{"NinetyNineCharacters", tarFile(std::string(99, 'n'), "content") + tarEnd()},
         Archive{"WhiteSpaceInAFilesName",
                 tarFile(whiteSpaceOfNames() + "my" + whiteSpaceOfNames() + "file", "content") +
@@ -106,8 +92,9 @@ INSTANTIATE_TEST_SUITE_P(
         Archive{"Blocks", tarFile("0") + tarFile("1", "1") + tarFile("511", std::string(511, 'a')) +
                               tarFile("512", std::string(512, 'b')) +
                               tarFile("513", std::string(513, 'c')) + tarFile("last") + tarEnd()},
-        Archive{"SizeAfterBlanks", sized("         7 ", "content") + tarFile("last") + tarEnd()},
-        Archive{"SizeOfTwelveDigits", sized("000000000007", "content") + tarEnd()},
+        Archive{"SizeAfterBlanks",
+                fileOfSize("         7 ", "content") + tarFile("last") + tarEnd()},
+        Archive{"SizeOfTwelveDigits", fileOfSize("000000000007", "content") + tarEnd()},
         Archive{"TextAfterTheEnd",
                 tarFile("file", "x") + std::string(512, '\0') + tarFile("behind") + "no header"},
         Archive{"Simple", readTarData("accepted/simple.tar")}),
@@ -169,31 +156,28 @@ TEST_F(TarBounded, ANameOf100CharactersIsExtracted) {
 }
 
 TEST_F(TarBounded, ADirectorysContentIsSkipped) {
-    TarFields fields;
-    fields.name = "root";
-    fields.type = '5';
-    EXPECT_THAT(to_.extract(tarEntry(fields, std::string(513, 'x')) + tarFile("file") + tarEnd()),
+    EXPECT_THAT(to_.extract(tarEntry(tarFields("root", '5'), std::string(513, 'x')) +
+                            tarFile("file") + tarEnd()),
                 IsOk());
     EXPECT_EQ(to_.tree(), (FileTree{{"root", kDirectoryInTree}, {"file", fileInTree("")}}));
 }
 
 TEST_F(TarBounded, ASizeMayBeInGnuTarsBinaryForm) {
     const std::string size("\x80\0\0\0\0\0\0\0\0\0\2\1", 12);
-    EXPECT_THAT(to_.extract(sized(size, std::string(513, 'x')) + tarFile("next") + tarEnd()),
+    EXPECT_THAT(to_.extract(fileOfSize(size, std::string(513, 'x')) + tarFile("next") + tarEnd()),
                 IsOk());
     EXPECT_EQ(to_.tree(),
               (FileTree{{"file", fileInTree(std::string(513, 'x'))}, {"next", fileInTree("")}}));
 }
 
 TEST_F(TarBounded, AnEmptySizeMeansZero) {
-    TarFields directory;
-    directory.name = "root/";
-    directory.type = '5';
+    TarFields directory = tarFields("root/", '5');
     for (const std::string size : {"", "            "}) {
         directory.size = size;
         to_.setDestination(to_.text());
-        EXPECT_THAT(to_.extract(tarEntry(directory) + sized(size, "") + tarFile("next") + tarEnd()),
-                    IsOk());
+        EXPECT_THAT(
+            to_.extract(tarEntry(directory) + fileOfSize(size, "") + tarFile("next") + tarEnd()),
+            IsOk());
         EXPECT_EQ(to_.tree(), (FileTree{{"root", kDirectoryInTree},
                                         {"file", fileInTree("")},
                                         {"next", fileInTree("")}}));
@@ -202,8 +186,7 @@ TEST_F(TarBounded, AnEmptySizeMeansZero) {
 
 // git writes seven digits.
 TEST_F(TarBounded, AChecksumMayHaveSevenDigits) {
-    TarFields fields;
-    fields.name = "file";
+    TarFields fields = tarFields("file");
     fields.checksum = "0" + octalChecksum(tarChecksum(tarHeader(fields, 7)));
     EXPECT_THAT(to_.extract(tarEntry(fields, "content") + tarEnd()), IsOk());
     EXPECT_EQ(to_.tree(), (FileTree{{"file", fileInTree("content")}}));

@@ -10,6 +10,7 @@ namespace VelmoraQuavin {
 namespace {
 
 using testing::fileInTree;
+using testing::fileOfSize;
 using testing::FileTree;
 using testing::gnuLongName;
 using testing::IsOk;
@@ -20,6 +21,7 @@ using testing::TarDestination;
 using testing::tarEnd;
 using testing::tarEntry;
 using testing::TarExtraction;
+using testing::tarFields;
 using testing::TarFields;
 using testing::tarFile;
 using namespace std::string_literals;
@@ -61,8 +63,7 @@ TEST_F(TarExtensions, APaxPathReplacesTheName) {
 }
 
 TEST_F(TarExtensions, APaxPathReplacesThePrefixToo) {
-    TarFields fields;
-    fields.name = "file";
+    TarFields fields = tarFields("file");
     fields.prefix = "folder";
     EXPECT_EQ(nameOf(paxHeader(paxRecord("path", "other")) + tarEntry(fields)), "other");
 }
@@ -123,13 +124,10 @@ TEST_F(TarExtensions, AnEmptyPaxPathRemovesAnEarlierOne) {
 
 TEST_F(TarExtensions, APaxSizeReplacesTheSize) {
     for (const std::string size : {"00000000000", "77777777777", "no size"}) {
-        TarFields fields;
-        fields.name = "file";
-        fields.size = size;
         to_.setDestination(to_.text());
         EXPECT_THAT(
             to_.extract(paxHeader(paxRecord("size", "513")) +
-                        tarEntry(fields, std::string(513, 'x')) + tarFile("next") + tarEnd()),
+                        fileOfSize(size, std::string(513, 'x')) + tarFile("next") + tarEnd()),
             IsOk());
         EXPECT_EQ(to_.tree(), (FileTree{{"file", fileInTree(std::string(513, 'x'))},
                                         {"next", fileInTree("")}}));
@@ -177,9 +175,7 @@ TEST_F(TarExtensions, ATruncatedExtensionIsRefused) {
 
 TEST_F(TarExtensions, AnExtensionWithAMalformedSizeIsRefused) {
     for (const char type : kExtensionTypes) {
-        TarFields fields;
-        fields.type = type;
-        fields.name = "x";
+        TarFields fields = tarFields("x", type);
         fields.size = "-1";
         expectRefused(tarEntry(fields) + tarFile("file") + tarEnd(), INVALID_ARGUMENTS,
                       kBadExtension);

@@ -47,6 +47,21 @@ inline std::string readTarData(const std::string& name) {
     return bytes;
 }
 
+/// "file", with this text in its field for the size.
+inline std::string fileOfSize(const std::string& field, std::string_view content) {
+    TarFields fields = tarFields("file");
+    fields.size = field;
+    return tarEntry(fields, content);
+}
+
+/// "file" with the content "content", which a prefix puts into a folder if the magic allows one.
+inline std::string prefixedFile(const std::string& prefix, const std::string& magic) {
+    TarFields fields = tarFields("file");
+    fields.prefix = prefix;
+    fields.magic = magic;
+    return tarEntry(fields, "content");
+}
+
 /// A directory to extract into, with a file and a directory beside it that must stay as they are.
 class TarDestination {
 public:

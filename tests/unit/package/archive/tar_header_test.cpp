@@ -10,6 +10,7 @@
 namespace VelmoraQuavin::internal {
 namespace {
 
+using testing::tarFields;
 using testing::TarFields;
 
 // Holds the bytes of a header and dereferences to a view of them.
@@ -27,12 +28,6 @@ public:
 private:
     std::string bytes_;
 };
-
-TarFields named(const std::string& name) {
-    TarFields fields;
-    fields.name = name;
-    return fields;
-}
 
 TEST(TarBlocksOf, RoundsUpToWholeBlocks) {
     EXPECT_EQ(tarBlocksOf(0), 0u);
@@ -62,14 +57,14 @@ TEST(TarHeaderTest, AZeroFirstByteMarksTheEnd) {
 }
 
 TEST(TarHeaderTest, NamesEndAtAZeroByteOrAtTheEndOfTheField) {
-    EXPECT_EQ((*Shown(named("file"))).name(), "file");
-    EXPECT_EQ((*Shown(named(std::string("file\0behind", 11)))).name(), "file");
+    EXPECT_EQ((*Shown(tarFields("file"))).name(), "file");
+    EXPECT_EQ((*Shown(tarFields(std::string("file\0behind", 11)))).name(), "file");
     const std::string hundred(100, 'n');
-    EXPECT_EQ((*Shown(named(hundred))).name(), hundred);
+    EXPECT_EQ((*Shown(tarFields(hundred))).name(), hundred);
 }
 
 TEST(TarHeaderTest, PrefixesEndAtAZeroByteOrAtTheEndOfTheField) {
-    TarFields fields = named("file");
+    TarFields fields = tarFields("file");
     fields.prefix = std::string("folder\0behind", 13);
     EXPECT_EQ((*Shown(fields)).prefix(), "folder");
     fields.prefix = std::string(155, 'p');
@@ -78,7 +73,7 @@ TEST(TarHeaderTest, PrefixesEndAtAZeroByteOrAtTheEndOfTheField) {
 }
 
 TEST(TarHeaderTest, OnlyUstarWithAZeroByteHasAPrefix) {
-    TarFields fields = named("file");
+    TarFields fields = tarFields("file");
     fields.prefix = "folder";
     for (const std::string& magic :
          {testing::kGnuMagic, std::string("ustar 00"), std::string("ustaR\0", 6),
@@ -90,21 +85,20 @@ TEST(TarHeaderTest, OnlyUstarWithAZeroByteHasAPrefix) {
 }
 
 TEST(TarHeaderTest, TypeAndSizeAreReturnedUnparsed) {
-    TarFields fields = named("file");
-    fields.type = '\xFF';
+    TarFields fields = tarFields("file", '\xFF');
     fields.size = "12 34 567890";
     EXPECT_EQ((*Shown(fields)).type(), '\xFF');
     EXPECT_EQ((*Shown(fields)).sizeField(), "12 34 567890");
-    EXPECT_EQ((*Shown(named("file"), 513)).sizeField(), std::string("00000001001\0", 12));
+    EXPECT_EQ((*Shown(tarFields("file"), 513)).sizeField(), std::string("00000001001\0", 12));
 }
 
 TEST(TarHeaderTest, TheContentFollowsTheHeader) {
-    const Shown header(named("file"));
+    const Shown header(tarFields("file"));
     EXPECT_EQ((*header).content(), header.data() + 512);
 }
 
 TEST(TarHeaderTest, TheChecksumCoversEveryByteButItsOwnLastTwo) {
-    const std::string good = testing::tarHeader(named("file"), 7);
+    const std::string good = testing::tarHeader(tarFields("file"), 7);
     EXPECT_TRUE((*Shown(good)).checksumMatches());
     for (std::size_t place = 0; place < good.size(); ++place) {
         std::string changed = good;

@@ -16,6 +16,7 @@ using testing::expectThrows;
 using testing::tarDirectory;
 using testing::tarEnd;
 using testing::tarEntry;
+using testing::tarFields;
 using testing::TarFields;
 using testing::tarFile;
 
@@ -73,8 +74,7 @@ TEST(TarReaderTest, TheEndLeavesTheEntryAlone) {
 }
 
 TEST(TarReaderTest, NamesAreReturnedVerbatim) {
-    TarFields fields;
-    fields.name = "./c//\\file";
+    TarFields fields = tarFields("./c//\\file");
     fields.prefix = "../a\\b/";
     const ExactBytes bytes(tarEntry(fields) + tarEnd());
     TarReader reader(bytes.data(), bytes.size());
@@ -84,8 +84,7 @@ TEST(TarReaderTest, NamesAreReturnedVerbatim) {
 }
 
 TEST(TarReaderTest, MessagesNumberTheEntries) {
-    TarFields bad;
-    bad.name = "bad";
+    TarFields bad = tarFields("bad");
     bad.checksum = "000000";
     const ExactBytes bytes(tarFile("one") + testing::paxHeader(testing::paxRecord("path", "2")) +
                            tarFile("two") + tarEntry(bad));

@@ -12,6 +12,7 @@ namespace {
 
 using testing::CaseName;
 using testing::ExactBytes;
+using testing::fileOfSize;
 using testing::FileTree;
 using testing::gnuLongName;
 using testing::IsOk;
@@ -24,6 +25,7 @@ using testing::tarDirectory;
 using testing::tarEnd;
 using testing::tarEntry;
 using testing::TarExtraction;
+using testing::tarFields;
 using testing::TarFields;
 using testing::tarFile;
 using testing::tarHeader;
@@ -101,8 +103,7 @@ TEST_F(TarRefusal, EveryChangedHeaderByteIsRefused) {
 }
 
 TEST_F(TarRefusal, AWrongChecksumAfterGoodEntriesIsRefused) {
-    TarFields fields;
-    fields.name = "bad";
+    TarFields fields = tarFields("bad");
     fields.checksum = octalChecksum(tarChecksum(tarHeader(fields)) + 1);
     expectRefused(tarDirectory("root") + tarFile("root/file", "x") + tarEntry(fields) + tarEnd(),
                   TAR_CHECKSUM_MISMATCH, "Archive entry 3: the header's checksum is wrong");
@@ -136,11 +137,8 @@ class TarMalformedSizes : public TarExtraction,
                           public ::testing::WithParamInterface<RefusedSize> {};
 
 TEST_P(TarMalformedSizes, TheArchiveIsRefused) {
-    TarFields fields;
-    fields.name = "file";
-    fields.size = GetParam().field;
-    expectRefused(tarFile("good", "x") + tarEntry(fields, "content") + tarEnd(), INVALID_ARGUMENTS,
-                  "Archive entry 2 (\"file\"): its size is no number");
+    expectRefused(tarFile("good", "x") + fileOfSize(GetParam().field, "content") + tarEnd(),
+                  INVALID_ARGUMENTS, "Archive entry 2 (\"file\"): its size is no number");
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -167,11 +165,9 @@ struct LargeSize {
 class TarLargeSizes : public TarExtraction, public ::testing::WithParamInterface<LargeSize> {};
 
 TEST_P(TarLargeSizes, TheArchiveIsRefused) {
-    TarFields fields;
-    fields.name = "file";
-    fields.size = GetParam().field;
     // One block of content and two of the end mark are left.
-    expectRefused(tarFile("good", "x") + tarEntry(fields, "content") + tarEnd(), INVALID_ARGUMENTS,
+    expectRefused(tarFile("good", "x") + fileOfSize(GetParam().field, "content") + tarEnd(),
+                  INVALID_ARGUMENTS,
                   "Archive entry 2 (\"file\"): it needs " + GetParam().number +
                       " bytes of content, in whole blocks of 512, and 1536 are left in the "
                       "archive");

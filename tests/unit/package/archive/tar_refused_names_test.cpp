@@ -21,6 +21,7 @@ using testing::tarDirectory;
 using testing::tarEnd;
 using testing::tarEntry;
 using testing::TarExtraction;
+using testing::tarFields;
 using testing::TarFields;
 using testing::tarFile;
 
@@ -37,10 +38,7 @@ struct NamePlacement {
 };
 
 std::string inTheHeader(const std::string& name, char type) {
-    TarFields fields;
-    fields.name = name;
-    fields.type = type;
-    return tarEntry(fields);
+    return tarEntry(tarFields(name, type));
 }
 
 // Splits the name at the first slash, which the reader puts back between prefix and name.
@@ -49,10 +47,8 @@ std::string inThePrefix(const std::string& name, char type) {
     if (slash == std::string::npos) {
         return inTheHeader(name, type);
     }
-    TarFields fields;
+    TarFields fields = tarFields(name.substr(slash + 1), type);
     fields.prefix = name.substr(0, slash);
-    fields.name = name.substr(slash + 1);
-    fields.type = type;
     return tarEntry(fields);
 }
 
@@ -126,8 +122,7 @@ TEST_F(TarRefusedName, AnAbsolutePathBesideTheDestinationIsRefused) {
 }
 
 TEST_F(TarRefusedName, ANameJoinedWithItsPrefixIsRefused) {
-    TarFields fields;
-    fields.name = "../x";
+    TarFields fields = tarFields("../x");
     fields.prefix = "root";
     expectRefused(tarEntry(fields) + tarEnd(), INVALID_ARGUMENTS,
                   "Archive entry \"root/../x\": its name holds \"..\"");

@@ -21,6 +21,7 @@ using testing::tarDirectory;
 using testing::tarEnd;
 using testing::tarEntry;
 using testing::TarExtraction;
+using testing::tarFields;
 using testing::TarFields;
 using testing::tarFile;
 using testing::tarHeader;
@@ -61,39 +62,32 @@ TEST_F(TarUnboundedFailures, ANullPointerIsRefusedWithoutAMessage) {
     EXPECT_STREQ(String(destination.c_str()).str().c_str(), "C:\\models");
 }
 
-TarFields bad() {
-    TarFields fields;
-    fields.name = "bad";
-    return fields;
-}
-
 TEST_F(TarUnboundedFailures, AChecksumOneTooSmallStopsExtraction) {
-    TarFields fields = bad();
+    TarFields fields = tarFields("bad");
     fields.checksum = octalChecksum(tarChecksum(tarHeader(fields, 4)) - 1);
     expectStopsAt(tarEntry(fields, "lost"), TAR_CHECKSUM_MISMATCH);
 }
 
 TEST_F(TarUnboundedFailures, AChecksumOneTooLargeStopsExtraction) {
-    TarFields fields = bad();
+    TarFields fields = tarFields("bad");
     fields.checksum = octalChecksum(tarChecksum(tarHeader(fields, 4)) + 1);
     expectStopsAt(tarEntry(fields, "lost"), TAR_CHECKSUM_MISMATCH);
 }
 
 TEST_F(TarUnboundedFailures, ADirectorysWrongChecksumStopsExtraction) {
-    TarFields fields = bad();
-    fields.type = '5';
+    TarFields fields = tarFields("bad", '5');
     fields.checksum = octalChecksum(tarChecksum(tarHeader(fields)) + 1);
     expectStopsAt(tarEntry(fields), TAR_CHECKSUM_MISMATCH);
 }
 
 TEST_F(TarUnboundedFailures, AnEmptyChecksumStopsExtraction) {
-    TarFields fields = bad();
+    TarFields fields = tarFields("bad");
     fields.checksum = "";
     expectStopsAt(tarEntry(fields, "lost"), TAR_CHECKSUM_MISMATCH);
 }
 
 TEST_F(TarUnboundedFailures, AChecksumPaddedWithBlanksStopsExtraction) {
-    TarFields fields = bad();
+    TarFields fields = tarFields("bad");
     std::string digits = octalChecksum(tarChecksum(tarHeader(fields, 4)));
     ASSERT_EQ(digits.substr(0, 2), "00");
     fields.checksum = digits.replace(0, 2, "  ");
@@ -102,14 +96,13 @@ TEST_F(TarUnboundedFailures, AChecksumPaddedWithBlanksStopsExtraction) {
 
 // Only the first six digits are compared.
 TEST_F(TarUnboundedFailures, AChecksumOfSevenDigitsStopsExtraction) {
-    TarFields fields = bad();
+    TarFields fields = tarFields("bad");
     fields.checksum = "0" + octalChecksum(tarChecksum(tarHeader(fields, 4)));
     expectStopsAt(tarEntry(fields, "lost"), TAR_CHECKSUM_MISMATCH);
 }
 
 TEST_F(TarUnboundedFailures, AChecksumOfSignedBytesStopsExtraction) {
-    TarFields fields;
-    fields.name = "bäd";
+    TarFields fields = tarFields("bäd");
     // As signed bytes, each of the two bytes of "ä" counts 256 less.
     fields.checksum = octalChecksum(tarChecksum(tarHeader(fields, 4)) - 512);
     expectStopsAt(tarEntry(fields, "lost"), TAR_CHECKSUM_MISMATCH);
@@ -117,8 +110,7 @@ TEST_F(TarUnboundedFailures, AChecksumOfSignedBytesStopsExtraction) {
 
 TEST_F(TarUnboundedFailures, TheChecksumsLastTwoCharactersAreIgnored) {
     for (const std::string ending : {"", " ", "  ", "77", "xx", "\xFF\xFF"}) {
-        TarFields fields;
-        fields.name = "file";
+        TarFields fields = tarFields("file");
         fields.checksum = octalChecksum(tarChecksum(tarHeader(fields, 4))) + ending;
         EXPECT_THAT(to_.extractUnbounded(tarEntry(fields, "good") + tarEnd()), IsOk());
         EXPECT_EQ(to_.tree(), (FileTree{{"file", fileInTree("good")}}));
@@ -128,8 +120,7 @@ TEST_F(TarUnboundedFailures, TheChecksumsLastTwoCharactersAreIgnored) {
 }
 
 TEST_F(TarUnboundedFailures, TheChecksumIsCheckedBeforeTheType) {
-    TarFields fields = bad();
-    fields.type = '2';
+    TarFields fields = tarFields("bad", '2');
     fields.checksum = "777777";
     expectStopsAt(tarEntry(fields), TAR_CHECKSUM_MISMATCH);
 }
@@ -138,8 +129,7 @@ class TarUnboundedTypes : public TarUnboundedFailures,
                           public ::testing::WithParamInterface<char> {};
 
 TEST_P(TarUnboundedTypes, TypesOtherThanFileAndDirectoryStopExtraction) {
-    TarFields fields = bad();
-    fields.type = GetParam();
+    TarFields fields = tarFields("bad", GetParam());
     fields.linkName = "before/file";
     expectStopsAt(tarEntry(fields), TAR_UNSUPPORTED_ENTRY);
 }
@@ -162,9 +152,7 @@ TEST_F(TarUnboundedFailures, ADirectoryNameThatIsNotUtf8Throws) {
 }
 
 TEST_F(TarUnboundedFailures, TheChecksumAndTheTypeAreCheckedBeforeTheName) {
-    TarFields fields;
-    fields.name = "b\xFF";
-    fields.type = '2';
+    TarFields fields = tarFields("b\xFF", '2');
     expectStopsAt(tarEntry(fields), TAR_UNSUPPORTED_ENTRY);
     fields.checksum = "000000";
     expectStopsAt(tarEntry(fields), TAR_CHECKSUM_MISMATCH);

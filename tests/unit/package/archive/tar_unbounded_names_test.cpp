@@ -15,22 +15,17 @@ using testing::fileInTree;
 using testing::FileTree;
 using testing::IsOk;
 using testing::kGnuMagic;
+using testing::prefixedFile;
 using testing::tarDirectory;
 using testing::tarEnd;
 using testing::tarEntry;
 using testing::TarExtraction;
+using testing::tarFields;
 using testing::TarFields;
 using testing::tarFile;
 
 class TarUnboundedNames : public TarExtraction {
 protected:
-    static std::string prefixedFile(const std::string& prefix, const std::string& magic) {
-        TarFields fields;
-        fields.name = "file";
-        fields.prefix = prefix;
-        fields.magic = magic;
-        return tarEntry(fields, "content");
-    }
     // Extracts a file with the prefix "folder" and returns the resulting tree.
     FileTree extractWithMagic(const std::string& magic) {
         EXPECT_THAT(
@@ -77,10 +72,8 @@ TEST_F(TarUnboundedNames, APrefixMayFillItsField) {
 }
 
 TEST_F(TarUnboundedNames, ADirectoryMayHaveAPrefix) {
-    TarFields fields;
-    fields.name = "inner/";
+    TarFields fields = tarFields("inner/", '5');
     fields.prefix = "outer";
-    fields.type = '5';
     EXPECT_THAT(to_.extractUnbounded(tarEntry(fields) + tarEnd()), IsOk());
     EXPECT_EQ(to_.result(), to_.text() + "\\outer/inner/");
 }
@@ -98,8 +91,7 @@ TEST_F(TarUnboundedNames, AHundredCharactersRunOnIntoTheMode) {
 }
 
 TEST_F(TarUnboundedNames, AHundredCharactersRunOnThroughAFullModeIntoTheOwner) {
-    TarFields fields;
-    fields.name = std::string(100, 'n');
+    TarFields fields = tarFields(std::string(100, 'n'));
     fields.mode = "00000644";
     EXPECT_THAT(to_.extractUnbounded(tarEntry(fields, "content") + tarEnd()), IsOk());
     EXPECT_EQ(to_.tree(),

@@ -13,6 +13,7 @@ namespace {
 namespace fs = std::filesystem;
 using testing::CaseName;
 using testing::fileInTree;
+using testing::fileOfSize;
 using testing::FileTree;
 using testing::IsOk;
 using testing::listingOf;
@@ -21,6 +22,7 @@ using testing::tarDirectory;
 using testing::tarEnd;
 using testing::tarEntry;
 using testing::TarExtraction;
+using testing::tarFields;
 using testing::TarFields;
 using testing::tarFile;
 
@@ -92,8 +94,7 @@ TEST_F(TarUnbounded, DataAfterOneZeroBlockIsIgnored) {
 }
 
 TEST_F(TarUnbounded, OtherHeaderFieldsAreIgnored) {
-    TarFields fields;
-    fields.name = "file";
+    TarFields fields = tarFields("file");
     fields.linkName = "../../elsewhere";
     // Mode, owner and group; time; version, owner names and device; the rest of the block.
     fields.patches = {{100, std::string(24, '\xFF')},
@@ -105,10 +106,7 @@ TEST_F(TarUnbounded, OtherHeaderFieldsAreIgnored) {
 }
 
 TEST_F(TarUnbounded, ADirectorysContentIsSkipped) {
-    TarFields fields;
-    fields.name = "root";
-    fields.type = '5';
-    EXPECT_THAT(to_.extractUnbounded(tarEntry(fields, std::string(513, 'x')) +
+    EXPECT_THAT(to_.extractUnbounded(tarEntry(tarFields("root", '5'), std::string(513, 'x')) +
                                      tarFile("root/file", "content") + tarEnd()),
                 IsOk());
     EXPECT_EQ(to_.tree(), (FileTree{{"root", "directory"}, {"root/file", fileInTree("content")}}));
@@ -145,12 +143,10 @@ struct SizeField {
 class TarUnboundedSizes : public TarExtraction, public ::testing::WithParamInterface<SizeField> {};
 
 TEST_P(TarUnboundedSizes, ASizeIsReadAsOctalTextUpToTheFirstOtherCharacter) {
-    TarFields fields;
-    fields.name = "file";
-    fields.size = GetParam().field;
     const std::string content(GetParam().size, 'c');
-    EXPECT_THAT(to_.extractUnbounded(tarEntry(fields, content) + tarFile("next") + tarEnd()),
-                IsOk());
+    EXPECT_THAT(
+        to_.extractUnbounded(fileOfSize(GetParam().field, content) + tarFile("next") + tarEnd()),
+        IsOk());
     EXPECT_EQ(to_.tree(), (FileTree{{"file", fileInTree(content)}, {"next", fileInTree("")}}));
 }
 

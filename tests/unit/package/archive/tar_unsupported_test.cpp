@@ -15,15 +15,14 @@ using testing::tarDirectory;
 using testing::tarEnd;
 using testing::tarEntry;
 using testing::TarExtraction;
+using testing::tarFields;
 using testing::TarFields;
 using testing::tarFile;
 
 class TarUnsupported : public TarExtraction, public ::testing::WithParamInterface<char> {
 protected:
     static std::string entry(const std::string& content) {
-        TarFields fields;
-        fields.name = "entry";
-        fields.type = GetParam();
+        TarFields fields = tarFields("entry", GetParam());
         fields.linkName = "../outside/file";
         return tarEntry(fields, content);
     }
