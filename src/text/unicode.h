@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -9,6 +10,12 @@ namespace VelmoraQuavin::internal {
 /// The part of `text` before its first zero byte.
 inline std::string_view untilZeroByte(std::string_view text) noexcept {
     return text.substr(0, text.find('\0'));
+}
+
+/// The size of the byte order mark that some editors put in front of a text; 0 if there is none.
+inline std::size_t byteOrderMarkSize(std::string_view text) noexcept {
+    constexpr std::string_view kMark = "\xEF\xBB\xBF";
+    return text.substr(0, kMark.size()) == kMark ? kMark.size() : 0;
 }
 
 /// Converts UTF-16 to UTF-8, combining surrogate pairs.

@@ -170,23 +170,23 @@ std::string withoutReferences(std::string_view value) {
     return decoded;
 }
 
-std::vector<std::string> splitNames(std::string_view value) {
+std::vector<std::string> splitList(std::string_view value) {
     const std::string list = withoutReferences(value);
-    std::vector<std::string> names;
-    std::string name;
+    std::vector<std::string> items;
+    std::string item;
     for (std::size_t i = 0; i < list.size(); ++i) {
         if (list[i] == ',') {
-            names.push_back(std::move(name));
-            name.clear();
+            items.push_back(std::move(item));
+            item.clear();
         } else {
             i += list.compare(i, 2, "\\,") == 0 ? 1 : 0;
-            name += list[i];
+            item += list[i];
         }
     }
-    if (!name.empty()) {
-        names.push_back(std::move(name));
+    if (!item.empty()) {
+        items.push_back(std::move(item));
     }
-    return names;
+    return items;
 }
 
 }  // namespace VelmoraQuavin::internal

@@ -38,8 +38,8 @@ private:
 /// Replaces the references in a value ("&amp;", "&#38;"); unknown ones stay.
 std::string withoutReferences(std::string_view value);
 
-/// The names in a value that lists them: references are replaced, commas separate, and a backslash
-/// makes a comma part of a name.
-std::vector<std::string> splitNames(std::string_view value);
+/// The items of a list in a value: references are replaced, commas separate, and a backslash makes
+/// a comma part of an item.
+std::vector<std::string> splitList(std::string_view value);
 
 }  // namespace VelmoraQuavin::internal

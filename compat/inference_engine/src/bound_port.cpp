@@ -69,7 +69,7 @@ void BoundPort::bind(ov_infer_request_t& request, void* memory) {
 }
 
 std::string BoundPort::describe() const {
-    return std::string(nameOf(direction_)) + " \"" + name_ + "\"";
+    return runtime::describe(direction_, name_);
 }
 
 }  // namespace InferenceEngine::runtime

@@ -10,6 +10,7 @@
 #include "runtime_call.hpp"
 #include "runtime_core.hpp"
 #include "runtime_network.hpp"
+#include "text/unicode.h"
 #include "topology.hpp"
 #include "wiped_text.hpp"
 
@@ -19,10 +20,7 @@ namespace {
 
 /** The runtime reads other formats too, which must not be passed off as the text of a network. */
 bool looksLikeText(std::string_view text) {
-    constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-    if (text.substr(0, kByteOrderMark.size()) == kByteOrderMark) {
-        text.remove_prefix(kByteOrderMark.size());
-    }
+    text.remove_prefix(VelmoraQuavin::internal::byteOrderMarkSize(text));
     const auto first = text.find_first_not_of(" \t\r\n");
     return first != std::string_view::npos && text[first] == '<';
 }

@@ -99,8 +99,12 @@ void readPorts(const ov_model_t& model, Direction direction,
 
 }  // namespace
 
+std::string describe(Direction direction, const std::string& name) {
+    return std::string(nameOf(direction)) + " \"" + name + "\"";
+}
+
 std::string describe(const Port& port) {
-    return std::string(nameOf(port.direction)) + " \"" + port.name + "\"";
+    return describe(port.direction, port.name);
 }
 
 std::string anyName(const ov_output_const_port_t& port) {

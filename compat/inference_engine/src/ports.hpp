@@ -26,6 +26,7 @@ struct Port {
 
 /** A port as messages name it: input "x". */
 std::string describe(const Port& port);
+std::string describe(Direction direction, const std::string& name);
 
 /** One of the runtime's names for the port, always the same one; empty if it has none. */
 std::string anyName(const ov_output_const_port_t& port);

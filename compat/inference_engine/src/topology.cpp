@@ -12,7 +12,7 @@
 namespace InferenceEngine::runtime {
 namespace {
 
-using VelmoraQuavin::internal::splitNames;
+using VelmoraQuavin::internal::splitList;
 using VelmoraQuavin::internal::withoutReferences;
 using VelmoraQuavin::internal::XmlTag;
 using VelmoraQuavin::internal::XmlTags;
@@ -123,7 +123,7 @@ void markReachingOutput(Graph& graph) {
 std::vector<std::string> tensorNames(const Graph& graph, const Layer& layer) {
     std::vector<std::string> names;
     for (std::size_t i = 0; i < layer.portCount; ++i) {
-        for (std::string& name : splitNames(graph.portNames[layer.firstPort + i])) {
+        for (std::string& name : splitList(graph.portNames[layer.firstPort + i])) {
             names.push_back(std::move(name));
         }
     }
@@ -138,7 +138,7 @@ void addOutput(std::unordered_map<std::string, std::string>& outputs, const Grap
     std::vector<std::string> names;
     const auto port = graph.portById.find({layerIndex, portId});
     if (port != graph.portById.end()) {
-        names = splitNames(graph.portNames[port->second]);
+        names = splitList(graph.portNames[port->second]);
         if (layer.portCount > 1) {
             name += "." + std::to_string(port->second - layer.firstPort);
         }

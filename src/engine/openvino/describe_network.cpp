@@ -30,13 +30,12 @@ DataType toShownType(const InferenceEngine::Precision& precision) {
 
 ModelFeatureDescriptor describe(const std::string& name,
                                 const InferenceEngine::TensorDesc& description) {
-    const InferenceEngine::SizeVector& extents = description.getDims();
-    const TensorShape shape(std::vector<int64>(extents.begin(), extents.end()));
     return {QuavinFeatureType::TENSOR,
             true,
             name,
             "",
-            TensorDescriptor(name, shape, false, toShownType(description.getPrecision())),
+            TensorDescriptor(name, shapeOf(description), false,
+                             toShownType(description.getPrecision())),
             ImageDescriptor()};
 }
 

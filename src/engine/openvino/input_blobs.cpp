@@ -5,7 +5,6 @@
 #include <typeinfo>
 
 #include "core/diagnostics.h"
-#include "engine/openvino/openvino_tensor.h"
 #include "engine/openvino/precision.h"
 #include "feature/descriptor_access.h"
 #include "tensor/tensor_texts.h"

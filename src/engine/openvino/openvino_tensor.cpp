@@ -1,16 +1,10 @@
 #include "engine/openvino/openvino_tensor.h"
 
 #include <utility>
-#include <vector>
 
 #include "engine/openvino/precision.h"
 
 namespace VelmoraQuavin {
-
-TensorShape internal::shapeOf(const InferenceEngine::TensorDesc& description) {
-    const InferenceEngine::SizeVector& extents = description.getDims();
-    return std::vector<int64>(extents.begin(), extents.end());
-}
 
 OpenVinoTensor::OpenVinoTensor(InferenceEngine::Blob::Ptr blob)
     : ITensor(internal::toDataType(blob->getTensorDesc().getPrecision()),

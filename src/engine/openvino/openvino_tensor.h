@@ -4,12 +4,6 @@
 
 #include "quavin/tensor.h"
 
-namespace VelmoraQuavin::internal {
-
-TensorShape shapeOf(const InferenceEngine::TensorDesc& description);
-
-}  // namespace VelmoraQuavin::internal
-
 namespace VelmoraQuavin {
 
 /// A tensor over an engine blob, which it keeps alive. Its memory is never copied or replaced.

@@ -42,4 +42,9 @@ Precision toPrecision(DataType type) {
     }
 }
 
+TensorShape shapeOf(const InferenceEngine::TensorDesc& description) {
+    const InferenceEngine::SizeVector& extents = description.getDims();
+    return std::vector<int64>(extents.begin(), extents.end());
+}
+
 }  // namespace VelmoraQuavin::internal

@@ -15,4 +15,7 @@ DataType toDataType(const InferenceEngine::Precision& precision);
 /// @throws InvalidTensorDataTypeException for bool and double.
 InferenceEngine::Precision toPrecision(DataType type);
 
+/// The extents of a blob or port, outermost first.
+TensorShape shapeOf(const InferenceEngine::TensorDesc& description);
+
 }  // namespace VelmoraQuavin::internal

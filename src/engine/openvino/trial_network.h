@@ -4,8 +4,8 @@
 
 namespace VelmoraQuavin::internal {
 
-/// y = x + x, for four floats, without weights. Every version of the engine can read and compile
-/// it.
+/// y = x + x, for four floats, without weights. Every release of the engine since 2020 reads
+/// and compiles it.
 inline constexpr std::string_view kTrialNetwork = R"(<?xml version="1.0"?>
 <net name="trial" version="10">
   <layers>

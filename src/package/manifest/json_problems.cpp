@@ -6,6 +6,7 @@
 
 #include "core/diagnostics.h"
 #include "package/manifest/manifest_document.h"
+#include "text/unicode.h"
 
 namespace VelmoraQuavin::internal {
 

@@ -1,4 +1,5 @@
 #include "package/manifest/manifest_document.h"
+#include "text/unicode.h"
 
 #include <rapidjson/memorystream.h>
 
@@ -26,11 +27,6 @@ bool hasTooManyValues(std::string_view text) {
 }
 
 }  // namespace
-
-std::size_t byteOrderMarkSize(std::string_view text) {
-    constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-    return text.substr(0, kByteOrderMark.size()) == kByteOrderMark ? kByteOrderMark.size() : 0;
-}
 
 ManifestParse parseManifest(std::string_view text, JsonDocument& document) {
     if (text.size() > kLargestManifest) {

@@ -33,7 +33,4 @@ struct ManifestParse {
 /// @param document receives one JSON object, or the parser's error for kNoJson.
 ManifestParse parseManifest(std::string_view text, JsonDocument& document);
 
-/// The size of the byte order mark that some editors put in front of a text; 0 if there is none.
-std::size_t byteOrderMarkSize(std::string_view text);
-
 }  // namespace VelmoraQuavin::internal

@@ -14,18 +14,14 @@ namespace {
 
 constexpr std::size_t kNeeded = 2;  // topology and weights
 
-bool isRead(const ModelComponent& component) {
-    return component.name == ComponentKind::File || component.name == ComponentKind::SecuredFile;
-}
-
 void diagnoseIncompleteModel(const std::vector<ModelComponent>& components,
                              const ComponentSource& source) {
     diagnose([&] {
         NameList read;
         NameList skipped;
         for (const ModelComponent& component : components) {
-            (isRead(component) ? read : skipped)
-                .add(isRead(component) ? component.path.view() : component.name.view());
+            (isNetworkFile(component) ? read : skipped)
+                .add(isNetworkFile(component) ? component.path.view() : component.name.view());
         }
         return "loading the package " + inQuotes(source.name()) +
                R"(: two components named "file" or "secured_file" are needed, and there is )" +
@@ -40,7 +36,7 @@ std::vector<NetworkComponentEntry> collectNetworkComponents(
     const std::vector<ModelComponent>& components, const ComponentSource& source) {
     std::vector<NetworkComponentEntry> entries;
     for (const ModelComponent& component : components) {
-        if (isRead(component)) {
+        if (isNetworkFile(component)) {
             entries.push_back({source.resolve(component.path), component.name, component.path,
                                component.encryption});
         }

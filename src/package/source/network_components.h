@@ -26,8 +26,12 @@ struct NetworkComponents {
     bool areSecured() const { return topology.isSecured() || weights.isSecured(); }
 };
 
-/// The plain and secured files among a target's components, in order. Others are skipped: a
-/// component's name alone determines its kind.
+/// Whether a component is one of a network's two files. Its name alone determines its kind.
+inline bool isNetworkFile(const ModelComponent& component) {
+    return component.name == ComponentKind::File || component.name == ComponentKind::SecuredFile;
+}
+
+/// The plain and secured files among a target's components, in order. Others are skipped.
 std::vector<NetworkComponentEntry> collectNetworkComponents(
     const std::vector<ModelComponent>& components, const ComponentSource& source);
 

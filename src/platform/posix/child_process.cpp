@@ -68,12 +68,11 @@ void endWithParent(pid_t parent) noexcept {
 bool readAll(int pipe, std::string& text) {
     std::array<char, 4096> chunk{};
     for (;;) {
-        const ssize_t count = ::read(pipe, chunk.data(), chunk.size());
-        if (count > 0) {
-            text.append(chunk.data(), static_cast<std::size_t>(count));
-        } else if (count == 0 || errno != EINTR) {
+        const ssize_t count = readSome(pipe, chunk.data(), chunk.size());
+        if (count <= 0) {
             return true;
         }
+        text.append(chunk.data(), static_cast<std::size_t>(count));
         if (text.size() > kLargestChildAnswer) {
             return false;
         }

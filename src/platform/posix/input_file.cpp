@@ -18,16 +18,12 @@ public:
     explicit OpenFile(FileDescriptor file) : file_(std::move(file)) {}
 
     std::string readSome(void* buffer, std::size_t count, std::size_t& got) override {
-        while (true) {
-            const ssize_t result = ::read(file_.get(), buffer, count);
-            if (result >= 0) {
-                got = static_cast<std::size_t>(result);
-                return "";
-            }
-            if (errno != EINTR) {
-                return problemText("cannot be read", errno);
-            }
+        const ssize_t result = platform::readSome(file_.get(), buffer, count);
+        if (result < 0) {
+            return problemText("cannot be read", errno);
         }
+        got = static_cast<std::size_t>(result);
+        return "";
     }
 
 private:

@@ -62,10 +62,7 @@ PrivateReading readPrivateFile(const String& path, OpenToOthers others, unsigned
     }
     size = 0;
     while (size < capacity) {
-        const ssize_t count = ::read(file.get(), buffer + size, capacity - size);
-        if (count < 0 && errno == EINTR) {
-            continue;
-        }
+        const ssize_t count = readSome(file.get(), buffer + size, capacity - size);
         if (count < 0) {
             problem = problemText("cannot be read", errno);
             return PrivateReading::kFailed;

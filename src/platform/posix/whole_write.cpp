@@ -15,6 +15,14 @@ constexpr std::uint64_t kLargestWrite = std::uint64_t{1} << 30;
 
 }  // namespace
 
+ssize_t readSome(int file, void* buffer, std::size_t count) noexcept {
+    ssize_t result = 0;
+    do {
+        result = ::read(file, buffer, count);
+    } while (result < 0 && errno == EINTR);
+    return result;
+}
+
 bool writeWhole(int file, const void* bytes, std::uint64_t count) noexcept {
     const auto* next = static_cast<const char*>(bytes);
     while (count > 0) {

@@ -100,12 +100,12 @@ TEST(WithoutReferencesTest, ReferencesToSurrogatesAreKept) {
     EXPECT_EQ(withoutReferences("&#xD800;&#57343;"), "&#xD800;&#57343;");
 }
 
-TEST(SplitNamesTest, SplitsAtCommasThatAreNotEscaped) {
-    EXPECT_THAT(splitNames("one,two\\,three,\\four"), ElementsAre("one", "two,three", "\\four"));
-    EXPECT_THAT(splitNames("a&lt;b&#44;c"), ElementsAre("a<b", "c"));
-    EXPECT_THAT(splitNames("a,,b,"), ElementsAre("a", "", "b"));
-    EXPECT_THAT(splitNames("\\"), ElementsAre("\\"));
-    EXPECT_THAT(splitNames(""), IsEmpty());
+TEST(SplitListTest, SplitsAtCommasThatAreNotEscaped) {
+    EXPECT_THAT(splitList("one,two\\,three,\\four"), ElementsAre("one", "two,three", "\\four"));
+    EXPECT_THAT(splitList("a&lt;b&#44;c"), ElementsAre("a<b", "c"));
+    EXPECT_THAT(splitList("a,,b,"), ElementsAre("a", "", "b"));
+    EXPECT_THAT(splitList("\\"), ElementsAre("\\"));
+    EXPECT_THAT(splitList(""), IsEmpty());
 }
 
 }  // namespace

@@ -12,7 +12,7 @@
 namespace quavin_tool {
 namespace {
 
-using VelmoraQuavin::internal::splitNames;
+using VelmoraQuavin::internal::splitList;
 using VelmoraQuavin::internal::withoutReferences;
 using VelmoraQuavin::internal::XmlTag;
 using VelmoraQuavin::internal::XmlTags;
@@ -68,15 +68,15 @@ private:
             layer.name = withoutReferences(tag.attribute("name"));
             layer.type = tag.attribute("type");
             if (layer.type == "Result") {
-                layer.resultNames = splitNames(tag.attribute("output_names"));
+                layer.resultNames = splitList(tag.attribute("output_names"));
             }
         } else if (isBelow({"net", "layers", "layer"}) && tag.name == "data") {
             if (layers_.back().type == "Parameter") {
-                layers_.back().shape = splitNames(tag.attribute("shape"));
+                layers_.back().shape = splitList(tag.attribute("shape"));
             }
         } else if (isBelow({"net", "layers", "layer", "output"}) && tag.name == "port") {
             layers_.back().ports.push_back(
-                {std::string(tag.attribute("id")), splitNames(tag.attribute("names"))});
+                {std::string(tag.attribute("id")), splitList(tag.attribute("names"))});
         } else if (isBelow({"net", "edges"}) && tag.name == "edge") {
             sources_.emplace(tag.attribute("to-layer"),
                              std::pair(tag.attribute("from-layer"), tag.attribute("from-port")));

@@ -5,6 +5,7 @@
 #include <set>
 #include <system_error>
 
+#include "package/source/network_components.h"
 #include "tools/quavin/check/manifest_lint.h"
 #include "tools/quavin/check/port_check.h"
 #include "tools/quavin/check/trial.h"
@@ -36,17 +37,16 @@ public:
             return findings_;
         }
         metadata_ = std::make_shared<VelmoraQuavin::ModelMetadata>();
-        const QuavinStatus read = metadata_->load(
-            VelmoraQuavin::Filepath(package_).append(VelmoraQuavin::Filepath("manifest.json")));
+        const QuavinStatus read = metadata_->load(manifestPath(package_));
         if (!read.ok()) {
             findings_.error(
-                "manifest.json", read.getDescription().str(),
+                kManifestName, read.getDescription().str(),
                 "Write one as docs/package-format.md describes, or let \"quavin pack\" do it.");
             return findings_;
         }
-        lintManifest(join(package_, "manifest.json"), findings_);  // also reports misspelt targets
+        lintManifest(join(package_, kManifestName), findings_);  // also reports misspelt targets
         if (metadata_->getTargets().count(VelmoraQuavin::QuavinModelType::Openvino) == 0) {
-            findings_.error("manifest.json", "There is no target \"Openvino\"",
+            findings_.error(kManifestName, "There is no target \"Openvino\"",
                             "Add it: this library uses no other.");
             return findings_;
         }
@@ -68,8 +68,7 @@ private:
     void checkComponents(const ModelTarget& target) {
         std::vector<const ModelComponent*> files;
         for (const ModelComponent& component : target.components) {
-            if (component.name == ComponentKind::File ||
-                component.name == ComponentKind::SecuredFile) {
+            if (VelmoraQuavin::internal::isNetworkFile(component)) {
                 files.push_back(&component);
             } else {
                 findings_.warning("component \"" + component.path.str() + "\"",

@@ -23,14 +23,6 @@ std::string describe(const ModelFeatureDescriptor& port) {
            shapeText(port.tensorDescriptor());
 }
 
-std::string list(const Descriptors& ports) {
-    std::string text;
-    for (const ModelFeatureDescriptor& port : ports) {
-        text += (text.empty() ? "\"" : ", \"") + port.name().str() + "\"";
-    }
-    return text;
-}
-
 // Predictions need inputs to match the network. Outputs follow the network whatever is declared: a
 // wrong declaration only misleads.
 void report(PortKind kind, const std::string& where, const std::string& what,
@@ -107,10 +99,10 @@ void reportUnknown(PortKind kind, const ModelFeatureDescriptor& feature, const D
     if (kind == PortKind::kInput) {
         findings.warning(
             portName(kind, feature), "The network has no input of this name",
-            "Remove it, unless it is for the host; the network has " + list(real) + ".");
+            "Remove it, unless it is for the host; the network has " + quotedNames(real) + ".");
     } else {
         findings.error(portName(kind, feature), "The network has no output of this name",
-                       "Remove or rename it; the network has " + list(real) + ".");
+                       "Remove or rename it; the network has " + quotedNames(real) + ".");
     }
 }
 

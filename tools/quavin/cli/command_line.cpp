@@ -16,6 +16,18 @@ void addOutputOptions(CLI::App& command, OutputOptions& options) {
     command.add_flag("--json", options.json, "Print the result as one JSON object");
 }
 
+void addPackageArgument(CLI::App& command, std::string& package) {
+    command.add_option("PACKAGE", package, "The package's directory, or its archive")
+        ->type_name("DIR|FILE.tar")
+        ->check(isPath())
+        ->required();
+}
+
+CLI::Option* addRawOption(CLI::App& command, bool& raw) {
+    return command.add_flag("--raw", raw,
+                            "Files hold only the elements: little-endian, last dimension fastest");
+}
+
 CLI::Validator isPath() {
     return CLI::Validator(
         [](std::string& path) -> std::string {

@@ -13,6 +13,11 @@ void defineCommandLine(CLI::App& app);
 void addOutputOptions(CLI::App& command, OutputOptions& options);
 void addQuietOption(CLI::App& command, OutputOptions& options);
 
+/// Adds the argument PACKAGE.
+void addPackageArgument(CLI::App& command, std::string& package);
+/// Adds --raw.
+CLI::Option* addRawOption(CLI::App& command, bool& raw);
+
 /// For path options: refuses empty paths, and backslashes unless they are the system's separator
 /// (the library treats them as separators everywhere).
 CLI::Validator isPath();

@@ -72,6 +72,14 @@ std::string table(const std::vector<std::vector<std::string>>& rows) {
     return text;
 }
 
+std::string quotedNames(const std::vector<VelmoraQuavin::ModelFeatureDescriptor>& features) {
+    std::string text;
+    for (const VelmoraQuavin::ModelFeatureDescriptor& feature : features) {
+        text += (text.empty() ? "\"" : ", \"") + feature.name().str() + "\"";
+    }
+    return text;
+}
+
 std::string typeName(DataType type) {
     return VelmoraQuavin::internal::dataTypeName(type);
 }

@@ -22,6 +22,9 @@ std::string table(const std::vector<std::vector<std::string>>& rows);
 /// "12 bytes", "3.4 MiB".
 std::string readableSize(std::uint64_t bytes);
 
+/// The names of features in quotes, separated by commas.
+std::string quotedNames(const std::vector<VelmoraQuavin::ModelFeatureDescriptor>& features);
+
 /// "float"; "none" for a type that no tensor has.
 std::string typeName(VelmoraQuavin::DataType type);
 /// "[1, 10]".

@@ -168,15 +168,10 @@ void addBenchCommand(CLI::App& app) {
     auto options = std::make_shared<Options>();
     CLI::App* const command =
         app.add_subcommand("bench", "Measures how long loading and predicting take.");
-    command->add_option("PACKAGE", options->package, "The package's directory, or its archive")
-        ->type_name("DIR|FILE.tar")
-        ->check(isPath())
-        ->required();
+    addPackageArgument(*command, options->package);
     addInputOption(*command, options->inputs)
         ->description("The file for an input; inputs without a file are zeros");
-    CLI::Option* const raw =
-        command->add_flag("--raw", options->raw,
-                          "Files hold only the elements: little-endian, last dimension fastest");
+    CLI::Option* const raw = addRawOption(*command, options->raw);
     addCastOption(*command, options->casts)->excludes(raw);
     CLI::Option* const seconds =
         command->add_option("-s,--seconds", options->seconds, "How many seconds to predict")

@@ -83,7 +83,7 @@ ModelFeatureDescriptor port(const char* name) {
 void writePackage(const std::string& directory) {
     Identity identity;
     identity.id = identity.name = "trial";
-    writeNewFile(join(directory, "manifest.json"),
+    writeNewFile(join(directory, kManifestName),
                  manifestText(identity, {"net.xml", "net.bin"}, false, {port("x")}, {port("y")}));
     writeNewFile(join(directory, "net.xml"), kTrialNetwork);
     writeNewFile(join(directory, "net.bin"), "");

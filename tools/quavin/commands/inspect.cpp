@@ -142,10 +142,7 @@ void addInspectCommand(CLI::App& app) {
     auto options = std::make_shared<Options>();
     CLI::App* const command =
         app.add_subcommand("inspect", "Shows what a package or an archive contains. Needs no key.");
-    command->add_option("PACKAGE", options->package, "The package's directory, or its archive")
-        ->type_name("DIR|FILE.tar")
-        ->check(isPath())
-        ->required();
+    addPackageArgument(*command, options->package);
     addOutputOptions(*command, options->output);
     command->callback([options] { inspect(*options); });
 }

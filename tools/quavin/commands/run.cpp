@@ -46,19 +46,14 @@ void addRunCommand(CLI::App& app) {
     auto options = std::make_shared<Options>();
     CLI::App* const command =
         app.add_subcommand("run", "Predicts once from files, and prints or writes the outputs.");
-    command->add_option("PACKAGE", options->package, "The package's directory, or its archive")
-        ->type_name("DIR|FILE.tar")
-        ->check(isPath())
-        ->required();
+    addPackageArgument(*command, options->package);
     addInputOption(*command, options->inputs)->required();
     command
         ->add_option("-o,--output", options->directory,
                      "The directory for outputs, created if missing; by default they are printed")
         ->type_name("DIR")
         ->check(isPath());
-    CLI::Option* const raw =
-        command->add_flag("--raw", options->raw,
-                          "Files hold only the elements: little-endian, last dimension fastest");
+    CLI::Option* const raw = addRawOption(*command, options->raw);
     addCastOption(*command, options->casts)->excludes(raw);
     addKeyOptions(*command, options->key);
     addOutputOptions(*command, options->output);

@@ -94,10 +94,7 @@ void addVerifyCommand(CLI::App& app) {
     auto options = std::make_shared<Options>();
     CLI::App* const command =
         app.add_subcommand("verify", "Checks a package's files, manifest and network.");
-    command->add_option("PACKAGE", options->package, "The package's directory, or its archive")
-        ->type_name("DIR|FILE.tar")
-        ->check(isPath())
-        ->required();
+    addPackageArgument(*command, options->package);
     addKeyOptions(*command, options->key);
     addOutputOptions(*command, options->output);
     command->callback([options] { verify(*options); });

@@ -69,19 +69,18 @@ std::shared_ptr<QuavinFeature> featureOf(const std::string& path,
 // Checked before missing inputs: a misspelt name is both unknown and missing.
 void requireKnownNames(const InputFiles& files, const Features& inputs) {
     std::set<std::string> known;
-    std::string list;
+    Descriptors tensors;
     for (const std::shared_ptr<QuavinFeature>& input : inputs) {
         if (input->type() == QuavinFeatureType::TENSOR) {
-            const std::string name = input->featureDescriptor().name().str();
-            known.insert(name);
-            list += (list.empty() ? "\"" : ", \"") + name + "\"";
+            known.insert(input->featureDescriptor().name().str());
+            tensors.push_back(input->featureDescriptor());
         }
     }
     for (const auto& [name, file] : files) {
         if (known.count(name) == 0) {
-            std::string problem = "The package has no tensor input \"" + name;
-            problem.append("\", but ").append(list.empty() ? "none at all" : list);
-            throw InvalidArgumentsException(problem);
+            throw InvalidArgumentsException(
+                "The package has no tensor input \"" + name +
+                (tensors.empty() ? "\", nor any other" : "\", but " + quotedNames(tensors)));
         }
     }
 }

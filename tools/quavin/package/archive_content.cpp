@@ -29,14 +29,13 @@ std::string joinedName(const TarEntry& entry) {
 }
 
 std::optional<std::string> placeOfManifest(const ArchiveContent& content, const std::string& root) {
-    constexpr std::string_view kManifest = "manifest.json";
-    if (content.files.count(root + std::string(kManifest)) != 0) {
+    if (content.files.count(root + kManifestName) != 0) {
         return root;
     }
     for (const auto& [name, entry] : content.files) {
         const std::size_t separator = name.find('/');
         const std::size_t length = separator == std::string::npos ? 0 : separator + 1;
-        if (name.substr(length) == kManifest) {
+        if (name.substr(length) == kManifestName) {
             return name.substr(0, length);
         }
     }

@@ -39,7 +39,7 @@ Inspected inspectArchive(const std::string& path) {
             VelmoraQuavin::TAR_CHECKSUM_MISMATCH);
     }
     const ArchiveContent content = readArchive(archive, path);
-    const auto& manifest = content.files.at(content.package + "manifest.json");
+    const auto& manifest = content.files.at(content.package + kManifestName);
     Inspected inspected{std::make_shared<VelmoraQuavin::ModelMetadata>(), {}};
     if (!inspected.metadata->loadFromMemory(manifest.content, manifest.size).ok()) {
         throw VelmoraQuavin::ModelMetaDataException("The manifest.json in " + path +

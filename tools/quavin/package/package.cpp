@@ -6,6 +6,7 @@
 #include <system_error>
 #include <utility>
 
+#include "package/source/network_components.h"
 #include "tools/quavin/io/file.h"
 #include "tools/quavin/io/new_path.h"
 #include "tools/quavin/io/path_text.h"
@@ -59,13 +60,17 @@ std::string packageProblem(const std::string& package) {
                             : "There is no directory or archive " + package;
 }
 
+Filepath manifestPath(const std::string& package) {
+    return Filepath(package).append(Filepath(kManifestName));
+}
+
 Metadata readManifest(const std::string& package) {
     const std::string problem = packageProblem(package);
     if (!problem.empty()) {
         throw VelmoraQuavin::InvalidArgumentsException(problem);
     }
     auto metadata = std::make_shared<VelmoraQuavin::ModelMetadata>();
-    require(metadata->load(Filepath(package).append(Filepath("manifest.json"))));
+    require(metadata->load(manifestPath(package)));
     return metadata;
 }
 
@@ -97,7 +102,7 @@ void setKey(ModelTarget& target, const unsigned char* key) {
 bool decryptsToNoNetwork(const std::string& package, const ModelTarget& target) {
     std::vector<const ModelComponent*> files;  // the network, the weights
     for (const ModelComponent& component : target.components) {
-        if (component.name == ComponentKind::File || component.name == ComponentKind::SecuredFile) {
+        if (VelmoraQuavin::internal::isNetworkFile(component)) {
             files.push_back(&component);
         }
     }

@@ -13,8 +13,13 @@ using Metadata = std::shared_ptr<VelmoraQuavin::ModelMetadata>;
 using Features = std::vector<std::shared_ptr<VelmoraQuavin::QuavinFeature>>;
 using Descriptors = std::vector<VelmoraQuavin::ModelFeatureDescriptor>;
 
+constexpr const char* kManifestName = "manifest.json";
+
 /// Why a path cannot be a package's directory; empty if it can.
 std::string packageProblem(const std::string& package);
+
+/// The path of the manifest in a package's directory.
+VelmoraQuavin::Filepath manifestPath(const std::string& package);
 
 /// Reads the manifest in a package's directory.
 /// @throws InvalidArgumentsException if there is no such directory.

@@ -23,8 +23,6 @@ namespace fs = std::filesystem;
 using VelmoraQuavin::InvalidArgumentsException;
 using VelmoraQuavin::ModelFeatureDescriptor;
 
-constexpr std::string_view kManifest = "manifest.json";
-
 // The named weights, or else the file next to the network; empty for a network without constants.
 std::string findWeights(const std::string& network, const std::string& weights) {
     if (!weights.empty()) {
@@ -109,7 +107,8 @@ NetworkFiles readFilesToPack(const std::string& network, const std::string& name
 
     const std::string networkName = fileName(network);
     const std::string weightsName = weights.empty() ? stemOf(network) + ".bin" : fileName(weights);
-    if (networkName == weightsName || networkName == kManifest || weightsName == kManifest) {
+    if (networkName == weightsName || networkName == kManifestName ||
+        weightsName == kManifestName) {
         throw InvalidArgumentsException(
             "The network, its weights and \"manifest.json\" need different names, not " +
             networkName + " and " + weightsName);
@@ -124,9 +123,8 @@ NetworkFiles readFilesToPack(const std::string& network, const std::string& name
 std::vector<PackageFile> makePackage(const Identity& identity, const NetworkFiles& network,
                                      const Key* key) {
     std::vector<PackageFile> package;
-    package.push_back(
-        {std::string(kManifest), bytesOf(manifestText(identity, network.names, key != nullptr,
-                                                      network.inputs, network.outputs))});
+    package.push_back({kManifestName, bytesOf(manifestText(identity, network.names, key != nullptr,
+                                                           network.inputs, network.outputs))});
     for (std::size_t i = 0; i < network.names.size(); ++i) {
         const std::string_view content = network.contents[i].text();
         package.push_back(

@@ -25,8 +25,6 @@ using VelmoraQuavin::ComponentKind;
 using VelmoraQuavin::ModelComponent;
 using VelmoraQuavin::internal::TarEntry;
 
-constexpr const char* kManifest = "manifest.json";
-
 std::string_view textOf(const TarEntry& entry) {
     return {reinterpret_cast<const char*>(entry.content), entry.size};
 }
@@ -77,12 +75,10 @@ void writeComponent(const ModelComponent& component, const ArchiveContent& conte
 }
 
 void writeSecured(const ArchiveContent& content, const Key& key, const std::string& directory) {
-    const std::string_view manifest = textOf(content.files.at(content.package + kManifest));
-    writeNewFile(join(directory, kManifest), manifest);
+    const std::string_view manifest = textOf(content.files.at(content.package + kManifestName));
+    writeNewFile(join(directory, kManifestName), manifest);
     VelmoraQuavin::ModelMetadata metadata;
-    const VelmoraQuavin::Filepath place(directory);
-    const auto status =
-        metadata.load(VelmoraQuavin::Filepath(place).append(VelmoraQuavin::Filepath(kManifest)));
+    const auto status = metadata.load(manifestPath(directory));
     const auto target = metadata.getTargets().find(VelmoraQuavin::QuavinModelType::Openvino);
     if (!status.ok() || target == metadata.getTargets().end()) {
         return;  // reported when the manifest is read
@@ -90,7 +86,7 @@ void writeSecured(const ArchiveContent& content, const Key& key, const std::stri
     for (const ModelComponent& component : target->second.components) {
         writeComponent(component, content, key, directory);
     }
-    writeFile(join(directory, kManifest), withSecuredFiles(manifest));
+    writeFile(join(directory, kManifestName), withSecuredFiles(manifest));
 }
 
 }  // namespace

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "quavin/metadata.h"
+#include "text/unicode.h"
 
 namespace quavin_tool {
 namespace {
@@ -71,10 +72,7 @@ private:
 }  // namespace
 
 std::string withSecuredFiles(std::string_view manifest) {
-    constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-    if (manifest.substr(0, kByteOrderMark.size()) == kByteOrderMark) {
-        manifest.remove_prefix(kByteOrderMark.size());
-    }
+    manifest.remove_prefix(VelmoraQuavin::internal::byteOrderMarkSize(manifest));
     rapidjson::StringBuffer output;
     Securing securing(output);
     rapidjson::MemoryStream input(manifest.data(), manifest.size());
