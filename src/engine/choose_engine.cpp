@@ -21,7 +21,7 @@ void diagnoseMissingEngine(QuavinModelType wanted) {
                        std::string(wordFor(kEngines, engine->type(), "?")) + ")";
         }
         return "getModel: engine type " + numberOf(wanted) +
-               " is asked for, and this library has " + engines + "; 0 leaves the choice to it";
+               " was requested, but this library only has " + engines + "; pass 0 to let it choose";
     });
 }
 

@@ -118,7 +118,7 @@ QuavinStatus QuavinModel::getEngineInfo(EngineInfo& info) const {
         }
         const auto* const source = dynamic_cast<const internal::EngineInfoSource*>(this);
         if (source == nullptr) {
-            return {FAILURE, "The model does not tell what it runs on"};
+            return {FAILURE, "The model does not report what it runs on"};
         }
         info = source->engineInfo();
         return {SUCCESS, ""};

@@ -7,7 +7,7 @@
 
 namespace VelmoraQuavin::internal::platform {
 
-/// What each system does itself.
+/// The part that each system implements.
 class InputFile::Implementation {
 public:
     Implementation() = default;

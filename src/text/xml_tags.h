@@ -19,8 +19,8 @@ struct XmlTag {
     std::string_view attribute(std::string_view wanted) const;
 };
 
-/// Iterates over the tags of a text that a real parser accepts, such as a network's. For any text
-/// it takes linear time and stays in bounds.
+/// Iterates over the tags of a text that a real parser accepts, such as a network's. Runs in
+/// linear time and never reads out of bounds, whatever the text.
 class XmlTags {
 public:
     explicit XmlTags(std::string_view text) : rest_(text) {}

@@ -83,7 +83,7 @@ TEST_F(Diagnostics, AMissingTargetIsReportedWithThePackagesTargets) {
     text.engine = "OpenVino";
     loadPackage(text);
     EXPECT_THAT(records(), ElementsAre(loading() +
-                                       "the target \"Openvino\" is needed, and \"targets\" has the "
+                                       "the target \"Openvino\" is needed, but \"targets\" has the "
                                        "members \"OpenVino\""));
     forgetRecords();
     std::vector<ModelFeatureDescriptor> ports;
@@ -98,8 +98,8 @@ TEST_F(Diagnostics, AnUnavailableEngineTypeIsNamed) {
     EXPECT_THAT(client_.getModel(directory_.text(), model_, device, 0),
                 IsStatusWith(MODEL_METADATA_ERROR, Not(IsEmpty())));
     EXPECT_THAT(records(),
-                ElementsAre("getModel: engine type 32 is asked for, and this library has 4 "
-                            "(Openvino); 0 leaves the choice to it"));
+                ElementsAre("getModel: engine type 32 was requested, but this library only has 4 "
+                            "(Openvino); pass 0 to let it choose"));
 }
 
 TEST_F(Diagnostics, UsedAndSkippedComponentsAreNamed) {
@@ -178,7 +178,8 @@ TEST_F(Diagnostics, ARefusedInputIsDescribed) {
         ModelFeatureDescriptor(QuavinFeatureType::DOUBLE, true, "x", "",
                                TensorDescriptor({1, 4}, DataType::FLOAT), ImageDescriptor()),
         1.5));
-    EXPECT_THAT(records(), ElementsAre(network + "feature is no tensor but of the type double"));
+    EXPECT_THAT(records(),
+                ElementsAre(network + "feature is not a tensor but has the type double"));
 }
 
 TEST_F(Diagnostics, NothingIsReportedIfTheTextNamesInputAndBytes) {
@@ -220,8 +221,9 @@ TEST_F(Diagnostics, NoKeyOrSecuredContentIsReported) {
     }
     ASSERT_THAT(client_.getModel(metadata, model_, QuavinModelType::Openvino), IsOk());
     refuse(featureOf<std::int32_t>("x", {1, 4}, DataType::INT32, {1, 2, 3, 4}));
-    EXPECT_THAT(records(), ElementsAre("predict: the engine fails; its text is withheld, since a "
-                                       "component is secured and the text may quote it"));
+    EXPECT_THAT(records(),
+                ElementsAre("predict: the engine failed; its message is withheld because "
+                            "a component is secured and the message may quote it"));
 
     forgetRecords();
     directory_.write("net.xml", directory_.read("net.xml").substr(1));

@@ -5,7 +5,7 @@
 namespace VelmoraQuavin::testing {
 
 /// During its lifetime, this process can open a file, but every attempt to read it fails. Only one
-/// instance may exist.
+/// may exist at a time.
 class UnreadableFile {
 public:
     explicit UnreadableFile(const std::filesystem::path& path);

@@ -101,7 +101,7 @@ void diagnoseRefusedInput(const std::string& name, const InferenceEngine::InputI
         std::string text = "predict: input " + inQuotes(name) + " of the network has the shape " +
                            shapeText(shapeOf(info.getTensorDesc()));
         if (feature.type() != QuavinFeatureType::TENSOR) {
-            return text + ", and its feature is no tensor but of the type " +
+            return text + ", and its feature is not a tensor but has the type " +
                    GetQuavinFeatureTypeName(feature.type()).str();
         }
         const TensorDescriptor& declared = feature.featureDescriptor().tensorDescriptor();

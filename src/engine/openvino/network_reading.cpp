@@ -82,7 +82,7 @@ void readNetwork(std::shared_ptr<InferenceEngine::ICNNNetReader>& reader,
                 InferenceEngine::CreateCNNNetReader());
         }
         if (reader == nullptr) {
-            throw MLFrameworkException("The engine has no network reader to give");
+            throw MLFrameworkException("The engine provides no network reader");
         }
         readComponents(*reader, network);
     } catch (const std::exception& exception) {
@@ -90,7 +90,7 @@ void readNetwork(std::shared_ptr<InferenceEngine::ICNNNetReader>& reader,
     } catch (...) {
         diagnose([&network] {
             return "reading the network " + inQuotes(network.topology.resolvedPath) +
-                   ": the engine fails with an exception without a text";
+                   ": the engine threw an exception without a message";
         });
         throw Exception("Unknown/internal exception happened.");
     }

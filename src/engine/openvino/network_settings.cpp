@@ -9,8 +9,8 @@ namespace {
 
 using InferenceEngine::Parameter;
 
-// Engines refuse a question with an exception of any class, and engines of different years know
-// different names.
+// An engine may reject a query with any kind of exception, and which names it knows depends on its
+// release.
 template <typename Question>
 Parameter answerTo(const Question& question) {
     try {

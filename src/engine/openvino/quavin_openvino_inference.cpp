@@ -37,7 +37,7 @@ std::string textOfException() {
     } catch (const std::exception& exception) {
         return exception.what();
     } catch (...) {
-        return "an exception without a text";
+        return "an exception without a message";
     }
 }
 
@@ -80,8 +80,8 @@ QuavinStatus QuavinOpenVino::predictImpl(const std::vector<std::shared_ptr<Quavi
     } catch (...) {
         // The engine's own message is not passed on: hosts rely on this one.
         internal::diagnose([this] {
-            return networkSecured_ ? "predict: the engine fails; its text is withheld, since a "
-                                     "component is secured and the text may quote it"
+            return networkSecured_ ? "predict: the engine failed; its message is withheld because "
+                                     "a component is secured and the message may quote it"
                                    : "predict: the engine fails: " + textOfException();
         });
         throw MLFrameworkException("Unknown/internal exception happened.");

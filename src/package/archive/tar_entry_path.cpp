@@ -69,7 +69,7 @@ std::string refusalOf(std::string_view name, const std::vector<std::string>& par
     }
     for (const std::string& part : parts) {
         if (part == "..") {
-            return "its name holds \"..\"";
+            return "its name contains \"..\"";
         }
         if (part.size() > kLongestPart) {
             return "a part of its name is longer than 255 bytes";

@@ -109,7 +109,8 @@ bool TarReader::next(TarEntry& entry) {
         }
     }
     if (extensions.any) {
-        fail(INVALID_ARGUMENTS, "", "the archive ends behind a header that extends this entry");
+        fail(INVALID_ARGUMENTS, "",
+             "the archive ends after an extension header, before the entry it describes");
     }
     return false;
 }
@@ -151,8 +152,8 @@ std::string_view TarReader::takeExtension(const TarHeader& header) {
     if (!size.has_value() || *size > kLargestExtension || *size > length_ - position_ ||
         tarBlocksOf(*size) * kTarBlockSize > length_ - position_) {
         fail(INVALID_ARGUMENTS, "",
-             "a header that extends it is cut off, longer than 1 MiB, or of a size that is no "
-             "number");
+             "a header that extends it is cut off, longer than 1 MiB, or of a size that is not "
+             "a number");
     }
     return takeContent(*size, "");
 }
@@ -164,7 +165,7 @@ void TarReader::readExtension(const TarHeader& header, Extensions& extensions) {
         case TarType::kPaxRecords: {
             std::optional<PaxRecords> records = parsePaxRecords(content);
             if (!records.has_value()) {
-                fail(INVALID_ARGUMENTS, "", "its pax records make no sense");
+                fail(INVALID_ARGUMENTS, "", "its pax records are malformed");
             }
             extensions.pax = std::move(*records);
             break;
@@ -180,7 +181,7 @@ void TarReader::readExtension(const TarHeader& header, Extensions& extensions) {
 void TarReader::readGlobalRecords(std::string_view records) const {
     const std::optional<PaxRecords> parsed = parsePaxRecords(records);
     if (!parsed.has_value()) {
-        fail(INVALID_ARGUMENTS, "", "its pax records make no sense");
+        fail(INVALID_ARGUMENTS, "", "its pax records are malformed");
     }
     if (parsed->path.has_value() || parsed->size.has_value() || parsed->sparse) {
         fail(TAR_UNSUPPORTED_ENTRY, "", "one name or size for all entries is not supported");
@@ -205,13 +206,13 @@ void TarReader::readEntry(const TarHeader& header, const Extensions& extensions,
     const std::optional<uint64> size =
         extensions.pax.size.has_value() ? extensions.pax.size : parseSize(header.sizeField());
     if (!size.has_value()) {
-        fail(INVALID_ARGUMENTS, name, "its size is no number");
+        fail(INVALID_ARGUMENTS, name, "its size is not a number");
     }
     const std::string_view content = takeContent(*size, name);
 
     const bool isDirectory = type == TarType::kDirectory || endsInSeparator(name);
     if (isDirectory && type != TarType::kDirectory && *size != 0) {
-        fail(INVALID_ARGUMENTS, name, "it is named like a directory and has a content");
+        fail(INVALID_ARGUMENTS, name, "it is named like a directory but has content");
     }
     entry.kind = isDirectory ? TarEntry::Kind::kDirectory : TarEntry::Kind::kFile;
     entry.name = std::move(name);

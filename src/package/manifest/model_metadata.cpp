@@ -52,7 +52,7 @@ std::string reasonOf(const ManifestParse& parse, std::string_view text,
         case ManifestFault::kZeroByte:
             return internal::textPosition(text, parse.offset) + ": a zero byte";
         default:
-            return "it holds " + internal::jsonKind(document) + " and no object";
+            return "it contains " + internal::jsonKind(document) + ", not an object";
     }
 }
 

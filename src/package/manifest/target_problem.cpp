@@ -9,8 +9,8 @@ void diagnoseMissingTarget(const ModelMetadata& metadata, std::string_view neede
     diagnose([&metadata, needed] {
         const String& written = MetadataAccess::targetsAsWritten(metadata);
         return "loading the package " + inQuotes(metadata.getRootDir().c_str()) + ": the target " +
-               inQuotes(needed) + " is needed, and " +
-               (written.empty() ? "the metadata have none" : written.str());
+               inQuotes(needed) + " is needed, but " +
+               (written.empty() ? "the metadata has none" : written.str());
     });
 }
 

@@ -94,7 +94,7 @@ std::string describeEnd(int status) {
     std::string text =
         "was ended by signal " + std::to_string(signal) + " (" + ::strsignal(signal) + ")";
     if (signal == SIGKILL) {
-        text += ", as the system does where memory runs out";
+        text += ", as happens when the system runs out of memory";
     }
     return text;
 }
@@ -103,7 +103,7 @@ std::string describeEnd(int status) {
 
 ChildResult runInChild(ChildWork work, std::string_view request) {
     if (request.size() > kLargestChildRequest) {
-        throw std::runtime_error("A request to a process of its own is too long");
+        throw std::runtime_error("The request to the child process is too long");
     }
     std::array<int, 2> ends{};
     if (::pipe(ends.data()) != 0) {

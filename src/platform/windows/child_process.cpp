@@ -157,7 +157,7 @@ std::string describeEnd(DWORD status) {
 
 ChildResult runInChild(ChildWork /*work*/, std::string_view request) {
     if (request.size() > kLargestChildRequest) {
-        throw std::runtime_error("A request to a process of its own is too long");
+        throw std::runtime_error("The request to the child process is too long");
     }
     Pipe requests = makePipe(&Pipe::writing);
     Pipe answers = makePipe(&Pipe::reading);

@@ -32,7 +32,7 @@ TEST_F(FaultyDescribing, ReleasesItsReaderAndLoadsNothing) {
 TEST_F(FaultyDescribing, AMissingReaderAnswersFileErrorAndChangesNothing) {
     engine_.hasReader = false;
     declaredInputs_.emplace_back();
-    EXPECT_THAT(describeFiles(), IsStatus(FILE_ERROR, "The engine has no network reader to give"));
+    EXPECT_THAT(describeFiles(), IsStatus(FILE_ERROR, "The engine provides no network reader"));
     EXPECT_EQ(declaredInputs_.size(), 1U);
 }
 

@@ -21,8 +21,8 @@ using ::testing::Not;
 using Components = std::vector<std::pair<std::string, std::string>>;
 
 constexpr const char* kWithheld =
-    "predict: the engine fails; its text is withheld, since a component is secured and the text "
-    "may quote it";
+    "predict: the engine failed; its message is withheld because a component is secured and the "
+    "message may quote it";
 
 class FaultyDiagnostics : public FaultyModelTest {
 protected:
@@ -71,7 +71,8 @@ TEST_F(FaultyDiagnostics, AnEngineFailureWithoutATextIsReportedAsSuch) {
     engine_.throwsNumbers = true;
     engine_.inferring.status = InferenceEngine::GENERAL_ERROR;
     failToPredict();
-    EXPECT_THAT(records(), ElementsAre("predict: the engine fails: an exception without a text"));
+    EXPECT_THAT(records(),
+                ElementsAre("predict: the engine fails: an exception without a message"));
 }
 
 TEST_F(FaultyDiagnostics, TheEnginesTextIsWithheldIfAComponentIsSecured) {
@@ -116,7 +117,7 @@ TEST_F(FaultyDiagnostics, TheNetworkIsNamedIfReadingFailsWithoutAText) {
     engine_.throwsNumbers = true;
     engine_.reading.status = InferenceEngine::GENERAL_ERROR;
     const std::string record = "reading the network \"" + directory_.entry("net.xml") +
-                               "\": the engine fails with an exception without a text";
+                               "\": the engine threw an exception without a message";
     EXPECT_THROW(load(), Exception);
     EXPECT_THAT(records(), ElementsAre(record));
     std::vector<ModelFeatureDescriptor> ports;

@@ -116,7 +116,7 @@ TEST(QuavinModelTest, EngineInfoNeedsALoadedModelThatProvidesIt) {
     EXPECT_THAT(model.getEngineInfo(info), IsStatus(MODEL_NOT_LOADED, "There is no model loaded"));
     ASSERT_THAT(model.load(metadataOf(completeTarget())), IsOk());
     EXPECT_THAT(model.getEngineInfo(info),
-                IsStatus(FAILURE, "The model does not tell what it runs on"));
+                IsStatus(FAILURE, "The model does not report what it runs on"));
     EXPECT_EQ(info.device, "as it was");
 }
 

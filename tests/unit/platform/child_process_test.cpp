@@ -86,7 +86,7 @@ TEST(RunInChild, ReportsACrash) {
 #if !defined(_WIN32)
 TEST(RunInChild, ReportsThatAKilledProcessMayHaveRunOutOfMemory) {
     EXPECT_EQ(runInChild(work, "kill").problem,
-              "was ended by signal 9 (Killed), as the system does where memory runs out");
+              "was ended by signal 9 (Killed), as happens when the system runs out of memory");
 }
 #endif
 

@@ -83,7 +83,7 @@ TEST(WithoutReferencesTest, ReferencesEndAtTheNextAmpersand) {
     EXPECT_EQ(withoutReferences("&;&#&#65&#65;&"), "&;&#&#65A&");
 }
 
-// This would take minutes if each one were followed to the end of the text.
+// This would take minutes if each '&' were scanned to the end of the text.
 TEST(WithoutReferencesTest, HandlesLongTextsOfAmpersandsQuickly) {
     const std::string ampersands(2 << 20, '&');
     EXPECT_EQ(withoutReferences(ampersands), ampersands);

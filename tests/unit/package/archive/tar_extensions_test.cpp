@@ -30,7 +30,7 @@ constexpr std::string_view kExtensionTypes = "xgLK";
 
 const std::string kBadExtension =
     "Archive entry 1: a header that extends it is cut off, longer than 1 MiB, or of a size that is "
-    "no number";
+    "not a number";
 
 // An extension header of this type and content; its name does not matter.
 std::string extension(char type, std::string_view content) {
@@ -53,7 +53,7 @@ protected:
     }
     void expectMalformedRecords(const std::string& records) {
         expectRefused(tarFile("good") + paxHeader(records) + tarFile("file", "content") + tarEnd(),
-                      INVALID_ARGUMENTS, "Archive entry 2: its pax records make no sense");
+                      INVALID_ARGUMENTS, "Archive entry 2: its pax records are malformed");
     }
 };
 
@@ -186,7 +186,8 @@ TEST_F(TarExtensions, AnExtensionWithoutAnEntryIsRefused) {
     for (const std::string& header :
          {gnuLongName("long"), paxHeader(paxRecord("path", "pax")), extension('K', "target")}) {
         expectRefused(tarFile("good") + header + tarEnd(), INVALID_ARGUMENTS,
-                      "Archive entry 2: the archive ends behind a header that extends this entry");
+                      "Archive entry 2: the archive ends after an extension header, before the "
+                      "entry it describes");
     }
 }
 

@@ -54,7 +54,7 @@ inline std::string fileOfSize(const std::string& field, std::string_view content
     return tarEntry(fields, content);
 }
 
-/// "file" with the content "content", which a prefix puts into a folder if the magic allows one.
+/// A file "file" containing "content", in the folder "prefix" if the magic allows prefixes.
 inline std::string prefixedFile(const std::string& prefix, const std::string& magic) {
     TarFields fields = tarFields("file");
     fields.prefix = prefix;

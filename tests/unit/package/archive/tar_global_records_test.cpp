@@ -53,7 +53,7 @@ TEST_F(TarGlobalRecords, ANameOrSizeForAllEntriesIsRefused) {
 
 TEST_F(TarGlobalRecords, MalformedRecordsAreRefused) {
     expectRefused(global("no records") + tarFile("file") + tarEnd(), INVALID_ARGUMENTS,
-                  "Archive entry 1: its pax records make no sense");
+                  "Archive entry 1: its pax records are malformed");
 }
 
 }  // namespace

@@ -118,7 +118,7 @@ TEST_F(TarRefusal, AWrongChecksumOfAnExtensionIsRefused) {
 
 TEST_F(TarRefusal, AFileNamedLikeADirectoryMustBeEmpty) {
     expectRefused(tarFile("folder/", "x") + tarEnd(), INVALID_ARGUMENTS,
-                  "Archive entry 1 (\"folder/\"): it is named like a directory and has a content");
+                  "Archive entry 1 (\"folder/\"): it is named like a directory but has content");
 }
 
 TEST_F(TarRefusal, AFileMustNotNameTheDestination) {
@@ -138,7 +138,7 @@ class TarMalformedSizes : public TarExtraction,
 
 TEST_P(TarMalformedSizes, TheArchiveIsRefused) {
     expectRefused(tarFile("good", "x") + fileOfSize(GetParam().field, "content") + tarEnd(),
-                  INVALID_ARGUMENTS, "Archive entry 2 (\"file\"): its size is no number");
+                  INVALID_ARGUMENTS, "Archive entry 2 (\"file\"): its size is not a number");
 }
 
 INSTANTIATE_TEST_SUITE_P(

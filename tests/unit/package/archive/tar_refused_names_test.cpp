@@ -81,7 +81,7 @@ TEST_P(TarRefusedNames, TheDirectoryIsRefused) {
     expectRefusedAs('5');
 }
 
-const std::string kTwoDots = "its name holds \"..\"";
+const std::string kTwoDots = "its name contains \"..\"";
 const std::string kAbsolute = "its name is absolute";
 const std::string kDrive = "its name begins with a drive letter";
 
@@ -125,7 +125,7 @@ TEST_F(TarRefusedName, ANameJoinedWithItsPrefixIsRefused) {
     TarFields fields = tarFields("../x");
     fields.prefix = "root";
     expectRefused(tarEntry(fields) + tarEnd(), INVALID_ARGUMENTS,
-                  "Archive entry \"root/../x\": its name holds \"..\"");
+                  "Archive entry \"root/../x\": its name contains \"..\"");
 }
 
 TEST_F(TarRefusedName, AnEmptyNameIsRefused) {
@@ -150,7 +150,7 @@ TEST_F(TarRefusedName, AnOverlongNameIsRefused) {
 
 TEST_F(TarRefusedName, MessagesShowNoControlCharacters) {
     expectRefused(tarFile("../\x1B[2J\n\x7F") + tarEnd(), INVALID_ARGUMENTS,
-                  "Archive entry \"../?[2J??\": its name holds \"..\"");
+                  "Archive entry \"../?[2J??\": its name contains \"..\"");
 }
 
 TEST_F(TarRefusedName, NamesAfterTheEndAreIgnored) {

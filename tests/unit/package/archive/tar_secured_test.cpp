@@ -137,7 +137,7 @@ TEST_F(TarSecured, PaddingIsNotAnEndMark) {
 TEST_F(TarSecured, ARefusedArchiveLeavesNothingBehind) {
     const std::string archive = tarFile("good") + tarFile("../bad") + tarEnd();
     EXPECT_THAT(extractSecured(secured(archive, key_, BlockFilling::kPkcs7)),
-                IsStatus(INVALID_ARGUMENTS, "Archive entry \"../bad\": its name holds \"..\""));
+                IsStatus(INVALID_ARGUMENTS, "Archive entry \"../bad\": its name contains \"..\""));
     expectNothing();
 }
 

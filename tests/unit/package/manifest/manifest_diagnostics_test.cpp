@@ -86,11 +86,11 @@ TEST_F(ManifestDiagnostics, DataAfterTheObjectIsReported) {
 }
 
 TEST_F(ManifestDiagnostics, ARootThatIsNotAnObjectIsReported) {
-    EXPECT_EQ(reasonFor("[]"), "it holds an array and no object");
-    EXPECT_EQ(reasonFor("3"), "it holds a number and no object");
-    EXPECT_EQ(reasonFor("\"targets\""), "it holds a string and no object");
-    EXPECT_EQ(reasonFor("null"), "it holds null and no object");
-    EXPECT_EQ(reasonFor("true"), "it holds a boolean and no object");
+    EXPECT_EQ(reasonFor("[]"), "it contains an array, not an object");
+    EXPECT_EQ(reasonFor("3"), "it contains a number, not an object");
+    EXPECT_EQ(reasonFor("\"targets\""), "it contains a string, not an object");
+    EXPECT_EQ(reasonFor("null"), "it contains null, not an object");
+    EXPECT_EQ(reasonFor("true"), "it contains a boolean, not an object");
     EXPECT_EQ(reasonFor(" \n"), "it is empty");
 }
 
@@ -102,7 +102,7 @@ TEST_F(ManifestDiagnostics, MissingTargetsAreReportedWithTheMembersPresent) {
 
 TEST_F(ManifestDiagnostics, AMissingTargetIsReportedWithTheTargetsPresent) {
     const std::string loading = "loading the package \"" + directory_.text() +
-                                "\": the target \"Openvino\" is needed, and ";
+                                "\": the target \"Openvino\" is needed, but ";
     EXPECT_EQ(missingTarget(R"({"targets": {"OpenVino": {}, "CoreML": {}}})"),
               loading + R"("targets" has the members "OpenVino", "CoreML")");
     EXPECT_EQ(missingTarget(R"({"targets": {}})"), loading + R"("targets" has no members)");
@@ -114,7 +114,7 @@ TEST_F(ManifestDiagnostics, MetadataThatWereNotLoadedAreReportedWithoutTargets) 
     internal::diagnoseMissingTarget(ModelMetadata(), "Openvino");
     EXPECT_THAT(records(),
                 ElementsAre("loading the package \"\": the target \"Openvino\" is needed, "
-                            "and the metadata have none"));
+                            "but the metadata has none"));
 }
 
 TEST_F(ManifestDiagnostics, AManifestThatLoadsIsNotReported) {
