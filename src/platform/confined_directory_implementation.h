@@ -6,7 +6,7 @@
 
 namespace VelmoraQuavin::internal::platform {
 
-/// What each system does differently.
+/// The part that each system implements.
 class ConfinedDirectory::Implementation {
 public:
     Implementation() = default;

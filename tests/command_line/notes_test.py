@@ -63,7 +63,7 @@ class Notes(WithAPackage):
         networks.np.save(self.dir / "x.npy", networks.OFFSETS.astype(networks.np.int32))
         self.assertIn("Unknown/internal", self.refused(13, *RUN))
         (note,) = self.notes(*RUN)
-        self.assertRegex(note, r"\Apredict: the engine fails: .*FP32.*I32")
+        self.assertRegex(note, r"\Apredict: the engine failed: .*FP32.*I32")
 
     def test_notes_withhold_the_message_of_the_engine_for_a_secured_package(self):
         packages.write_package(self.dir / "package", key_hex=KEY_HEX)

@@ -191,7 +191,7 @@ TEST_F(Diagnostics, NothingIsReportedIfTheTextNamesInputAndBytes) {
 TEST_F(Diagnostics, TheEnginesTextIsReportedForAnUnexpectedElementType) {
     refuse(featureOf<std::int32_t>("x", {1, 4}, DataType::INT32, {1, 2, 3, 4}));
     EXPECT_THAT(records(), ElementsAre(::testing::AllOf(
-                               ::testing::StartsWith("predict: the engine fails: "),
+                               ::testing::StartsWith("predict: the engine failed: "),
                                HasSubstr("FP32"), HasSubstr("I32"), HasSubstr("\"x\""))));
 }
 #endif

@@ -82,7 +82,7 @@ QuavinStatus QuavinOpenVino::predictImpl(const std::vector<std::shared_ptr<Quavi
         internal::diagnose([this] {
             return networkSecured_ ? "predict: the engine failed; its message is withheld because "
                                      "a component is secured and the message may quote it"
-                                   : "predict: the engine fails: " + textOfException();
+                                   : "predict: the engine failed: " + textOfException();
         });
         throw MLFrameworkException("Unknown/internal exception happened.");
     }

@@ -62,8 +62,8 @@ TEST_F(FaultyDiagnostics, TheEnginesTextIsReportedIfPredictHidesIt) {
     failToPredict();
     EXPECT_THAT(
         records(),
-        ElementsAre("predict: the engine fails: layer 3: no memory",
-                    "predict: the engine fails: a text that is longer than the one before"));
+        ElementsAre("predict: the engine failed: layer 3: no memory",
+                    "predict: the engine failed: a text that is longer than the one before"));
 }
 
 TEST_F(FaultyDiagnostics, AnEngineFailureWithoutATextIsReportedAsSuch) {
@@ -72,7 +72,7 @@ TEST_F(FaultyDiagnostics, AnEngineFailureWithoutATextIsReportedAsSuch) {
     engine_.inferring.status = InferenceEngine::GENERAL_ERROR;
     failToPredict();
     EXPECT_THAT(records(),
-                ElementsAre("predict: the engine fails: an exception without a message"));
+                ElementsAre("predict: the engine failed: an exception without a message"));
 }
 
 TEST_F(FaultyDiagnostics, TheEnginesTextIsWithheldIfAComponentIsSecured) {
@@ -92,7 +92,7 @@ TEST_F(FaultyDiagnostics, AnUnreadSecuredFileDoesNotWithholdTheEnginesText) {
     loadSecured({{"file", "net.xml"}, {"file", "net.bin"}, {"secured_file", "more"}});
     engine_.inferring = {InferenceEngine::GENERAL_ERROR, "its words"};
     failToPredict();
-    EXPECT_THAT(records(), ElementsAre("predict: the engine fails: its words"));
+    EXPECT_THAT(records(), ElementsAre("predict: the engine failed: its words"));
 }
 
 TEST_F(FaultyDiagnostics, WithholdingDependsOnTheFilesActuallyRead) {

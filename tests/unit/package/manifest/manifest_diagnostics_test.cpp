@@ -110,7 +110,7 @@ TEST_F(ManifestDiagnostics, AMissingTargetIsReportedWithTheTargetsPresent) {
     EXPECT_EQ(missingTarget(R"({"targets": "Openvino"})"), loading + R"("targets" is a string)");
 }
 
-TEST_F(ManifestDiagnostics, MetadataThatWereNotLoadedAreReportedWithoutTargets) {
+TEST_F(ManifestDiagnostics, MetadataThatWasNotLoadedIsReportedWithoutTargets) {
     internal::diagnoseMissingTarget(ModelMetadata(), "Openvino");
     EXPECT_THAT(records(),
                 ElementsAre("loading the package \"\": the target \"Openvino\" is needed, "
