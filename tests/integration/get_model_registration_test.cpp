@@ -60,7 +60,8 @@ TEST_F(GetModel, AModelRegisteredByAFailedDeviceLoadMayBeUnloaded) {
                 IsStatus(MODEL_METADATA_ERROR, kNoInput));
     EXPECT_EQ(model_, nullptr);
     ASSERT_EQ(registeredModels(), 1U);
-    client_.getModelManager().unloadModel(client_.queryRuntimeStatus().getLoadedModels().at(0));
+    const RuntimeStatus status = client_.queryRuntimeStatus();
+    EXPECT_TRUE(client_.getModelManager().unloadModel(status.getLoadedModels().at(0)).ok());
     EXPECT_EQ(registeredModels(), 0U);
 }
 

@@ -5,6 +5,7 @@
 
 #include "package/archive/tar_entry_path.h"
 #include "tools/quavin/io/wiped_bytes.h"
+#include "tools/quavin/package/package.h"
 
 namespace quavin_tool {
 namespace {
