@@ -12,6 +12,7 @@ KIND is one of
                     "embedding" [1,256]; quick to compile, so that loading is mostly reading
     three-layers    "a" and "b" [1,8] to "sum" = a + b, "product" = a * b and "relu" = max(a, 0); no
                     constants, so its weights file is empty
+    small           a convolution network with 720 weights: "image" [1,1,8,8] to "logits" [1,10]
 
 DIR gets manifest.json, model.xml and model.bin, with --encrypt (32 hexadecimal digits) as a secured
 package. Needs Python 3.10, NumPy and, for --encrypt, the openssl command.
@@ -45,14 +46,17 @@ LAST_CHANNELS = 1280
 CLASSES = 1000
 
 
-class MobileNet:
-    """Builds the network layer by layer, with He-scaled weights and small biases."""
+# The functions below build a network with any writer that has IrNetwork's methods up to result().
 
-    def __init__(self):
-        self.net = IrNetwork("mobilenet")
+
+class ConvolutionNetwork:
+    """Adds groups of layers with He-scaled weights and small biases."""
+
+    def __init__(self, net):
+        self.net = net
         self._rng = np.random.default_rng(SEED)
 
-    def build(self):
+    def mobilenet(self):
         x = self.net.parameter("image", (1, 3, 224, 224))
         x = self._conv("stem", x, FIRST_CHANNELS, size=3, stride=2)
         for stage, (expansion, channels, repetitions, stride) in enumerate(BLOCKS, 1):
@@ -60,15 +64,13 @@ class MobileNet:
                 first_stride = stride if i == 0 else 1
                 x = self._block(f"block{stage}.{i + 1}", x, expansion, channels, first_stride)
         x = self._conv("head", x, LAST_CHANNELS, size=1)
-        axes = self.net.constant("pool/axes", np.array([2, 3], np.int64))
-        x = self.net.layer("ReduceMean", "pool", [x, axes], (1, LAST_CHANNELS), keep_dims=False)
-        matrix = self._weights("classifier/matrix", (CLASSES, LAST_CHANNELS), 1, LAST_CHANNELS)
-        bias = self._bias("classifier/bias", (1, CLASSES))
-        x = self.net.layer(
-            "MatMul", "classifier", [x, matrix], (1, CLASSES), transpose_a=False, transpose_b=True
-        )
-        self.net.result(self.net.layer("Add", "logits", [x, bias], (1, CLASSES)))
-        return self.net
+        self.net.result(self._classify(x, CLASSES))
+
+    def small(self):
+        x = self.net.parameter("image", (1, 1, 8, 8))
+        x = self._conv("conv1", x, 6, size=3)
+        x = self._conv("conv2", x, 10, size=3, stride=2)
+        self.net.result(self._classify(x, 10))
 
     def _block(self, name, x, expansion, channels, stride):
         """Widens, filters each channel, narrows without activation; adds the input if it fits."""
@@ -103,6 +105,18 @@ class MobileNet:
             x = self.net.layer("Clamp", name + "/relu6", [x], shape, min=0, max=6)
         return x
 
+    def _classify(self, x, classes):
+        """Averages each channel, and computes the logits from these."""
+        channels = x.shape[1]
+        axes = self.net.constant("pool/axes", np.array([2, 3], np.int64))
+        x = self.net.layer("ReduceMean", "pool", [x, axes], (1, channels), keep_dims=False)
+        matrix = self._weights("classifier/matrix", (classes, channels), 1, channels)
+        bias = self._bias("classifier/bias", (1, classes))
+        x = self.net.layer(
+            "MatMul", "classifier", [x, matrix], (1, classes), transpose_a=False, transpose_b=True
+        )
+        return self.net.layer("Add", "logits", [x, bias], (1, classes))
+
     def _weights(self, name, shape, gain, fan_in):
         values = self._rng.standard_normal(shape, np.float32) * np.float32(np.sqrt(gain / fan_in))
         return self.net.constant(name, values)
@@ -112,19 +126,16 @@ class MobileNet:
         return self.net.constant(name, values)
 
 
-def large_output():
-    net = IrNetwork("large_output")
+def large_output(net):
     columns = 32 * MIB // (8 * 4)
     x = net.parameter("x", (1, 8))
     column_shape = net.constant("column/shape", np.array([8, 1], np.int64))
     column = net.layer("Reshape", "column", [x, column_shape], (8, 1), special_zero=False)
     ramp = net.constant("ramp", np.arange(columns, dtype=np.float32).reshape(1, columns))
     net.result(net.layer("Add", "y", [column, ramp], (8, columns)))
-    return net
 
 
-def weights_100mib():
-    net = IrNetwork("weights_100mib")
+def weights_100mib(net):
     width = 256
     table_shape = (100 * MIB // (4 * width), width)
     row = net.parameter("row", (1,), "i32")
@@ -132,25 +143,42 @@ def weights_100mib():
     table = net.constant("table", values)
     axis = net.constant("axis", np.array(0, np.int64))
     net.result(net.layer("Gather", "embedding", [table, row, axis], (1, width)))
-    return net
 
 
-def three_layers():
-    net = IrNetwork("three_layers")
+def three_layers(net):
     a = net.parameter("a", (1, 8))
     b = net.parameter("b", (1, 8))
     net.result(net.layer("Add", "sum", [a, b], (1, 8)))
     net.result(net.layer("Multiply", "product", [a, b], (1, 8)))
     net.result(net.layer("ReLU", "relu", [a], (1, 8)))
-    return net
 
 
 KINDS = {
-    "mobilenet": lambda: MobileNet().build(),
+    "mobilenet": lambda net: ConvolutionNetwork(net).mobilenet(),
     "large-output": large_output,
     "weights-100mib": weights_100mib,
     "three-layers": three_layers,
+    "small": lambda net: ConvolutionNetwork(net).small(),
 }
+
+
+def build(kind, writer):
+    """A network of a kind, built with a class of writers."""
+    net = writer(kind.replace("-", "_"))
+    KINDS[kind](net)
+    return net
+
+
+def about(kind):
+    """The manifest's members about the model."""
+    return {
+        "id": f"benchmark-{kind}",
+        "name": f"Benchmark network {kind}",
+        "author": "quavin_on_device_sdk benchmarks",
+        "description": "Generated for benchmarks; its numbers are meaningless",
+        "sdkVersion": "1.0",
+        "version": 1,
+    }
 
 
 def key(text):
@@ -167,16 +195,10 @@ def main():
     parser.add_argument("--kind", choices=KINDS, default="mobilenet")
     parser.add_argument("--encrypt", type=key, metavar="KEYHEX", help="write a secured package")
     arguments = parser.parse_args()
-    about = {
-        "id": f"benchmark-{arguments.kind}",
-        "name": f"Benchmark network {arguments.kind}",
-        "author": "quavin_on_device_sdk benchmarks",
-        "description": "Generated for benchmarks; its numbers are meaningless",
-        "sdkVersion": "1.0",
-        "version": 1,
-    }
-    network = KINDS[arguments.kind]()
-    write_package(arguments.out, network, "model", about, key_hex=arguments.encrypt)
+    network = build(arguments.kind, IrNetwork)
+    write_package(
+        arguments.out, network, "model", about(arguments.kind), key_hex=arguments.encrypt
+    )
 
 
 if __name__ == "__main__":
