@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Installs missing packages, builds, makes the networks, and compares the library with the same work written
-# by hand against the runtime's C interface. Takes a few minutes and needs an otherwise idle machine.
+# by hand against the runtime's C interface, and with ONNX Runtime. Takes about ten minutes and needs an
+# otherwise idle machine.
 # docs/performance.md says how to read the figures.
 #
 # "scripts/bench.sh windows-release" and "scripts/bench.sh linux-arm64" measure predictions by a program for that
@@ -16,7 +17,7 @@ case $preset in
     release)
         predict=("$root/build/release/benchmarks/quavin_predict_benchmark")
         configure_and_build release quavin_predict_benchmark quavin_load_benchmark quavin_aes_benchmark \
-            quavin_tar_benchmark
+            quavin_tar_benchmark quavin_peer_host
         ;;
     windows-release)
         predict=("$root/scripts/run-in-wine.sh" "$root/build/$preset/bin/quavin_predict_benchmark.exe")
@@ -75,3 +76,10 @@ say "Decrypting"
 
 say "Extracting"
 "$programs/quavin_tar_benchmark" 41
+
+say "Comparing with ONNX Runtime"
+# Skipped, with a line that says why, if it cannot be installed.
+if python=$(python3 "$root/benchmarks/peers/make_environment.py"); then
+    "$python" "$root/benchmarks/peers/make_networks.py" "$models/peers" mobilenet small
+    "$python" "$root/benchmarks/peers/compare.py" "$programs/quavin_peer_host" "$models/peers" 21
+fi
