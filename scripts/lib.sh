@@ -91,7 +91,7 @@ run_and_count_tests() {
     (cd "$root" && ctest --preset "$preset" -j "$(nproc)" --no-tests=error --test-output-size-passed 1000000 \
         --output-junit "$build/test-reports/ctest.xml" "$@") || true
     say "Summary of $preset"
-    python3 "$root/scripts/test_summary.py" "$build"
+    python3 "$root/scripts/test_summary.py" "$build" "$@"
 }
 
 # time_leg NAME COMMAND...: runs it and says how long it took, also in the file that QUAVIN_LEG_TIMES names, if any.

@@ -1,10 +1,11 @@
 #!/usr/bin/env python3
 """Counts the tests in ctest's entries, where an entry is a whole program with many tests.
 
-    scripts/test_summary.py BUILD_FOLDER
+    scripts/test_summary.py BUILD_FOLDER [CTEST_OPTION...]
 
 reads the reports in BUILD_FOLDER/test-reports: ctest's own ctest.xml, and one from each GoogleTest
-program. Exits with 1 if a test failed or was not run, or a program ended without its report.
+program. The options are those that selected tests; each of these must have run. Exits with 1 if a test failed or was
+not run, or a program ended without its report.
 """
 
 import collections
@@ -100,7 +101,7 @@ def main():
     log = (build / "Testing/Temporary/LastTest.log").read_text(encoding="utf-8", errors="replace")
     cases = {case.get("name"): case
              for case in ElementTree.parse(build / "test-reports/ctest.xml").iter("testcase")}
-    listed = subprocess.run(["ctest", "--test-dir", build, "--show-only=json-v1"], check=True,
+    listed = subprocess.run(["ctest", "--test-dir", build, "--show-only=json-v1", *sys.argv[2:]], check=True,
                             stdout=subprocess.PIPE)
     total = Count()
     for entry in json.loads(listed.stdout)["tests"]:

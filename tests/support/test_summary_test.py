@@ -1,6 +1,7 @@
 """What scripts/test_summary.py counts, and that it never counts a test as passed that did not pass."""
 
 import json
+import subprocess
 import sys
 import tempfile
 import unittest
@@ -8,7 +9,8 @@ import xml.etree.ElementTree as ElementTree
 from pathlib import Path
 
 sys.dont_write_bytecode = True
-sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "scripts"))
+SCRIPTS = Path(__file__).resolve().parents[2] / "scripts"
+sys.path.insert(0, str(SCRIPTS))
 
 from test_summary import Count, of_entry, repeated_in, skips_of_unittest  # noqa: E402  # from the folder above
 
@@ -110,6 +112,35 @@ class OtherEntries(unittest.TestCase):
         self.assertEqual(of_entry(["program"], case()), Count(passed=1))
         for status in "fail", "notrun", "disabled":
             self.assertEqual(of_entry(["program"], case(status)), Count(failed=1))
+
+
+class SelectedTests(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.build = Path(folder.name)
+        (self.build / "test-reports").mkdir()
+        tests = 'add_test(one true)\nadd_test(two true)\nset_tests_properties(two PROPERTIES LABELS slow)\n'
+        (self.build / "CTestTestfile.cmake").write_text(tests, encoding="utf-8")
+
+    def summary_after(self, *selection, options=()):
+        report = self.build / "test-reports/ctest.xml"
+        subprocess.run(["ctest", "--test-dir", self.build, "--output-junit", report, *selection], check=True,
+                       stdout=subprocess.DEVNULL)
+        return subprocess.run([sys.executable, SCRIPTS / "test_summary.py", self.build, *options], check=False,
+                              stdout=subprocess.PIPE, text=True)
+
+    def test_all_must_have_run(self):
+        result = self.summary_after()
+        self.assertEqual((result.returncode, result.stdout), (0, "2 tests passed, 0 skipped, 0 failed\n"))
+        result = self.summary_after("--label-exclude", "slow")
+        self.assertEqual(result.returncode, 1)
+        self.assertIn("failed: two (1)", result.stdout)
+
+    def test_only_selected_ones_must_have_run(self):
+        without_slow = ["--label-exclude", "slow"]
+        result = self.summary_after(*without_slow, options=without_slow)
+        self.assertEqual((result.returncode, result.stdout), (0, "1 tests passed, 0 skipped, 0 failed\n"))
 
 
 if __name__ == "__main__":
