@@ -111,7 +111,7 @@ def measure(hosts, order, calls):
     before = [host.memory() for host in hosts]
     step("load", "ms", 1e3, "load")
     step("first prediction", "ms", 1e3, "predict 1")
-    # Forth and back, so that a machine that slows down meanwhile slows down all of them.
+    # Back and forth, so that a machine that slows down meanwhile slows down all of them.
     step("prediction", "us", 1e6 / (2 * calls), f"predict {calls}", f"predict {calls // 10}",
          [*order, *reversed(order)])
     after = [host.memory() for host in hosts]

@@ -1,7 +1,8 @@
 #include "package/manifest/manifest_document.h"
-#include "text/unicode.h"
 
 #include <rapidjson/memorystream.h>
+
+#include "text/unicode.h"
 
 namespace VelmoraQuavin::internal {
 namespace {

@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <cstring>
 #include <memory>
-#include <set>
 
 #include "tools/quavin/cli/printing.h"
 #include "tools/quavin/io/casting.h"
@@ -68,16 +67,17 @@ std::shared_ptr<QuavinFeature> featureOf(const std::string& path,
 
 // Checked before missing inputs: a misspelt name is both unknown and missing.
 void requireKnownNames(const InputFiles& files, const Features& inputs) {
-    std::set<std::string> known;
     Descriptors tensors;
     for (const std::shared_ptr<QuavinFeature>& input : inputs) {
         if (input->type() == QuavinFeatureType::TENSOR) {
-            known.insert(input->featureDescriptor().name().str());
             tensors.push_back(input->featureDescriptor());
         }
     }
     for (const auto& [name, file] : files) {
-        if (known.count(name) == 0) {
+        const bool isKnown = std::any_of(
+            tensors.begin(), tensors.end(),
+            [&wanted = name](const ModelFeatureDescriptor& each) { return each.name() == wanted; });
+        if (!isKnown) {
             throw InvalidArgumentsException(
                 "The package has no tensor input \"" + name +
                 (tensors.empty() ? "\", nor any other" : "\", but " + quotedNames(tensors)));
