@@ -5,7 +5,7 @@
 # Left out: the tests of the documentation, which is the same on every system, and of the consumer that builds
 # the library again; and, since every prediction takes seconds under qemu, the tests of the command line that
 # no processor can make a difference to. They run natively, in scripts/test.sh; with QUAVIN_TEST_EVERYTHING=1
-# the last run here too.
+# those of the command line run here too.
 set -euo pipefail
 . "$(dirname "$0")/lib.sh"
 
