@@ -24,7 +24,7 @@ std::vector<unsigned char> runAes(AesMode mode, AesDirection direction, const un
         EVP_CipherFinal_ex(context.get(), output.data() + written, &last) != 1) {
         throw std::runtime_error("OpenSSL refused");
     }
-    output.resize(static_cast<std::size_t>(written + last));
+    output.resize(static_cast<std::size_t>(written) + static_cast<std::size_t>(last));
     return output;
 }
 

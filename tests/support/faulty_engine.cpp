@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <memory>
+#include <new>
 
 namespace VelmoraQuavin::testing {
 
@@ -72,7 +73,7 @@ public:
                                   ResponseDesc* response) noexcept override {
         const FaultyEngine& engine = faultyEngine();
         if (engine.hasRequest && engine.makingRequest.status == OK) {
-            request = details::shared_from_irelease(new FaultyRequest);
+            request = details::shared_from_irelease(new (std::nothrow) FaultyRequest);
         }
         return give(engine.makingRequest, response);
     }
@@ -141,7 +142,7 @@ ICNNNetReader* CreateCNNNetReader() noexcept {
         return nullptr;
     }
     ++faultyEngine().readersMade;
-    return new FaultyReader;
+    return new (std::nothrow) FaultyReader;
 }
 
 class Core::Impl {

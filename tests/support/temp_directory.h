@@ -51,7 +51,7 @@ private:
     static std::filesystem::path makeUnique() {
         std::random_device random;
         for (int attempt = 0; attempt < 100; ++attempt) {
-            const auto candidate = std::filesystem::temp_directory_path() /
+            auto candidate = std::filesystem::temp_directory_path() /
                                    ("quavin-test-" + std::to_string(random()));
             if (std::filesystem::create_directory(candidate)) {
                 return candidate;
