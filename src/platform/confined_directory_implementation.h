@@ -1,6 +1,7 @@
 #pragma once
 
-#include <utility>
+#include <cstdint>
+#include <string>
 
 #include "platform/confined_directory.h"
 
@@ -18,10 +19,6 @@ public:
     virtual std::string enter(Names::const_iterator begin, Names::const_iterator end) = 0;
     /// Writes a file into the current directory.
     virtual std::string write(const std::string& name, const void* content, std::uint64_t size) = 0;
-
-    static ConfinedDirectory wrap(std::unique_ptr<Implementation> implementation) {
-        return ConfinedDirectory(std::move(implementation));
-    }
 };
 
 }  // namespace VelmoraQuavin::internal::platform

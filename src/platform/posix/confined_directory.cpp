@@ -94,7 +94,7 @@ std::optional<ConfinedDirectory> ConfinedDirectory::open(const String& path) {
     if (!root) {
         return std::nullopt;
     }
-    return Implementation::wrap(std::make_unique<PosixDirectory>(std::move(root)));
+    return ConfinedDirectory(std::make_unique<PosixDirectory>(std::move(root)));
 }
 
 }  // namespace VelmoraQuavin::internal::platform

@@ -120,7 +120,7 @@ std::optional<ConfinedDirectory> ConfinedDirectory::open(const String& path) {
     if (!root || (attributesOf(root.get()) & FILE_ATTRIBUTE_DIRECTORY) == 0) {
         return std::nullopt;
     }
-    return Implementation::wrap(std::make_unique<WindowsDirectory>(std::move(root)));
+    return ConfinedDirectory(std::make_unique<WindowsDirectory>(std::move(root)));
 }
 
 }  // namespace VelmoraQuavin::internal::platform
