@@ -6,11 +6,13 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <optional>
 
 #include "platform/posix/file_descriptor.h"
 #include "platform/posix/native_path.h"
 #include "platform/posix/new_name.h"
 #include "platform/posix/pending_file.h"
+#include "platform/posix/regular_file.h"
 #include "platform/posix/whole_write.h"
 
 namespace VelmoraQuavin::internal::platform {
@@ -40,20 +42,13 @@ struct Place {
 
 PrivateReading readPrivateFile(const String& path, OpenToOthers others, unsigned char* buffer,
                                std::size_t capacity, std::size_t& size, std::string& problem) {
-    // Non-blocking, so that a pipe without a writer is an error instead of a hang.
-    const FileDescriptor file(
-        ::open(nativeUtf8Path(path).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    const std::optional<RegularFile> file = openRegularFile(path, problem);
     if (!file) {
-        problem = problemText("cannot be opened", errno);
         return PrivateReading::kFailed;
     }
-    struct stat attributes {};
-    if (::fstat(file.get(), &attributes) != 0 || !S_ISREG(attributes.st_mode)) {
-        problem = "is not a regular file";
-        return PrivateReading::kFailed;
-    }
-    const bool readable = (attributes.st_mode & (S_IRGRP | S_IROTH)) != 0;
-    const bool writable = (attributes.st_mode & (S_IWGRP | S_IWOTH)) != 0;
+    const mode_t mode = file->attributes.st_mode;
+    const bool readable = (mode & (S_IRGRP | S_IROTH)) != 0;
+    const bool writable = (mode & (S_IWGRP | S_IWOTH)) != 0;
     if (others == OpenToOthers::kRefused && (readable || writable)) {
         problem = !writable  ? "can be read by others: run chmod go-r"
                   : readable ? "can be read and changed by others: run chmod go-rw"
@@ -62,7 +57,7 @@ PrivateReading readPrivateFile(const String& path, OpenToOthers others, unsigned
     }
     size = 0;
     while (size < capacity) {
-        const ssize_t count = readSome(file.get(), buffer + size, capacity - size);
+        const ssize_t count = readSome(file->descriptor.get(), buffer + size, capacity - size);
         if (count < 0) {
             problem = problemText("cannot be read", errno);
             return PrivateReading::kFailed;

@@ -47,13 +47,6 @@ void FileHandle::close() {
     }
 }
 
-bool isPlainFile(HANDLE file) noexcept {
-    BY_HANDLE_FILE_INFORMATION information{};
-    return ::GetFileType(file) == FILE_TYPE_DISK &&
-           ::GetFileInformationByHandle(file, &information) != 0 &&
-           (information.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
-}
-
 bool writeWhole(HANDLE file, const void* bytes, unsigned long long count) noexcept {
     constexpr unsigned long long kLargestWrite = 1ULL << 30;
     const auto* next = static_cast<const char*>(bytes);

@@ -27,9 +27,6 @@ private:
     HANDLE handle_ = INVALID_HANDLE_VALUE;
 };
 
-/// Whether an open file is a regular one: not a directory, device or pipe.
-bool isPlainFile(HANDLE file) noexcept;
-
 /// Writes all bytes to an open file; on failure GetLastError() tells why.
 bool writeWhole(HANDLE file, const void* bytes, unsigned long long count) noexcept;
 

@@ -4,7 +4,7 @@
 
 #include "platform/input_file_implementation.h"
 #include "platform/windows/file_handle.h"
-#include "platform/windows/wide_path.h"
+#include "platform/windows/regular_file.h"
 
 namespace VelmoraQuavin::internal::platform {
 namespace {
@@ -29,21 +29,12 @@ private:
 }  // namespace
 
 std::optional<InputFile> InputFile::open(const String& path, std::string& problem) {
-    const std::wstring wide = widePath(path);  // freed only after the error number is read
-    // The flag allows opening directories too, so that they can be recognised as such.
-    FileHandle file(::CreateFileW(wide.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                                  nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+    std::optional<RegularFile> file =
+        openRegularFile(path, FILE_SHARE_READ | FILE_SHARE_WRITE, problem);
     if (!file) {
-        problem = problemText("cannot be opened", ::GetLastError());
         return std::nullopt;
     }
-    LARGE_INTEGER size{};
-    if (!isPlainFile(file.get()) || ::GetFileSizeEx(file.get(), &size) == 0) {
-        problem = "is not a regular file";
-        return std::nullopt;
-    }
-    return InputFile(std::make_unique<OpenFile>(std::move(file)),
-                     static_cast<std::uint64_t>(size.QuadPart));
+    return InputFile(std::make_unique<OpenFile>(std::move(file->handle)), file->size);
 }
 
 }  // namespace VelmoraQuavin::internal::platform

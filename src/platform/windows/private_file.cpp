@@ -3,10 +3,12 @@
 #include <windows.h>
 
 #include <filesystem>
+#include <optional>
 
 #include "platform/windows/access_list.h"
 #include "platform/windows/file_handle.h"
 #include "platform/windows/pending_file.h"
+#include "platform/windows/regular_file.h"
 #include "platform/windows/wide_path.h"
 
 namespace VelmoraQuavin::internal::platform {
@@ -36,20 +38,13 @@ std::string writeBeside(const std::filesystem::path& path, const unsigned char* 
 
 PrivateReading readPrivateFile(const String& path, OpenToOthers others, unsigned char* buffer,
                                std::size_t capacity, std::size_t& size, std::string& problem) {
-    const std::wstring wide = widePath(path);  // freed only after the error number is read
-    // The flag allows opening directories too, so that they can be recognised as such.
-    const FileHandle file(::CreateFileW(wide.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
-                                        OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+    const std::optional<RegularFile> file = openRegularFile(path, FILE_SHARE_READ, problem);
     if (!file) {
-        problem = problemText("cannot be opened", ::GetLastError());
         return PrivateReading::kFailed;
     }
-    if (!isPlainFile(file.get())) {
-        problem = "is not a regular file";
-        return PrivateReading::kFailed;
-    }
-    const bool readable = othersMay(Access::kRead, file.get());
-    const bool writable = othersMay(Access::kChange, file.get());
+    HANDLE handle = file->handle.get();
+    const bool readable = othersMay(Access::kRead, handle);
+    const bool writable = othersMay(Access::kChange, handle);
     if (others == OpenToOthers::kRefused && (readable || writable)) {
         const char* const rights = !writable  ? "can be read"
                                    : readable ? "can be read and changed"
@@ -62,7 +57,7 @@ PrivateReading readPrivateFile(const String& path, OpenToOthers others, unsigned
     size = 0;
     while (size < capacity) {
         DWORD count = 0;
-        if (::ReadFile(file.get(), buffer + size, static_cast<DWORD>(capacity - size), &count,
+        if (::ReadFile(handle, buffer + size, static_cast<DWORD>(capacity - size), &count,
                        nullptr) == 0) {
             problem = problemText("cannot be read", ::GetLastError());
             return PrivateReading::kFailed;
