@@ -5,14 +5,9 @@
 #include <utility>
 
 #include "platform/input_file_implementation.h"
+#include "platform/largest_transfer.h"
 
 namespace VelmoraQuavin::internal::platform {
-namespace {
-
-// No system refuses this much at once; some refuse more, or count in 32 bits.
-constexpr std::uint64_t kLargestRead = std::uint64_t{1} << 30;
-
-}  // namespace
 
 InputFile::InputFile(std::unique_ptr<Implementation> implementation, std::uint64_t size)
     : implementation_(std::move(implementation)), size_(size) {}
@@ -24,7 +19,7 @@ std::string InputFile::read(void* buffer, std::uint64_t& got) {
     auto* const bytes = static_cast<char*>(buffer);
     got = 0;
     while (got < size_) {
-        const auto wanted = static_cast<std::size_t>(std::min(size_ - got, kLargestRead));
+        const auto wanted = static_cast<std::size_t>(std::min(size_ - got, kLargestTransfer));
         std::size_t count = 0;
         std::string problem = implementation_->readSome(bytes + got, wanted, count);
         if (!problem.empty()) {

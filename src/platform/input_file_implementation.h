@@ -16,7 +16,7 @@ public:
     virtual ~Implementation() = default;
 
     /// Reads the next bytes.
-    /// @param count at most 1 GiB.
+    /// @param count at most kLargestTransfer.
     /// @param got receives how many there are: at most count, and 0 only at the end of the file.
     /// @return a human-readable reason if reading failed; empty if it succeeded.
     virtual std::string readSome(void* buffer, std::size_t count, std::size_t& got) = 0;

@@ -7,13 +7,9 @@
 #include <cstddef>
 #include <system_error>
 
+#include "platform/largest_transfer.h"
+
 namespace VelmoraQuavin::internal::platform {
-namespace {
-
-// Some systems refuse larger writes.
-constexpr std::uint64_t kLargestWrite = std::uint64_t{1} << 30;
-
-}  // namespace
 
 ssize_t readSome(int file, void* buffer, std::size_t count) noexcept {
     ssize_t result = 0;
@@ -27,7 +23,7 @@ bool writeWhole(int file, const void* bytes, std::uint64_t count) noexcept {
     const auto* next = static_cast<const char*>(bytes);
     while (count > 0) {
         const ssize_t written =
-            ::write(file, next, static_cast<std::size_t>(std::min(count, kLargestWrite)));
+            ::write(file, next, static_cast<std::size_t>(std::min(count, kLargestTransfer)));
         if (written < 0 && errno == EINTR) {
             continue;
         }

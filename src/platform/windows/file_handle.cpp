@@ -5,6 +5,7 @@
 #include <system_error>
 #include <utility>
 
+#include "platform/largest_transfer.h"
 #include "platform/windows/wide_path.h"
 
 namespace VelmoraQuavin::internal::platform {
@@ -47,12 +48,11 @@ void FileHandle::close() {
     }
 }
 
-bool writeWhole(HANDLE file, const void* bytes, unsigned long long count) noexcept {
-    constexpr unsigned long long kLargestWrite = 1ULL << 30;
+bool writeWhole(HANDLE file, const void* bytes, std::uint64_t count) noexcept {
     const auto* next = static_cast<const char*>(bytes);
     while (count > 0) {
         DWORD written = 0;
-        const auto step = static_cast<DWORD>(std::min(count, kLargestWrite));
+        const auto step = static_cast<DWORD>(std::min(count, kLargestTransfer));
         if (::WriteFile(file, next, step, &written, nullptr) == 0 || written == 0) {
             return false;
         }

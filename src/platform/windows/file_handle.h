@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <cstdint>
 #include <string>
 
 namespace VelmoraQuavin::internal::platform {
@@ -28,6 +29,6 @@ private:
 };
 
 /// Writes all bytes to an open file; on failure GetLastError() tells why.
-bool writeWhole(HANDLE file, const void* bytes, unsigned long long count) noexcept;
+bool writeWhole(HANDLE file, const void* bytes, std::uint64_t count) noexcept;
 
 }  // namespace VelmoraQuavin::internal::platform
