@@ -15,7 +15,9 @@
 #include <cstring>
 #include <iostream>
 #include <stdexcept>
+#include <utility>
 
+#include "platform/child_answer.h"
 #include "platform/posix/file_descriptor.h"
 #include "platform/posix/whole_write.h"
 
@@ -64,19 +66,11 @@ void endWithParent(pid_t parent) noexcept {
     ::_exit(written ? 0 : kNoAnswer);
 }
 
-// @return false if the text is longer than any answer may be.
-bool readAll(int pipe, std::string& text) {
-    std::array<char, 4096> chunk{};
-    for (;;) {
-        const ssize_t count = readSome(pipe, chunk.data(), chunk.size());
-        if (count <= 0) {
-            return true;
-        }
-        text.append(chunk.data(), static_cast<std::size_t>(count));
-        if (text.size() > kLargestChildAnswer) {
-            return false;
-        }
-    }
+std::string readAnswer(int pipe) {
+    return collectAnswer([pipe](char* buffer, std::size_t size) {
+        const ssize_t count = readSome(pipe, buffer, size);
+        return count > 0 ? static_cast<std::size_t>(count) : 0;
+    });
 }
 
 int waitFor(pid_t child) {
@@ -102,9 +96,7 @@ std::string describeEnd(int status) {
 }  // namespace
 
 ChildResult runInChild(ChildWork work, std::string_view request) {
-    if (request.size() > kLargestChildRequest) {
-        throw std::runtime_error("The request to the child process is too long");
-    }
+    requireShortRequest(request);
     std::array<int, 2> ends{};
     if (::pipe(ends.data()) != 0) {
         throwStartProblem();
@@ -126,19 +118,13 @@ ChildResult runInChild(ChildWork work, std::string_view request) {
         serve(work, request, writing.get(), self);
     }
     writing.close();
-    ChildResult result;
-    const bool fits = readAll(reading.get(), result.answer);
-    if (!fits) {
+    std::string answer = readAnswer(reading.get());
+    if (isEndless(answer)) {
         static_cast<void>(::kill(child, SIGKILL));
     }
     const int status = waitFor(child);
-    if (!fits) {
-        return {"", "sent an endless answer"};
-    }
-    if (!WIFEXITED(status) || WEXITSTATUS(status) != 0 || result.answer.empty()) {
-        return {"", describeEnd(status)};
-    }
-    return result;
+    const bool succeeded = WIFEXITED(status) && WEXITSTATUS(status) == 0;
+    return resultOf(std::move(answer), succeeded, describeEnd(status));
 }
 
 // Nothing to do: fork() starts the child in the middle of runInChild().

@@ -12,6 +12,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "platform/child_answer.h"
 #include "platform/process.h"
 #include "platform/secure_memory.h"
 #include "platform/windows/file_handle.h"
@@ -116,21 +117,12 @@ std::size_t readInto(HANDLE pipe, char* buffer, std::size_t capacity) {
     return size;
 }
 
-// @return false if the text is longer than any answer may be.
-bool readAll(HANDLE pipe, std::string& text) {
-    std::array<char, 4096> chunk{};
-    for (;;) {
+std::string readAnswer(HANDLE pipe) {
+    return collectAnswer([pipe](char* buffer, std::size_t size) -> std::size_t {
         DWORD count = 0;
-        if (::ReadFile(pipe, chunk.data(), static_cast<DWORD>(chunk.size()), &count, nullptr) ==
-                0 ||
-            count == 0) {
-            return true;
-        }
-        text.append(chunk.data(), count);
-        if (text.size() > kLargestChildAnswer) {
-            return false;
-        }
-    }
+        const BOOL read = ::ReadFile(pipe, buffer, static_cast<DWORD>(size), &count, nullptr);
+        return read != 0 ? count : 0;
+    });
 }
 
 std::string describeEnd(DWORD status) {
@@ -156,9 +148,7 @@ std::string describeEnd(DWORD status) {
 }  // namespace
 
 ChildResult runInChild(ChildWork /*work*/, std::string_view request) {
-    if (request.size() > kLargestChildRequest) {
-        throw std::runtime_error("The request to the child process is too long");
-    }
+    requireShortRequest(request);
     Pipe requests = makePipe(&Pipe::writing);
     Pipe answers = makePipe(&Pipe::reading);
     static_cast<void>(std::fflush(nullptr));
@@ -171,21 +161,14 @@ ChildResult runInChild(ChildWork /*work*/, std::string_view request) {
     writeWhole(requests.writing.get(), request.data(), request.size());
     requests.writing = FileHandle();
 
-    ChildResult result;
-    const bool fits = readAll(answers.reading.get(), result.answer);
-    if (!fits) {
+    std::string answer = readAnswer(answers.reading.get());
+    if (isEndless(answer)) {
         ::TerminateProcess(process.get(), kNoAnswer);
     }
     ::WaitForSingleObject(process.get(), INFINITE);
     DWORD status = kNoAnswer;
     ::GetExitCodeProcess(process.get(), &status);
-    if (!fits) {
-        return {"", "sent an endless answer"};
-    }
-    if (status != 0 || result.answer.empty()) {
-        return {"", describeEnd(status)};
-    }
-    return result;
+    return resultOf(std::move(answer), status == 0, describeEnd(status));
 }
 
 std::optional<int> serveAsChild(ChildWork work) {
