@@ -5,6 +5,7 @@
 #include <new>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "core/diagnostics.h"
 #include "core/secure_wipe.h"
@@ -25,6 +26,11 @@ void requireOk(StatusCode status, ResponseDesc& response) {
     }
 }
 
+void readTopology(InferenceEngine::ICNNNetReader& reader, std::string_view text) {
+    ResponseDesc response;
+    requireOk(reader.ReadNetwork(text.data(), text.size(), &response), response);
+}
+
 void readTopology(InferenceEngine::ICNNNetReader& reader, const NetworkComponents& network) {
     ComponentReader component(network.source, network.topology);
     const std::unique_ptr<char[]> buffer(new char[component.size()]);
@@ -33,8 +39,7 @@ void readTopology(InferenceEngine::ICNNNetReader& reader, const NetworkComponent
         wipe.emplace(buffer.get(), component.size());
     }
     const uint64 size = component.read(buffer.get());
-    ResponseDesc response;
-    requireOk(reader.ReadNetwork(buffer.get(), size, &response), response);
+    readTopology(reader, std::string_view(buffer.get(), size));
 }
 
 InferenceEngine::TBlob<std::uint8_t>::Ptr makeWeightsBlob(uint64 size, bool secured) {
@@ -72,6 +77,12 @@ void readComponents(InferenceEngine::ICNNNetReader& reader, const NetworkCompone
         diagnoseMissingLibraries("reading a network", network.topology.resolvedPath);
     }
     requireOk(status, response);
+}
+
+void readWithoutWeights(InferenceEngine::ICNNNetReader& reader, std::string_view topology) {
+    readTopology(reader, topology);
+    ResponseDesc response;
+    requireOk(reader.SetWeights(makeWeightsBlob(0, false), &response), response);
 }
 
 void readNetwork(std::shared_ptr<InferenceEngine::ICNNNetReader>& reader,

@@ -2,6 +2,7 @@
 
 #include <inference_engine.hpp>
 #include <memory>
+#include <string_view>
 
 #include "package/source/network_components.h"
 
@@ -13,7 +14,12 @@ namespace VelmoraQuavin::internal {
 /// @throws std::exception if the reader fails.
 void readComponents(InferenceEngine::ICNNNetReader& reader, const NetworkComponents& network);
 
-/// As above, but creates the reader if there is none yet, and reports failures as the library does.
+/// Passes the text of a network that has no weights to a reader.
+/// @throws std::exception if the reader fails.
+void readWithoutWeights(InferenceEngine::ICNNNetReader& reader, std::string_view topology);
+
+/// As readComponents(), but creates the reader if there is none yet, and reports failures as the
+/// library does.
 /// @throws FileException with the failure's own message.
 /// @throws Exception "Unknown/internal exception happened." for anything that is not a
 ///         std::exception.
