@@ -1,25 +1,20 @@
 #include "ie/blob.hpp"
 
-#include <cstdint>
+#include <optional>
 
+#include "element_count.hpp"
 #include "ie/exception.hpp"
 #include "ie/typed_blob.hpp"
 
 namespace InferenceEngine {
 namespace {
 
-// For the widest element type, so that the size of a blob in bytes never overflows.
-constexpr std::size_t kMostElements = PTRDIFF_MAX / sizeof(std::int64_t);
-
 std::size_t elementsOf(const SizeVector& dims) {
-    std::size_t elements = 1;
-    for (const std::size_t dim : dims) {
-        if (dim != 0 && elements > kMostElements / dim) {
-            throw details::InferenceEngineException("The dimensions of the blob are too large");
-        }
-        elements *= dim;
+    const std::optional<std::size_t> elements = countElements(dims);
+    if (!elements) {
+        throw details::InferenceEngineException("The dimensions of the blob are too large");
     }
-    return elements;
+    return *elements;
 }
 
 }  // namespace

@@ -5,14 +5,12 @@
 #include <set>
 #include <unordered_map>
 
+#include "element_count.hpp"
 #include "failure.hpp"
 #include "runtime_call.hpp"
 
 namespace InferenceEngine::runtime {
 namespace {
-
-// For the widest type: nothing larger fits in memory, and the size in bytes can't overflow.
-constexpr std::size_t kMostElements = PTRDIFF_MAX / sizeof(std::int64_t);
 
 using PortHandle = Handle<ov_output_const_port_t>;
 
@@ -47,14 +45,11 @@ SizeVector readDims(const ov_output_const_port_t& handle, const Port& port) {
                                            ", which this interface does not know");
     }
     SizeVector dims;
-    std::size_t elements = 1;
     for (std::int64_t i = 0; i < shape.rank.max; ++i) {
-        const auto dim = static_cast<std::size_t>(shape.dims[i].max);
-        if (dim != 0 && elements > kMostElements / dim) {
-            throw Failure(OUT_OF_BOUNDS, describe(port) + " has too many elements");
-        }
-        elements *= dim;
-        dims.push_back(dim);
+        dims.push_back(static_cast<std::size_t>(shape.dims[i].max));
+    }
+    if (!countElements(dims)) {
+        throw Failure(OUT_OF_BOUNDS, describe(port) + " has too many elements");
     }
     return dims;
 }
