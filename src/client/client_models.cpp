@@ -2,6 +2,7 @@
 
 #include "client/client_texts.h"
 #include "engine/engine.h"
+#include "package/manifest/manifest_path.h"
 #include "quavin/client.h"
 #include "text/unicode.h"
 
@@ -69,8 +70,7 @@ QuavinStatus QuavinClient::loadPackage(const String& path, std::shared_ptr<Quavi
     try {
         model.reset();
         auto metadata = std::make_shared<ModelMetadata>();
-        const QuavinStatus status =
-            metadata->load(Filepath(path).append(Filepath("manifest.json")));
+        const QuavinStatus status = metadata->load(internal::manifestPath(path));
         return status.ok() ? createAndLoad(metadata, model, device, registration) : status;
     } catch (...) {
         return getStatusFromCurrentException();

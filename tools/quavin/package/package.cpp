@@ -19,7 +19,6 @@ namespace quavin_tool {
 namespace fs = std::filesystem;
 using VelmoraQuavin::ComponentKind;
 using VelmoraQuavin::DataType;
-using VelmoraQuavin::Filepath;
 using VelmoraQuavin::ModelComponent;
 using VelmoraQuavin::ModelTarget;
 using VelmoraQuavin::QuavinModel;
@@ -58,10 +57,6 @@ std::string packageProblem(const std::string& package) {
     }
     return isThere(package) ? package + " is neither a directory nor an archive"
                             : "There is no directory or archive " + package;
-}
-
-Filepath manifestPath(const std::string& package) {
-    return Filepath(package).append(Filepath(kManifestName));
 }
 
 Metadata readManifest(const std::string& package) {

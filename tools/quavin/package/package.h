@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "package/manifest/manifest_path.h"
 #include "quavin/client.h"
 #include "tools/quavin/package/key.h"
 
@@ -13,13 +14,11 @@ using Metadata = std::shared_ptr<VelmoraQuavin::ModelMetadata>;
 using Features = std::vector<std::shared_ptr<VelmoraQuavin::QuavinFeature>>;
 using Descriptors = std::vector<VelmoraQuavin::ModelFeatureDescriptor>;
 
-constexpr const char* kManifestName = "manifest.json";
+using VelmoraQuavin::internal::kManifestName;
+using VelmoraQuavin::internal::manifestPath;
 
 /// Why a path cannot be a package's directory; empty if it can.
 std::string packageProblem(const std::string& package);
-
-/// The path of the manifest in a package's directory.
-VelmoraQuavin::Filepath manifestPath(const std::string& package);
 
 /// Reads the manifest in a package's directory.
 /// @throws InvalidArgumentsException if there is no such directory.
