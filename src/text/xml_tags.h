@@ -35,6 +35,32 @@ private:
     std::string_view rest_;
 };
 
+/// The names of the elements around an element, the root's first.
+using XmlPath = std::vector<std::string_view>;
+
+/// Walks over the elements of a text as XmlTags does over its tags; stops at a closing tag that
+/// closes nothing.
+/// @param visit called for each element, before those inside it, with its first tag and the path to
+///        it.
+template <typename Visit>
+void visitElements(std::string_view text, const Visit& visit) {
+    XmlTags tags(text);
+    XmlPath path;
+    while (const std::optional<XmlTag> tag = tags.next()) {
+        if (tag->kind == XmlTag::Kind::kClose) {
+            if (path.empty()) {
+                break;
+            }
+            path.pop_back();
+            continue;
+        }
+        visit(*tag, path);
+        if (tag->kind == XmlTag::Kind::kOpen) {
+            path.push_back(tag->name);
+        }
+    }
+}
+
 /// Replaces the references in a value ("&amp;", "&#38;"); unknown ones stay.
 std::string withoutReferences(std::string_view value);
 

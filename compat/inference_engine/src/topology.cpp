@@ -13,9 +13,10 @@ namespace InferenceEngine::runtime {
 namespace {
 
 using VelmoraQuavin::internal::splitList;
+using VelmoraQuavin::internal::visitElements;
 using VelmoraQuavin::internal::withoutReferences;
+using VelmoraQuavin::internal::XmlPath;
 using VelmoraQuavin::internal::XmlTag;
-using VelmoraQuavin::internal::XmlTags;
 
 constexpr int kLastVersionNamedByLayers = 10;
 
@@ -52,40 +53,28 @@ struct Graph {
 /** Reads the network's own layers and edges; those of bodies inside layers are nested deeper. */
 Graph readGraph(std::string_view text) {
     Graph graph;
-    std::vector<std::string_view> path;
-    XmlTags tags(text);
-    while (const auto tag = tags.next()) {
-        if (tag->kind == XmlTag::Kind::kClose) {
-            if (path.empty()) {
-                break;
-            }
-            path.pop_back();
-            continue;
-        }
+    visitElements(text, [&graph](const XmlTag& tag, const XmlPath& path) {
         const std::size_t depth = path.size();
-        if (depth == 0 && tag->name == "net") {
-            const std::string_view version = tag->attribute("version");
+        if (depth == 0 && tag.name == "net") {
+            const std::string_view version = tag.attribute("version");
             std::from_chars(version.data(), version.data() + version.size(), graph.version);
-        } else if (depth == 2 && tag->name == "layer" && path[1] == "layers") {
-            graph.layerById.emplace(tag->attribute("id"), graph.layers.size());
+        } else if (depth == 2 && tag.name == "layer" && path[1] == "layers") {
+            graph.layerById.emplace(tag.attribute("id"), graph.layers.size());
             Layer& layer = graph.layers.emplace_back();
-            layer.name = tag->attribute("name");
-            layer.type = tag->attribute("type");
+            layer.name = tag.attribute("name");
+            layer.type = tag.attribute("type");
             layer.firstPort = graph.portNames.size();
-        } else if (depth == 4 && tag->name == "port" && path[3] == "output" && path[2] == "layer" &&
+        } else if (depth == 4 && tag.name == "port" && path[3] == "output" && path[2] == "layer" &&
                    path[1] == "layers") {
-            graph.portById.emplace(std::pair(graph.layers.size() - 1, tag->attribute("id")),
+            graph.portById.emplace(std::pair(graph.layers.size() - 1, tag.attribute("id")),
                                    graph.portNames.size());
-            graph.portNames.push_back(tag->attribute("names"));
+            graph.portNames.push_back(tag.attribute("names"));
             ++graph.layers.back().portCount;
-        } else if (depth == 2 && tag->name == "edge" && path[1] == "edges") {
-            graph.edges.push_back({tag->attribute("from-layer"), tag->attribute("from-port"),
-                                   tag->attribute("to-layer")});
+        } else if (depth == 2 && tag.name == "edge" && path[1] == "edges") {
+            graph.edges.push_back({tag.attribute("from-layer"), tag.attribute("from-port"),
+                                   tag.attribute("to-layer")});
         }
-        if (tag->kind == XmlTag::Kind::kOpen) {
-            path.push_back(tag->name);
-        }
-    }
+    });
     return graph;
 }
 

@@ -65,6 +65,30 @@ TEST(XmlTagsTest, BrokenAttributesAreNotFound) {
     EXPECT_EQ(tag.attribute("id"), "");
 }
 
+// The elements of a text, each with the path to it.
+std::string elementsOf(std::string_view text) {
+    std::string elements;
+    visitElements(text, [&elements](const XmlTag& tag, const XmlPath& path) {
+        elements += " ";
+        for (const std::string_view name : path) {
+            elements += std::string(name) + "/";
+        }
+        elements += tag.name;
+    });
+    return elements;
+}
+
+TEST(VisitElementsTest, VisitsEachElementWithThePathToIt) {
+    EXPECT_EQ(elementsOf("<net><layers><layer/><layer><data/></layer></layers><edges/></net>"),
+              " net net/layers net/layers/layer net/layers/layer net/layers/layer/data net/edges");
+}
+
+TEST(VisitElementsTest, StopsWhereNothingIsLeftToClose) {
+    EXPECT_EQ(elementsOf("<a></a><b/></b><c/>"), " a b");
+    EXPECT_EQ(elementsOf("</a><b/>"), "");
+    EXPECT_EQ(elementsOf("<a><b>"), " a a/b");
+}
+
 TEST(WithoutReferencesTest, ReplacesNamedAndNumberedCharacters) {
     EXPECT_EQ(withoutReferences("a &lt;b&gt; &amp;&quot;&apos; &#65;&#x42;"), "a <b> &\"' AB");
     EXPECT_EQ(withoutReferences("&#xE9;&#x20AC;&#x1F600;"), "\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80");

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <initializer_list>
 #include <map>
-#include <optional>
 #include <unordered_map>
 #include <utility>
 
@@ -13,9 +12,10 @@ namespace quavin_tool {
 namespace {
 
 using VelmoraQuavin::internal::splitList;
+using VelmoraQuavin::internal::visitElements;
 using VelmoraQuavin::internal::withoutReferences;
+using VelmoraQuavin::internal::XmlPath;
 using VelmoraQuavin::internal::XmlTag;
-using VelmoraQuavin::internal::XmlTags;
 
 struct OutputPort {
     std::string id;
@@ -33,33 +33,18 @@ struct Layer {
 
 class TextReader {
 public:
-    explicit TextReader(std::string_view text) : tags_(text) {}
-
-    TextPorts read() {
-        while (const std::optional<XmlTag> tag = tags_.next()) {
-            if (tag->kind == XmlTag::Kind::kClose) {
-                if (path_.empty()) {
-                    break;
-                }
-                path_.pop_back();
-                continue;
-            }
-            take(*tag);
-            if (tag->kind == XmlTag::Kind::kOpen) {
-                path_.push_back(tag->name);
-            }
-        }
+    TextPorts read(std::string_view text) {
+        visitElements(text, [this](const XmlTag& tag, const XmlPath& path) { take(tag, path); });
         return ports();
     }
 
 private:
-    bool isBelow(std::initializer_list<std::string_view> path) const {
-        return std::equal(path_.begin(), path_.end(), path.begin(), path.end());
-    }
-
     // Takes the network's own layers and edges; those of bodies inside layers are nested deeper.
-    void take(const XmlTag& tag) {
-        if (path_.empty() && tag.name == "net") {
+    void take(const XmlTag& tag, const XmlPath& path) {
+        const auto isBelow = [&path](std::initializer_list<std::string_view> names) {
+            return std::equal(path.begin(), path.end(), names.begin(), names.end());
+        };
+        if (path.empty() && tag.name == "net") {
             const std::string_view version = tag.attribute("version");
             namedByLayers_ = version.size() < 2 || version == "10";
         } else if (isBelow({"net", "layers"}) && tag.name == "layer") {
@@ -123,8 +108,6 @@ private:
     }
 
     bool namedByLayers_ = true;
-    XmlTags tags_;
-    std::vector<std::string_view> path_;
     std::vector<Layer> layers_;
     std::unordered_map<std::string, std::pair<std::string, std::string>> sources_;
 };
@@ -138,7 +121,7 @@ bool TextPort::isFixed() const {
 }
 
 TextPorts readTextPorts(std::string_view text) {
-    return TextReader(text).read();
+    return TextReader().read(text);
 }
 
 void sortAsInText(const std::vector<TextPort>& ports, Descriptors& descriptors) {
