@@ -52,7 +52,7 @@ private:
         std::random_device random;
         for (int attempt = 0; attempt < 100; ++attempt) {
             auto candidate = std::filesystem::temp_directory_path() /
-                                   ("quavin-test-" + std::to_string(random()));
+                             ("quavin-test-" + std::to_string(random()));
             if (std::filesystem::create_directory(candidate)) {
                 return candidate;
             }
