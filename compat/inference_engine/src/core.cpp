@@ -36,17 +36,27 @@ public:
         if (read == nullptr) {
             throw runtime::Failure(NOT_IMPLEMENTED, "The network was not read by this runtime");
         }
-        runtime::useSinglePrecision(*core_, device);
-        return ExecutableNetwork(read->load(*core_, device, config));
+        hasSettings_ = !config.empty();
+        core_ = runtime::sharedCore(device, config);
+        prepare(device);
+        return ExecutableNetwork(read->load(*core_, device));
     }
 
     Parameter property(const std::string& device, const std::string& name) const {
-        runtime::useSinglePrecision(*core_, device);
+        prepare(device);
         return runtime::propertyOf(*core_, device, name);
     }
 
 private:
+    void prepare(const std::string& device) const {
+        if (!hasSettings_) {
+            runtime::useSinglePrecision(*core_, device);
+        }
+    }
+
+    // Of what was loaded last: while it is held, networks loaded with the same settings share it.
     std::shared_ptr<ov_core_t> core_;
+    bool hasSettings_ = false;
 };
 
 Core::Core(const std::string& configFile)

@@ -1,5 +1,6 @@
 #include "properties.hpp"
 
+#include <algorithm>
 #include <sstream>
 #include <vector>
 
@@ -32,6 +33,16 @@ Parameter parameterOf(const std::string& name, std::string text) {
     return list;
 }
 
+const char* fastestPrecision(const ov_core_t& core, const std::string& device) {
+    const Parameter answer = propertyOf(core, device, ov_property_key_device_capabilities);
+    const auto& capabilities = answer.as<std::vector<std::string>>();
+    const auto has = [&](const char* capability) {
+        return std::find(capabilities.begin(), capabilities.end(), capability) !=
+               capabilities.end();
+    };
+    return has("BF16") ? "bf16" : has("FP16") ? "f16" : "f32";
+}
+
 }  // namespace
 
 Parameter propertyOf(const ov_core_t& core, const std::string& device, const std::string& name) {
@@ -47,6 +58,19 @@ Parameter propertyOf(const ov_compiled_model_t& model, const std::string& name) 
     check(
         [&] { return ov_compiled_model_get_property(&model, runtimeName(name).c_str(), &value); });
     return parameterOf(name, takeText(value));
+}
+
+std::pair<std::string, std::string> runtimeSetting(const ov_core_t& core, const std::string& device,
+                                                   const std::string& name,
+                                                   const std::string& value) {
+    if (name == "CPU_THROUGHPUT_STREAMS" && value == "CPU_THROUGHPUT_AUTO") {
+        return {ov_property_key_hint_performance_mode, "THROUGHPUT"};
+    }
+    if (name == "ENFORCE_BF16") {
+        return {ov_property_key_hint_inference_precision,
+                value == "YES" ? fastestPrecision(core, device) : "f32"};
+    }
+    return {runtimeName(name), value};
 }
 
 }  // namespace InferenceEngine::runtime

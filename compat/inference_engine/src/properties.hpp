@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 
 #include "handles.hpp"
 #include "ie/parameter.hpp"
@@ -19,5 +20,15 @@ Parameter propertyOf(const ov_core_t& core, const std::string& device, const std
 
 /** As above, for a compiled model. */
 Parameter propertyOf(const ov_compiled_model_t& model, const std::string& name);
+
+/**
+ * A setting under the names of 2020, as the runtime has it; others are left unchanged.
+ *
+ * "ENFORCE_BF16" = "YES" selects what the device computes fastest with: bfloat16, half precision
+ * or, without either, single precision.
+ */
+std::pair<std::string, std::string> runtimeSetting(const ov_core_t& core, const std::string& device,
+                                                   const std::string& name,
+                                                   const std::string& value);
 
 }  // namespace InferenceEngine::runtime

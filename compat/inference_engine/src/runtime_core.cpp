@@ -2,21 +2,57 @@
 
 #include <cstring>
 #include <mutex>
+#include <utility>
 
+#include "failure.hpp"
+#include "properties.hpp"
 #include "runtime_call.hpp"
 
 namespace InferenceEngine::runtime {
 
+namespace {
+
+using Settings = std::map<std::string, std::string>;
+
+std::shared_ptr<ov_core_t> makeCore() {
+    ov_core_t* made = nullptr;
+    check([&] { return ov_core_create(&made); });
+    return {made, FreeHandle()};
+}
+
+void set(const ov_core_t& core, const std::string& device, const std::string& name,
+         const std::string& value) {
+    try {
+        const auto [key, translated] = runtimeSetting(core, device, name, value);
+        check([&, key = key.c_str(), wanted = translated.c_str()] {
+            return ov_core_set_property(&core, device.c_str(), key, wanted);
+        });
+    } catch (const Failure& failure) {
+        throw Failure(PARAMETER_MISMATCH, name + " = " + value + ": " + failure.what());
+    }
+}
+
+}  // namespace
+
 std::shared_ptr<ov_core_t> sharedCore() {
+    return sharedCore("", {});
+}
+
+std::shared_ptr<ov_core_t> sharedCore(const std::string& device, const Settings& settings) {
     static std::mutex mutex;
-    static std::weak_ptr<ov_core_t> shared;
+    static std::map<std::pair<std::string, Settings>, std::weak_ptr<ov_core_t>> cores;
 
     const std::lock_guard<std::mutex> lock(mutex);
+    std::weak_ptr<ov_core_t>& shared = cores[{settings.empty() ? "" : device, settings}];
     auto core = shared.lock();
     if (!core) {
-        ov_core_t* made = nullptr;
-        check([&] { return ov_core_create(&made); });
-        core.reset(made, FreeHandle());
+        core = makeCore();
+        if (!settings.empty()) {
+            useSinglePrecision(*core, device);  // unless a setting says otherwise
+        }
+        for (const auto& [name, value] : settings) {
+            set(*core, device, name, value);
+        }
         shared = core;
     }
     return core;

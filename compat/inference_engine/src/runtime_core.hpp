@@ -1,6 +1,7 @@
 // The runtime's core, which knows the devices.
 #pragma once
 
+#include <map>
 #include <memory>
 #include <string>
 
@@ -14,6 +15,17 @@ namespace InferenceEngine::runtime {
  * thread.
  */
 std::shared_ptr<ov_core_t> sharedCore();
+
+/**
+ * The core shared by all users of these settings of a device. They hold for everything that is
+ * compiled with it.
+ *
+ * @param settings under the names of 2020 or the runtime's; if empty, this is sharedCore()
+ * @throws Failure beginning with a setting's name, with the status PARAMETER_MISMATCH, if the
+ * device refuses it
+ */
+std::shared_ptr<ov_core_t> sharedCore(const std::string& device,
+                                      const std::map<std::string, std::string>& settings);
 
 /**
  * Makes a device compute in single precision from now on, whatever its default: on processors with

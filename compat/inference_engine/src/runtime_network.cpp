@@ -68,15 +68,14 @@ void RuntimeNetwork::takePrecisions() {
     }
 }
 
-std::shared_ptr<LoadedNetwork> RuntimeNetwork::load(
-    ov_core_t& core, const std::string& device, const std::map<std::string, std::string>& config) {
+std::shared_ptr<LoadedNetwork> RuntimeNetwork::load(ov_core_t& core, const std::string& device) {
     takePrecisions();
     std::vector<BoundPort> bound;
     for (const NetworkPort& port : ports_) {
         bound.emplace_back(port.port, port.current);
     }
     return details::shared_from_irelease(
-        new LoadedNetwork(compile(core, *model_, device, config), std::move(bound), weights_));
+        new LoadedNetwork(compile(core, *model_, device), std::move(bound), weights_));
 }
 
 }  // namespace InferenceEngine::runtime

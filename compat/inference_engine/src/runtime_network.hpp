@@ -1,7 +1,6 @@
 // A network read by the runtime.
 #pragma once
 
-#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -34,8 +33,7 @@ public:
      *
      * @throws Failure if a precision can't be loaded or the runtime refuses the model
      */
-    std::shared_ptr<LoadedNetwork> load(ov_core_t& core, const std::string& device,
-                                        const std::map<std::string, std::string>& config);
+    std::shared_ptr<LoadedNetwork> load(ov_core_t& core, const std::string& device);
 
 private:
     /** A port with the precision it was first shown with and the model's current one. */

@@ -4,6 +4,7 @@
 
 #include "network_texts.hpp"
 #include "network_under_test.hpp"
+#include "runtime_core.hpp"
 
 namespace InferenceEngine {
 namespace {
@@ -59,6 +60,63 @@ TEST(PropertiesTest, UnknownPropertiesAreRefusedByName) {
                 ThrowsMessage<General>(HasSubstr("NOWHERE")));
     const ExecutableNetwork network = loaded();
     EXPECT_THAT([&] { network.GetConfig("COLOUR"); }, ThrowsMessage<General>(HasSubstr("COLOUR")));
+}
+
+TEST(PropertiesTest, SettingsUnderTheNamesOf2020ReachTheNetwork) {
+    EXPECT_THAT(configOf(loaded({{"CPU_THREADS_NUM", "1"}}), "INFERENCE_NUM_THREADS"), StrEq("1"));
+    EXPECT_THAT(configOf(loaded({{"CPU_THROUGHPUT_STREAMS", "1"}}), "NUM_STREAMS"), StrEq("1"));
+    EXPECT_THAT(
+        configOf(loaded({{"CPU_THROUGHPUT_STREAMS", "CPU_THROUGHPUT_AUTO"}}), "PERFORMANCE_HINT"),
+        StrEq("THROUGHPUT"));
+    EXPECT_THAT(configOf(loaded({{"ENFORCE_BF16", "NO"}}), "INFERENCE_PRECISION_HINT"),
+                StrEq("f32"));
+}
+
+TEST(PropertiesTest, EnforcedBfloat16IsWhateverTheDeviceComputesFastestWith) {
+    const auto capabilities =
+        Core().GetMetric("CPU", "OPTIMIZATION_CAPABILITIES").as<std::vector<std::string>>();
+    const auto has = [&](const char* capability) {
+        return testing::Value(capabilities, Contains(capability));
+    };
+    const char* const expected = has("BF16") ? "bf16" : has("FP16") ? "f16" : "f32";
+    EXPECT_THAT(configOf(loaded({{"ENFORCE_BF16", "YES"}}), "INFERENCE_PRECISION_HINT"),
+                StrEq(expected));
+}
+
+TEST(PropertiesTest, SettingsOfOneNetworkAreNotThoseOfTheNext) {
+    const ExecutableNetwork usual = loaded();
+    Core core;
+    const auto load = [&](const std::map<std::string, std::string>& config) {
+        return core.LoadNetwork(CNNNetwork(readNetwork(doublingNetwork())), "CPU", config);
+    };
+    const ExecutableNetwork other = load({{"CPU_THREADS_NUM", "1"}, {"ENFORCE_BF16", "YES"}});
+    EXPECT_THAT(configOf(other, "CPU_THREADS_NUM"), StrEq("1"));
+    const ExecutableNetwork again = load({});
+    for (const char* const name : {"CPU_THREADS_NUM", "INFERENCE_PRECISION_HINT"}) {
+        EXPECT_THAT(configOf(again, name), StrEq(configOf(usual, name)));
+    }
+}
+
+TEST(PropertiesTest, RefusedSettingsAreNamed) {
+    EXPECT_THAT(
+        [] {
+            loaded({{"CPU_THREADS_NUM", "many"}});
+        },
+        ThrowsMessage<ParameterMismatch>(HasSubstr("CPU_THREADS_NUM = many: ")));
+    EXPECT_THAT(
+        [] {
+            loaded({{"COLOUR", "red"}});
+        },
+        ThrowsMessage<ParameterMismatch>(HasSubstr("COLOUR = red: ")));
+}
+
+TEST(PropertiesTest, CoresWithTheSameSettingsAreOne) {
+    const std::map<std::string, std::string> settings = {{"CPU_THREADS_NUM", "1"}};
+    const auto core = runtime::sharedCore("CPU", settings);
+    EXPECT_EQ(runtime::sharedCore("CPU", settings), core);
+    EXPECT_NE(runtime::sharedCore("CPU", {{"CPU_THREADS_NUM", "2"}}), core);
+    EXPECT_NE(runtime::sharedCore(), core);
+    EXPECT_EQ(runtime::sharedCore("CPU", {}), runtime::sharedCore());
 }
 
 TEST(PropertiesTest, TheEngineReportsItsBuild) {

@@ -20,7 +20,7 @@ protected:
     RebindingTest() {
         const auto reader = readNetwork(doublingNetwork());
         auto& network = dynamic_cast<RuntimeNetwork&>(*reader->getNetwork(nullptr));
-        const auto loaded = network.load(*sharedCore(), "CPU", {});
+        const auto loaded = network.load(*sharedCore(), "CPU");
         EXPECT_EQ(loaded->CreateInferRequest(owner_, nullptr), StatusCode::OK);
         request_ = dynamic_cast<LoadedRequest*>(owner_.get());
     }

@@ -54,7 +54,7 @@ protected:
 
 TEST_F(SinglePrecisionTest, IsReportedByACompiledNetwork) {
     useSinglePrecision(*core_, "CPU");
-    EXPECT_THAT(precisionOf(compile(*core_, *model_, "CPU", {})), StrEq("f32"));
+    EXPECT_THAT(precisionOf(compile(*core_, *model_, "CPU")), StrEq("f32"));
 }
 
 // Processors with instructions for bfloat16 use it by default; others ignore such a request and
@@ -63,26 +63,26 @@ TEST_F(SinglePrecisionTest, ReplacesAnotherPrecisionOfTheDevice) {
     check([&] { return ov_core_set_property(core_.get(), "CPU", kPrecision, "bf16"); });
     useSinglePrecision(*core_, "CPU");
     EXPECT_THAT(precisionOf(*core_), StrEq("f32"));
-    EXPECT_THAT(precisionOf(compile(*core_, *model_, "CPU", {})), StrEq("f32"));
+    EXPECT_THAT(precisionOf(compile(*core_, *model_, "CPU")), StrEq("f32"));
 }
 
 // A processor may lack the requested precision, as the bare runtime shows; the one that was set
 // before stays then.
 TEST_F(SinglePrecisionTest, YieldsToThePrecisionThatTheCallerSets) {
-    const Handle<ov_core_t> bare = newCore();
     for (const char* const requested : {"bf16", "f16", "f32"}) {
-        const bool supported =
-            precisionOf(compile(*bare, *model_, "CPU", {{kPrecision, requested}})) == requested;
-        useSinglePrecision(*core_, "CPU");
-        EXPECT_THAT(precisionOf(compile(*core_, *model_, "CPU", {{kPrecision, requested}})),
+        const Handle<ov_core_t> bare = newCore();
+        check([&] { return ov_core_set_property(bare.get(), "CPU", kPrecision, requested); });
+        const bool supported = precisionOf(compile(*bare, *model_, "CPU")) == requested;
+        const auto core = sharedCore("CPU", {{kPrecision, requested}});
+        EXPECT_THAT(precisionOf(compile(*core, *model_, "CPU")),
                     StrEq(supported ? requested : "f32"));
     }
 }
 
 TEST_F(SinglePrecisionTest, IsNotForcedOnAMissingDevice) {
     useSinglePrecision(*core_, "NOWHERE");
-    EXPECT_THROW(compile(*core_, *model_, "NOWHERE", {}), Failure);
-    EXPECT_NE(compile(*core_, *model_, "CPU", {}), nullptr);
+    EXPECT_THROW(compile(*core_, *model_, "NOWHERE"), Failure);
+    EXPECT_NE(compile(*core_, *model_, "CPU"), nullptr);
 }
 
 }  // namespace
