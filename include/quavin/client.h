@@ -10,6 +10,7 @@
 
 #include "quavin/device.h"
 #include "quavin/engine_info.h"
+#include "quavin/engine_options.h"
 #include "quavin/export.h"
 #include "quavin/logging.h"
 #include "quavin/metadata.h"
@@ -42,10 +43,15 @@ public:
     /// input whose shape differs from the network's but which has enough bytes. docs/errors.md
     /// lists them. With diagnostics off, the library logs nothing itself.
     void SetDiagnostics(bool on) { diagnostics_ = on; }
+    /// How models compute that are loaded without options of their own.
+    const EngineOptions& GetEngineOptions() const { return engineOptions_; }
+    /// Sets how models compute. Options that cannot be used are reported by the loads, not here.
+    void SetEngineOptions(const EngineOptions& options) { engineOptions_ = options; }
 
 private:
     std::shared_ptr<ILogProcessor> logger_;
     bool diagnostics_ = false;
+    EngineOptions engineOptions_;
 };
 
 /// The host's interface to the library: one object per process.
@@ -90,10 +96,11 @@ public:
     static std::map<QuavinModelType, std::vector<Device>> getDevices();
     /// Reports what a model loaded now would run on. To find out, it starts the engine and compiles
     /// a one-layer network, which takes about a tenth of a second. Does not require init(); may be
-    /// called on any thread.
+    /// called on any thread, except while init() or terminate() runs.
+    /// While the library is on, with the configuration's engine options.
     /// @param info receives the result; unchanged on failure.
-    /// @return SUCCESS; FAILURE with the engine's message if it cannot start, or if memory runs
-    ///         out. Never throws.
+    /// @return SUCCESS; INVALID_ARGUMENTS for engine options that cannot be used; FAILURE with the
+    ///         engine's message if it cannot start, or if memory runs out. Never throws.
     static QuavinStatus getEngineInfo(EngineInfo& info);
 
     /// Loads the model package in a directory.
@@ -153,6 +160,34 @@ public:
     QuavinStatus getModel(std::shared_ptr<ModelMetadata> metadata,
                           std::shared_ptr<QuavinModel>& model, QuavinModelType type);
 
+    /// The overload without engine options, for a model that computes in its own way instead of the
+    /// configuration's.
+    /// @param options how this model computes.
+    /// @return as there; INVALID_ARGUMENTS, naming the option, if one has no meaning (`model` is
+    /// then
+    ///         unchanged) or the engine refuses it. Never throws.
+    QuavinStatus getModel(const String& path, std::shared_ptr<QuavinModel>& model, int option,
+                          QuavinModelType type, const EngineOptions& options);
+    /// As above, and registers the model.
+    QuavinStatus getModel(const String& path, std::shared_ptr<QuavinModel>& model, Device device,
+                          int option, const EngineOptions& options);
+    /// As above, for a UTF-16 path.
+    /// @throws std::range_error "bad conversion" if `path` is not valid UTF-16.
+    QuavinStatus getModel(const std::u16string& path, std::shared_ptr<QuavinModel>& model,
+                          int option, QuavinModelType type, const EngineOptions& options);
+    /// As above, and registers the model.
+    /// @throws std::range_error "bad conversion" if `path` is not valid UTF-16.
+    QuavinStatus getModel(const std::u16string& path, std::shared_ptr<QuavinModel>& model,
+                          Device device, int option, const EngineOptions& options);
+    /// As above, from metadata that has already been read, and registers the model.
+    QuavinStatus getModel(std::shared_ptr<ModelMetadata> metadata,
+                          std::shared_ptr<QuavinModel>& model, Device device,
+                          const EngineOptions& options);
+    /// As above, without registering the model.
+    QuavinStatus getModel(std::shared_ptr<ModelMetadata> metadata,
+                          std::shared_ptr<QuavinModel>& model, QuavinModelType type,
+                          const EngineOptions& options);
+
     /// Takes a model out of use: it can no longer predict (MODEL_NOT_LOADED), and it releases its
     /// metadata and any output memory that is no longer referenced.
     ///
@@ -177,13 +212,14 @@ private:
     enum class Registration { kNone, kRegistered };
 
     QuavinStatus loadPackage(const String& path, std::shared_ptr<QuavinModel>& model,
-                             const Device& device, Registration registration);
+                             const Device& device, Registration registration,
+                             const EngineOptions& options);
     QuavinStatus loadMetadata(const std::shared_ptr<ModelMetadata>& metadata,
                               std::shared_ptr<QuavinModel>& model, const Device& device,
-                              Registration registration);
+                              Registration registration, const EngineOptions& options);
     QuavinStatus createAndLoad(const std::shared_ptr<ModelMetadata>& metadata,
                                std::shared_ptr<QuavinModel>& model, const Device& device,
-                               Registration registration);
+                               Registration registration, const EngineOptions& options);
 
     static bool initialized_;
     static QuavinConfig config_;

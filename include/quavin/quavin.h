@@ -10,6 +10,7 @@
 #include "quavin/device.h"
 #include "quavin/encryption.h"
 #include "quavin/engine_info.h"
+#include "quavin/engine_options.h"
 #include "quavin/export.h"
 #include "quavin/feature.h"
 #include "quavin/files.h"

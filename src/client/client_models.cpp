@@ -22,33 +22,67 @@ QuavinStatus notInitialized() {
 }  // namespace
 
 QuavinStatus QuavinClient::getModel(const String& path, std::shared_ptr<QuavinModel>& model,
-                                    int /*option*/, QuavinModelType type) {
-    return loadPackage(path, model, deviceOfType(type), Registration::kNone);
+                                    int option, QuavinModelType type) {
+    return getModel(path, model, option, type, config_.GetEngineOptions());
 }
 
 QuavinStatus QuavinClient::getModel(const String& path, std::shared_ptr<QuavinModel>& model,
-                                    Device device, int /*option*/) {
-    return loadPackage(path, model, device, Registration::kRegistered);
+                                    Device device, int option) {
+    return getModel(path, model, std::move(device), option, config_.GetEngineOptions());
 }
 
 QuavinStatus QuavinClient::getModel(const std::u16string& path, std::shared_ptr<QuavinModel>& model,
                                     int option, QuavinModelType type) {
-    return getModel(String(internal::utf16ToUtf8(path)), model, option, type);
+    return getModel(path, model, option, type, config_.GetEngineOptions());
 }
 
 QuavinStatus QuavinClient::getModel(const std::u16string& path, std::shared_ptr<QuavinModel>& model,
                                     Device device, int option) {
-    return getModel(String(internal::utf16ToUtf8(path)), model, std::move(device), option);
+    return getModel(path, model, std::move(device), option, config_.GetEngineOptions());
 }
 
 QuavinStatus QuavinClient::getModel(std::shared_ptr<ModelMetadata> metadata,
                                     std::shared_ptr<QuavinModel>& model, Device device) {
-    return loadMetadata(metadata, model, device, Registration::kRegistered);
+    return getModel(std::move(metadata), model, std::move(device), config_.GetEngineOptions());
 }
 
 QuavinStatus QuavinClient::getModel(std::shared_ptr<ModelMetadata> metadata,
                                     std::shared_ptr<QuavinModel>& model, QuavinModelType type) {
-    return loadMetadata(metadata, model, deviceOfType(type), Registration::kNone);
+    return getModel(std::move(metadata), model, type, config_.GetEngineOptions());
+}
+
+QuavinStatus QuavinClient::getModel(const String& path, std::shared_ptr<QuavinModel>& model,
+                                    int /*option*/, QuavinModelType type,
+                                    const EngineOptions& options) {
+    return loadPackage(path, model, deviceOfType(type), Registration::kNone, options);
+}
+
+QuavinStatus QuavinClient::getModel(const String& path, std::shared_ptr<QuavinModel>& model,
+                                    Device device, int /*option*/, const EngineOptions& options) {
+    return loadPackage(path, model, device, Registration::kRegistered, options);
+}
+
+QuavinStatus QuavinClient::getModel(const std::u16string& path, std::shared_ptr<QuavinModel>& model,
+                                    int option, QuavinModelType type,
+                                    const EngineOptions& options) {
+    return getModel(String(internal::utf16ToUtf8(path)), model, option, type, options);
+}
+
+QuavinStatus QuavinClient::getModel(const std::u16string& path, std::shared_ptr<QuavinModel>& model,
+                                    Device device, int option, const EngineOptions& options) {
+    return getModel(String(internal::utf16ToUtf8(path)), model, std::move(device), option, options);
+}
+
+QuavinStatus QuavinClient::getModel(std::shared_ptr<ModelMetadata> metadata,
+                                    std::shared_ptr<QuavinModel>& model, Device device,
+                                    const EngineOptions& options) {
+    return loadMetadata(metadata, model, device, Registration::kRegistered, options);
+}
+
+QuavinStatus QuavinClient::getModel(std::shared_ptr<ModelMetadata> metadata,
+                                    std::shared_ptr<QuavinModel>& model, QuavinModelType type,
+                                    const EngineOptions& options) {
+    return loadMetadata(metadata, model, deviceOfType(type), Registration::kNone, options);
 }
 
 // If the library is off, this too returns MODEL_NOT_LOADED, not NOT_INITIALIZED.
@@ -60,7 +94,8 @@ QuavinStatus QuavinClient::unloadModel(std::shared_ptr<QuavinModel>& model) {
 }
 
 QuavinStatus QuavinClient::loadPackage(const String& path, std::shared_ptr<QuavinModel>& model,
-                                       const Device& device, Registration registration) {
+                                       const Device& device, Registration registration,
+                                       const EngineOptions& options) {
     if (!initialized_) {
         return notInitialized();
     }
@@ -68,10 +103,11 @@ QuavinStatus QuavinClient::loadPackage(const String& path, std::shared_ptr<Quavi
         return {INVALID_MODEL_PATH, "modelpath specified is empty"};
     }
     try {
+        internal::requireMeaningful(options);
         model.reset();
         auto metadata = std::make_shared<ModelMetadata>();
         const QuavinStatus status = metadata->load(internal::manifestPath(path));
-        return status.ok() ? createAndLoad(metadata, model, device, registration) : status;
+        return status.ok() ? createAndLoad(metadata, model, device, registration, options) : status;
     } catch (...) {
         return getStatusFromCurrentException();
     }
@@ -79,7 +115,7 @@ QuavinStatus QuavinClient::loadPackage(const String& path, std::shared_ptr<Quavi
 
 QuavinStatus QuavinClient::loadMetadata(const std::shared_ptr<ModelMetadata>& metadata,
                                         std::shared_ptr<QuavinModel>& model, const Device& device,
-                                        Registration registration) {
+                                        Registration registration, const EngineOptions& options) {
     if (!initialized_) {
         return notInitialized();
     }
@@ -87,7 +123,8 @@ QuavinStatus QuavinClient::loadMetadata(const std::shared_ptr<ModelMetadata>& me
         return {INVALID_ARGUMENTS, "There is no metadata to load a model from"};
     }
     try {
-        return createAndLoad(metadata, model, device, registration);
+        internal::requireMeaningful(options);
+        return createAndLoad(metadata, model, device, registration, options);
     } catch (...) {
         return getStatusFromCurrentException();
     }
@@ -95,12 +132,12 @@ QuavinStatus QuavinClient::loadMetadata(const std::shared_ptr<ModelMetadata>& me
 
 QuavinStatus QuavinClient::createAndLoad(const std::shared_ptr<ModelMetadata>& metadata,
                                          std::shared_ptr<QuavinModel>& model, const Device& device,
-                                         Registration registration) {
+                                         Registration registration, const EngineOptions& options) {
     const internal::Engine* const engine = internal::chooseEngine(*metadata, device.engineType);
     if (engine == nullptr) {
         return {MODEL_METADATA_ERROR, "None of the target applicable for the platform found"};
     }
-    model = engine->makeModel(metadata->getName(), device);
+    model = engine->makeModel(metadata->getName(), device, options);
     if (registration == Registration::kRegistered) {
         // Fails only for null, which no engine returns.
         static_cast<void>(modelManager_.registerModel(model));

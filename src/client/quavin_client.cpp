@@ -65,7 +65,9 @@ std::map<QuavinModelType, std::vector<Device>> QuavinClient::getDevices() {
 
 QuavinStatus QuavinClient::getEngineInfo(EngineInfo& info) {
     try {
-        info = internal::builtInEngines().preferred().info();
+        const EngineOptions options = initialized_ ? config_.GetEngineOptions() : EngineOptions();
+        internal::requireMeaningful(options);
+        info = internal::builtInEngines().preferred().info(options);
         return {SUCCESS, ""};
     } catch (...) {
         return getStatusFromCurrentException();

@@ -7,6 +7,7 @@
 
 #include "package/source/network_components.h"
 #include "quavin/engine_info.h"
+#include "quavin/engine_options.h"
 #include "quavin/feature.h"
 #include "quavin/metadata.h"
 #include "quavin/model.h"
@@ -27,16 +28,19 @@ public:
     Engine& operator=(const Engine&) = delete;
 
     virtual QuavinModelType type() const noexcept = 0;
-    /// A model of this engine, not loaded yet.
+    /// A model of this engine, not loaded yet. Options that the engine refuses make its load return
+    /// INVALID_ARGUMENTS.
+    /// @param options passed requireMeaningful().
     /// @throws std::exception if the engine cannot start.
-    virtual std::shared_ptr<QuavinModel> makeModel(const String& name,
-                                                   const Device& device) const = 0;
+    virtual std::shared_ptr<QuavinModel> makeModel(const String& name, const Device& device,
+                                                   const EngineOptions& options) const = 0;
     /// Reads a network without compiling it.
     /// @throws std::exception if a component cannot be read, or is not a network.
     virtual NetworkPorts describe(const NetworkComponents& network) const = 0;
-    /// What a model loaded now would run on.
+    /// What a model loaded now with these options would run on.
+    /// @throws InvalidArgumentsException if the engine refuses an option.
     /// @throws std::exception if the engine cannot start, or if memory runs out.
-    virtual EngineInfo info() const = 0;
+    virtual EngineInfo info(const EngineOptions& options) const = 0;
 
 protected:
     ~Engine() = default;
@@ -60,6 +64,9 @@ private:
     const Engine* const* end_;
 };
 EngineList builtInEngines() noexcept;
+
+/// @throws InvalidArgumentsException, naming the option, if one has a value without a meaning.
+void requireMeaningful(const EngineOptions& options);
 
 /// Chooses the engine for a package: the package must have a target for it, and the host must
 /// accept it. If there is none, diagnostics say why.

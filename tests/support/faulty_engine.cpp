@@ -161,6 +161,9 @@ ExecutableNetwork Core::LoadNetwork(CNNNetwork /*network*/, const std::string& d
                                     const std::map<std::string, std::string>& config) {
     FaultyEngine& engine = faultyEngine();
     engine.loadings.push_back({device, config});
+    if (engine.loading.status == PARAMETER_MISMATCH) {
+        throw ParameterMismatch(engine.loading.text);  // how an engine refuses a setting
+    }
     if (engine.loading.status != OK) {
         details::extract_exception(engine.loading.status, engine.loading.text.data());
     }

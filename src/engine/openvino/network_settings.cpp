@@ -2,7 +2,6 @@
 
 #include <charconv>
 #include <new>
-#include <vector>
 
 namespace VelmoraQuavin::internal {
 namespace {
@@ -66,6 +65,10 @@ NetworkSettings settingsOf(const InferenceEngine::ExecutableNetwork& network) {
     return {precisionOf(network), number("CPU_THREADS_NUM"), number("CPU_THROUGHPUT_STREAMS")};
 }
 
+std::vector<String> capabilitiesOf(const InferenceEngine::Core& core, const std::string& device) {
+    return listOf(answerTo([&] { return core.GetMetric(device, "OPTIMIZATION_CAPABILITIES"); }));
+}
+
 EngineInfo makeEngineInfo(const InferenceEngine::Core& core, const std::string& device,
                           const NetworkSettings& settings) {
     const auto metric = [&](const char* name) {
@@ -78,7 +81,7 @@ EngineInfo makeEngineInfo(const InferenceEngine::Core& core, const std::string& 
     info.precision = settings.precision;
     info.threads = settings.threads;
     info.streams = settings.streams;
-    info.capabilities = listOf(metric("OPTIMIZATION_CAPABILITIES"));
+    info.capabilities = capabilitiesOf(core, device);
     return info;
 }
 

@@ -2,6 +2,7 @@
 
 #include <inference_engine.hpp>
 #include <string>
+#include <vector>
 
 #include "quavin/engine_info.h"
 
@@ -20,6 +21,10 @@ struct NetworkSettings {
 /// What the engine reports about a loaded network; whatever it does not report stays empty.
 /// @throws std::bad_alloc if memory runs out, and nothing else.
 NetworkSettings settingsOf(const InferenceEngine::ExecutableNetwork& network);
+
+/// What a device supports, in the engine's terms; empty if the engine does not report it.
+/// @throws std::bad_alloc if memory runs out, and nothing else.
+std::vector<String> capabilitiesOf(const InferenceEngine::Core& core, const std::string& device);
 
 /// The settings, and what the engine and the device report about themselves; whatever they do not
 /// report stays empty.

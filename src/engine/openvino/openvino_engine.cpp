@@ -11,14 +11,16 @@ namespace {
 class OpenVinoEngine : public Engine {
 public:
     QuavinModelType type() const noexcept override { return QuavinModelType::Openvino; }
-    std::shared_ptr<QuavinModel> makeModel(const String& name,
-                                           const Device& device) const override {
-        return std::make_shared<QuavinOpenVino>(name, device);
+    std::shared_ptr<QuavinModel> makeModel(const String& name, const Device& device,
+                                           const EngineOptions& options) const override {
+        return std::make_shared<QuavinOpenVino>(name, device, options);
     }
     NetworkPorts describe(const NetworkComponents& network) const override {
         return describeOpenVinoNetwork(network);
     }
-    EngineInfo info() const override { return openVinoEngineInfo(); }
+    EngineInfo info(const EngineOptions& options) const override {
+        return openVinoEngineInfo(options);
+    }
 };
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <new>
 #include <string>
 
+#include "engine/openvino/compiling.h"
 #include "engine/openvino/network_reading.h"
 #include "engine/openvino/network_settings.h"
 #include "engine/openvino/trial_network.h"
@@ -25,10 +26,10 @@ std::shared_ptr<InferenceEngine::ICNNNetReader> readTrialNetwork() {
 }  // namespace
 
 // A device's own settings leave the choice open: only a compiled network shows what was chosen.
-EngineInfo openVinoEngineInfo() {
+EngineInfo openVinoEngineInfo(const EngineOptions& options) {
     InferenceEngine::Core core{std::string()};
     const InferenceEngine::CNNNetwork network(readTrialNetwork());
-    const NetworkSettings settings = settingsOf(core.LoadNetwork(network, kEngineDevice, {}));
+    const NetworkSettings settings = settingsOf(compileNetwork(core, network, options));
     return makeEngineInfo(core, kEngineDevice, settings);
 }
 

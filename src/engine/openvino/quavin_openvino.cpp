@@ -1,6 +1,7 @@
 #include "engine/openvino/quavin_openvino.h"
 
 #include "core/diagnostics.h"
+#include "engine/openvino/compiling.h"
 #include "engine/openvino/network_reading.h"
 #include "engine/openvino/network_settings.h"
 #include "engine/openvino/runtime_libraries.h"
@@ -13,9 +14,9 @@ using internal::kEngineDevice;
 
 InferenceEngine::ExecutableNetwork compile(InferenceEngine::Core& core,
                                            const InferenceEngine::CNNNetwork& network,
-                                           const String& package) {
+                                           const EngineOptions& options, const String& package) {
     try {
-        return core.LoadNetwork(network, kEngineDevice, {});
+        return internal::compileNetwork(core, network, options);
     } catch (...) {
         internal::diagnoseMissingLibraries("loading the package", package);
         throw;
@@ -24,8 +25,9 @@ InferenceEngine::ExecutableNetwork compile(InferenceEngine::Core& core,
 
 }  // namespace
 
-QuavinOpenVino::QuavinOpenVino(const String& name, const Device& /*device*/)
-    : QuavinModel(name, QuavinModelType::Openvino), core_(std::string()) {}
+QuavinOpenVino::QuavinOpenVino(const String& name, const Device& /*device*/,
+                               const EngineOptions& options)
+    : QuavinModel(name, QuavinModelType::Openvino), options_(options), core_(std::string()) {}
 
 QuavinOpenVino::~QuavinOpenVino() {
     closePools();
@@ -53,7 +55,7 @@ QuavinStatus QuavinOpenVino::loadImpl(const std::vector<ModelComponent>& compone
         networkSecured_ = files.areSecured();
     }
     const InferenceEngine::CNNNetwork network(reader_);
-    InferenceEngine::ExecutableNetwork loaded = compile(core_, network, source->name());
+    InferenceEngine::ExecutableNetwork loaded = compile(core_, network, options_, source->name());
     inferRequest_ = loaded.CreateInferRequestPtr();
     if (inferRequest_ == nullptr || !*inferRequest_) {
         internal::diagnose([&source] {

@@ -9,6 +9,7 @@
 #include "engine/openvino/network_settings.h"
 #include "engine/openvino/output_blobs.h"
 #include "model/engine_info_source.h"
+#include "quavin/engine_options.h"
 #include "quavin/model.h"
 
 namespace VelmoraQuavin {
@@ -21,8 +22,9 @@ class QuavinOpenVino : public QuavinModel, public internal::EngineInfoSource {
 public:
     /// @param name the model's name.
     /// @param device not used.
+    /// @param options how the network computes.
     /// @throws std::exception if the engine cannot start.
-    QuavinOpenVino(const String& name, const Device& device);
+    QuavinOpenVino(const String& name, const Device& device, const EngineOptions& options);
     ~QuavinOpenVino() override;
 
     String getName() const override;
@@ -43,6 +45,7 @@ private:
     std::shared_ptr<InferenceEngine::ICNNNetReader> reader_;
     bool networkRead_ = false;
     bool networkSecured_ = false;  // the engine's messages may then quote secret content
+    const EngineOptions options_;
     InferenceEngine::Core core_;
     InferenceEngine::InferRequest::Ptr inferRequest_;
     internal::NetworkSettings settings_;

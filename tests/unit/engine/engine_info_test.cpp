@@ -30,7 +30,7 @@ TEST_F(EngineInfoTest, MatchesWhatTheEngineReports) {
     engine_.settings = {{"CPU_THREADS_NUM", std::string("12")},
                         {"CPU_THROUGHPUT_STREAMS", std::string("3")},
                         {"INFERENCE_PRECISION_HINT", std::string("f16")}};
-    for (const EngineInfo& reported : {info(), internal::openVinoEngineInfo()}) {
+    for (const EngineInfo& reported : {info(), internal::openVinoEngineInfo({})}) {
         EXPECT_EQ(reported.runtimeVersion, "a build");
         EXPECT_EQ(reported.device, "CPU");
         EXPECT_EQ(reported.deviceName, "a processor");

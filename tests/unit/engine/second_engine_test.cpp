@@ -90,15 +90,15 @@ private:
 class ScalingEngine : public internal::Engine {
 public:
     QuavinModelType type() const noexcept override { return QuavinModelType::MockML; }
-    std::shared_ptr<QuavinModel> makeModel(const String& name,
-                                           const Device& /*device*/) const override {
+    std::shared_ptr<QuavinModel> makeModel(const String& name, const Device& /*device*/,
+                                           const EngineOptions& /*options*/) const override {
         return std::make_shared<ScalingModel>(name);
     }
     internal::NetworkPorts describe(const internal::NetworkComponents& components) const override {
         const ScalingNetwork network = readNetwork(components);
         return {{port(network.input)}, {port(network.output)}};
     }
-    EngineInfo info() const override {
+    EngineInfo info(const EngineOptions& /*options*/) const override {
         EngineInfo info;
         info.runtimeVersion = "scaling 1";
         return info;

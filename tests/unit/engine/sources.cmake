@@ -28,6 +28,7 @@ if(QUAVIN_ENGINE_IS_ADAPTER)
     quavin_faulty_engine_tests
     allocation_watch.cpp
     engine_info_test.cpp
+    engine_options_test.cpp
     faulty_describing_test.cpp
     faulty_diagnostics_test.cpp
     faulty_inference_test.cpp

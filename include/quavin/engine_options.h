@@ -1,0 +1,51 @@
+#pragma once
+
+/// @file
+/// How the engine computes, as far as a host may choose.
+
+#include <cstdint>
+
+#include "quavin/export.h"
+
+namespace VelmoraQuavin {
+
+/// How models compute. A value type; a default-constructed one leaves everything as it is without
+/// options.
+///
+/// Set for all models that a host loads (QuavinConfig::SetEngineOptions), or for a single one (the
+/// overloads of QuavinClient::getModel that take options). What came of it is shown by
+/// QuavinModel::getEngineInfo.
+struct EngineOptions {
+    /// The precision of the computation.
+    enum class Precision : std::uint32_t {
+        Single = 0,  ///< 32 bits: the same results on every processor, to within rounding.
+        /// Half precision or bfloat16 if the processor computes faster with it, else 32 bits.
+        /// Results then have two to three digits, and differ between processors.
+        Fastest = 1
+    };
+    /// What the engine spreads its threads for.
+    enum class Hint : std::uint32_t {
+        Latency = 0,  ///< One prediction at a time, each as fast as possible.
+        Throughput =
+            1  ///< As many predictions as possible, of models that predict at the same time.
+    };
+
+    Precision precision = Precision::Single;
+    /// Threads that a model computes on; 0 leaves the choice to the engine. At most
+    /// #kMostThreads.
+    int threads = 0;
+    Hint hint = Hint::Latency;
+
+    /// The largest number of threads accepted.
+    static constexpr int kMostThreads = 1024;
+};
+
+inline bool operator==(const EngineOptions& left, const EngineOptions& right) noexcept {
+    return left.precision == right.precision && left.threads == right.threads &&
+           left.hint == right.hint;
+}
+inline bool operator!=(const EngineOptions& left, const EngineOptions& right) noexcept {
+    return !(left == right);
+}
+
+}  // namespace VelmoraQuavin
