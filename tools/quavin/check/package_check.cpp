@@ -19,6 +19,7 @@ namespace {
 
 namespace fs = std::filesystem;
 using VelmoraQuavin::ComponentKind;
+using VelmoraQuavin::EngineOptions;
 using VelmoraQuavin::ModelComponent;
 using VelmoraQuavin::ModelFeatureDescriptor;
 using VelmoraQuavin::ModelTarget;
@@ -27,7 +28,8 @@ using VelmoraQuavin::TensorDescriptor;
 
 class Checker {
 public:
-    Checker(std::string package, const Key* key) : package_(std::move(package)), key_(key) {}
+    Checker(std::string package, const Key* key, const EngineOptions& options)
+        : package_(std::move(package)), key_(key), options_(options) {}
 
     Findings run() {
         const std::string problem = packageProblem(package_);
@@ -174,7 +176,7 @@ private:
     }
 
     void predictOnce() {
-        const Trial trial = tryToPredict(package_, key_);
+        const Trial trial = tryToPredict(package_, key_, options_);
         if (!trial.crash.empty()) {
             reportCrash("prediction", "Loading and predicting once fails: " + trial.crash);
         } else if (!trial.ok()) {
@@ -194,14 +196,15 @@ private:
 
     std::string package_;
     const Key* key_;
+    const EngineOptions options_;
     Metadata metadata_;
     Findings findings_;
 };
 
 }  // namespace
 
-Findings checkPackage(const std::string& package, const Key* key) {
-    return Checker(package, key).run();
+Findings checkPackage(const std::string& package, const Key* key, const EngineOptions& options) {
+    return Checker(package, key, options).run();
 }
 
 }  // namespace quavin_tool

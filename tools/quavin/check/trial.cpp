@@ -14,6 +14,7 @@ namespace quavin_tool {
 namespace {
 
 using VelmoraQuavin::DataType;
+using VelmoraQuavin::EngineOptions;
 using VelmoraQuavin::Filepath;
 using VelmoraQuavin::ModelFeatureDescriptor;
 using VelmoraQuavin::QuavinStatus;
@@ -27,6 +28,7 @@ struct Request {
     std::string_view first;   // the network or the package
     std::string_view second;  // the weights
     const unsigned char* key;
+    EngineOptions options;
 };
 
 void write(MessageWriter& message, const Descriptors& ports) {
@@ -87,7 +89,8 @@ Metadata readPackage(const Request& request) {
 }
 
 void predictOnce(const Request& request) {
-    const std::shared_ptr<VelmoraQuavin::QuavinModel> model = loadModel(readPackage(request));
+    const std::shared_ptr<VelmoraQuavin::QuavinModel> model =
+        loadModel(readPackage(request), request.options);
     const Features inputs = zeroInputs(*model);
     const bool complete = std::none_of(inputs.begin(), inputs.end(), [](const auto& input) {
         return input->featureDescriptor().tensorDescriptor().variableShape();
@@ -128,11 +131,14 @@ Trial runApart(const Request& request) {
                                request.key == nullptr ? 0 : kKeySize);
     MessageWriter message;
     message.reserve(request.first.size() + request.second.size() + key.size() +
-                    4 * sizeof(std::uint64_t));
+                    7 * sizeof(std::uint64_t));
     message.number(static_cast<std::uint64_t>(request.task));
     message.text(request.first);
     message.text(request.second);
     message.text(key);
+    message.number(static_cast<std::uint64_t>(request.options.precision));
+    message.number(static_cast<std::uint64_t>(request.options.threads));
+    message.number(static_cast<std::uint64_t>(request.options.hint));
     std::string& bytes = message.bytes();
     const VelmoraQuavin::internal::WipeOnExit wipe(bytes.data(), bytes.size());
 
@@ -148,15 +154,17 @@ Trial runApart(const Request& request) {
 }  // namespace
 
 Trial tryToDescribe(const std::string& network, const std::string& weights) {
-    return runApart({Task::kDescribeFiles, network, weights, nullptr});
+    return runApart({Task::kDescribeFiles, network, weights, nullptr, {}});
 }
 
 Trial tryToDescribe(const std::string& package, const Key* key) {
-    return runApart({Task::kDescribePackage, package, {}, key == nullptr ? nullptr : key->bytes()});
+    return runApart(
+        {Task::kDescribePackage, package, {}, key == nullptr ? nullptr : key->bytes(), {}});
 }
 
-Trial tryToPredict(const std::string& package, const Key* key) {
-    return runApart({Task::kPredict, package, {}, key == nullptr ? nullptr : key->bytes()});
+Trial tryToPredict(const std::string& package, const Key* key, const EngineOptions& options) {
+    return runApart(
+        {Task::kPredict, package, {}, key == nullptr ? nullptr : key->bytes(), options});
 }
 
 std::string answerTrial(std::string_view request) {
@@ -169,6 +177,9 @@ std::string answerTrial(std::string_view request) {
     const std::string_view key = message.text();
     parts.key =
         key.size() == kKeySize ? reinterpret_cast<const unsigned char*>(key.data()) : nullptr;
+    parts.options.precision = static_cast<EngineOptions::Precision>(message.number());
+    parts.options.threads = static_cast<int>(message.number());
+    parts.options.hint = static_cast<EngineOptions::Hint>(message.number());
     return textOf(perform(parts));
 }
 

@@ -28,7 +28,9 @@ Trial tryToDescribe(const std::string& package, const Key* key);
 
 /// Loads a package and predicts once with zeros, unless an input's shape is left to the host.
 /// @param key the key of a secured package, or null.
-Trial tryToPredict(const std::string& package, const Key* key);
+/// @param options how to compute.
+Trial tryToPredict(const std::string& package, const Key* key,
+                   const VelmoraQuavin::EngineOptions& options = {});
 
 /// The work done in that process.
 std::string answerTrial(std::string_view request);

@@ -10,6 +10,7 @@
 #include "platform/process.h"
 #include "quavin/engine_info.h"
 #include "tools/quavin/cli/command_line.h"
+#include "tools/quavin/cli/engine_options.h"
 #include "tools/quavin/cli/printing.h"
 #include "tools/quavin/commands/timings.h"
 #include "tools/quavin/io/input_files.h"
@@ -30,6 +31,7 @@ struct Options {
     std::uint64_t iterations = 0;  // 0: as many as fit in the time
     std::uint64_t warmUp = 0;
     KeyOptions key;
+    VelmoraQuavin::EngineOptions engine;
     OutputOptions output;
 };
 
@@ -64,7 +66,7 @@ public:
         const PackagePlace place(options_.package, key.get());
         const Metadata metadata = openPackage(place.directory(), key.get());
         Clock::time_point start = Clock::now();
-        model_ = loadModel(metadata);
+        model_ = loadModel(metadata, options_.engine);
         const double load = secondsSince(start);
         inputs_ = readInputs(*model_, files_, options_.raw, MissingInputs::kZeros, options_.casts);
         const double first = predictOnce();
@@ -189,6 +191,7 @@ void addBenchCommand(CLI::App& app) {
         ->check(CLI::Range(std::uint64_t{0}, kMostPredictions).description(""))
         ->capture_default_str();
     addKeyOptions(*command, options->key);
+    addEngineOptions(*command, options->engine);
     addOutputOptions(*command, options->output);
     command->callback([options] { bench(*options); });
 }

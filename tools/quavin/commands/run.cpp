@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "tools/quavin/cli/command_line.h"
+#include "tools/quavin/cli/engine_options.h"
 #include "tools/quavin/io/input_files.h"
 #include "tools/quavin/io/new_path.h"
 #include "tools/quavin/io/output_files.h"
@@ -20,6 +21,7 @@ struct Options {
     bool raw = false;
     Casts casts = Casts::kRefused;
     KeyOptions key;
+    VelmoraQuavin::EngineOptions engine;
     OutputOptions output;
 };
 
@@ -30,7 +32,7 @@ void run(const Options& options) {
     const std::unique_ptr<Key> key = readKey(options.key);
     const PackagePlace place(options.package, key.get());
     const std::shared_ptr<VelmoraQuavin::QuavinModel> model =
-        loadModel(openPackage(place.directory(), key.get()));
+        loadModel(openPackage(place.directory(), key.get()), options.engine);
     const Features features = predict(
         *model, readInputs(*model, files, options.raw, MissingInputs::kRefused, options.casts));
     std::vector<Output> outputs = summarizeOutputs(features);
@@ -56,6 +58,7 @@ void addRunCommand(CLI::App& app) {
     CLI::Option* const raw = addRawOption(*command, options->raw);
     addCastOption(*command, options->casts)->excludes(raw);
     addKeyOptions(*command, options->key);
+    addEngineOptions(*command, options->engine);
     addOutputOptions(*command, options->output);
     command->callback([options] { run(*options); });
 }

@@ -5,6 +5,7 @@
 
 #include "tools/quavin/check/package_check.h"
 #include "tools/quavin/cli/command_line.h"
+#include "tools/quavin/cli/engine_options.h"
 #include "tools/quavin/cli/printing.h"
 #include "tools/quavin/package/key.h"
 #include "tools/quavin/package/package.h"
@@ -16,6 +17,7 @@ namespace {
 struct Options {
     std::string package;
     KeyOptions key;
+    VelmoraQuavin::EngineOptions engine;
     OutputOptions output;
 };
 
@@ -76,7 +78,7 @@ Findings check(const Options& options, const Key* key) {
                        "Pass the directory that contains manifest.json, or an archive of it.");
         return findings;
     }
-    return checkPackage(place->directory(), key);
+    return checkPackage(place->directory(), key, options.engine);
 }
 
 void verify(const Options& options) {
@@ -96,6 +98,7 @@ void addVerifyCommand(CLI::App& app) {
         app.add_subcommand("verify", "Checks a package's files, manifest and network.");
     addPackageArgument(*command, options->package);
     addKeyOptions(*command, options->key);
+    addEngineOptions(*command, options->engine);
     addOutputOptions(*command, options->output);
     command->callback([options] { verify(*options); });
 }

@@ -124,10 +124,11 @@ Metadata openPackage(const std::string& package, const Key* key) {
     return metadata;
 }
 
-std::shared_ptr<QuavinModel> loadModel(const Metadata& metadata) {
+std::shared_ptr<QuavinModel> loadModel(const Metadata& metadata,
+                                       const VelmoraQuavin::EngineOptions& options) {
     std::shared_ptr<QuavinModel> model;
     VelmoraQuavin::QuavinStatus status = VelmoraQuavin::QuavinClient::instance().getModel(
-        metadata, model, QuavinModelType::Openvino);
+        metadata, model, QuavinModelType::Openvino, options);
     if (!status.ok() &&
         decryptsToNoNetwork(shellPath(metadata->getRootDir()), engineTarget(*metadata))) {
         status.setDescription(joined(status.getDescription().str(), kWrongKeyAdvice));

@@ -53,7 +53,8 @@ Metadata openPackage(const std::string& package, const Key* key);
 
 /// Loads the model of a manifest.
 /// @throws Exception if loading fails, with advice if the key may be the cause.
-std::shared_ptr<VelmoraQuavin::QuavinModel> loadModel(const Metadata& metadata);
+std::shared_ptr<VelmoraQuavin::QuavinModel> loadModel(
+    const Metadata& metadata, const VelmoraQuavin::EngineOptions& options = {});
 
 /// Inputs of zeros.
 Features zeroInputs(VelmoraQuavin::QuavinModel& model);
