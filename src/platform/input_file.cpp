@@ -33,4 +33,11 @@ std::string InputFile::read(void* buffer, std::uint64_t& got) {
     return "";
 }
 
+std::optional<MappedFile> InputFile::map(std::string& problem) const {
+    if (size_ == 0) {  // which systems refuse
+        return MappedFile();
+    }
+    return implementation_->map(static_cast<std::size_t>(size_), problem);
+}
+
 }  // namespace VelmoraQuavin::internal::platform

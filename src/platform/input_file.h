@@ -5,12 +5,13 @@
 #include <optional>
 #include <string>
 
+#include "platform/mapped_file.h"
 #include "quavin/text.h"
 
 namespace VelmoraQuavin::internal::platform {
 
-/// A regular file that is read whole, once. Others may read and write it at the same time. Use it
-/// from one thread at a time.
+/// A regular file that is read whole, once, or mapped into memory. Others may read and write it at
+/// the same time. Use it from one thread at a time.
 class InputFile {
 public:
     /// Opens a file, through the wide interface on Windows.
@@ -30,6 +31,9 @@ public:
     ///     reading failed.
     /// @return a human-readable reason if reading failed; empty if it succeeded.
     std::string read(void* buffer, std::uint64_t& got);
+    /// Maps size() bytes. An empty file gives an empty range.
+    /// @param problem receives a human-readable reason on failure.
+    std::optional<MappedFile> map(std::string& problem) const;
 
     class Implementation;
 

@@ -5,6 +5,7 @@
 
 #include "platform/input_file_implementation.h"
 #include "platform/posix/file_descriptor.h"
+#include "platform/posix/file_mapping.h"
 #include "platform/posix/regular_file.h"
 #include "platform/posix/whole_write.h"
 
@@ -22,6 +23,9 @@ public:
         }
         got = static_cast<std::size_t>(result);
         return "";
+    }
+    std::optional<MappedFile> map(std::size_t size, std::string& problem) const override {
+        return mapFile(file_, size, problem);
     }
 
 private:

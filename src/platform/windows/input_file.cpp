@@ -4,6 +4,7 @@
 
 #include "platform/input_file_implementation.h"
 #include "platform/windows/file_handle.h"
+#include "platform/windows/file_mapping.h"
 #include "platform/windows/regular_file.h"
 
 namespace VelmoraQuavin::internal::platform {
@@ -20,6 +21,9 @@ public:
         }
         got = read;
         return "";
+    }
+    std::optional<MappedFile> map(std::size_t size, std::string& problem) const override {
+        return mapFile(file_, size, problem);
     }
 
 private:

@@ -6,13 +6,15 @@ if(WIN32)
       file_streams_windows_test.cpp
       file_system_windows_test.cpp
       input_file_windows_test.cpp
+      mapped_file_windows_test.cpp
       pending_file_windows_test.cpp
       wide_path_windows_test.cpp)
 else()
   # POSIX links, pipes and permissions.
   set(system_tests aes_memory_posix.cpp confined_directory_posix_test.cpp
-                   input_file_posix_test.cpp native_path_posix_test.cpp
-                   new_name_posix_test.cpp pending_file_posix_test.cpp)
+                   input_file_posix_test.cpp mapped_file_posix_test.cpp
+                   native_path_posix_test.cpp new_name_posix_test.cpp
+                   pending_file_posix_test.cpp)
 endif()
 quavin_unit_test(
   platform
@@ -24,6 +26,7 @@ quavin_unit_test(
   file_streams_test.cpp
   file_system_test.cpp
   input_file_test.cpp
+  mapped_file_test.cpp
   secure_memory_test.cpp)
 target_link_libraries(quavin_platform_tests PRIVATE quavin_test_packages)
 
