@@ -9,9 +9,11 @@
 #include <optional>
 #include <sstream>
 #include <string>
+#include <utility>
 
 #include "platform/input_file.h"
 #include "support/temp_directory.h"
+#include "unit/package/dropped_privileges.h"
 
 namespace VelmoraQuavin::internal::platform {
 namespace {
@@ -55,6 +57,14 @@ TEST_F(MappedFileOnPosix, APipeIsRefusedWithoutWaitingForAWriter) {
     std::string problem;
     EXPECT_FALSE(InputFile::open(pipe, problem).has_value());
     EXPECT_EQ(problem, "is not a regular file");
+}
+
+TEST_F(MappedFileOnPosix, AFileWithoutPermissionIsRefused) {
+    std::filesystem::permissions(path(), std::filesystem::perms::none);
+    const testing::DroppedPrivileges nobody;
+    std::string problem;
+    EXPECT_FALSE(InputFile::open(path(), problem).has_value());
+    EXPECT_THAT(problem, StartsWith("cannot be opened: "));
 }
 
 #ifdef __linux__
