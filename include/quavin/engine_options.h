@@ -35,6 +35,15 @@ struct EngineOptions {
     /// #kMostThreads.
     int threads = 0;
     Hint hint = Hint::Latency;
+    /// Whether a plain weights file is mapped into memory instead of being read: loading then needs
+    /// less memory of the process's own, and processes that load the same file share it. Secured
+    /// weights are always read and decrypted.
+    ///
+    /// The file must stay as it is while any model over it exists. If it is cut, or on a drive that
+    /// goes away, **the process ends** the next time the model reads from it; if it is written to,
+    /// results change. To update a package, put a new file in its place (Windows refuses to cut,
+    /// delete or replace a mapped file).
+    bool mapWeights = false;
 
     /// The largest number of threads accepted.
     static constexpr int kMostThreads = 1024;
@@ -42,7 +51,7 @@ struct EngineOptions {
 
 inline bool operator==(const EngineOptions& left, const EngineOptions& right) noexcept {
     return left.precision == right.precision && left.threads == right.threads &&
-           left.hint == right.hint;
+           left.hint == right.hint && left.mapWeights == right.mapWeights;
 }
 inline bool operator!=(const EngineOptions& left, const EngineOptions& right) noexcept {
     return !(left == right);

@@ -6,9 +6,11 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "core/diagnostics.h"
 #include "core/secure_wipe.h"
+#include "engine/openvino/mapped_allocator.h"
 #include "engine/openvino/runtime_libraries.h"
 #include "engine/openvino/secret_allocator.h"
 #include "quavin/status.h"
@@ -42,11 +44,15 @@ void readTopology(InferenceEngine::ICNNNetReader& reader, const NetworkComponent
     readTopology(reader, std::string_view(buffer.get(), size));
 }
 
-InferenceEngine::TBlob<std::uint8_t>::Ptr makeWeightsBlob(uint64 size, bool secured) {
+using WeightsBlob = InferenceEngine::TBlob<std::uint8_t>;
+
+// A null allocator stands for the engine's own.
+WeightsBlob::Ptr makeWeightsBlob(uint64 size,
+                                 const std::shared_ptr<InferenceEngine::IAllocator>& allocator) {
     const InferenceEngine::TensorDesc description(Precision::U8, {size}, InferenceEngine::ANY);
-    auto blob = secured ? InferenceEngine::make_shared_blob<std::uint8_t>(description,
-                                                                          makeSecretAllocator())
-                        : InferenceEngine::make_shared_blob<std::uint8_t>(description);
+    auto blob = allocator == nullptr
+                    ? InferenceEngine::make_shared_blob<std::uint8_t>(description)
+                    : InferenceEngine::make_shared_blob<std::uint8_t>(description, allocator);
     blob->allocate();
     if (size != 0 && blob->buffer().as<void*>() == nullptr) {
         throw std::bad_alloc();
@@ -55,12 +61,18 @@ InferenceEngine::TBlob<std::uint8_t>::Ptr makeWeightsBlob(uint64 size, bool secu
 }
 
 // The blob has the stored size: decrypted weights are shorter, and are followed by zeros.
-InferenceEngine::TBlob<std::uint8_t>::Ptr readWeightsBlob(const NetworkComponents& network) {
+WeightsBlob::Ptr readWeightsBlob(const NetworkComponents& network, bool mapWeights) {
     if (network.weights.resolvedPath.empty()) {
-        return makeWeightsBlob(0, false);
+        return makeWeightsBlob(0, nullptr);
     }
     ComponentReader component(network.source, network.weights);
-    auto blob = makeWeightsBlob(component.size(), network.weights.isSecured());
+    if (mapWeights && component.size() != 0) {  // an empty blob needs memory too
+        if (std::optional<MappedBytes> mapped = component.map()) {
+            return makeWeightsBlob(component.size(), makeMappedAllocator(std::move(*mapped)));
+        }
+    }
+    auto blob = makeWeightsBlob(component.size(),
+                                network.weights.isSecured() ? makeSecretAllocator() : nullptr);
     const auto memory = blob->buffer();
     component.read(memory.as<char*>());
     return blob;
@@ -68,9 +80,10 @@ InferenceEngine::TBlob<std::uint8_t>::Ptr readWeightsBlob(const NetworkComponent
 
 }  // namespace
 
-void readComponents(InferenceEngine::ICNNNetReader& reader, const NetworkComponents& network) {
+void readComponents(InferenceEngine::ICNNNetReader& reader, const NetworkComponents& network,
+                    bool mapWeights) {
     readTopology(reader, network);
-    const auto blob = readWeightsBlob(network);
+    const auto blob = readWeightsBlob(network, mapWeights);
     ResponseDesc response;
     const StatusCode status = reader.SetWeights(blob, &response);
     if (status != InferenceEngine::OK) {
@@ -82,11 +95,11 @@ void readComponents(InferenceEngine::ICNNNetReader& reader, const NetworkCompone
 void readWithoutWeights(InferenceEngine::ICNNNetReader& reader, std::string_view topology) {
     readTopology(reader, topology);
     ResponseDesc response;
-    requireOk(reader.SetWeights(makeWeightsBlob(0, false), &response), response);
+    requireOk(reader.SetWeights(makeWeightsBlob(0, nullptr), &response), response);
 }
 
 void readNetwork(std::shared_ptr<InferenceEngine::ICNNNetReader>& reader,
-                 const NetworkComponents& network) {
+                 const NetworkComponents& network, bool mapWeights) {
     try {
         if (reader == nullptr) {
             reader = InferenceEngine::details::shared_from_irelease(
@@ -95,7 +108,7 @@ void readNetwork(std::shared_ptr<InferenceEngine::ICNNNetReader>& reader,
         if (reader == nullptr) {
             throw MLFrameworkException("The engine provides no network reader");
         }
-        readComponents(*reader, network);
+        readComponents(*reader, network, mapWeights);
     } catch (const std::exception& exception) {
         throw FileException(exception.what());
     } catch (...) {

@@ -10,9 +10,12 @@ namespace VelmoraQuavin::internal {
 
 /// Passes a network's topology and weights to a reader. A decrypted topology is wiped afterwards,
 /// decrypted weights when the last reference to their blob is dropped.
-/// @throws FileException if a component cannot be read or decrypted.
+/// @param mapWeights maps the weights instead of reading them, unless they are secured or their
+///     source can only read. They stay mapped as long as their blob.
+/// @throws FileException if a component cannot be read, mapped or decrypted.
 /// @throws std::exception if the reader fails.
-void readComponents(InferenceEngine::ICNNNetReader& reader, const NetworkComponents& network);
+void readComponents(InferenceEngine::ICNNNetReader& reader, const NetworkComponents& network,
+                    bool mapWeights = false);
 
 /// Passes the text of a network that has no weights to a reader.
 /// @throws std::exception if the reader fails.
@@ -24,6 +27,6 @@ void readWithoutWeights(InferenceEngine::ICNNNetReader& reader, std::string_view
 /// @throws Exception "Unknown/internal exception happened." for anything that is not a
 ///         std::exception.
 void readNetwork(std::shared_ptr<InferenceEngine::ICNNNetReader>& reader,
-                 const NetworkComponents& network);
+                 const NetworkComponents& network, bool mapWeights = false);
 
 }  // namespace VelmoraQuavin::internal

@@ -50,7 +50,7 @@ QuavinStatus QuavinOpenVino::loadImpl(const std::vector<ModelComponent>& compone
     }
     if (!networkRead_) {
         const internal::NetworkComponents files{*source, entries[0], entries[1]};
-        internal::readNetwork(reader_, files);
+        internal::readNetwork(reader_, files, options_.mapWeights);
         networkRead_ = true;
         networkSecured_ = files.areSecured();
     }

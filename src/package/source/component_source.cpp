@@ -1,5 +1,7 @@
 #include "package/source/component_source.h"
 
+#include <memory>
+#include <optional>
 #include <utility>
 
 #include "package/source/network_components.h"
@@ -14,6 +16,10 @@ public:
 
     uint64 size() const override { return file_.size(); }
     void read(char* buffer) override { file_.read(buffer); }
+    std::optional<MappedBytes> map() override {
+        const auto file = std::make_shared<const platform::MappedFile>(file_.map());
+        return MappedBytes{{file, file->data()}, file->size()};
+    }
 
 private:
     SizedFile file_;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 
 #include "quavin/files.h"
 #include "quavin/metadata.h"
@@ -10,7 +11,13 @@ namespace VelmoraQuavin::internal {
 
 struct NetworkComponentEntry;
 
-/// The stored bytes of one component, which can be read once.
+/// Bytes that are already in memory, and stay there as long as `data` or a copy of it.
+struct MappedBytes {
+    std::shared_ptr<const char> data;  ///< May be null if there are no bytes.
+    uint64 size;
+};
+
+/// The stored bytes of one component, which can be read or mapped once.
 class StoredBytes {
 public:
     StoredBytes() = default;
@@ -22,6 +29,11 @@ public:
     /// Reads size() bytes.
     /// @throws FileException "File error!" if that fails.
     virtual void read(char* buffer) = 0;
+    /// The same bytes without reading them into a buffer. They may change, or end the process when
+    /// touched, if what they come from does: see platform::MappedFile.
+    /// @return nothing if they can only be read.
+    /// @throws FileException "File error!" if mapping fails.
+    virtual std::optional<MappedBytes> map() { return std::nullopt; }
 };
 
 /// Where the bytes of a package's components come from. May be used from any thread.

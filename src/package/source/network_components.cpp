@@ -74,6 +74,10 @@ uint64 ComponentReader::read(char* buffer) {
     return component_.isSecured() ? decrypt(buffer) : size();
 }
 
+std::optional<MappedBytes> ComponentReader::map() {
+    return component_.isSecured() ? std::nullopt : stored_->map();
+}
+
 uint64 ComponentReader::decrypt(char* buffer) const {
     auto* bytes = reinterpret_cast<unsigned char*>(buffer);
     if (!QuavinEncryption()

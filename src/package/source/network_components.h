@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <vector>
 
 #include "package/source/component_source.h"
@@ -52,6 +53,10 @@ public:
     /// @throws FileException if reading or decrypting fails. A secured component may have left
     ///         plaintext in the buffer, which the caller must wipe in any case.
     uint64 read(char* buffer);
+    /// The component without reading it; may be called once, before read().
+    /// @return nothing if it has to be read, as a secured one always has.
+    /// @throws FileException if mapping fails.
+    std::optional<MappedBytes> map();
 
 private:
     uint64 decrypt(char* buffer) const;

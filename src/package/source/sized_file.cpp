@@ -52,4 +52,13 @@ void SizedFile::read(char* buffer) {
     }
 }
 
+platform::MappedFile SizedFile::map() const {
+    std::string problem;
+    std::optional<platform::MappedFile> mapped = file_.map(problem);
+    if (!mapped.has_value()) {
+        fail(path_, problem);
+    }
+    return std::move(*mapped);
+}
+
 }  // namespace VelmoraQuavin::internal

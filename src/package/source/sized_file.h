@@ -9,8 +9,8 @@
 
 namespace VelmoraQuavin::internal {
 
-/// A file opened to be read whole, once, and its size at that moment. If the file has shrunk since,
-/// the missing bytes are read as zeros.
+/// A file opened to be read whole, once, or mapped, and its size at that moment. If the file has
+/// shrunk since, the missing bytes are read as zeros.
 class SizedFile {
 public:
     /// Opens a file; returns nothing on failure.
@@ -31,6 +31,9 @@ public:
     /// As above, but throws; the diagnostics tell why it failed.
     /// @throws FileException "File error!" if the system cannot read the file.
     void read(char* buffer);
+    /// Maps size() bytes into memory; on failure the diagnostics tell why.
+    /// @throws FileException "File error!" if the system cannot map the file.
+    platform::MappedFile map() const;
 
 private:
     SizedFile(Filepath path, platform::InputFile file);

@@ -33,7 +33,8 @@ if(QUAVIN_ENGINE_IS_ADAPTER)
     faulty_diagnostics_test.cpp
     faulty_inference_test.cpp
     faulty_loading_test.cpp
-    network_reading_test.cpp)
+    network_reading_test.cpp
+    weights_mapping_test.cpp)
   quavin_faulty_engine_test(quavin_bare_request_tests bare_request_test.cpp)
   target_sources(quavin_bare_request_tests PRIVATE "${PROJECT_SOURCE_DIR}/tests/support/bare_request.cpp")
 endif()

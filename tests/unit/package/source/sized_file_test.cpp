@@ -91,6 +91,11 @@ TEST_F(SizedFileTest, CannotOpenAMissingFileOrADirectory) {
     }
 }
 
+TEST_F(SizedFileTest, MapsTheContentForLongerThanItsOwnLife) {
+    const platform::MappedFile mapped = SizedFile::open(path()).map();
+    EXPECT_EQ(std::string(mapped.data(), mapped.size()), std::string(kSize, 'x'));
+}
+
 TEST_F(SizedFileTest, FailsIfTheSystemCannotReadIt) {
     const testing::UnreadableFile unreadable(directory_.path() / "file");
     SizedFile file = SizedFile::open(path());
