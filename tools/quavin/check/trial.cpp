@@ -131,7 +131,7 @@ Trial runApart(const Request& request) {
                                request.key == nullptr ? 0 : kKeySize);
     MessageWriter message;
     message.reserve(request.first.size() + request.second.size() + key.size() +
-                    7 * sizeof(std::uint64_t));
+                    8 * sizeof(std::uint64_t));
     message.number(static_cast<std::uint64_t>(request.task));
     message.text(request.first);
     message.text(request.second);
@@ -139,6 +139,7 @@ Trial runApart(const Request& request) {
     message.number(static_cast<std::uint64_t>(request.options.precision));
     message.number(static_cast<std::uint64_t>(request.options.threads));
     message.number(static_cast<std::uint64_t>(request.options.hint));
+    message.number(request.options.mapWeights ? 1 : 0);
     std::string& bytes = message.bytes();
     const VelmoraQuavin::internal::WipeOnExit wipe(bytes.data(), bytes.size());
 
@@ -180,6 +181,7 @@ std::string answerTrial(std::string_view request) {
     parts.options.precision = static_cast<EngineOptions::Precision>(message.number());
     parts.options.threads = static_cast<int>(message.number());
     parts.options.hint = static_cast<EngineOptions::Hint>(message.number());
+    parts.options.mapWeights = message.number() != 0;
     return textOf(perform(parts));
 }
 

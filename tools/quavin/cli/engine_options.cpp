@@ -33,6 +33,8 @@ void addEngineOptions(CLI::App& command, EngineOptions& options) {
             "latency (the default), or throughput: for predictions at the same time")
         ->type_name("latency|throughput")
         ->check(CLI::IsMember({"latency", "throughput"}).description(""));
+    command.add_flag("--map-weights", options.mapWeights,
+                     "Map plain weights into memory instead of reading them");
 }
 
 }  // namespace quavin_tool
