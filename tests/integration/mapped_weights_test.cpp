@@ -61,6 +61,11 @@ protected:
     }
 };
 
+TEST(MappingWeights, IsAnOptionThatTellsOptionsApart) {
+    EXPECT_NE(mapping(), EngineOptions());
+    EXPECT_EQ(mapping(), mapping());
+}
+
 TEST_F(MappedWeights, PredictWhatReadOnesPredict) {
     ASSERT_THAT(loadWith(EngineOptions()), IsOk());
     const std::vector<float> expected = prediction();

@@ -36,6 +36,11 @@ TEST_F(EngineOptionsTest, WithoutOptionsTheEngineIsGivenNone) {
     EXPECT_THAT(configFor(options_), IsEmpty());
 }
 
+TEST_F(EngineOptionsTest, MappingIsNoneOfTheEnginesSettings) {
+    options_.mapWeights = true;
+    EXPECT_THAT(configFor(options_), IsEmpty());
+}
+
 TEST_F(EngineOptionsTest, ThreadsArePassedOn) {
     options_.threads = 3;
     EXPECT_THAT(configFor(options_), ElementsAre(Pair("CPU_THREADS_NUM", "3")));
