@@ -1,17 +1,19 @@
 // Compares loading a package with the same loading written by hand on the runtime's C interface.
 //
 //     quavin_load_benchmark PLAIN SECURED KEYHEX [ROUNDS]      times, in turns
-//     quavin_load_benchmark --peak raw|plain|secured FOLDER [KEYHEX]
+//     quavin_load_benchmark --peak raw|plain|mapped|secured FOLDER [KEYHEX]
 //
 // The folders hold the same model, as models/make_mobilenet.py writes it, plain and encrypted. The
-// second form loads once and prints the process's peak memory, so each measurement needs its own
-// process.
+// second form loads once and prints the process's peak memory, and what is then resident and not
+// backed by a file, so each measurement needs its own process. "mapped" is plain with mapped
+// weights.
 
 #include <quavin/quavin.h>
 #include <sys/resource.h>
 
 #include <cstdlib>
 #include <exception>
+#include <fstream>
 #include <iostream>
 #include <memory>
 #include <optional>
@@ -24,7 +26,8 @@ using namespace VelmoraQuavin;
 
 namespace {
 
-std::shared_ptr<QuavinModel> load(const std::string& folder, const std::string& keyHex) {
+std::shared_ptr<QuavinModel> load(const std::string& folder, const std::string& keyHex,
+                                  const EngineOptions& options = {}) {
     auto metadata = std::make_shared<ModelMetadata>();
     QuavinStatus status = metadata->load(Filepath(folder).append(Filepath("manifest.json")));
     if (status.ok() && !keyHex.empty()) {
@@ -40,7 +43,8 @@ std::shared_ptr<QuavinModel> load(const std::string& folder, const std::string& 
     }
     std::shared_ptr<QuavinModel> model;
     if (status.ok()) {
-        status = QuavinClient::instance().getModel(metadata, model, QuavinModelType::Openvino);
+        status =
+            QuavinClient::instance().getModel(metadata, model, QuavinModelType::Openvino, options);
     }
     if (!status.ok()) {
         throw Exception(status.getDescription(), status.getCode());
@@ -73,17 +77,33 @@ void compareTimes(const std::string& plain, const std::string& secured, const st
         rounds);
 }
 
+// In MiB; 0 if the system does not say.
+long anonymousMemory() {
+    std::ifstream status("/proc/self/status");
+    for (std::string word; status >> word;) {
+        if (word == "RssAnon:") {
+            long kibibytes = 0;
+            status >> kibibytes;
+            return kibibytes / 1024;
+        }
+    }
+    return 0;
+}
+
 void printPeak(const std::string& side, const std::string& folder, const std::string& keyHex) {
     std::unique_ptr<benchmark::RawNetwork> raw;
     std::shared_ptr<QuavinModel> model;
     if (side == "raw") {
         raw = std::make_unique<benchmark::RawNetwork>(folder);
     } else {
-        model = load(folder, keyHex);
+        EngineOptions options;
+        options.mapWeights = side == "mapped";
+        model = load(folder, keyHex, options);
     }
     rusage usage{};
     getrusage(RUSAGE_SELF, &usage);
-    std::cout << "peak resident memory, " << side << ": " << usage.ru_maxrss / 1024 << " MiB\n";
+    std::cout << "peak resident memory, " << side << ": " << usage.ru_maxrss / 1024 << " MiB\n"
+              << "anonymous memory, " << side << ": " << anonymousMemory() << " MiB\n";
 }
 
 }  // namespace
@@ -91,8 +111,9 @@ void printPeak(const std::string& side, const std::string& folder, const std::st
 int main(int argc, char** argv) {
     const bool peak = argc > 3 && std::string(argv[1]) == "--peak";
     if (argc < 4) {
-        std::cerr << "usage: quavin_load_benchmark PLAIN SECURED KEYHEX [ROUNDS]\n"
-                     "       quavin_load_benchmark --peak raw|plain|secured FOLDER [KEYHEX]\n";
+        std::cerr
+            << "usage: quavin_load_benchmark PLAIN SECURED KEYHEX [ROUNDS]\n"
+               "       quavin_load_benchmark --peak raw|plain|mapped|secured FOLDER [KEYHEX]\n";
         return 2;
     }
     try {

@@ -69,6 +69,7 @@ say "Loading"
 "$programs/quavin_load_benchmark" "$plain" "$secured" "$key" 31
 "$programs/quavin_load_benchmark" --peak raw "$plain"
 "$programs/quavin_load_benchmark" --peak plain "$plain"
+"$programs/quavin_load_benchmark" --peak mapped "$plain"
 "$programs/quavin_load_benchmark" --peak secured "$secured" "$key"
 
 say "Decrypting"
