@@ -29,12 +29,6 @@ void respond(ResponseDesc* response, const char* text) noexcept {
 
 }  // namespace
 
-StatusCode statusOf(ov_status_e status) noexcept {
-    return status <= ::GENERAL_ERROR && status >= ::NETWORK_NOT_READ
-               ? static_cast<StatusCode>(status)
-               : StatusCode::GENERAL_ERROR;
-}
-
 std::string usefulText(const std::string& runtimeText) {
     std::istringstream lines(runtimeText);
     std::string useful;

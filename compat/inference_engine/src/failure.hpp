@@ -1,8 +1,6 @@
 // Failures inside the adapter, and their translation into statuses at its boundary.
 #pragma once
 
-#include <openvino/c/openvino.h>
-
 #include <stdexcept>
 #include <string>
 
@@ -21,9 +19,6 @@ public:
 private:
     StatusCode status_;
 };
-
-/** Maps the codes that the runtime shares with the interface; all others become GENERAL_ERROR. */
-StatusCode statusOf(ov_status_e status) noexcept;
 
 /** The useful part of a runtime message: without source positions, joined into one line. */
 std::string usefulText(const std::string& runtimeText);

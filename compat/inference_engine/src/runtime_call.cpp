@@ -21,6 +21,13 @@ std::atomic<unsigned> side{0};
 std::array<std::atomic<std::uint64_t>, 2> underWay{};
 std::mutex failureMutex;
 
+/** Maps the codes that the runtime shares with the interface; all others become GENERAL_ERROR. */
+StatusCode statusOf(ov_status_e status) noexcept {
+    return status <= ::GENERAL_ERROR && status >= ::NETWORK_NOT_READ
+               ? static_cast<StatusCode>(status)
+               : StatusCode::GENERAL_ERROR;
+}
+
 /** Switches sides; returns whether the calls on the old side end before the deadline. */
 bool waitForSide(Deadline deadline) {
     const unsigned old = side.fetch_xor(1);
