@@ -24,6 +24,23 @@ void WipedText::assign(const char* text, std::size_t size) {
     size_ = size;
 }
 
+char* WipedText::extend(std::size_t more) {
+    const std::size_t before = size_;
+    std::unique_ptr<char[]> longer(new char[before + more]);
+    if (before != 0) {
+        std::memcpy(longer.get(), text_.get(), before);
+    }
+    clear();
+    text_ = std::move(longer);
+    size_ = before + more;
+    return text_.get() + before;
+}
+
+void WipedText::truncate(std::size_t size) noexcept {
+    wipe(text_.get() + size, size_ - size);
+    size_ = size;
+}
+
 void WipedText::clear() noexcept {
     wipe(text_.get(), std::exchange(size_, 0));
     text_.reset();

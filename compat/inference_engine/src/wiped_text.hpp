@@ -18,6 +18,10 @@ public:
     ~WipedText() { clear(); }
 
     void assign(const char* text, std::size_t size);
+    /** Makes room for more behind the text, for the caller to fill; returns where it begins. */
+    char* extend(std::size_t more);
+    /** Drops the end of the text. */
+    void truncate(std::size_t size) noexcept;
     void clear() noexcept;
 
     const char* data() const noexcept { return text_.get(); }
@@ -25,7 +29,7 @@ public:
     bool empty() const noexcept { return size_ == 0; }
 
 private:
-    std::unique_ptr<char[]> text_;  // not zero-filled before copying
+    std::unique_ptr<char[]> text_;  // not zero-filled before it is filled
     std::size_t size_ = 0;
 };
 
