@@ -8,9 +8,13 @@
 #include <array>
 #include <cstddef>
 #include <cstdlib>
+#include <cstring>
 #include <inference_engine.hpp>
 #include <new>
+#include <sstream>
 #include <string>
+
+#include "stream_content.hpp"
 
 namespace {
 
@@ -131,6 +135,45 @@ TEST(WipedTextTest, IsWipedWhenClearedReplacedAndDestroyed) {
         text.assign(secret().data(), secret().size());
         EXPECT_FALSE(watch.released);
     }
+    EXPECT_TRUE(watch.released && watch.wiped);
+}
+
+TEST(WipedTextTest, GrowsAndShrinks) {
+    WipedText text;
+    std::memcpy(text.extend(3), "abc", 3);
+    std::memcpy(text.extend(2), "de", 2);
+    EXPECT_EQ(std::string(text.data(), text.size()), "abcde");
+    text.truncate(4);
+    EXPECT_EQ(std::string(text.data(), text.size()), "abcd");
+}
+
+TEST(WipedTextTest, IsWipedWhereItWasBeforeItGrew) {
+    WipedText text;
+    watchSize(secret().size());
+    text.assign(secret().data(), secret().size());
+    std::memcpy(text.extend(1), "!", 1);
+    EXPECT_TRUE(watch.released && watch.wiped);
+    EXPECT_EQ(std::string(text.data(), text.size()), secret() + "!");
+}
+
+TEST(WipedTextTest, IsWipedWhereItWasCutOff) {
+    watchSize(secret().size());
+    {
+        WipedText text;
+        text.assign(secret().data(), secret().size());
+        text.truncate(10);
+    }
+    EXPECT_TRUE(watch.released && watch.wiped);
+}
+
+// What is copied has one byte of room to spare, which shows that nothing follows.
+TEST(StreamContentTest, ACopyIsWipedWithItsLastOwner) {
+    std::istringstream stream(secret());
+    watchSize(secret().size() + 1);
+    StreamContent content = contentOf(stream);
+    EXPECT_EQ(content.bytes, secret());
+    EXPECT_FALSE(watch.released);
+    content.owner.reset();
     EXPECT_TRUE(watch.released && watch.wiped);
 }
 
