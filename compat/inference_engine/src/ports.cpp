@@ -35,25 +35,6 @@ bool isDynamic(const ov_partial_shape_t& shape) {
     return varies(shape.rank) || std::any_of(shape.dims, shape.dims + shape.rank.max, varies);
 }
 
-SizeVector readDims(const ov_output_const_port_t& handle, const Port& port) {
-    PartialShape owner;
-    check([&] { return ov_port_get_partial_shape(&handle, owner.out()); });
-    const ov_partial_shape_t& shape = owner.get();
-    if (isDynamic(shape)) {
-        throw Failure(NOT_IMPLEMENTED, describe(port) + " has dynamic dimensions " +
-                                           takeText(ov_partial_shape_to_string(shape)) +
-                                           ", which this interface does not know");
-    }
-    SizeVector dims;
-    for (std::int64_t i = 0; i < shape.rank.max; ++i) {
-        dims.push_back(static_cast<std::size_t>(shape.dims[i].max));
-    }
-    if (!countElements(dims)) {
-        throw Failure(OUT_OF_BOUNDS, describe(port) + " has too many elements");
-    }
-    return dims;
-}
-
 void readPorts(const ov_model_t& model, Direction direction,
                const std::unordered_map<std::string, std::string>& layerNames,
                const std::vector<std::string>& hidden, std::vector<Port>& ports) {
@@ -87,7 +68,7 @@ void readPorts(const ov_model_t& model, Direction direction,
             throw Failure(NOT_IMPLEMENTED, describe(port) + " has an element type that this " +
                                                "interface has no precision for");
         }
-        port.dims = readDims(*handle, port);
+        port.dims = readDims(*handle, describe(port));
         ports.push_back(std::move(port));
     }
 }
@@ -106,6 +87,28 @@ std::string anyName(const ov_output_const_port_t& port) {
     char* name = nullptr;
     return attempt([&] { return ov_port_get_any_name(&port, &name); }) == ::OK ? takeText(name)
                                                                                : std::string();
+}
+
+SizeVector readDims(const ov_output_const_port_t& port, const std::string& description) {
+    PartialShape owner;
+    check([&] { return ov_port_get_partial_shape(&port, owner.out()); });
+    const ov_partial_shape_t& shape = owner.get();
+    if (isDynamic(shape)) {
+        throw Failure(NOT_IMPLEMENTED, description + " has dynamic dimensions " +
+                                           takeText(ov_partial_shape_to_string(shape)) +
+                                           ", which this interface does not know");
+    }
+    SizeVector dims;
+    std::size_t elements = 1;
+    for (std::int64_t i = 0; i < shape.rank.max; ++i) {
+        const auto dim = static_cast<std::size_t>(shape.dims[i].max);
+        if (dim != 0 && elements > kMostElements / dim) {
+            throw Failure(OUT_OF_BOUNDS, description + " has too many elements");
+        }
+        elements *= dim;
+        dims.push_back(dim);
+    }
+    return dims;
 }
 
 std::vector<Port> readPorts(const ov_model_t& model, const Topology& topology) {

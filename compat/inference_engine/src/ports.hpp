@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -24,12 +25,23 @@ struct Port {
     SizeVector dims;
 };
 
+// For the widest type: nothing larger fits in memory, and the size in bytes can't overflow.
+constexpr std::size_t kMostElements = PTRDIFF_MAX / sizeof(std::int64_t);
+
 /** A port as messages name it: input "x". */
 std::string describe(const Port& port);
 std::string describe(Direction direction, const std::string& name);
 
 /** One of the runtime's names for the port, always the same one; empty if it has none. */
 std::string anyName(const ov_output_const_port_t& port);
+
+/**
+ * The dimensions of a port.
+ *
+ * @param description of the port, for messages
+ * @throws Failure if they are dynamic or make for too many elements
+ */
+SizeVector readDims(const ov_output_const_port_t& port, const std::string& description);
 
 /**
  * The ports to show: inputs that reach an output, and each output name once.
