@@ -16,6 +16,18 @@ InferRequest::Ptr ExecutableNetwork::CreateInferRequestPtr() {
                                                              : nullptr;
 }
 
+ConstOutputsDataMap ExecutableNetwork::GetOutputsInfo() const {
+    return {};
+}
+
+ConstInputsDataMap ExecutableNetwork::GetInputsInfo() const {
+    return {};
+}
+
+void ExecutableNetwork::Export(std::ostream& /*networkModel*/) {
+    throw NotImplemented("Export");
+}
+
 Parameter ExecutableNetwork::GetConfig(const std::string& /*name*/) const {
     return {};
 }

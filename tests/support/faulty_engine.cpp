@@ -69,6 +69,20 @@ class FaultyExecutable final : public IExecutableNetwork {
 public:
     void Release() noexcept override { delete this; }
 
+    StatusCode GetOutputsInfo(ConstOutputsDataMap& outputs,
+                              ResponseDesc* /*response*/) const noexcept override {
+        const OutputsDataMap& all = faultyEngine().outputs;
+        outputs.insert(all.begin(), all.end());
+        return OK;
+    }
+
+    StatusCode GetInputsInfo(ConstInputsDataMap& inputs,
+                             ResponseDesc* /*response*/) const noexcept override {
+        const InputsDataMap& all = faultyEngine().inputs;
+        inputs.insert(all.begin(), all.end());
+        return OK;
+    }
+
     StatusCode CreateInferRequest(IInferRequest::Ptr& request,
                                   ResponseDesc* response) noexcept override {
         const FaultyEngine& engine = faultyEngine();
@@ -76,6 +90,10 @@ public:
             request = details::shared_from_irelease(new (std::nothrow) FaultyRequest);
         }
         return give(engine.makingRequest, response);
+    }
+
+    StatusCode Export(std::ostream& /*networkModel*/, ResponseDesc* response) noexcept override {
+        return give({NOT_IMPLEMENTED, "nothing can be exported"}, response);
     }
 
     StatusCode GetConfig(const std::string& name, Parameter& result,
@@ -168,6 +186,12 @@ ExecutableNetwork Core::LoadNetwork(CNNNetwork /*network*/, const std::string& d
         details::extract_exception(engine.loading.status, engine.loading.text.data());
     }
     return ExecutableNetwork(details::shared_from_irelease(new FaultyExecutable));
+}
+
+ExecutableNetwork Core::ImportNetwork(std::istream& /*networkModel*/,
+                                      const std::string& /*deviceName*/,
+                                      const std::map<std::string, std::string>& /*config*/) {
+    throw NotImplemented("nothing can be imported");
 }
 
 Parameter Core::GetMetric(const std::string& device, const std::string& name) const {

@@ -1,16 +1,17 @@
 #include "bound_port.hpp"
 
 #include "failure.hpp"
+#include "ports.hpp"
 #include "runtime_call.hpp"
 
 namespace InferenceEngine::runtime {
 
-BoundPort::BoundPort(const Port& port, Precision precision)
+BoundPort::BoundPort(const LoadedPort& port)
     : name_(port.name),
       direction_(port.direction),
       index_(port.index),
-      precision_(precision),
-      type_(elementTypeOf(precision)) {
+      precision_(port.precision),
+      type_(elementTypeOf(port.precision)) {
     for (const std::size_t dim : port.dims) {
         dims_.push_back(static_cast<std::int64_t>(dim));
         elements_ *= dim;

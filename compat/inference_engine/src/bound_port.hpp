@@ -9,14 +9,14 @@
 
 #include "handles.hpp"
 #include "ie/blob.hpp"
-#include "ports.hpp"
+#include "loaded_port.hpp"
 
 namespace InferenceEngine::runtime {
 
 /** Remembers what memory the runtime has bound to the port, even after the blob is gone. */
 class BoundPort {
 public:
-    BoundPort(const Port& port, Precision precision);
+    explicit BoundPort(const LoadedPort& port);
 
     std::string_view name() const noexcept { return name_; }
     bool hasBlob() const noexcept { return blob_ != nullptr; }

@@ -1,5 +1,6 @@
 #include "ie/core.hpp"
 
+#include "exported_network.hpp"
 #include "failure.hpp"
 #include "ie/exception.hpp"
 #include "properties.hpp"
@@ -36,10 +37,14 @@ public:
         if (read == nullptr) {
             throw runtime::Failure(NOT_IMPLEMENTED, "The network was not read by this runtime");
         }
-        hasSettings_ = !config.empty();
-        core_ = runtime::sharedCore(device, config);
-        prepare(device);
+        apply(device, config);
         return ExecutableNetwork(read->load(*core_, device));
+    }
+
+    ExecutableNetwork import(std::istream& stream, const std::string& device,
+                             const std::map<std::string, std::string>& config) {
+        apply(device, config);
+        return ExecutableNetwork(runtime::importNetwork(*core_, device, stream));
     }
 
     Parameter property(const std::string& device, const std::string& name) const {
@@ -48,6 +53,12 @@ public:
     }
 
 private:
+    void apply(const std::string& device, const std::map<std::string, std::string>& config) {
+        core_ = runtime::sharedCore(device, config);
+        hasSettings_ = !config.empty();
+        prepare(device);
+    }
+
     void prepare(const std::string& device) const {
         if (!hasSettings_) {
             runtime::useSinglePrecision(*core_, device);
@@ -65,6 +76,11 @@ Core::Core(const std::string& configFile)
 ExecutableNetwork Core::LoadNetwork(CNNNetwork network, const std::string& device,
                                     const std::map<std::string, std::string>& config) {
     return translated([&] { return impl_->load(network, device, config); });
+}
+
+ExecutableNetwork Core::ImportNetwork(std::istream& networkModel, const std::string& deviceName,
+                                      const std::map<std::string, std::string>& config) {
+    return translated([&] { return impl_->import(networkModel, deviceName, config); });
 }
 
 Parameter Core::GetConfig(const std::string& device, const std::string& name) const {

@@ -9,6 +9,26 @@ namespace InferenceEngine {
 ExecutableNetwork::ExecutableNetwork(IExecutableNetwork::Ptr network)
     : network_(std::move(network)) {}
 
+ConstOutputsDataMap ExecutableNetwork::GetOutputsInfo() const {
+    ConstOutputsDataMap outputs;
+    ResponseDesc response;
+    const StatusCode status = network().GetOutputsInfo(outputs, &response);
+    if (status != OK) {
+        details::extract_exception(status, response.msg);
+    }
+    return outputs;
+}
+
+ConstInputsDataMap ExecutableNetwork::GetInputsInfo() const {
+    ConstInputsDataMap inputs;
+    ResponseDesc response;
+    const StatusCode status = network().GetInputsInfo(inputs, &response);
+    if (status != OK) {
+        details::extract_exception(status, response.msg);
+    }
+    return inputs;
+}
+
 InferRequest::Ptr ExecutableNetwork::CreateInferRequestPtr() {
     IInferRequest::Ptr request;
     ResponseDesc response;
@@ -20,6 +40,14 @@ InferRequest::Ptr ExecutableNetwork::CreateInferRequestPtr() {
         throw details::InferenceEngineException("Internal error: pointer to infer request is null");
     }
     return std::make_shared<InferRequest>(std::move(request));
+}
+
+void ExecutableNetwork::Export(std::ostream& networkModel) {
+    ResponseDesc response;
+    const StatusCode status = network().Export(networkModel, &response);
+    if (status != OK) {
+        details::extract_exception(status, response.msg);
+    }
 }
 
 Parameter ExecutableNetwork::GetConfig(const std::string& name) const {

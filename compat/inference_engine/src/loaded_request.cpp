@@ -10,8 +10,8 @@
 namespace InferenceEngine::runtime {
 
 LoadedRequest::LoadedRequest(Handle<ov_infer_request_t> request, std::vector<BoundPort> ports,
-                             Blob::Ptr weights)
-    : weights_(std::move(weights)), request_(std::move(request)), ports_(std::move(ports)) {}
+                             std::shared_ptr<const void> memory)
+    : memory_(std::move(memory)), request_(std::move(request)), ports_(std::move(ports)) {}
 
 StatusCode LoadedRequest::SetBlob(const char* name, const Blob::Ptr& blob,
                                   ResponseDesc* response) noexcept {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <string_view>
 #include <vector>
 
@@ -14,13 +15,13 @@ namespace InferenceEngine::runtime {
 /**
  * Binds blobs by their memory. A blob is held only from SetBlob to the end of the next Infer, so
  * that its memory is freed as soon as the caller drops it; every port needs a blob again in every
- * round. Shares the weights, which the runtime may keep reading.
+ * round. Shares the memory that the compiled model may keep reading.
  */
 class LoadedRequest final : public IInferRequest {
 public:
     /** @param ports sorted by name, an input before the output of the same name */
     LoadedRequest(Handle<ov_infer_request_t> request, std::vector<BoundPort> ports,
-                  Blob::Ptr weights);
+                  std::shared_ptr<const void> memory);
     ~LoadedRequest() override = default;
 
     void Release() noexcept override { delete this; }
@@ -36,8 +37,8 @@ private:
     void requireBlobs() const;
     void forgetBlobs() noexcept;
 
-    // The request reads from the weights, so it must be destroyed before them.
-    Blob::Ptr weights_;
+    // The request reads from the memory, so it must be destroyed before them.
+    std::shared_ptr<const void> memory_;
     Handle<ov_infer_request_t> request_;
     std::vector<BoundPort> ports_;
     std::size_t bindings_ = 0;

@@ -70,12 +70,13 @@ void RuntimeNetwork::takePrecisions() {
 
 std::shared_ptr<LoadedNetwork> RuntimeNetwork::load(ov_core_t& core, const std::string& device) {
     takePrecisions();
-    std::vector<BoundPort> bound;
+    std::vector<LoadedPort> loaded;
     for (const NetworkPort& port : ports_) {
-        bound.emplace_back(port.port, port.current);
+        const Port& read = port.port;
+        loaded.push_back({read.name, read.direction, read.index, port.current, read.dims});
     }
     return details::shared_from_irelease(
-        new LoadedNetwork(compile(core, *model_, device), std::move(bound), weights_));
+        new LoadedNetwork(compile(core, *model_, device), std::move(loaded), weights_));
 }
 
 }  // namespace InferenceEngine::runtime

@@ -1,5 +1,6 @@
 #include "network_under_test.hpp"
 
+#include <sstream>
 #include <stdexcept>
 
 namespace InferenceEngine {
@@ -30,6 +31,18 @@ std::shared_ptr<ICNNNetReader> readNetwork(const std::string& network,
 
 InferRequest::Ptr load(CNNNetwork network) {
     return Core().LoadNetwork(network, "CPU").CreateInferRequestPtr();
+}
+
+std::string exported(ExecutableNetwork network) {
+    std::ostringstream stream;
+    network.Export(stream);
+    return stream.str();
+}
+
+ExecutableNetwork imported(const std::string& bytes,
+                           const std::map<std::string, std::string>& config) {
+    std::istringstream stream(bytes);
+    return Core().ImportNetwork(stream, "CPU", config);
 }
 
 std::vector<std::string> inputNames(const CNNNetwork& network) {

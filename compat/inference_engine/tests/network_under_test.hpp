@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <cstring>
 #include <inference_engine.hpp>
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -65,6 +66,13 @@ std::shared_ptr<ICNNNetReader> readNetwork(const std::string& network,
 
 /** A request on the network, loaded on the CPU. */
 InferRequest::Ptr load(CNNNetwork network);
+
+/** What a network exports. */
+std::string exported(ExecutableNetwork network);
+
+/** A network from what another one exported, on the CPU. */
+ExecutableNetwork imported(const std::string& bytes,
+                           const std::map<std::string, std::string>& config = {});
 
 std::vector<std::string> inputNames(const CNNNetwork& network);
 std::vector<std::string> outputNames(const CNNNetwork& network);

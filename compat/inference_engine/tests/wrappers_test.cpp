@@ -4,6 +4,7 @@
 #include <cstring>
 #include <inference_engine.hpp>
 #include <memory>
+#include <sstream>
 #include <string>
 #include <typeinfo>
 
@@ -75,6 +76,26 @@ public:
                                   ResponseDesc* response) noexcept override {
         std::strcpy(response->msg, "no more requests");
         request = given;
+        return status;
+    }
+
+    StatusCode GetOutputsInfo(ConstOutputsDataMap& outputs,
+                              ResponseDesc* response) const noexcept override {
+        std::strcpy(response->msg, "no outputs");
+        outputs = {{"out", nullptr}};
+        return status;
+    }
+
+    StatusCode GetInputsInfo(ConstInputsDataMap& inputs,
+                             ResponseDesc* response) const noexcept override {
+        std::strcpy(response->msg, "no inputs");
+        inputs = {{"in", nullptr}};
+        return status;
+    }
+
+    StatusCode Export(std::ostream& networkModel, ResponseDesc* response) noexcept override {
+        std::strcpy(response->msg, "no export");
+        networkModel << "exported";
         return status;
     }
 
@@ -179,6 +200,31 @@ TEST(ExecutableNetworkTest, ReturnsTheDevicesConfigurationAndThrowsItsRefusals) 
     EXPECT_THAT([&] { network.GetConfig("colour"); },
                 ThrowsMessage<NotFound>(StrEq("no such value")));
     EXPECT_THROW(ExecutableNetwork().GetConfig("colour"), General);
+}
+
+TEST(ExecutableNetworkTest, ReturnsTheDevicesPortsAndThrowsItsRefusals) {
+    const auto inner = std::make_shared<FakeExecutableNetwork>();
+    const ExecutableNetwork network(inner);
+    EXPECT_EQ(network.GetInputsInfo().count("in"), 1U);
+    EXPECT_EQ(network.GetOutputsInfo().count("out"), 1U);
+    inner->status = NETWORK_NOT_LOADED;
+    EXPECT_THAT([&] { network.GetInputsInfo(); },
+                ThrowsMessage<NetworkNotLoaded>(StrEq("no inputs")));
+    EXPECT_THAT([&] { network.GetOutputsInfo(); },
+                ThrowsMessage<NetworkNotLoaded>(StrEq("no outputs")));
+    EXPECT_THROW(ExecutableNetwork().GetInputsInfo(), General);
+    EXPECT_THROW(ExecutableNetwork().GetOutputsInfo(), General);
+}
+
+TEST(ExecutableNetworkTest, ExportsToTheStreamAndThrowsTheDevicesRefusal) {
+    const auto inner = std::make_shared<FakeExecutableNetwork>();
+    ExecutableNetwork network(inner);
+    std::ostringstream stream;
+    network.Export(stream);
+    EXPECT_EQ(stream.str(), "exported");
+    inner->status = NOT_IMPLEMENTED;
+    EXPECT_THAT([&] { network.Export(stream); }, ThrowsMessage<NotImplemented>(StrEq("no export")));
+    EXPECT_THROW(ExecutableNetwork().Export(stream), General);
 }
 
 TEST(ParameterTest, HoldsAValueOfOneType) {

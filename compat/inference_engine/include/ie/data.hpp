@@ -31,6 +31,7 @@ private:
 };
 
 using DataPtr = std::shared_ptr<Data>;
+using CDataPtr = std::shared_ptr<const Data>;
 
 /** An input of a network, described by its Data; accessors throw "Data is empty!" without one. */
 class InputInfo {
@@ -56,5 +57,7 @@ private:
 /** By name, in name order. */
 using InputsDataMap = std::map<std::string, InputInfo::Ptr>;
 using OutputsDataMap = std::map<std::string, DataPtr>;
+using ConstInputsDataMap = std::map<std::string, InputInfo::CPtr>;
+using ConstOutputsDataMap = std::map<std::string, CDataPtr>;
 
 }  // namespace InferenceEngine
