@@ -6,6 +6,7 @@
 #include <tuple>
 #include <utility>
 
+#include "element_count.hpp"
 #include "failure.hpp"
 #include "ports.hpp"
 
@@ -83,14 +84,11 @@ Precision readPrecision(SectionReader& reader) {
 /** Reads as many as there are said to be, but sets memory aside only for those that are there. */
 SizeVector readDims(SectionReader& reader) {
     SizeVector dims;
-    std::size_t elements = 1;
     for (std::uint64_t left = reader.number(); left != 0; --left) {
-        const std::size_t dim = reader.size();
-        if (dim != 0 && elements > kMostElements / dim) {
-            refuse("a port has too many elements");
-        }
-        elements *= dim;
-        dims.push_back(dim);
+        dims.push_back(reader.size());
+    }
+    if (!countElements(dims)) {
+        refuse("a port has too many elements");
     }
     return dims;
 }

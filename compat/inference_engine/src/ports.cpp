@@ -99,14 +99,11 @@ SizeVector readDims(const ov_output_const_port_t& port, const std::string& descr
                                            ", which this interface does not know");
     }
     SizeVector dims;
-    std::size_t elements = 1;
     for (std::int64_t i = 0; i < shape.rank.max; ++i) {
-        const auto dim = static_cast<std::size_t>(shape.dims[i].max);
-        if (dim != 0 && elements > kMostElements / dim) {
-            throw Failure(OUT_OF_BOUNDS, description + " has too many elements");
-        }
-        elements *= dim;
-        dims.push_back(dim);
+        dims.push_back(static_cast<std::size_t>(shape.dims[i].max));
+    }
+    if (!countElements(dims)) {
+        throw Failure(OUT_OF_BOUNDS, description + " has too many elements");
     }
     return dims;
 }

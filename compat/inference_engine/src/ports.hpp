@@ -25,9 +25,6 @@ struct Port {
     SizeVector dims;
 };
 
-// For the widest type: nothing larger fits in memory, and the size in bytes can't overflow.
-constexpr std::size_t kMostElements = PTRDIFF_MAX / sizeof(std::int64_t);
-
 /** A port as messages name it: input "x". */
 std::string describe(const Port& port);
 std::string describe(Direction direction, const std::string& name);
