@@ -7,7 +7,7 @@
 
 namespace VelmoraQuavin::internal::platform {
 
-/// Files that tools keep private to their owner (keys, above all), and new files in general.
+/// Files that are private to their owner (keys, above all), and new files in general.
 
 /// Whether a file that others may read or change is accepted.
 enum class OpenToOthers { kRefused, kAllowed };
@@ -47,10 +47,11 @@ enum class Readers { kOwner, kEveryone };
 std::string writeNewFile(const String& path, const unsigned char* bytes, std::size_t count,
                          Readers readers);
 
-/// As above, but replaces any existing file, which keeps its content until the new one is complete;
-/// on POSIX the new file takes over its mode.
-/// @param path in UTF-8; not a link.
-std::string replaceFile(const String& path, const unsigned char* bytes, std::size_t count);
+/// As above, but replaces any existing file, which keeps its content until the new one is complete.
+/// @param path in UTF-8; a link is replaced itself, not the file it leads to.
+/// @param readers if it is everyone, on POSIX the new file takes over the mode of the existing one.
+std::string replaceFile(const String& path, const unsigned char* bytes, std::size_t count,
+                        Readers readers = Readers::kEveryone);
 
 /// The outcome of renaming a file or directory.
 enum class Moving { kDone, kNameTaken, kFailed };

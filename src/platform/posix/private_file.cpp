@@ -38,6 +38,10 @@ struct Place {
     std::string name;
 };
 
+mode_t modeFor(Readers readers) {
+    return readers == Readers::kOwner ? kOwnerMode : kEveryoneMode;
+}
+
 }  // namespace
 
 PrivateReading readPrivateFile(const String& path, OpenToOthers others, unsigned char* buffer,
@@ -85,7 +89,7 @@ std::string writeNewFile(const String& path, const unsigned char* bytes, std::si
     if (::fstatat(directory.get(), name.c_str(), &attributes, AT_SYMLINK_NOFOLLOW) == 0) {
         return problemText("cannot be created", EEXIST);
     }
-    PendingFile file(directory.get(), readers == Readers::kOwner ? kOwnerMode : kEveryoneMode);
+    PendingFile file(directory.get(), modeFor(readers));
     if (!file) {
         return problemText("cannot be created", errno);
     }
@@ -95,7 +99,8 @@ std::string writeNewFile(const String& path, const unsigned char* bytes, std::si
     return "";
 }
 
-std::string replaceFile(const String& path, const unsigned char* bytes, std::size_t count) {
+std::string replaceFile(const String& path, const unsigned char* bytes, std::size_t count,
+                        Readers readers) {
     const Place place(nativeUtf8Path(path));
     const auto& [directory, name] = place;
     if (!directory) {
@@ -107,11 +112,11 @@ std::string replaceFile(const String& path, const unsigned char* bytes, std::siz
     if (exists && ::faccessat(directory.get(), name.c_str(), W_OK, AT_EACCESS) != 0) {
         return problemText("cannot be written", errno);
     }
-    PendingFile file(directory.get(), kEveryoneMode);
+    PendingFile file(directory.get(), modeFor(readers));
     if (!file) {
         return problemText("cannot be created", errno);
     }
-    if (exists) {
+    if (exists && readers == Readers::kEveryone) {
         file.setMode(attributes.st_mode & kPermissions);
     }
     if (!file.write(bytes, count) || !file.replace(name)) {

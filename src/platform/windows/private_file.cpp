@@ -15,7 +15,15 @@ namespace VelmoraQuavin::internal::platform {
 namespace {
 
 std::string writeBeside(const std::filesystem::path& path, const unsigned char* bytes,
-                        std::size_t count, PendingFile::Existing existing, void* rights) {
+                        std::size_t count, PendingFile::Existing existing, Readers readers) {
+    void* rights = nullptr;  // inherited from the directory
+    OwnerOnlyAccess own;
+    if (readers == Readers::kOwner) {
+        if (!own) {
+            return problemText("cannot be created for its owner only", ::GetLastError());
+        }
+        rights = own.get()->lpSecurityDescriptor;
+    }
     const std::filesystem::path parent = path.has_parent_path() ? path.parent_path() : L".";
     const FileHandle directory(::CreateFileW(parent.c_str(), FILE_TRAVERSE | FILE_READ_ATTRIBUTES,
                                              FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
@@ -77,23 +85,16 @@ bool makePrivateDirectory(const String& path) {
 
 std::string writeNewFile(const String& path, const unsigned char* bytes, std::size_t count,
                          Readers readers) {
-    void* rights = nullptr;  // inherited from the directory
-    OwnerOnlyAccess own;
-    if (readers == Readers::kOwner) {
-        if (!own) {
-            return problemText("cannot be created for its owner only", ::GetLastError());
-        }
-        rights = own.get()->lpSecurityDescriptor;
-    }
     const std::filesystem::path file = widePath(path);
     if (::GetFileAttributesW(file.c_str()) != INVALID_FILE_ATTRIBUTES) {
         return problemText("cannot be created", ERROR_FILE_EXISTS);
     }
-    return writeBeside(file, bytes, count, PendingFile::Existing::kKept, rights);
+    return writeBeside(file, bytes, count, PendingFile::Existing::kKept, readers);
 }
 
-std::string replaceFile(const String& path, const unsigned char* bytes, std::size_t count) {
-    return writeBeside(widePath(path), bytes, count, PendingFile::Existing::kReplaced, nullptr);
+std::string replaceFile(const String& path, const unsigned char* bytes, std::size_t count,
+                        Readers readers) {
+    return writeBeside(widePath(path), bytes, count, PendingFile::Existing::kReplaced, readers);
 }
 
 Moving moveToNew(const String& from, const String& to, std::string& problem) {

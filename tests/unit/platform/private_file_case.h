@@ -25,9 +25,11 @@ protected:
                             reinterpret_cast<const unsigned char*>(content.data()), content.size(),
                             readers);
     }
-    std::string replace(const std::string& name, const std::string& content) {
+    std::string replace(const std::string& name, const std::string& content,
+                        Readers readers = Readers::kEveryone) {
         return replaceFile(directory_.entry(name),
-                           reinterpret_cast<const unsigned char*>(content.data()), content.size());
+                           reinterpret_cast<const unsigned char*>(content.data()), content.size(),
+                           readers);
     }
     std::string got() const { return {reinterpret_cast<const char*>(buffer_.data()), size_}; }
 

@@ -62,6 +62,18 @@ TEST_F(PrivateFileMode, ReplacingAFileKeepsItsMode) {
               kOwner | fs::perms::group_write);
 }
 
+TEST_F(PrivateFileMode, AFileReplacedForItsOwnerIsForItsOwnerOnly) {
+    writeWithMode("existing", "old", kOwner | fs::perms::group_write | fs::perms::others_read);
+    const mode_t before = ::umask(0);
+    EXPECT_THAT(replace("existing", "new", Readers::kOwner), IsEmpty());
+    EXPECT_THAT(replace("missing", "new", Readers::kOwner), IsEmpty());
+    ::umask(before);
+    for (const char* name : {"existing", "missing"}) {
+        EXPECT_EQ(directory_.read(name), "new");
+        EXPECT_EQ(fs::status(directory_.path() / name).permissions(), kOwner);
+    }
+}
+
 TEST_F(PrivateFileMode, ANewFileIsForItsOwnerOnly) {
     const mode_t before = ::umask(0);
     EXPECT_THAT(write("key", "secret"), IsEmpty());
@@ -95,6 +107,14 @@ TEST_F(PrivateFile, ALinkIsNotWrittenThrough) {
     fs::create_symlink("elsewhere", directory_.path() / "key");
     EXPECT_THAT(write("key", "new"), HasSubstr("cannot be created"));
     EXPECT_FALSE(fs::exists(directory_.path() / "elsewhere"));
+}
+
+TEST_F(PrivateFile, ALinkIsReplacedItself) {
+    directory_.write("elsewhere", "precious");
+    fs::create_symlink("elsewhere", directory_.path() / "key");
+    EXPECT_THAT(replace("key", "new", Readers::kOwner), IsEmpty());
+    EXPECT_EQ(directory_.read("elsewhere"), "precious");
+    EXPECT_EQ(directory_.read("key"), "new");
 }
 
 }  // namespace

@@ -127,6 +127,18 @@ TEST_F(PrivateFileAccessList, ANewFilesListNamesNobodyElse) {
     EXPECT_EQ(got(), "secret");
 }
 
+TEST_F(PrivateFileAccessList, AFileReplacedForItsOwnerNamesNobodyElse) {
+    directory_.write("existing", "old");
+    setList("existing", L"D:P(A;;FA;;;BA)(A;;FA;;;WD)");
+    for (const char* name : {"existing", "missing"}) {
+        EXPECT_THAT(replace(name, "new", Readers::kOwner), IsEmpty());
+        EXPECT_EQ(directory_.read(name), "new");
+        EXPECT_THAT(namedBy(name),
+                    AllOf(Contains(currentUser()),
+                          Each(AnyOf(currentUser(), "S-1-5-18", "S-1-5-32-544", "S-1-3-4"))));
+    }
+}
+
 TEST_F(PrivateFileAccessList, AFileForEveryoneHasTheDirectorysList) {
     directory_.write("usual", "open");
     EXPECT_THAT(write("result", "open", Readers::kEveryone), IsEmpty());

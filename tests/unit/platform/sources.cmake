@@ -8,13 +8,19 @@ if(WIN32)
       input_file_windows_test.cpp
       mapped_file_windows_test.cpp
       pending_file_windows_test.cpp
+      private_file_windows_test.cpp
       wide_path_windows_test.cpp)
 else()
   # POSIX links, pipes and permissions.
-  set(system_tests aes_memory_posix.cpp confined_directory_posix_test.cpp
-                   input_file_posix_test.cpp mapped_file_posix_test.cpp
-                   native_path_posix_test.cpp new_name_posix_test.cpp
-                   pending_file_posix_test.cpp)
+  set(system_tests
+      aes_memory_posix.cpp
+      confined_directory_posix_test.cpp
+      input_file_posix_test.cpp
+      mapped_file_posix_test.cpp
+      native_path_posix_test.cpp
+      new_name_posix_test.cpp
+      pending_file_posix_test.cpp
+      private_file_posix_test.cpp)
 endif()
 quavin_unit_test(
   platform
@@ -27,6 +33,7 @@ quavin_unit_test(
   file_system_test.cpp
   input_file_test.cpp
   mapped_file_test.cpp
+  private_file_test.cpp
   secure_memory_test.cpp)
 target_link_libraries(quavin_platform_tests PRIVATE quavin_test_packages)
 
@@ -35,14 +42,12 @@ if(QUAVIN_BUILD_TOOLS)
   target_sources(
     quavin_platform_tests
     PRIVATE platform/aes_encryption_test.cpp platform/child_process_test.cpp
-            platform/loaded_libraries_test.cpp platform/private_file_test.cpp platform/process_test.cpp)
+            platform/loaded_libraries_test.cpp platform/process_test.cpp)
   if(WIN32)
     target_sources(
-      quavin_platform_tests PRIVATE platform/access_list_windows_test.cpp
-                                    platform/private_file_windows_test.cpp platform/process_windows_test.cpp)
+      quavin_platform_tests PRIVATE platform/access_list_windows_test.cpp platform/process_windows_test.cpp)
   else()
-    target_sources(quavin_platform_tests PRIVATE platform/private_file_posix_test.cpp
-                                                 platform/process_posix_test.cpp)
+    target_sources(quavin_platform_tests PRIVATE platform/process_posix_test.cpp)
   endif()
   target_link_libraries(quavin_platform_tests PRIVATE quavin_tool_platform_objects)
 endif()
