@@ -15,20 +15,20 @@ InputFile::InputFile(InputFile&& other) noexcept = default;
 InputFile& InputFile::operator=(InputFile&& other) noexcept = default;
 InputFile::~InputFile() = default;
 
-std::string InputFile::read(void* buffer, std::uint64_t& got) {
+std::string InputFile::read(void* buffer, std::uint64_t count, std::uint64_t& got) {
     auto* const bytes = static_cast<char*>(buffer);
     got = 0;
-    while (got < size_) {
-        const auto wanted = static_cast<std::size_t>(std::min(size_ - got, kLargestTransfer));
-        std::size_t count = 0;
-        std::string problem = implementation_->readSome(bytes + got, wanted, count);
+    while (got < count) {
+        const auto wanted = static_cast<std::size_t>(std::min(count - got, kLargestTransfer));
+        std::size_t step = 0;
+        std::string problem = implementation_->readSome(bytes + got, wanted, step);
         if (!problem.empty()) {
             return problem;
         }
-        if (count == 0) {
+        if (step == 0) {
             break;
         }
-        got += count;
+        got += step;
     }
     return "";
 }

@@ -10,8 +10,8 @@
 
 namespace VelmoraQuavin::internal::platform {
 
-/// A regular file that is read whole, once, or mapped into memory. Others may read and write it at
-/// the same time. Use it from one thread at a time.
+/// A regular file that is read from its beginning to its end, once, or mapped into memory. Others
+/// may read and write it at the same time. Use it from one thread at a time.
 class InputFile {
 public:
     /// Opens a file, through the wide interface on Windows.
@@ -30,7 +30,12 @@ public:
     /// @param got receives the number of bytes read: fewer than size() if the file has shrunk or
     ///     reading failed.
     /// @return a human-readable reason if reading failed; empty if it succeeded.
-    std::string read(void* buffer, std::uint64_t& got);
+    std::string read(void* buffer, std::uint64_t& got) { return read(buffer, size_, got); }
+    /// Reads the next `count` bytes.
+    /// @param got receives the number of bytes read: fewer than `count` if the file ends before or
+    ///     reading failed.
+    /// @return a human-readable reason if reading failed; empty if it succeeded.
+    std::string read(void* buffer, std::uint64_t count, std::uint64_t& got);
     /// Maps size() bytes. An empty file gives an empty range.
     /// @param problem receives a human-readable reason on failure.
     std::optional<MappedFile> map(std::string& problem) const;

@@ -58,6 +58,22 @@ TEST_F(InputFileTest, ReadsTheWholeFile) {
     EXPECT_EQ(problem_, "");
 }
 
+TEST_F(InputFileTest, ReadsPartByPart) {
+    directory_.write("file", "abcdefgh");
+    InputFile file = open();
+    std::string buffer(8, '#');
+    EXPECT_EQ(file.read(buffer.data(), 3, got_), "");
+    EXPECT_EQ(got_, 3u);
+    EXPECT_EQ(file.read(buffer.data() + 3, 0, got_), "");
+    EXPECT_EQ(got_, 0u);
+    EXPECT_EQ(file.read(buffer.data() + 3, 2, got_), "");
+    EXPECT_EQ(got_, 2u);
+    EXPECT_EQ(buffer, "abcde###");
+    EXPECT_EQ(file.read(buffer.data() + 5, 100, got_), "");
+    EXPECT_EQ(got_, 3u);
+    EXPECT_EQ(buffer, "abcdefgh");
+}
+
 TEST_F(InputFileTest, ReadsWhatIsLeftOfAFileThatHasShrunk) {
     InputFile file = open();
     resize(1000);
