@@ -1,5 +1,7 @@
 #pragma once
 
+#include <filesystem>
+
 #include "quavin/text.h"
 
 namespace VelmoraQuavin::internal::platform {
@@ -16,5 +18,9 @@ bool removeFile(const String& path);
 /// when it cannot be determined.
 /// @throws std::range_error "bad conversion" if the path is not UTF-8.
 bool isMissing(const String& path);
+/// The path for the standard library, through the wide interface on Windows; `path` is read up to
+/// its first zero byte.
+/// @throws std::range_error "bad conversion" if the path is not UTF-8.
+std::filesystem::path standardPath(const String& path);
 
 }  // namespace VelmoraQuavin::internal::platform

@@ -51,4 +51,8 @@ bool isMissing(const String& path) {
     return isDirectory(parentOf(native));
 }
 
+std::filesystem::path standardPath(const String& path) {
+    return nativeUtf8Path(path);
+}
+
 }  // namespace VelmoraQuavin::internal::platform

@@ -43,4 +43,8 @@ bool isMissing(const String& path) {
            ::GetLastError() == ERROR_FILE_NOT_FOUND;
 }
 
+std::filesystem::path standardPath(const String& path) {
+    return widePath(path);
+}
+
 }  // namespace VelmoraQuavin::internal::platform

@@ -75,6 +75,15 @@ TEST(IsMissing, LooksInTheCurrentDirectoryForABareName) {
     EXPECT_FALSE(isMissing("."));
 }
 
+TEST(StandardPath, LeadsToTheSameEntry) {
+    const TempDirectory directory;
+    directory.write("größe 日本/file", "content");
+    EXPECT_TRUE(fs::exists(standardPath(directory.entry("größe 日本\\file"))));
+    EXPECT_TRUE(fs::exists(standardPath(directory.entry("größe 日本\\file") + String("\0x", 2))));
+    EXPECT_FALSE(fs::exists(standardPath(directory.entry("missing"))));
+    EXPECT_THROW(static_cast<void>(standardPath("\xFF")), std::range_error);
+}
+
 TEST(IsMissing, ThrowsBadConversionForAPathThatIsNotUtf8) {
     try {
         static_cast<void>(isMissing("\xFF"));

@@ -29,6 +29,7 @@ quavin_unit_test(
   aes_test.cpp
   clock_test.cpp
   confined_directory_test.cpp
+  directory_listing_test.cpp
   file_streams_test.cpp
   file_system_test.cpp
   input_file_test.cpp
