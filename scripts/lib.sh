@@ -12,7 +12,8 @@ fail() {
 }
 
 # The Debian packages that each kind of work needs.
-packages_build="cmake g++ libcli11-dev libssl-dev libutfcpp-dev ninja-build python3 python3-pip rapidjson-dev"
+packages_build="cmake g++ libcli11-dev libssl-dev libutfcpp-dev libxxhash-dev ninja-build python3 python3-pip \
+    rapidjson-dev"
 packages_test="ccache doxygen libarchive-tools libgmock-dev libgtest-dev mandoc openssl python3-jsonschema \
     python3-numpy"
 packages_check="clang-format-14 clang-tidy-14"

@@ -10,6 +10,7 @@ HEADERS = {
     "OpenSSL libcrypto": r"openssl/",
     "CLI11": r"CLI/",
     "UTF8-CPP": r"utf8\.h",
+    "xxHash": r"xxhash\.h",
 }
 
 

@@ -1,6 +1,8 @@
 quavin_unit_test(
   engine
   allocation_watch.cpp
+  cache/cache_name_test.cpp
+  cache/content_hash_test.cpp
   memory_exhaustion_test.cpp
   openvino_tensor_test.cpp
   output_pool_test.cpp
