@@ -1,8 +1,18 @@
+if(NOT WIN32)
+  # POSIX modes and pipes, processes that are killed, and seals that Windows lacks.
+  set(system_tests cache/compiled_cache_posix_test.cpp cache/secret_seal_posix_test.cpp)
+else()
+  set(system_tests "")
+endif()
 quavin_unit_test(
   engine
+  ${system_tests}
   allocation_watch.cpp
   cache/cache_name_test.cpp
+  cache/compiled_cache_limit_test.cpp
+  cache/compiled_cache_test.cpp
   cache/content_hash_test.cpp
+  cache/entry_buffer_test.cpp
   memory_exhaustion_test.cpp
   openvino_tensor_test.cpp
   output_pool_test.cpp
