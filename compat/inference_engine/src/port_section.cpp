@@ -1,6 +1,5 @@
 #include "port_section.hpp"
 
-#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <tuple>

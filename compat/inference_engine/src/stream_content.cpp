@@ -5,6 +5,7 @@
 #include <istream>
 #include <optional>
 #include <streambuf>
+#include <utility>
 
 #include "failure.hpp"
 #include "wiped_text.hpp"

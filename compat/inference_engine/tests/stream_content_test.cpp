@@ -9,6 +9,7 @@
 #include <fstream>
 #include <sstream>
 #include <streambuf>
+#include <utility>
 
 #include "failure.hpp"
 #include "support/temp_directory.h"
