@@ -162,10 +162,13 @@ public:
 
     /// The overload without engine options, for a model that computes in its own way instead of the
     /// configuration's.
+    /// @param path the package's directory.
+    /// @param model receives the loaded model; for failures see the first overload.
+    /// @param option pass 0; has no effect.
+    /// @param type as in the first overload.
     /// @param options how this model computes.
     /// @return as there; INVALID_ARGUMENTS, naming the option, if one has no meaning (`model` is
-    /// then
-    ///         unchanged) or the engine refuses it. Never throws.
+    ///         then unchanged) or the engine refuses it. Never throws.
     QuavinStatus getModel(const String& path, std::shared_ptr<QuavinModel>& model, int option,
                           QuavinModelType type, const EngineOptions& options);
     /// As above, and registers the model.
@@ -187,6 +190,24 @@ public:
     QuavinStatus getModel(std::shared_ptr<ModelMetadata> metadata,
                           std::shared_ptr<QuavinModel>& model, QuavinModelType type,
                           const EngineOptions& options);
+
+    /// Makes a second model over the same compiled network, which predicts independently of the
+    /// first: with a clone for each thread, a host predicts in parallel without compiling again.
+    ///
+    /// A clone has a request, outputs and port descriptions of its own and shares the compiled
+    /// network, its weights and the metadata, which stay in memory until the last model over them
+    /// is gone. Unload and destroy models and clones in any order. A clone is not registered.
+    ///
+    /// Load the original with EngineOptions::Hint::Throughput, or its clones wait for each other.
+    ///
+    /// @param model a loaded model. It may be predicting on another thread, but must not be loaded
+    ///        or unloaded meanwhile.
+    /// @param clone receives the new model; unchanged on failure.
+    /// @return SUCCESS; NOT_INITIALIZED; MODEL_NOT_LOADED for a null pointer, or a model that is
+    ///         not loaded or was unloaded; FAILURE for a model class defined by the host, with the
+    ///         engine's message if it fails, or if memory runs out. Never throws.
+    QuavinStatus cloneModel(const std::shared_ptr<QuavinModel>& model,
+                            std::shared_ptr<QuavinModel>& clone);
 
     /// Takes a model out of use: it can no longer predict (MODEL_NOT_LOADED), and it releases its
     /// metadata and any output memory that is no longer referenced.

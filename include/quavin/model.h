@@ -147,6 +147,8 @@ protected:
     bool isLoaded() const { return loaded_; }
     /// Drops the metadata and marks the model as not loaded; for unloadImpl().
     void releaseMetadata();
+    /// Shares a loaded model's metadata and counts as loaded like it; for engines' clones.
+    void shareLoaded(const QuavinModel& original);
 
     /// Validates the target, prepares the engine and loads the components. May throw.
     QuavinStatus runLoadingSequence();

@@ -2,6 +2,7 @@
 
 #include "client/client_texts.h"
 #include "engine/engine.h"
+#include "model/engine_model.h"
 #include "package/manifest/manifest_path.h"
 #include "quavin/client.h"
 #include "text/unicode.h"
@@ -85,12 +86,32 @@ QuavinStatus QuavinClient::getModel(std::shared_ptr<ModelMetadata> metadata,
     return loadMetadata(metadata, model, deviceOfType(type), Registration::kNone, options);
 }
 
+QuavinStatus QuavinClient::cloneModel(const std::shared_ptr<QuavinModel>& model,
+                                      std::shared_ptr<QuavinModel>& clone) {
+    if (!initialized_) {
+        return notInitialized();
+    }
+    if (model == nullptr || !model->isLoaded()) {
+        return {MODEL_NOT_LOADED, internal::kNoModelLoaded};
+    }
+    const auto* const original = dynamic_cast<const internal::EngineModel*>(model.get());
+    if (original == nullptr) {
+        return {FAILURE, "The model cannot be cloned"};
+    }
+    try {
+        clone = original->clone();
+        return {SUCCESS, ""};
+    } catch (...) {
+        return getStatusFromCurrentException();
+    }
+}
+
 // If the library is off, this too returns MODEL_NOT_LOADED, not NOT_INITIALIZED.
 QuavinStatus QuavinClient::unloadModel(std::shared_ptr<QuavinModel>& model) {
     if (initialized_ && model != nullptr) {
         return model->unloadImpl();
     }
-    return {MODEL_NOT_LOADED, "There is no model loaded"};
+    return {MODEL_NOT_LOADED, internal::kNoModelLoaded};
 }
 
 QuavinStatus QuavinClient::loadPackage(const String& path, std::shared_ptr<QuavinModel>& model,

@@ -40,6 +40,11 @@ void QuavinModel::releaseMetadata() {
     loaded_ = false;
 }
 
+void QuavinModel::shareLoaded(const QuavinModel& original) {
+    metadata_ = original.metadata_;
+    loaded_ = original.loaded_;
+}
+
 // Checks only the first input: an engine learns the rest from the network itself.
 QuavinStatus QuavinModel::validateTarget() const {
     const ModelTarget* target = findTarget();

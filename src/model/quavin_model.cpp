@@ -4,7 +4,7 @@
 
 #include "core/diagnostics.h"
 #include "feature/descriptor_access.h"
-#include "model/engine_info_source.h"
+#include "model/engine_model.h"
 #include "tensor/tensor_texts.h"
 
 namespace VelmoraQuavin {
@@ -94,7 +94,7 @@ QuavinStatus QuavinModel::allocateInputs(std::vector<std::shared_ptr<QuavinFeatu
     const ModelFeatureDescriptor* current = nullptr;
     try {
         if (metadata_ == nullptr) {
-            return {MODEL_NOT_LOADED, "There is no model loaded"};
+            return {MODEL_NOT_LOADED, internal::kNoModelLoaded};
         }
         if (const ModelTarget* target = findTarget()) {
             for (const ModelFeatureDescriptor& descriptor : target->inputs) {
@@ -114,13 +114,13 @@ QuavinStatus QuavinModel::allocateInputs(std::vector<std::shared_ptr<QuavinFeatu
 QuavinStatus QuavinModel::getEngineInfo(EngineInfo& info) const {
     try {
         if (!loaded_) {
-            return {MODEL_NOT_LOADED, "There is no model loaded"};
+            return {MODEL_NOT_LOADED, internal::kNoModelLoaded};
         }
-        const auto* const source = dynamic_cast<const internal::EngineInfoSource*>(this);
-        if (source == nullptr) {
+        const auto* const model = dynamic_cast<const internal::EngineModel*>(this);
+        if (model == nullptr) {
             return {FAILURE, "The model does not report what it runs on"};
         }
-        info = source->engineInfo();
+        info = model->engineInfo();
         return {SUCCESS, ""};
     } catch (...) {
         return getStatusFromCurrentException();

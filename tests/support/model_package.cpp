@@ -83,4 +83,16 @@ void writePackage(const TempDirectory& directory, const IrNetwork& network,
     writeManifest(directory, describe(network), folder);
 }
 
+void writeSecuredPackage(const TempDirectory& directory, const IrNetwork& network,
+                         const CryptoKey& key, const std::string& folder) {
+    const auto write = [&](const char* name, const std::string& plain) {
+        directory.write(within(folder, name), secured(plain, key, BlockFilling::kPkcs7));
+    };
+    write("net.xml", network.topology());
+    write("net.bin", network.weights());
+    PackageText text = describe(network);
+    text.components = {{"secured_file", "net.xml"}, {"secured_file", "net.bin"}};
+    writeManifest(directory, text, folder);
+}
+
 }  // namespace VelmoraQuavin::testing

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "support/ir_network.h"
+#include "support/secured_file.h"
 #include "support/temp_directory.h"
 
 namespace VelmoraQuavin::testing {
@@ -41,5 +42,8 @@ void writeManifest(const TempDirectory& directory, const PackageText& text,
 /// Writes a plain package.
 void writePackage(const TempDirectory& directory, const IrNetwork& network,
                   const std::string& folder = "");
+/// Writes a package whose two files are secured with the key.
+void writeSecuredPackage(const TempDirectory& directory, const IrNetwork& network,
+                         const CryptoKey& key, const std::string& folder = "");
 
 }  // namespace VelmoraQuavin::testing

@@ -145,34 +145,51 @@ std::shared_ptr<ITensor> readableTensor(InferenceEngine::InputInfo& info, Quavin
     return tensor;
 }
 
-Blob::Ptr makeInputBlob(const std::string& name, InferenceEngine::InputInfo& info,
-                        QuavinFeature& feature) {
+// Whether a blob lies over this memory, and has this precision. Its dimensions are always the
+// input's own.
+bool isOver(const Blob& blob, const unsigned char* memory, const Precision& precision) {
+    return blob.getTensorDesc().getPrecision() == precision &&
+           blob.cbuffer().as<const unsigned char*>() == memory;
+}
+
+void setInputBlob(InputPort& port, QuavinFeature& feature) {
     std::shared_ptr<ITensor> tensor;
     try {
-        tensor = readableTensor(info, feature);
+        tensor = readableTensor(*port.info, feature);
     } catch (...) {
-        diagnoseRefusedInput(name, info, feature);  // none of the messages names the input
+        diagnoseRefusedInput(port.name, *port.info,
+                             feature);  // none of the messages names the input
         throw;
     }
-    const TensorDesc& description = info.getTensorDesc();
-    requireEnoughMemory(name, description, tensor.get());
-    diagnoseOtherShape(name, description, *tensor);
-    return makeBlobOver(description, tensor->buffer());
+    const TensorDesc& description = port.info->getTensorDesc();
+    requireEnoughMemory(port.name, description, tensor.get());
+    diagnoseOtherShape(port.name, description, *tensor);
+    unsigned char* const memory = tensor->buffer();
+    if (port.blob == nullptr || !isOver(*port.blob, memory, description.getPrecision())) {
+        port.blob = makeBlobOver(description, memory);
+    }
 }
 
 }  // namespace
 
-QuavinStatus makeInputBlobs(const InferenceEngine::InputsDataMap& inputsInfo,
-                            const std::vector<std::shared_ptr<QuavinFeature>>& features,
-                            NamedBlobs& blobs) {
-    blobs.reserve(inputsInfo.size());
-    for (const auto& [name, info] : inputsInfo) {
-        QuavinFeature* const feature = findFeature(features, name);
+InputPorts makeInputPorts(const InferenceEngine::InputsDataMap& inputs) {
+    InputPorts ports;
+    ports.reserve(inputs.size());
+    for (const auto& [name, info] : inputs) {
+        ports.push_back({name, info, nullptr});
+    }
+    return ports;
+}
+
+QuavinStatus setInputBlobs(InputPorts& ports,
+                           const std::vector<std::shared_ptr<QuavinFeature>>& features) {
+    for (InputPort& port : ports) {
+        QuavinFeature* const feature = findFeature(features, port.name);
         if (feature == nullptr) {
-            diagnoseMissingFeature(name, features);
+            diagnoseMissingFeature(port.name, features);
             return {EMPTY_INPUT_DESCRIPTOR, "Empty Input Feature Descriptor"};
         }
-        blobs.push_back({&name, makeInputBlob(name, *info, *feature)});
+        setInputBlob(port, *feature);
     }
     return {SUCCESS, ""};
 }

@@ -1,7 +1,9 @@
 #include "engine/openvino/output_blobs.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <stdexcept>
+#include <string_view>
 
 #include "core/diagnostics.h"
 #include "engine/openvino/openvino_tensor.h"
@@ -43,44 +45,66 @@ Blob::Ptr allocateBlob(const std::string& name, const TensorDesc& description,
     }
 }
 
+OutputPorts::const_iterator findPort(const OutputPorts& ports, std::string_view name) {
+    return std::find_if(ports.begin(), ports.end(),
+                        [name](const OutputPort& port) { return port.name == name; });
+}
+
 }  // namespace
 
-NamedBlobs makeOutputBlobs(const InferenceEngine::OutputsDataMap& outputsInfo,
-                           const OutputPools& pools) {
-    NamedBlobs blobs;
-    blobs.reserve(outputsInfo.size());
-    for (const auto& [name, data] : outputsInfo) {
-        if (data == nullptr) {
+OutputPorts makeOutputPorts(const InferenceEngine::OutputsDataMap& outputs) {
+    OutputPorts ports;
+    ports.reserve(outputs.size());
+    for (const auto& [name, data] : outputs) {
+        ports.push_back({name, data, OutputPool::make()});
+    }
+    return ports;
+}
+
+void closePools(const OutputPorts& ports) noexcept {
+    for (const OutputPort& port : ports) {
+        port.pool->close();
+    }
+}
+
+OutputBlobs makeOutputBlobs(const OutputPorts& ports) {
+    OutputBlobs blobs;
+    blobs.reserve(ports.size());
+    for (const OutputPort& port : ports) {
+        if (port.data == nullptr) {
             throw std::logic_error("output data pointer is not valid");
         }
         // Sets the same precision, which declares it to the engine.
-        data->setPrecision(data->getPrecision());
+        port.data->setPrecision(port.data->getPrecision());
         // A blob without dimensions holds one element only if its layout is scalar.
         const InferenceEngine::Layout layout =
-            data->getDims().empty() ? InferenceEngine::SCALAR : InferenceEngine::ANY;
-        const TensorDesc description(data->getPrecision(), data->getDims(), layout);
-        blobs.push_back({&name, allocateBlob(name, description, pools.at(name))});
+            port.data->getDims().empty() ? InferenceEngine::SCALAR : InferenceEngine::ANY;
+        const TensorDesc description(port.data->getPrecision(), port.data->getDims(), layout);
+        blobs.push_back(allocateBlob(port.name, description, port.pool));
     }
     return blobs;
 }
 
-Blob::Ptr findBlob(const NamedBlobs& blobs, std::string_view name) {
-    for (const NamedBlob& candidate : blobs) {
-        if (*candidate.name == name) {
-            return candidate.blob;
+QuavinStatus checkOutputNames(const std::vector<ModelFeatureDescriptor>& declared,
+                              const OutputPorts& ports) {
+    for (const ModelFeatureDescriptor& descriptor : declared) {
+        const String& name = DescriptorAccess::name(descriptor);
+        if (!ports.empty() && findPort(ports, name.view()) == ports.end()) {
+            return {MODEL_METADATA_ERROR, "The network has no output \"" + name + "\""};
         }
     }
-    return nullptr;
+    return {SUCCESS, ""};
 }
 
-void appendOutputFeatures(const std::vector<ModelFeatureDescriptor>& descriptors,
-                          const NamedBlobs& blobs,
+void appendOutputFeatures(const std::vector<ModelFeatureDescriptor>& declared,
+                          const OutputPorts& ports, const OutputBlobs& blobs,
                           std::vector<std::shared_ptr<QuavinFeature>>& features) {
-    features.reserve(features.size() + descriptors.size());
-    for (const ModelFeatureDescriptor& descriptor : descriptors) {
+    features.reserve(features.size() + declared.size());
+    for (const ModelFeatureDescriptor& descriptor : declared) {
+        const auto port = findPort(ports, DescriptorAccess::name(descriptor).view());
+        const auto index = static_cast<std::size_t>(port - ports.begin());
         features.push_back(std::make_shared<QuavinFeatureTensor>(
-            descriptor, std::make_shared<OpenVinoTensor>(
-                            findBlob(blobs, DescriptorAccess::name(descriptor).view()))));
+            descriptor, std::make_shared<OpenVinoTensor>(blobs[index])));
     }
 }
 

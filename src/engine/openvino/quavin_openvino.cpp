@@ -1,5 +1,7 @@
 #include "engine/openvino/quavin_openvino.h"
 
+#include <utility>
+
 #include "core/diagnostics.h"
 #include "engine/openvino/compiling.h"
 #include "engine/openvino/network_reading.h"
@@ -23,6 +25,25 @@ InferenceEngine::ExecutableNetwork compile(InferenceEngine::Core& core,
     }
 }
 
+// The ports of a compiled network, for a model of its own: predictions set their precisions.
+InferenceEngine::InputsDataMap ownInputs(const InferenceEngine::ExecutableNetwork& network) {
+    InferenceEngine::InputsDataMap inputs;
+    for (const auto& [name, info] : network.GetInputsInfo()) {
+        auto own = std::make_shared<InferenceEngine::InputInfo>(*info);
+        own->setInputData(std::make_shared<InferenceEngine::Data>(*info->getInputData()));
+        inputs.emplace(name, std::move(own));
+    }
+    return inputs;
+}
+
+InferenceEngine::OutputsDataMap ownOutputs(const InferenceEngine::ExecutableNetwork& network) {
+    InferenceEngine::OutputsDataMap outputs;
+    for (const auto& [name, data] : network.GetOutputsInfo()) {
+        outputs.emplace(name, std::make_shared<InferenceEngine::Data>(*data));
+    }
+    return outputs;
+}
+
 }  // namespace
 
 QuavinOpenVino::QuavinOpenVino(const String& name, const Device& /*device*/,
@@ -30,7 +51,7 @@ QuavinOpenVino::QuavinOpenVino(const String& name, const Device& /*device*/,
     : QuavinModel(name, QuavinModelType::Openvino), options_(options), core_(std::string()) {}
 
 QuavinOpenVino::~QuavinOpenVino() {
-    closePools();
+    internal::closePools(outputs_);
 }
 
 String QuavinOpenVino::getName() const {
@@ -55,25 +76,18 @@ QuavinStatus QuavinOpenVino::loadImpl(const std::vector<ModelComponent>& compone
         networkSecured_ = files.areSecured();
     }
     const InferenceEngine::CNNNetwork network(reader_);
-    InferenceEngine::ExecutableNetwork loaded = compile(core_, network, options_, source->name());
-    inferRequest_ = loaded.CreateInferRequestPtr();
-    if (inferRequest_ == nullptr || !*inferRequest_) {
-        internal::diagnose([&source] {
-            return "loading the package " + internal::inQuotes(source->name()) +
-                   ": the engine compiled the network and made no request for it";
-        });
-        return {ML_FRAMEWORK_ERROR, "OpenVino unable to load model : "};
+    network_ = compile(core_, network, options_, source->name());
+    status = openRequest(source->name());
+    if (status.ok()) {
+        setPorts(network.getInputsInfo(), network.getOutputsInfo());
     }
-    // Queried now, since the executable network is not kept.
-    settings_ = internal::settingsOf(loaded);
-    openPools(network.getOutputsInfo());
-    return {SUCCESS, ""};
+    return status;
 }
 
 QuavinStatus QuavinOpenVino::unloadImpl() {
     reader_.reset();
     networkRead_ = false;
-    closePools();
+    setPorts({}, {});
     releaseMetadata();
     return {SUCCESS, ""};
 }
@@ -82,18 +96,37 @@ EngineInfo QuavinOpenVino::engineInfo() const {
     return internal::makeEngineInfo(core_, kEngineDevice, settings_);
 }
 
-void QuavinOpenVino::openPools(const InferenceEngine::OutputsDataMap& outputsInfo) {
-    closePools();
-    for (const auto& [name, data] : outputsInfo) {
-        pools_.emplace(name, internal::OutputPool::make());
+std::shared_ptr<QuavinModel> QuavinOpenVino::clone() const {
+    auto copy = std::make_shared<QuavinOpenVino>(getName(), Device(), options_);
+    copy->networkSecured_ = networkSecured_;
+    copy->network_ = network_;
+    const QuavinStatus status = copy->openRequest(getMetadata()->getRootDir().c_str());
+    if (!status.ok()) {
+        throw MLFrameworkException(status.getDescription());
     }
+    copy->setPorts(ownInputs(network_), ownOutputs(network_));
+    copy->shareLoaded(*this);
+    return copy;
 }
 
-void QuavinOpenVino::closePools() noexcept {
-    for (const auto& [name, pool] : pools_) {
-        pool->close();
+QuavinStatus QuavinOpenVino::openRequest(const String& package) {
+    inferRequest_ = network_.CreateInferRequestPtr();
+    if (inferRequest_ == nullptr || !*inferRequest_) {
+        internal::diagnose([&package] {
+            return "loading the package " + internal::inQuotes(package) +
+                   ": the engine compiled the network and made no request for it";
+        });
+        return {ML_FRAMEWORK_ERROR, "OpenVino unable to load model : "};
     }
-    pools_.clear();
+    settings_ = internal::settingsOf(network_);
+    return {SUCCESS, ""};
+}
+
+void QuavinOpenVino::setPorts(const InferenceEngine::InputsDataMap& inputs,
+                              const InferenceEngine::OutputsDataMap& outputs) {
+    internal::closePools(outputs_);
+    inputs_ = internal::makeInputPorts(inputs);
+    outputs_ = internal::makeOutputPorts(outputs);
 }
 
 }  // namespace VelmoraQuavin

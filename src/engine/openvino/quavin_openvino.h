@@ -1,14 +1,14 @@
 #pragma once
 
 #include <inference_engine.hpp>
-#include <map>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "engine/openvino/input_blobs.h"
 #include "engine/openvino/network_settings.h"
 #include "engine/openvino/output_blobs.h"
-#include "model/engine_info_source.h"
+#include "model/engine_model.h"
 #include "quavin/engine_options.h"
 #include "quavin/model.h"
 
@@ -16,9 +16,9 @@ namespace VelmoraQuavin {
 
 /// A model for the OpenVINO engine: a network read from two files, and one inference request.
 ///
-/// Unloading releases the reader and the metadata. The request and the core stay until the model is
-/// destroyed, and with them the compiled network and its weights.
-class QuavinOpenVino : public QuavinModel, public internal::EngineInfoSource {
+/// Unloading releases the reader and the metadata. The request, the compiled network with its
+/// weights and the core stay until the model is destroyed.
+class QuavinOpenVino : public QuavinModel, public internal::EngineModel {
 public:
     /// @param name the model's name.
     /// @param device not used.
@@ -29,6 +29,7 @@ public:
 
     String getName() const override;
     EngineInfo engineInfo() const override;
+    std::shared_ptr<QuavinModel> clone() const override;
 
 protected:
     QuavinStatus predictImpl(const std::vector<std::shared_ptr<QuavinFeature>>& inputs,
@@ -39,18 +40,22 @@ protected:
     QuavinStatus unloadImpl() override;
 
 private:
-    void openPools(const InferenceEngine::OutputsDataMap& outputsInfo);
-    void closePools() noexcept;
+    QuavinStatus openRequest(const String& package);
+    void setPorts(const InferenceEngine::InputsDataMap& inputs,
+                  const InferenceEngine::OutputsDataMap& outputs);
 
     std::shared_ptr<InferenceEngine::ICNNNetReader> reader_;
     bool networkRead_ = false;
     bool networkSecured_ = false;  // the engine's messages may then quote secret content
     const EngineOptions options_;
     InferenceEngine::Core core_;
+    InferenceEngine::ExecutableNetwork network_;  // shared with clones
     InferenceEngine::InferRequest::Ptr inferRequest_;
     internal::NetworkSettings settings_;
 
-    internal::OutputPools pools_;
+    // Predictions set precisions and remember blobs. They are made one at a time.
+    mutable internal::InputPorts inputs_;
+    internal::OutputPorts outputs_;
 };
 
 }  // namespace VelmoraQuavin

@@ -1,3 +1,4 @@
+#include <cstddef>
 #include <exception>
 #include <string>
 
@@ -5,29 +6,14 @@
 #include "engine/openvino/input_blobs.h"
 #include "engine/openvino/output_blobs.h"
 #include "engine/openvino/quavin_openvino.h"
-#include "feature/descriptor_access.h"
 #include "quavin/status.h"
 
 namespace VelmoraQuavin {
 namespace {
 
-using internal::NamedBlobs;
-
 const std::vector<ModelFeatureDescriptor>& declaredOutputs(const ModelTarget* target) {
     static const std::vector<ModelFeatureDescriptor> none;
     return target == nullptr ? none : target->outputs;
-}
-
-// A network without outputs is reported after inference, with its own message.
-QuavinStatus checkOutputNames(const std::vector<ModelFeatureDescriptor>& declared,
-                              const NamedBlobs& blobs) {
-    for (const ModelFeatureDescriptor& descriptor : declared) {
-        const String& name = internal::DescriptorAccess::name(descriptor);
-        if (!blobs.empty() && internal::findBlob(blobs, name.view()) == nullptr) {
-            return {MODEL_METADATA_ERROR, "The network has no output \"" + name + "\""};
-        }
-    }
-    return {SUCCESS, ""};
 }
 
 // The message of the exception being handled.
@@ -41,9 +27,13 @@ std::string textOfException() {
     }
 }
 
-void setBlobs(InferenceEngine::InferRequest& request, const NamedBlobs& blobs) {
-    for (const internal::NamedBlob& named : blobs) {
-        request.SetBlob(*named.name, named.blob);
+void setBlobs(InferenceEngine::InferRequest& request, const internal::InputPorts& inputs,
+              const internal::OutputPorts& outputs, const internal::OutputBlobs& outputBlobs) {
+    for (const internal::InputPort& input : inputs) {
+        request.SetBlob(input.name, input.blob);
+    }
+    for (std::size_t i = 0; i < outputs.size(); ++i) {
+        request.SetBlob(outputs[i].name, outputBlobs[i]);
     }
 }
 
@@ -52,31 +42,26 @@ void setBlobs(InferenceEngine::InferRequest& request, const NamedBlobs& blobs) {
 QuavinStatus QuavinOpenVino::predictImpl(const std::vector<std::shared_ptr<QuavinFeature>>& inputs,
                                          std::vector<std::shared_ptr<QuavinFeature>>& outputs,
                                          int /*option*/) const {
-    if (!isLoaded() || reader_ == nullptr || inferRequest_ == nullptr) {
-        return {MODEL_NOT_LOADED, "There is no model loaded"};
+    if (!isLoaded() || inferRequest_ == nullptr) {
+        return {MODEL_NOT_LOADED, internal::kNoModelLoaded};
     }
-    const InferenceEngine::CNNNetwork network(reader_);
-    const InferenceEngine::InputsDataMap inputsInfo = network.getInputsInfo();
-    NamedBlobs inputBlobs;
-    QuavinStatus status = internal::makeInputBlobs(inputsInfo, inputs, inputBlobs);
+    QuavinStatus status = internal::setInputBlobs(inputs_, inputs);
     if (!status.ok()) {
         return status;
     }
-    const InferenceEngine::OutputsDataMap outputsInfo = network.getOutputsInfo();
-    const NamedBlobs outputBlobs = internal::makeOutputBlobs(outputsInfo, pools_);
+    const internal::OutputBlobs outputBlobs = internal::makeOutputBlobs(outputs_);
     const std::vector<ModelFeatureDescriptor>& declared = declaredOutputs(findTarget());
-    status = checkOutputNames(declared, outputBlobs);
+    status = internal::checkOutputNames(declared, outputs_);
     if (!status.ok()) {
         return status;
     }
     try {
-        setBlobs(*inferRequest_, inputBlobs);
-        setBlobs(*inferRequest_, outputBlobs);
+        setBlobs(*inferRequest_, inputs_, outputs_, outputBlobs);
         inferRequest_->Infer();
-        if (outputBlobs.empty()) {
+        if (outputs_.empty()) {
             return {FAILURE, "Output info absent in model"};
         }
-        internal::appendOutputFeatures(declared, outputBlobs, outputs);
+        internal::appendOutputFeatures(declared, outputs_, outputBlobs, outputs);
     } catch (...) {
         // The engine's own message is not passed on: hosts rely on this one.
         internal::diagnose([this] {

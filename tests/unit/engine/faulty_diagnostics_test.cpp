@@ -106,8 +106,8 @@ TEST_F(FaultyDiagnostics, WithholdingDependsOnTheFilesActuallyRead) {
 }
 
 TEST_F(FaultyDiagnostics, AnOutputOfUnsupportedTypeIsNamed) {
-    loadWithInput();
     engine_.addOutput("y", TensorDesc(Precision::FP16, {1, 4}, InferenceEngine::NC));
+    loadWithInput();
     EXPECT_THROW(predict(), InvalidTypeException);
     EXPECT_THAT(records(),
                 ElementsAre("predict: the network's output \"y\" has the precision FP16"));
