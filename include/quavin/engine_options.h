@@ -5,7 +5,7 @@
 
 #include <cstdint>
 
-#include "quavin/export.h"
+#include "quavin/text.h"
 
 namespace VelmoraQuavin {
 
@@ -23,18 +23,18 @@ struct EngineOptions {
         /// Results then have two to three digits, and differ between processors.
         Fastest = 1
     };
-    /// What the engine spreads its threads for.
+    /// What the engine uses its threads for.
     enum class Hint : std::uint32_t {
         Latency = 0,  ///< One prediction at a time, each as fast as possible.
         Throughput =
             1  ///< As many predictions as possible, of models that predict at the same time.
     };
 
-    Precision precision = Precision::Single;
+    Precision precision = Precision::Single;  ///< The precision of the computation.
     /// Threads that a model computes on; 0 leaves the choice to the engine. At most
     /// #kMostThreads.
     int threads = 0;
-    Hint hint = Hint::Latency;
+    Hint hint = Hint::Latency;  ///< What the threads are used for.
     /// Whether a plain weights file is mapped into memory instead of being read: loading then needs
     /// less memory of the process's own, and processes that load the same file share it. Secured
     /// weights are always read and decrypted.
@@ -44,15 +44,27 @@ struct EngineOptions {
     /// results change. To update a package, put a new file in its place (Windows refuses to cut,
     /// delete or replace a mapped file).
     bool mapWeights = false;
+    /// A directory for compiled networks, in UTF-8; empty for none. A network that is loaded again
+    /// is taken from there, which saves most of the time of a load; predictions are the same, bit
+    /// for bit. The directory must exist, and should be one that only this user can write to. What
+    /// it cannot serve is compiled as if there were no cache: a cache never makes a load fail.
+    String cacheDirectory;
+    /// The bytes that the directory's compiled networks may take together; those written longest
+    /// ago are removed. 0 for no limit.
+    uint64 cacheSizeLimit = 0;
 
     /// The largest number of threads accepted.
     static constexpr int kMostThreads = 1024;
 };
 
+/// Whether all options are equal.
 inline bool operator==(const EngineOptions& left, const EngineOptions& right) noexcept {
     return left.precision == right.precision && left.threads == right.threads &&
-           left.hint == right.hint && left.mapWeights == right.mapWeights;
+           left.hint == right.hint && left.mapWeights == right.mapWeights &&
+           left.cacheDirectory == right.cacheDirectory &&
+           left.cacheSizeLimit == right.cacheSizeLimit;
 }
+/// Whether any option differs.
 inline bool operator!=(const EngineOptions& left, const EngineOptions& right) noexcept {
     return !(left == right);
 }

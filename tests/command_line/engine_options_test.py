@@ -1,5 +1,11 @@
 """The options of the engine that run, bench and verify share."""
 
+import os
+import re
+import shutil
+import signal
+import subprocess
+import time
 import unittest
 from pathlib import Path
 
@@ -96,6 +102,94 @@ class EngineOptions(InputsCase):
         self.succeed("pack", "package/net.xml", "-o", "package.tar")
         self.succeed("run", "package.tar", "-i", "x=x.npy", "-o", "out", "--map-weights")
         np.testing.assert_array_equal(np.load(self.dir / "out/y.npy"), networks.affine_result(X))
+
+    def entries(self, directory="cache"):
+        return sorted((self.dir / directory).iterdir())
+
+    def test_cached_loads_predict_the_same(self):
+        (self.dir / "cache").mkdir()
+        written = None
+        for _ in range(2):
+            self.succeed(*self.call("x=x.npy"), "--cache", "cache")
+            np.testing.assert_array_equal(np.load(self.dir / "out/y.npy"), networks.affine_result(X))
+            (self.dir / "out/y.npy").unlink()
+            (entry,) = self.entries()
+            written = written or entry.stat().st_mtime_ns
+            self.assertEqual(entry.stat().st_mtime_ns, written)
+        self.bench("--cache", "cache")
+        self.succeed("verify", "package", "--cache", "cache")
+        self.assertEqual(entry.stat().st_mtime_ns, written)
+
+    def test_a_missing_cache_is_a_note_and_not_a_failure(self):
+        result = self.quavin(*self.call("x=x.npy"), "--cache", "nowhere")
+        self.assertEqual(result.status, 0)
+        self.assertIn("the cache \"nowhere\" is not used: ", result.err)
+        np.testing.assert_array_equal(np.load(self.dir / "out/y.npy"), networks.affine_result(X))
+
+    @process.adapter_only(process.OTHER_RUNTIME)
+    def test_processes_that_load_at_once_share_an_entry(self):
+        (self.dir / "cache").mkdir()
+        call = process.command(process.TOOL, "verify", "package", "--cache", "cache")
+        running = [
+            subprocess.Popen(call, cwd=self.dir, stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+            for _ in range(4)
+        ]
+        for each in running:
+            _, err = each.communicate(timeout=process.PATIENCE)
+            self.assertEqual((each.returncode, err), (0, b""))
+        (entry,) = self.entries()
+        written = entry.stat().st_mtime_ns
+        self.succeed("verify", "package", "--cache", "cache")
+        self.assertEqual(entry.stat().st_mtime_ns, written)
+
+    @process.posix_only("it has no signals")
+    def test_a_killed_load_leaves_a_cache_that_works(self):
+        (self.dir / "cache").mkdir()
+        call = process.command(process.TOOL, "verify", "package", "--cache", "cache")
+        begin = time.monotonic()
+        self.succeed("verify", "package", "--cache", "cache")
+        whole = time.monotonic() - begin
+        for step in range(12):
+            for entry in self.entries():
+                entry.unlink()
+            running = subprocess.Popen(
+                call, cwd=self.dir, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+                start_new_session=True)
+            time.sleep(whole * step / 12)
+            os.killpg(running.pid, signal.SIGKILL)
+            running.wait()
+            self.assertEqual(self.quavin("verify", "package", "--cache", "cache").err, "")
+        (entry,) = self.entries()
+        self.assertTrue(entry.name.endswith(".quavin-network"), entry.name)
+
+    @process.posix_only("secured networks are not cached there")
+    @unittest.skipUnless(shutil.which("strace"), "strace is not installed")
+    @unittest.skipIf(process.EMULATOR or process.SANITIZED, "needs a plain program of this system")
+    def test_nothing_plain_of_a_secured_package_reaches_the_disk(self):
+        packages.write_package(self.dir / "package", key_hex=KEY_HEX)
+        self.key_file()
+        (self.dir / "cache").mkdir()
+        traced = ["strace", "-f", "-qq", "-o", "trace", "-e",
+                  "trace=openat,open,creat,mkdirat,mkdir,memfd_create,linkat,rename,renameat,renameat2"]
+        call = [process.TOOL, "verify", "package", "--cache", "cache", "--key-file", "key"]
+        done = subprocess.run([*traced, *call], cwd=self.dir, capture_output=True, check=False)
+        if b"ptrace" in done.stderr:
+            self.skipTest("processes cannot be traced here")
+        self.assertEqual(done.returncode, 0, done.stderr)
+        trace = (self.dir / "trace").read_text()
+        self.assertIn("memfd_create(", trace)  # the engine's export
+        opened = re.findall(r"open(?:at)?\((?:AT_FDCWD|\d+), \"([^\"]*)\", ([A-Z_|]+)", trace)
+        written = {path for path, flags in opened
+                   if re.search("O_WRONLY|O_RDWR|O_CREAT|O_TMPFILE", flags)}
+        allowed = re.compile(r"/dev/|/proc/self/fd/|\.quavin-|cache$|\.$")
+        self.assertEqual([path for path in written if not allowed.search(path)], [])
+        (entry,) = self.entries()
+        stored = entry.read_bytes()
+        topology = packages.write_network(self.dir / "plain")
+        for plain in topology.read_bytes(), topology.with_suffix(".bin").read_bytes():
+            pieces = [plain[start:start + 16] for start in range(0, len(plain) - 15, 16)]
+            self.assertTrue(pieces)
+            self.assertEqual([piece for piece in pieces if piece in stored], [])
 
 
 if __name__ == "__main__":

@@ -21,8 +21,9 @@ ABOUT = {
 }
 
 
-def write_network(directory, network, stem="net"):
+def write_network(directory, network=None, stem="net"):
     """Writes STEM.xml and STEM.bin, and returns the path of the first."""
+    network = network or networks.affine()
     directory.mkdir(parents=True, exist_ok=True)
     paths = [directory / (stem + ending) for ending in (".xml", ".bin")]
     network.write(*paths)

@@ -35,9 +35,8 @@ public:
     /// written longest ago until the rest is within the limit. An entry that exceeds the limit by
     /// itself is not written.
     /// @param buffer the content, which is sealed in place.
-    /// @return a human-readable line on failure; empty on success. After a failure any earlier
-    /// entry
-    ///     of that name is unchanged, unless only making room failed.
+    /// @return a human-readable line on failure; empty on success. After a failure, an earlier
+    ///     entry of that name is unchanged, unless only making room failed.
     std::string store(const EntryName& name, const CacheSeal& seal,
                       EntryBuffer buffer) const noexcept;
 

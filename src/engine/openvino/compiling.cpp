@@ -12,13 +12,6 @@
 namespace VelmoraQuavin::internal {
 namespace {
 
-// A setting of the engine, under its name of 2020, and the option that it comes from.
-struct Setting {
-    const char* name;
-    std::string value;
-    const char* option;
-};
-
 // Asked to compute in bfloat16, an engine of 2020 fails on processors that cannot.
 bool hasFasterPrecision(const InferenceEngine::Core& core) {
     const std::vector<String> capabilities = capabilitiesOf(core, kEngineDevice);
@@ -27,8 +20,55 @@ bool hasFasterPrecision(const InferenceEngine::Core& core) {
     });
 }
 
-std::vector<Setting> settingsFor(const EngineOptions& options, const InferenceEngine::Core& core) {
-    std::vector<Setting> settings;
+// Calls the engine with settings; a refusal names the option that it is about.
+template <typename Call>
+InferenceEngine::ExecutableNetwork callWith(const std::vector<EngineSetting>& settings,
+                                            const Call& call) {
+    std::map<std::string, std::string> config;
+    for (const EngineSetting& setting : settings) {
+        config.emplace(setting.name, setting.value);
+    }
+    try {
+        return call(config);
+    } catch (const InferenceEngine::ParameterMismatch& refusal) {
+        // The text names the setting that was refused.
+        for (const EngineSetting& setting : settings) {
+            if (std::string_view(refusal.what()).find(setting.name) != std::string_view::npos) {
+                throw InvalidArgumentsException(std::string("The engine refuses EngineOptions::") +
+                                                setting.option + ": " + refusal.what());
+            }
+        }
+        throw;
+    }
+}
+
+// Engines that import from and export to files alone have no such call; the second overloads then
+// take its place.
+template <typename Core, typename Config>
+auto import(Core& core, std::istream& stream, const Config& config, int /*preferred*/)
+    -> decltype(core.ImportNetwork(stream, kEngineDevice, config)) {
+    return core.ImportNetwork(stream, kEngineDevice, config);
+}
+template <typename Core, typename Config>
+InferenceEngine::ExecutableNetwork import(Core& /*core*/, std::istream& /*stream*/,
+                                          const Config& /*config*/, long /*otherwise*/) {
+    throw Exception("The engine cannot import networks from memory");
+}
+template <typename Network>
+auto exportTo(Network& network, std::ostream& stream, int /*preferred*/)
+    -> decltype(network.Export(stream)) {
+    return network.Export(stream);
+}
+template <typename Network>
+void exportTo(Network& /*network*/, std::ostream& /*stream*/, long /*otherwise*/) {
+    throw Exception("The engine cannot export networks to memory");
+}
+
+}  // namespace
+
+std::vector<EngineSetting> engineSettings(const EngineOptions& options,
+                                          const InferenceEngine::Core& core) {
+    std::vector<EngineSetting> settings;
     if (options.precision == EngineOptions::Precision::Fastest && hasFasterPrecision(core)) {
         settings.push_back({"ENFORCE_BF16", "YES", "precision"});
     }
@@ -41,28 +81,22 @@ std::vector<Setting> settingsFor(const EngineOptions& options, const InferenceEn
     return settings;
 }
 
-}  // namespace
-
 InferenceEngine::ExecutableNetwork compileNetwork(InferenceEngine::Core& core,
                                                   const InferenceEngine::CNNNetwork& network,
                                                   const EngineOptions& options) {
-    const std::vector<Setting> settings = settingsFor(options, core);
-    std::map<std::string, std::string> config;
-    for (const Setting& setting : settings) {
-        config.emplace(setting.name, setting.value);
-    }
-    try {
+    return callWith(engineSettings(options, core), [&](const auto& config) {
         return core.LoadNetwork(network, kEngineDevice, config);
-    } catch (const InferenceEngine::ParameterMismatch& refusal) {
-        // The text names the setting that was refused.
-        for (const Setting& setting : settings) {
-            if (std::string_view(refusal.what()).find(setting.name) != std::string_view::npos) {
-                throw InvalidArgumentsException(std::string("The engine refuses EngineOptions::") +
-                                                setting.option + ": " + refusal.what());
-            }
-        }
-        throw;
-    }
+    });
+}
+
+InferenceEngine::ExecutableNetwork importNetwork(InferenceEngine::Core& core, std::istream& stream,
+                                                 const EngineOptions& options) {
+    return callWith(engineSettings(options, core),
+                    [&](const auto& config) { return import(core, stream, config, 0); });
+}
+
+void exportNetwork(InferenceEngine::ExecutableNetwork& network, std::ostream& stream) {
+    exportTo(network, stream, 0);
 }
 
 }  // namespace VelmoraQuavin::internal

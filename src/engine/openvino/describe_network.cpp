@@ -43,7 +43,8 @@ ModelFeatureDescriptor describe(const std::string& name,
 
 NetworkPorts describeOpenVinoNetwork(const NetworkComponents& network) {
     std::shared_ptr<InferenceEngine::ICNNNetReader> reader;
-    readNetwork(reader, network);
+    StoredNetwork stored(network);
+    readNetwork(reader, stored);
     const InferenceEngine::CNNNetwork description(reader);
 
     NetworkPorts ports;

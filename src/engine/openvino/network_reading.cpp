@@ -1,15 +1,10 @@
 #include "engine/openvino/network_reading.h"
 
-#include <cstdint>
-#include <memory>
 #include <new>
-#include <optional>
 #include <string>
-#include <string_view>
 #include <utility>
 
 #include "core/diagnostics.h"
-#include "core/secure_wipe.h"
 #include "engine/openvino/mapped_allocator.h"
 #include "engine/openvino/runtime_libraries.h"
 #include "engine/openvino/secret_allocator.h"
@@ -21,6 +16,7 @@ namespace {
 using InferenceEngine::Precision;
 using InferenceEngine::ResponseDesc;
 using InferenceEngine::StatusCode;
+using WeightsBlob = InferenceEngine::TBlob<std::uint8_t>;
 
 void requireOk(StatusCode status, ResponseDesc& response) {
     if (status != InferenceEngine::OK) {
@@ -28,23 +24,10 @@ void requireOk(StatusCode status, ResponseDesc& response) {
     }
 }
 
-void readTopology(InferenceEngine::ICNNNetReader& reader, std::string_view text) {
+void readText(InferenceEngine::ICNNNetReader& reader, std::string_view text) {
     ResponseDesc response;
     requireOk(reader.ReadNetwork(text.data(), text.size(), &response), response);
 }
-
-void readTopology(InferenceEngine::ICNNNetReader& reader, const NetworkComponents& network) {
-    ComponentReader component(network.source, network.topology);
-    const std::unique_ptr<char[]> buffer(new char[component.size()]);
-    std::optional<WipeOnExit> wipe;
-    if (network.topology.isSecured()) {
-        wipe.emplace(buffer.get(), component.size());
-    }
-    const uint64 size = component.read(buffer.get());
-    readTopology(reader, std::string_view(buffer.get(), size));
-}
-
-using WeightsBlob = InferenceEngine::TBlob<std::uint8_t>;
 
 // A null allocator stands for the engine's own.
 WeightsBlob::Ptr makeWeightsBlob(uint64 size,
@@ -60,46 +43,110 @@ WeightsBlob::Ptr makeWeightsBlob(uint64 size,
     return blob;
 }
 
-// The blob has the stored size: decrypted weights are shorter, and are followed by zeros.
-WeightsBlob::Ptr readWeightsBlob(const NetworkComponents& network, bool mapWeights) {
-    if (network.weights.resolvedPath.empty()) {
-        return makeWeightsBlob(0, nullptr);
+template <typename Reading>
+bool succeeds(const Reading& reading, std::exception_ptr& problem) noexcept {
+    try {
+        reading();
+        return true;
+    } catch (...) {
+        problem = std::current_exception();
+        return false;
     }
-    ComponentReader component(network.source, network.weights);
-    if (mapWeights && component.size() != 0) {  // an empty blob needs memory too
-        if (std::optional<MappedBytes> mapped = component.map()) {
-            return makeWeightsBlob(component.size(), makeMappedAllocator(std::move(*mapped)));
-        }
-    }
-    auto blob = makeWeightsBlob(component.size(),
-                                network.weights.isSecured() ? makeSecretAllocator() : nullptr);
-    const auto memory = blob->buffer();
-    component.read(memory.as<char*>());
-    return blob;
 }
 
 }  // namespace
 
-void readComponents(InferenceEngine::ICNNNetReader& reader, const NetworkComponents& network,
-                    bool mapWeights) {
-    readTopology(reader, network);
-    const auto blob = readWeightsBlob(network, mapWeights);
+bool StoredNetwork::read() noexcept {
+    return succeeds([this] { readTopology(); }, topologyProblem_) &&
+           succeeds([this] { readWeights(); }, weightsProblem_);
+}
+
+std::string_view StoredNetwork::topology() const {
+    return {topologyBytes_.get(), topology_->size()};
+}
+
+std::string_view StoredNetwork::weights() const {
+    const WeightsBlob& blob = *weightsBlob_;
+    const auto memory = blob.cbuffer();
+    return {memory.as<const char*>(), blob.byteSize()};
+}
+
+void StoredNetwork::passTo(InferenceEngine::ICNNNetReader& reader) {
+    passTopology(reader);
+    passWeights(reader);
+}
+
+void StoredNetwork::readTopology() {
+    topology_.emplace(network_.source, network_.topology);
+    topologyBytes_.reset(new char[topology_->size()]);
+    if (network_.topology.isSecured()) {
+        topologyWipe_.emplace(topologyBytes_.get(), topology_->size());
+    }
+    topology_->readStored(topologyBytes_.get());
+}
+
+// The blob has the stored size: decrypted weights are shorter, and are followed by zeros.
+void StoredNetwork::readWeights() {
+    if (network_.weights.resolvedPath.empty()) {
+        weightsBlob_ = makeWeightsBlob(0, nullptr);
+        return;
+    }
+    weights_.emplace(network_.source, network_.weights);
+    if (mapWeights_ && weights_->size() != 0) {  // an empty blob needs memory too
+        if (std::optional<MappedBytes> mapped = weights_->map()) {
+            weightsBlob_ =
+                makeWeightsBlob(weights_->size(), makeMappedAllocator(std::move(*mapped)));
+            return;
+        }
+    }
+    auto blob = makeWeightsBlob(weights_->size(),
+                                network_.weights.isSecured() ? makeSecretAllocator() : nullptr);
+    const auto memory = blob->buffer();
+    weights_->readStored(memory.as<char*>());
+    weightsBlob_ = std::move(blob);
+}
+
+void StoredNetwork::passTopology(InferenceEngine::ICNNNetReader& reader) {
+    if (topologyProblem_ != nullptr) {
+        std::rethrow_exception(topologyProblem_);
+    }
+    if (topologyBytes_ == nullptr) {
+        readTopology();
+    }
+    const uint64 size = topology_->decrypt(topologyBytes_.get());
+    readText(reader, std::string_view(topologyBytes_.get(), size));
+    // Before memory for the weights is needed.
+    topologyWipe_.reset();
+    topologyBytes_.reset();
+}
+
+void StoredNetwork::passWeights(InferenceEngine::ICNNNetReader& reader) {
+    if (weightsProblem_ != nullptr) {
+        std::rethrow_exception(weightsProblem_);
+    }
+    if (weightsBlob_ == nullptr) {
+        readWeights();
+    }
+    const WeightsBlob::Ptr blob = std::move(weightsBlob_);
+    if (weights_) {
+        const auto memory = blob->buffer();
+        weights_->decrypt(memory.as<char*>());
+    }
     ResponseDesc response;
     const StatusCode status = reader.SetWeights(blob, &response);
     if (status != InferenceEngine::OK) {
-        diagnoseMissingLibraries("reading a network", network.topology.resolvedPath);
+        diagnoseMissingLibraries("reading a network", network_.topology.resolvedPath);
     }
     requireOk(status, response);
 }
 
 void readWithoutWeights(InferenceEngine::ICNNNetReader& reader, std::string_view topology) {
-    readTopology(reader, topology);
+    readText(reader, topology);
     ResponseDesc response;
     requireOk(reader.SetWeights(makeWeightsBlob(0, nullptr), &response), response);
 }
 
-void readNetwork(std::shared_ptr<InferenceEngine::ICNNNetReader>& reader,
-                 const NetworkComponents& network, bool mapWeights) {
+void readNetwork(std::shared_ptr<InferenceEngine::ICNNNetReader>& reader, StoredNetwork& network) {
     try {
         if (reader == nullptr) {
             reader = InferenceEngine::details::shared_from_irelease(
@@ -108,12 +155,12 @@ void readNetwork(std::shared_ptr<InferenceEngine::ICNNNetReader>& reader,
         if (reader == nullptr) {
             throw MLFrameworkException("The engine provides no network reader");
         }
-        readComponents(*reader, network, mapWeights);
+        network.passTo(*reader);
     } catch (const std::exception& exception) {
         throw FileException(exception.what());
     } catch (...) {
         diagnose([&network] {
-            return "reading the network " + inQuotes(network.topology.resolvedPath) +
+            return "reading the network " + inQuotes(network.components().topology.resolvedPath) +
                    ": the engine threw an exception without a message";
         });
         throw Exception("Unknown/internal exception happened.");

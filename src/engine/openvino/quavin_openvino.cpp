@@ -1,8 +1,11 @@
 #include "engine/openvino/quavin_openvino.h"
 
+#include <algorithm>
+#include <optional>
 #include <utility>
 
 #include "core/diagnostics.h"
+#include "engine/openvino/cached_network.h"
 #include "engine/openvino/compiling.h"
 #include "engine/openvino/network_reading.h"
 #include "engine/openvino/network_settings.h"
@@ -44,6 +47,15 @@ InferenceEngine::OutputsDataMap ownOutputs(const InferenceEngine::ExecutableNetw
     return outputs;
 }
 
+void copyPrecisions(const internal::InputPorts& from, const InferenceEngine::InputsDataMap& to) {
+    for (const internal::InputPort& port : from) {
+        const auto input = to.find(port.name);
+        if (input != to.end()) {
+            input->second->setPrecision(port.info->getPrecision());
+        }
+    }
+}
+
 }  // namespace
 
 QuavinOpenVino::QuavinOpenVino(const String& name, const Device& /*device*/,
@@ -69,17 +81,36 @@ QuavinStatus QuavinOpenVino::loadImpl(const std::vector<ModelComponent>& compone
     if (!status.ok()) {
         return status;
     }
+    const internal::NetworkComponents files{*source, entries[0], entries[1]};
+    if (cameCompiled_ && !asksForOtherPrecisions()) {
+        return openRequest(source->name());
+    }
+    internal::StoredNetwork stored(files, options_.mapWeights);
+    std::optional<internal::CachedNetwork> cached;
     if (!networkRead_) {
-        const internal::NetworkComponents files{*source, entries[0], entries[1]};
-        internal::readNetwork(reader_, files, options_.mapWeights);
-        networkRead_ = true;
         networkSecured_ = files.areSecured();
+        if (!cameCompiled_) {
+            cached.emplace(options_, stored);
+            if (auto found = cached->find(core_)) {
+                return takeCompiled(*found, source->name());
+            }
+        }
+        internal::readNetwork(reader_, stored);
+        networkRead_ = true;
     }
     const InferenceEngine::CNNNetwork network(reader_);
+    if (cameCompiled_) {
+        // Predictions set the precisions of the model's own ports.
+        copyPrecisions(inputs_, network.getInputsInfo());
+        cameCompiled_ = false;
+    }
     network_ = compile(core_, network, options_, source->name());
     status = openRequest(source->name());
     if (status.ok()) {
         setPorts(network.getInputsInfo(), network.getOutputsInfo());
+        if (cached) {
+            cached->store(network_);
+        }
     }
     return status;
 }
@@ -87,6 +118,7 @@ QuavinStatus QuavinOpenVino::loadImpl(const std::vector<ModelComponent>& compone
 QuavinStatus QuavinOpenVino::unloadImpl() {
     reader_.reset();
     networkRead_ = false;
+    cameCompiled_ = false;
     setPorts({}, {});
     releaseMetadata();
     return {SUCCESS, ""};
@@ -99,14 +131,30 @@ EngineInfo QuavinOpenVino::engineInfo() const {
 std::shared_ptr<QuavinModel> QuavinOpenVino::clone() const {
     auto copy = std::make_shared<QuavinOpenVino>(getName(), Device(), options_);
     copy->networkSecured_ = networkSecured_;
-    copy->network_ = network_;
-    const QuavinStatus status = copy->openRequest(getMetadata()->getRootDir().c_str());
+    const QuavinStatus status = copy->takeCompiled(network_, getMetadata()->getRootDir().c_str());
     if (!status.ok()) {
         throw MLFrameworkException(status.getDescription());
     }
-    copy->setPorts(ownInputs(network_), ownOutputs(network_));
     copy->shareLoaded(*this);
     return copy;
+}
+
+QuavinStatus QuavinOpenVino::takeCompiled(const InferenceEngine::ExecutableNetwork& network,
+                                          const String& package) {
+    network_ = network;
+    QuavinStatus status = openRequest(package);
+    if (status.ok()) {
+        setPorts(ownInputs(network_), ownOutputs(network_));
+        cameCompiled_ = true;
+    }
+    return status;
+}
+
+bool QuavinOpenVino::asksForOtherPrecisions() const {
+    const auto compiled = network_.GetInputsInfo();
+    return std::any_of(inputs_.begin(), inputs_.end(), [&](const internal::InputPort& port) {
+        return port.info->getPrecision() != compiled.at(port.name)->getPrecision();
+    });
 }
 
 QuavinStatus QuavinOpenVino::openRequest(const String& package) {

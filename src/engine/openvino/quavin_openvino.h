@@ -40,12 +40,18 @@ protected:
     QuavinStatus unloadImpl() override;
 
 private:
+    // Loads the model over a network that is compiled already.
+    QuavinStatus takeCompiled(const InferenceEngine::ExecutableNetwork& network,
+                              const String& package);
+    // Whether predictions asked for other precisions than the network was compiled for.
+    bool asksForOtherPrecisions() const;
     QuavinStatus openRequest(const String& package);
     void setPorts(const InferenceEngine::InputsDataMap& inputs,
                   const InferenceEngine::OutputsDataMap& outputs);
 
     std::shared_ptr<InferenceEngine::ICNNNetReader> reader_;
     bool networkRead_ = false;
+    bool cameCompiled_ = false;    // by the cache or another model; then there is no reader
     bool networkSecured_ = false;  // the engine's messages may then quote secret content
     const EngineOptions options_;
     InferenceEngine::Core core_;

@@ -70,8 +70,12 @@ ComponentReader::ComponentReader(const ComponentSource& source,
 }
 
 uint64 ComponentReader::read(char* buffer) {
+    readStored(buffer);
+    return decrypt(buffer);
+}
+
+void ComponentReader::readStored(char* buffer) {
     stored_->read(buffer);
-    return component_.isSecured() ? decrypt(buffer) : size();
 }
 
 std::optional<MappedBytes> ComponentReader::map() {
@@ -79,6 +83,9 @@ std::optional<MappedBytes> ComponentReader::map() {
 }
 
 uint64 ComponentReader::decrypt(char* buffer) const {
+    if (!component_.isSecured()) {
+        return size();
+    }
     auto* bytes = reinterpret_cast<unsigned char*>(buffer);
     if (!QuavinEncryption()
              .AES_decrypt(bytes, static_cast<unsigned int>(size()), bytes,

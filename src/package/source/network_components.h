@@ -58,9 +58,16 @@ public:
     /// @throws FileException if mapping fails.
     std::optional<MappedBytes> map();
 
-private:
+    /// The first half of read(): the bytes as they are stored; may be called once.
+    /// @throws FileException if reading fails.
+    void readStored(char* buffer);
+    /// The second half of read(): decrypts a secured component in place; does nothing for a plain
+    /// one.
+    /// @return as read() does.
+    /// @throws FileException if decrypting fails; the buffer then is as after read().
     uint64 decrypt(char* buffer) const;
 
+private:
     const NetworkComponentEntry& component_;
     std::unique_ptr<StoredBytes> stored_;
 };

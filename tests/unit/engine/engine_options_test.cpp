@@ -89,11 +89,19 @@ TEST_F(EngineOptionsTest, TheClientsInfoIsThatOfItsOptions) {
     EXPECT_THAT(engine_.loadings.back().config, ElementsAre(Pair("CPU_THREADS_NUM", "2")));
 }
 
+EngineOptions optionsOf(Precision precision, int threads, Hint hint) {
+    EngineOptions options;
+    options.precision = precision;
+    options.threads = threads;
+    options.hint = hint;
+    return options;
+}
+
 TEST(EngineOptionsCheck, AcceptsEveryValueWithAMeaning) {
     for (const Precision precision : {Precision::Single, Precision::Fastest}) {
         for (const Hint hint : {Hint::Latency, Hint::Throughput}) {
             for (const int threads : {0, 1, 1024}) {
-                EXPECT_NO_THROW(internal::requireMeaningful({precision, threads, hint}));
+                EXPECT_NO_THROW(internal::requireMeaningful(optionsOf(precision, threads, hint)));
             }
         }
     }
@@ -108,13 +116,13 @@ TEST(EngineOptionsCheck, NamesTheOptionWithoutAMeaning) {
         }
         return "none";
     };
-    EXPECT_EQ(refusalOf({static_cast<Precision>(2), 0, Hint::Latency}),
+    EXPECT_EQ(refusalOf(optionsOf(static_cast<Precision>(2), 0, Hint::Latency)),
               "EngineOptions::precision is 2, but must be Single (0) or Fastest (1)");
-    EXPECT_EQ(refusalOf({Precision::Single, -1, Hint::Latency}),
+    EXPECT_EQ(refusalOf(optionsOf(Precision::Single, -1, Hint::Latency)),
               "EngineOptions::threads is -1, but must be from 0 to 1024");
-    EXPECT_EQ(refusalOf({Precision::Single, 1025, Hint::Latency}),
+    EXPECT_EQ(refusalOf(optionsOf(Precision::Single, 1025, Hint::Latency)),
               "EngineOptions::threads is 1025, but must be from 0 to 1024");
-    EXPECT_EQ(refusalOf({Precision::Single, 0, static_cast<Hint>(9)}),
+    EXPECT_EQ(refusalOf(optionsOf(Precision::Single, 0, static_cast<Hint>(9))),
               "EngineOptions::hint is 9, but must be Latency (0) or Throughput (1)");
 }
 

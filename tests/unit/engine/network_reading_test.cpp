@@ -9,7 +9,7 @@ namespace VelmoraQuavin::testing {
 namespace {
 
 using internal::NetworkComponentEntry;
-using internal::readComponents;
+using internal::StoredNetwork;
 using ::testing::HasSubstr;
 
 class NetworkReading : public ::testing::Test {
@@ -27,7 +27,8 @@ protected:
     }
     void read(const NetworkComponentEntry& topology, const NetworkComponentEntry& weights) {
         const internal::DirectorySource source{Filepath()};
-        readComponents(*reader_, {source, topology, weights});
+        const internal::NetworkComponents network{source, topology, weights};
+        StoredNetwork(network).passTo(*reader_);
     }
     void readPlain() { read(entry("net.xml"), entry("net.bin")); }
     void readSecured() { read(entry("net.xml", true), entry("net.bin", true)); }

@@ -71,8 +71,8 @@ protected:
         const auto entry = [&](const char* name) {
             return NetworkComponentEntry{name, kind, name, encryption};
         };
-        internal::readComponents(*reader, {source_, entry("topology"), entry("weights")},
-                                 mapWeights);
+        const internal::NetworkComponents network{source_, entry("topology"), entry("weights")};
+        internal::StoredNetwork(network, mapWeights).passTo(*reader);
     }
     // Where the engine's weights are.
     static const char* address() { return faultyEngine().weights->cbuffer().as<const char*>(); }

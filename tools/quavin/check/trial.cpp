@@ -131,7 +131,7 @@ Trial runApart(const Request& request) {
                                request.key == nullptr ? 0 : kKeySize);
     MessageWriter message;
     message.reserve(request.first.size() + request.second.size() + key.size() +
-                    8 * sizeof(std::uint64_t));
+                    request.options.cacheDirectory.size() + 10 * sizeof(std::uint64_t));
     message.number(static_cast<std::uint64_t>(request.task));
     message.text(request.first);
     message.text(request.second);
@@ -140,6 +140,8 @@ Trial runApart(const Request& request) {
     message.number(static_cast<std::uint64_t>(request.options.threads));
     message.number(static_cast<std::uint64_t>(request.options.hint));
     message.number(request.options.mapWeights ? 1 : 0);
+    message.text(request.options.cacheDirectory.view());
+    message.number(request.options.cacheSizeLimit);
     std::string& bytes = message.bytes();
     const VelmoraQuavin::internal::WipeOnExit wipe(bytes.data(), bytes.size());
 
@@ -182,6 +184,8 @@ std::string answerTrial(std::string_view request) {
     parts.options.threads = static_cast<int>(message.number());
     parts.options.hint = static_cast<EngineOptions::Hint>(message.number());
     parts.options.mapWeights = message.number() != 0;
+    parts.options.cacheDirectory = message.text();
+    parts.options.cacheSizeLimit = message.number();
     return textOf(perform(parts));
 }
 

@@ -33,6 +33,12 @@ void addEngineOptions(CLI::App& command, EngineOptions& options) {
             "latency (the default), or throughput: for predictions at the same time")
         ->type_name("latency|throughput")
         ->check(CLI::IsMember({"latency", "throughput"}).description(""));
+    command
+        .add_option_function<std::string>(
+            "--cache",
+            [&options](const std::string& directory) { options.cacheDirectory = directory; },
+            "Keep compiled networks in this directory, for faster loads")
+        ->type_name("DIRECTORY");
     command.add_flag("--map-weights", options.mapWeights,
                      "Map plain weights into memory instead of reading them");
 }
