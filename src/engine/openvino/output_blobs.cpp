@@ -45,6 +45,16 @@ Blob::Ptr allocateBlob(const std::string& name, const TensorDesc& description,
     }
 }
 
+TensorDesc describeBlob(const InferenceEngine::DataPtr& data) {
+    if (data == nullptr) {
+        return {};  // predictions refuse it
+    }
+    // A blob without dimensions holds one element only if its layout is scalar.
+    const InferenceEngine::Layout layout =
+        data->getDims().empty() ? InferenceEngine::SCALAR : InferenceEngine::ANY;
+    return {data->getPrecision(), data->getDims(), layout};
+}
+
 OutputPorts::const_iterator findPort(const OutputPorts& ports, std::string_view name) {
     return std::find_if(ports.begin(), ports.end(),
                         [name](const OutputPort& port) { return port.name == name; });
@@ -56,7 +66,7 @@ OutputPorts makeOutputPorts(const InferenceEngine::OutputsDataMap& outputs) {
     OutputPorts ports;
     ports.reserve(outputs.size());
     for (const auto& [name, data] : outputs) {
-        ports.push_back({name, data, OutputPool::make()});
+        ports.push_back({name, data, describeBlob(data), OutputPool::make()});
     }
     return ports;
 }
@@ -76,11 +86,7 @@ OutputBlobs makeOutputBlobs(const OutputPorts& ports) {
         }
         // Sets the same precision, which declares it to the engine.
         port.data->setPrecision(port.data->getPrecision());
-        // A blob without dimensions holds one element only if its layout is scalar.
-        const InferenceEngine::Layout layout =
-            port.data->getDims().empty() ? InferenceEngine::SCALAR : InferenceEngine::ANY;
-        const TensorDesc description(port.data->getPrecision(), port.data->getDims(), layout);
-        blobs.push_back(allocateBlob(port.name, description, port.pool));
+        blobs.push_back(allocateBlob(port.name, port.description, port.pool));
     }
     return blobs;
 }

@@ -15,6 +15,7 @@ namespace VelmoraQuavin::internal {
 struct OutputPort {
     std::string name;
     InferenceEngine::DataPtr data;
+    InferenceEngine::TensorDesc description;  // of its blobs
     std::shared_ptr<OutputPool> pool;
 };
 using OutputPorts = std::vector<OutputPort>;

@@ -83,5 +83,22 @@ TEST_F(MemoryExhaustion, DuringPredictionThrowsAndTheNextPredictionIsCorrect) {
     EXPECT_FALSE(happened);
 }
 
+TEST_F(MemoryExhaustion, ASteadyPredictionAllocatesAtMostEightTimes) {
+    constexpr int kMost = 8;
+    loadAndPredict();
+    int which = 1;
+    for (bool happened = true; happened; ++which) {
+        Features outputs;
+        const AllocationFailure failure(which);
+        try {
+            static_cast<void>(model_->predict(inputs_, outputs));
+        } catch (const std::bad_alloc&) {
+        } catch (const Exception&) {
+        }
+        happened = failure.happened();
+    }
+    EXPECT_LE(which - 2, kMost);
+}
+
 }  // namespace
 }  // namespace VelmoraQuavin::testing
