@@ -77,6 +77,25 @@ void run(const std::string& folder, std::size_t kept, int calls, int rounds) {
                         contestant("by hand again (noise)", again, kept, calls),
                         contestant("QuavinModel::predict", host, kept, calls)},
                        rounds);
+    if (kept != 0) {
+        return;
+    }
+    const auto bare = [calls](benchmark::RawNetwork& network) {
+        network.predict(0);
+        return [&network, calls] {
+            return benchmark::timeOf([&network, calls] {
+                       for (int call = 0; call < calls; ++call) {
+                           network.infer();
+                       }
+                   }) /
+                   calls;
+        };
+    };
+    benchmark::compare("predict " + folder + ", against inference alone",
+                       {{"by hand, everything bound already", bare(baseline)},
+                        {"by hand again (noise)", bare(again)},
+                        contestant("QuavinModel::predict", host, kept, calls)},
+                       rounds);
 }
 
 }  // namespace

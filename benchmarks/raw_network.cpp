@@ -125,4 +125,8 @@ void RawNetwork::predict(std::size_t kept) {
     }
 }
 
+void RawNetwork::infer() {
+    check(ov_infer_request_infer(request_.get()));
+}
+
 }  // namespace benchmark

@@ -32,6 +32,9 @@ public:
     /// @param kept how many outputs of the latest calls stay alive.
     void predict(std::size_t kept);
 
+    /// Runs the network with what the last prediction bound.
+    void infer();
+
 private:
     struct Port {
         ov_element_type_e type;

@@ -17,7 +17,7 @@ case $preset in
     release)
         predict=("$root/build/release/benchmarks/quavin_predict_benchmark")
         configure_and_build release quavin_predict_benchmark quavin_load_benchmark quavin_aes_benchmark \
-            quavin_tar_benchmark quavin_peer_host
+            quavin_options_benchmark quavin_tar_benchmark quavin_peer_host
         ;;
     windows-release)
         predict=("$root/scripts/run-in-wine.sh" "$root/build/$preset/bin/quavin_predict_benchmark.exe")
@@ -71,6 +71,13 @@ say "Loading"
 "$programs/quavin_load_benchmark" --peak plain "$plain"
 "$programs/quavin_load_benchmark" --peak mapped "$plain"
 "$programs/quavin_load_benchmark" --peak secured "$secured" "$key"
+
+say "Options and clones"
+mobilenet_secured=$(make_model mobilenet --encrypt "$key")
+small=$(make_model small)
+small_secured=$(make_model small --encrypt "$key")
+"$programs/quavin_options_benchmark" "$mobilenet" "$mobilenet_secured" "$key" 20 31
+"$programs/quavin_options_benchmark" "$small" "$small_secured" "$key" 2000 31
 
 say "Decrypting"
 "$programs/quavin_aes_benchmark" 41

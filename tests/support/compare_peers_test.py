@@ -23,7 +23,7 @@ print("{}", flush=True)
 for line in sys.stdin:
     command, _, argument = line.strip().partition(" ")
     with open(journal, "a", encoding="utf-8") as file:
-        file.write(f"{name} {command}\\n")
+        file.write(f"{name} {line.strip()}\\n")
     if command == "output":
         with open(argument, "wb") as file:
             file.write(struct.pack("2f", 4, float(output)))
@@ -51,8 +51,16 @@ class Compare(unittest.TestCase):
 
     def test_sides_take_turns_and_each_round_begins_with_another(self):
         compare.compare(self.command("theirs", 1), self.command("ours", 1), 20, 2)
-        # Each side gives its output before; a round loads, and later loads again.
-        self.assertEqual(self.told("load")[2:], ["theirs", "theirs", "ours"] * 2 + ["theirs", "ours", "theirs"] * 2)
+        # Each side gives its output before; a round loads, and later loads again. Then ours fills its cache, and
+        # all load once more.
+        first, second = ["theirs", "theirs", "ours"], ["theirs", "ours", "theirs"]
+        self.assertEqual(self.told("load")[2:],
+                         [*first * 2, "ours", *first, *second * 2, "ours", *second])
+
+    def test_only_ours_loads_from_the_cache(self):
+        compare.compare(self.command("theirs", 1), self.command("ours", 1), 20, 2)
+        lines = self.journal.read_text(encoding="utf-8").splitlines()
+        self.assertEqual([line for line in lines if line.endswith("cached")], ["ours load cached"] * 4)
 
     def test_outputs_are_compared_before_anything_is_timed(self):
         with self.assertRaisesRegex(SystemExit, "the outputs of .* differ"):
