@@ -39,12 +39,15 @@ std::shared_ptr<ov_core_t> sharedCore() {
 }
 
 std::shared_ptr<ov_core_t> sharedCore(const std::string& device, const Settings& settings) {
+    using Key = std::pair<std::string, Settings>;
     static std::mutex mutex;
-    static std::map<std::pair<std::string, Settings>, std::weak_ptr<ov_core_t>> cores;
+    // Never destroyed: networks may be loaded while the process exits.
+    static auto& cores = *new std::map<Key, std::weak_ptr<ov_core_t>>;
 
     const std::lock_guard<std::mutex> lock(mutex);
-    std::weak_ptr<ov_core_t>& shared = cores[{settings.empty() ? "" : device, settings}];
-    auto core = shared.lock();
+    const Key key(settings.empty() ? "" : device, settings);
+    const auto known = cores.find(key);
+    auto core = known == cores.end() ? nullptr : known->second.lock();
     if (!core) {
         core = makeCore();
         if (!settings.empty()) {
@@ -53,7 +56,7 @@ std::shared_ptr<ov_core_t> sharedCore(const std::string& device, const Settings&
         for (const auto& [name, value] : settings) {
             set(*core, device, name, value);
         }
-        shared = core;
+        cores[key] = core;
     }
     return core;
 }
