@@ -147,8 +147,8 @@ protected:
     bool isLoaded() const { return loaded_; }
     /// Drops the metadata and marks the model as not loaded; for unloadImpl().
     void releaseMetadata();
-    /// Shares a loaded model's metadata and counts as loaded like it; for engines' clones.
-    void shareLoaded(const QuavinModel& original);
+    /// Copies a loaded model's metadata and counts as loaded; for engines' clones.
+    void copyLoaded(const QuavinModel& original);
 
     /// Validates the target, prepares the engine and loads the components. May throw.
     QuavinStatus runLoadingSequence();

@@ -19,8 +19,7 @@ public:
     /// What the loaded network runs on; called only on loaded models.
     /// @throws std::exception if the engine fails, or if memory runs out.
     virtual EngineInfo engineInfo() const = 0;
-    /// Another loaded model over the same compiled network and metadata; called only on loaded
-    /// models.
+    /// Another loaded model over the same compiled network; called only on loaded models.
     /// @throws std::exception if the engine fails, or if memory runs out.
     virtual std::shared_ptr<QuavinModel> clone() const = 0;
 

@@ -40,9 +40,9 @@ void QuavinModel::releaseMetadata() {
     loaded_ = false;
 }
 
-void QuavinModel::shareLoaded(const QuavinModel& original) {
-    metadata_ = original.metadata_;
-    loaded_ = original.loaded_;
+void QuavinModel::copyLoaded(const QuavinModel& original) {
+    metadata_ = std::make_shared<ModelMetadata>(*original.metadata_);
+    loaded_ = true;
 }
 
 // Checks only the first input: an engine learns the rest from the network itself.

@@ -123,7 +123,7 @@ class EngineOptions(InputsCase):
     def test_a_missing_cache_is_a_note_and_not_a_failure(self):
         result = self.quavin(*self.call("x=x.npy"), "--cache", "nowhere")
         self.assertEqual(result.status, 0)
-        self.assertIn("the cache \"nowhere\" is not used: ", result.err)
+        self.assertIn("with the cache \"nowhere\": ", result.err)
         np.testing.assert_array_equal(np.load(self.dir / "out/y.npy"), networks.affine_result(X))
 
     @process.adapter_only(process.OTHER_RUNTIME)

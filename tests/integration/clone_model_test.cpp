@@ -63,7 +63,7 @@ TEST_F(CloneModel, GivesTheSameNameTypeAndTarget) {
     const auto clone = cloned();
     EXPECT_EQ(clone->getName(), model_->getName());
     EXPECT_EQ(clone->getModelType(), model_->getModelType());
-    EXPECT_EQ(clone->getMetadata(), model_->getMetadata());
+    EXPECT_NE(clone->getMetadata(), model_->getMetadata());
     EXPECT_EQ(clone->getTargetMetadata().inputs.size(), 1U);
 }
 

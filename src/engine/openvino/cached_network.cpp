@@ -79,7 +79,6 @@ void CachedNetwork::store(InferenceEngine::ExecutableNetwork& network) noexcept 
     if (!name_) {
         return;
     }
-    std::string problem;
     try {
         EntryBuffer entry(stored_.components().areSecured() ? EntryBuffer::Content::kSecret
                                                             : EntryBuffer::Content::kPlain);
@@ -87,12 +86,12 @@ void CachedNetwork::store(InferenceEngine::ExecutableNetwork& network) noexcept 
         std::ostream stream(&bytes);
         stream.exceptions(std::ios::badbit);
         exportNetwork(network, stream);
-        problem = cache_->store(*name_, *seal_, std::move(entry));
+        const std::string problem = cache_->store(*name_, *seal_, std::move(entry));
+        if (!problem.empty()) {
+            report(problem);
+        }
     } catch (...) {
-        problem = "the engine cannot export the network";
-    }
-    if (!problem.empty()) {
-        report(problem);
+        report("the engine cannot export the network");
     }
 }
 
@@ -118,10 +117,10 @@ EntryName CachedNetwork::nameFor(const InferenceEngine::Core& core) const {
     return name.entry();
 }
 
-void CachedNetwork::report(const std::string& problem) const noexcept {
+void CachedNetwork::report(std::string_view problem) const noexcept {
     diagnose([&] {
         return "loading the package " + inQuotes(stored_.components().source.name()) +
-               ": the cache " + inQuotes(options_.cacheDirectory) + " is not used: " + problem;
+               " with the cache " + inQuotes(options_.cacheDirectory) + ": " + std::string(problem);
     });
 }
 

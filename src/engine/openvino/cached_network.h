@@ -3,6 +3,7 @@
 #include <inference_engine.hpp>
 #include <memory>
 #include <optional>
+#include <string_view>
 
 #include "engine/cache/cache_name.h"
 #include "engine/cache/cache_seal.h"
@@ -26,10 +27,11 @@ public:
     std::optional<InferenceEngine::ExecutableNetwork> find(InferenceEngine::Core& core) noexcept;
     /// Puts the network that find() did not find into the cache.
     void store(InferenceEngine::ExecutableNetwork& network) noexcept;
+    /// Tells the diagnostics why the cache did not help.
+    void report(std::string_view problem) const noexcept;
 
 private:
     EntryName nameFor(const InferenceEngine::Core& core) const;
-    void report(const std::string& problem) const noexcept;
 
     const EngineOptions& options_;
     StoredNetwork& stored_;

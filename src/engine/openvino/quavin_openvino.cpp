@@ -62,6 +62,10 @@ QuavinOpenVino::QuavinOpenVino(const String& name, const Device& /*device*/,
                                const EngineOptions& options)
     : QuavinModel(name, QuavinModelType::Openvino), options_(options), core_(std::string()) {}
 
+QuavinOpenVino::QuavinOpenVino(const String& name, const EngineOptions& options,
+                               InferenceEngine::Core core)
+    : QuavinModel(name, QuavinModelType::Openvino), options_(options), core_(std::move(core)) {}
+
 QuavinOpenVino::~QuavinOpenVino() {
     internal::closePools(outputs_);
 }
@@ -85,14 +89,18 @@ QuavinStatus QuavinOpenVino::loadImpl(const std::vector<ModelComponent>& compone
     if (cameCompiled_ && !asksForOtherPrecisions()) {
         return openRequest(source->name());
     }
-    internal::StoredNetwork stored(files, options_.mapWeights);
+    if (inferRequest_ != nullptr) {
+        core_ = InferenceEngine::Core(std::string());  // clones may share the earlier one
+    }
+    // What is cached must be what was hashed, so it is read, not mapped.
+    internal::StoredNetwork stored(files, options_.mapWeights && options_.cacheDirectory.empty());
     std::optional<internal::CachedNetwork> cached;
     if (!networkRead_) {
         networkSecured_ = files.areSecured();
         if (!cameCompiled_) {
             cached.emplace(options_, stored);
-            if (auto found = cached->find(core_)) {
-                return takeCompiled(*found, source->name());
+            if (takeCached(*cached, source->name())) {
+                return {SUCCESS, ""};
             }
         }
         internal::readNetwork(reader_, stored);
@@ -129,14 +137,24 @@ EngineInfo QuavinOpenVino::engineInfo() const {
 }
 
 std::shared_ptr<QuavinModel> QuavinOpenVino::clone() const {
-    auto copy = std::make_shared<QuavinOpenVino>(getName(), Device(), options_);
+    auto copy = std::make_shared<QuavinOpenVino>(getName(), options_, core_);
     copy->networkSecured_ = networkSecured_;
     const QuavinStatus status = copy->takeCompiled(network_, getMetadata()->getRootDir().c_str());
     if (!status.ok()) {
         throw MLFrameworkException(status.getDescription());
     }
-    copy->shareLoaded(*this);
+    copy->copyLoaded(*this);
     return copy;
+}
+
+bool QuavinOpenVino::takeCached(internal::CachedNetwork& cached, const String& package) noexcept {
+    try {
+        const auto network = cached.find(core_);
+        return network && takeCompiled(*network, package).ok();
+    } catch (...) {
+        cached.report("the engine cannot use the entry");
+        return false;
+    }
 }
 
 QuavinStatus QuavinOpenVino::takeCompiled(const InferenceEngine::ExecutableNetwork& network,

@@ -14,6 +14,10 @@
 
 namespace VelmoraQuavin {
 
+namespace internal {
+class CachedNetwork;
+}
+
 /// A model for the OpenVINO engine: a network read from two files, and one inference request.
 ///
 /// Unloading releases the reader and the metadata. The request, the compiled network with its
@@ -25,6 +29,9 @@ public:
     /// @param options how the network computes.
     /// @throws std::exception if the engine cannot start.
     QuavinOpenVino(const String& name, const Device& device, const EngineOptions& options);
+    /// A model that will share a network with another, and the other's core. Its own loads do not
+    /// change that core: they get a new one.
+    QuavinOpenVino(const String& name, const EngineOptions& options, InferenceEngine::Core core);
     ~QuavinOpenVino() override;
 
     String getName() const override;
@@ -40,6 +47,8 @@ protected:
     QuavinStatus unloadImpl() override;
 
 private:
+    // Loads the model from the cache, if that has its network.
+    bool takeCached(internal::CachedNetwork& cached, const String& package) noexcept;
     // Loads the model over a network that is compiled already.
     QuavinStatus takeCompiled(const InferenceEngine::ExecutableNetwork& network,
                               const String& package);
