@@ -97,7 +97,7 @@ public:
     /// Reports what a model loaded now would run on. To find out, it starts the engine and compiles
     /// a one-layer network, which takes about a tenth of a second. Does not require init(); may be
     /// called on any thread, except while init() or terminate() runs.
-    /// While the library is on, with the configuration's engine options.
+    /// Uses the configuration's engine options while the library is on, the defaults otherwise.
     /// @param info receives the result; unchanged on failure.
     /// @return SUCCESS; INVALID_ARGUMENTS for engine options that cannot be used; FAILURE with the
     ///         engine's message if it cannot start, or if memory runs out. Never throws.
@@ -121,8 +121,9 @@ public:
     /// @param model receives the loaded model; see above for failures.
     /// @param option pass 0; has no effect.
     /// @param type Openvino, or Undefined for no preference; anything else is refused.
-    /// @return SUCCESS; NOT_INITIALIZED; INVALID_MODEL_PATH for an empty path or fewer than two
-    ///         file components; MODEL_METADATA_ERROR for a manifest that is missing, malformed, or
+    /// @return SUCCESS; NOT_INITIALIZED; INVALID_ARGUMENTS for engine options of the configuration
+    ///         that cannot be used; INVALID_MODEL_PATH for an empty path or fewer than two file
+    ///         components; MODEL_METADATA_ERROR for a manifest that is missing, malformed, or
     ///         lacks a target, inputs, outputs or components; INVALID_OPERATION for a first input
     ///         of variable shape; FILE_ERROR if a component cannot be read, decrypted or parsed;
     ///         FAILURE or ML_FRAMEWORK_ERROR if the engine fails; FAILURE also for a path that is
@@ -160,8 +161,7 @@ public:
     QuavinStatus getModel(std::shared_ptr<ModelMetadata> metadata,
                           std::shared_ptr<QuavinModel>& model, QuavinModelType type);
 
-    /// The overload without engine options, for a model that computes in its own way instead of the
-    /// configuration's.
+    /// Like the first overload, with options for this model that replace the configuration's.
     /// @param path the package's directory.
     /// @param model receives the loaded model; for failures see the first overload.
     /// @param option pass 0; has no effect.
@@ -194,9 +194,9 @@ public:
     /// Makes a second model over the same compiled network, which predicts independently of the
     /// first: with a clone for each thread, a host predicts in parallel without compiling again.
     ///
-    /// A clone has a request, outputs and port descriptions of its own and shares the compiled
-    /// network, its weights and the metadata, which stay in memory until the last model over them
-    /// is gone. Unload and destroy models and clones in any order. A clone is not registered.
+    /// A clone has a request, outputs, port descriptions and metadata of its own. It shares the
+    /// compiled network and its weights, which stay in memory until the last model over them is
+    /// destroyed. Unload and destroy models and clones in any order. A clone is not registered.
     ///
     /// Load the original with EngineOptions::Hint::Throughput, or its clones wait for each other.
     ///
@@ -205,7 +205,8 @@ public:
     /// @param clone receives the new model; unchanged on failure.
     /// @return SUCCESS; NOT_INITIALIZED; MODEL_NOT_LOADED for a null pointer, or a model that is
     ///         not loaded or was unloaded; FAILURE for a model class defined by the host, with the
-    ///         engine's message if it fails, or if memory runs out. Never throws.
+    ///         engine's message if it fails, or if memory runs out; ML_FRAMEWORK_ERROR if the
+    ///         engine makes no request. Never throws.
     QuavinStatus cloneModel(const std::shared_ptr<QuavinModel>& model,
                             std::shared_ptr<QuavinModel>& clone);
 

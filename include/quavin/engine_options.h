@@ -9,12 +9,11 @@
 
 namespace VelmoraQuavin {
 
-/// How models compute. A value type; a default-constructed one leaves everything as it is without
-/// options.
+/// How models compute. A value type; the default changes nothing.
 ///
 /// Set for all models that a host loads (QuavinConfig::SetEngineOptions), or for a single one (the
-/// overloads of QuavinClient::getModel that take options). What came of it is shown by
-/// QuavinModel::getEngineInfo.
+/// overloads of QuavinClient::getModel that take options). QuavinModel::getEngineInfo reports the
+/// result.
 struct EngineOptions {
     /// The precision of the computation.
     enum class Precision : std::uint32_t {
@@ -37,7 +36,7 @@ struct EngineOptions {
     Hint hint = Hint::Latency;  ///< What the threads are used for.
     /// Whether a plain weights file is mapped into memory instead of being read: loading then needs
     /// less memory of the process's own, and processes that load the same file share it. Secured
-    /// weights are always read and decrypted.
+    /// weights are always read and decrypted; with a cache directory, plain ones are read as well.
     ///
     /// The file must stay as it is while any model over it exists. If it is cut, or on a drive that
     /// goes away, **the process ends** the next time the model reads from it; if it is written to,
@@ -46,11 +45,11 @@ struct EngineOptions {
     bool mapWeights = false;
     /// A directory for compiled networks, in UTF-8; empty for none. A network that is loaded again
     /// is taken from there, which saves most of the time of a load; predictions are the same, bit
-    /// for bit. The directory must exist, and should be one that only this user can write to. What
-    /// it cannot serve is compiled as if there were no cache: a cache never makes a load fail.
+    /// for bit. The directory must exist, and should be one that only this user can write to.
+    /// Anything not found there is compiled as usual: a cache never makes a load fail.
     String cacheDirectory;
-    /// The bytes that the directory's compiled networks may take together; those written longest
-    /// ago are removed. 0 for no limit.
+    /// The bytes that the directory's compiled networks may take together. When one is written,
+    /// those written longest ago make room. 0 for no limit.
     uint64 cacheSizeLimit = 0;
 
     /// The largest number of threads accepted.

@@ -5,7 +5,7 @@
 
 namespace quavin_tool {
 
-/// Adds --threads, --precision, --hint and --map-weights.
+/// Adds --threads, --precision, --hint, --cache and --map-weights.
 void addEngineOptions(CLI::App& command, VelmoraQuavin::EngineOptions& options);
 
 }  // namespace quavin_tool
