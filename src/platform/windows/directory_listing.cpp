@@ -21,7 +21,7 @@ struct CloseSearch {
 std::string listDirectory(const String& path, std::vector<std::string>& names) {
     const std::wstring pattern = widePath(path) + L"\\*";
     WIN32_FIND_DATAW entry{};
-    const HANDLE first = ::FindFirstFileW(pattern.c_str(), &entry);
+    HANDLE first = ::FindFirstFileW(pattern.c_str(), &entry);
     if (first == INVALID_HANDLE_VALUE) {
         return problemText("cannot be listed", ::GetLastError());
     }

@@ -7,7 +7,7 @@
 namespace VelmoraQuavin::internal::platform {
 
 std::optional<MappedFile> mapFile(const FileHandle& file, std::size_t size, std::string& problem) {
-    const HANDLE section = ::CreateFileMappingW(file.get(), nullptr, PAGE_READONLY, 0, 0, nullptr);
+    HANDLE section = ::CreateFileMappingW(file.get(), nullptr, PAGE_READONLY, 0, 0, nullptr);
     if (section == nullptr) {
         problem = problemText("cannot be mapped into memory", ::GetLastError());
         return std::nullopt;
