@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Checks the format of all sources, and lints all but the test cases ("--all" lints those too).
+# Checks the format of all sources, and lints all but the tests ("--all" lints those too).
 # "scripts/check.sh --fix" formats instead.
 set -euo pipefail
 . "$(dirname "$0")/lib.sh"
@@ -30,11 +30,11 @@ configure_only release
 mkdir -p build/lint
 sed 's/ -Winvalid-pch//; s/ -include [^ ]*cmake_pch\.hxx//' build/release/compile_commands.json \
     >build/lint/compile_commands.json
-# Test cases are only linted with --all: with their framework's headers they take half an hour.
+# Tests are only linted with --all: with their framework's headers they take half an hour.
 printf '%s\n' "${sources[@]}" | grep '\.cpp$' |
     # Skip sources that only other systems compile: for the library's, the test compilers.lint of the Windows
     # build does this.
     grep -v '/windows/\|_windows\(_test\)\?\.cpp$\|_cng\.cpp$\|/emulated_\|/emulator/' |
-    { if [ "${1:-}" = --all ]; then cat; else grep -v '_test\.cpp$\|^tests/consumer/'; fi; } |
+    { if [ "${1:-}" = --all ]; then cat; else grep -v '\(^\|/\)tests/'; fi; } |
     xargs -P "$(nproc)" -n 4 clang-tidy-14 --quiet -p build/lint
 say "Format and lint are clean"
