@@ -13,8 +13,6 @@
 namespace VelmoraQuavin::internal::platform {
 namespace {
 
-// OpenSSL counts bytes in an int.
-constexpr std::size_t kLargestUpdate = std::size_t{1} << 30;
 // A multiple of the block size, small enough to stay in the L1 cache between decrypting and moving.
 constexpr std::size_t kMoveChunk = 8192;
 
@@ -28,7 +26,7 @@ bool update(EVP_CIPHER_CTX* context, unsigned char* output, const unsigned char*
 bool decryptApart(EVP_CIPHER_CTX* context, unsigned char* output, const unsigned char* ciphertext,
                   std::size_t count) noexcept {
     for (std::size_t done = 0; done < count;) {
-        const std::size_t step = std::min(count - done, kLargestUpdate);
+        const std::size_t step = std::min(count - done, kLargestCryptoStep);
         if (!update(context, output + done, ciphertext + done, step)) {
             return false;
         }

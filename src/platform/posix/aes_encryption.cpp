@@ -8,13 +8,6 @@
 #include "platform/posix/openssl_context.h"
 
 namespace VelmoraQuavin::internal::platform {
-namespace {
-
-// OpenSSL counts bytes in an int.
-constexpr std::size_t kLargestStep = std::size_t{1} << 30;
-
-}  // namespace
-
 bool encryptAes128Cbc(const unsigned char* plain, std::size_t length, const unsigned char* vector,
                       unsigned char* output, const unsigned char* key) noexcept {
     const CryptoErrorMark mark;
@@ -25,7 +18,7 @@ bool encryptAes128Cbc(const unsigned char* plain, std::size_t length, const unsi
         return false;
     }
     for (std::size_t done = 0; done < length;) {
-        const std::size_t step = std::min(length - done, kLargestStep);
+        const std::size_t step = std::min(length - done, kLargestCryptoStep);
         int written = 0;
         if (EVP_EncryptUpdate(context.get(), output + done, &written, plain + done,
                               static_cast<int>(step)) != 1 ||
@@ -39,7 +32,7 @@ bool encryptAes128Cbc(const unsigned char* plain, std::size_t length, const unsi
 
 bool fillRandom(unsigned char* bytes, std::size_t count) noexcept {
     const CryptoErrorMark mark;
-    return count <= kLargestStep && RAND_priv_bytes(bytes, static_cast<int>(count)) == 1;
+    return count <= kLargestCryptoStep && RAND_priv_bytes(bytes, static_cast<int>(count)) == 1;
 }
 
 }  // namespace VelmoraQuavin::internal::platform

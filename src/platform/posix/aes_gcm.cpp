@@ -11,15 +11,12 @@
 namespace VelmoraQuavin::internal::platform {
 namespace {
 
-// OpenSSL counts bytes in an int.
-constexpr std::size_t kLargestUpdate = std::size_t{1} << 30;
-
 // Adds bytes to the operation that the context was initialised for.
 // @param output receives as many bytes; null if they are only authenticated.
 bool update(EVP_CIPHER_CTX* context, unsigned char* output, const unsigned char* input,
             std::size_t count) noexcept {
     for (std::size_t done = 0; done < count;) {
-        const std::size_t step = std::min(count - done, kLargestUpdate);
+        const std::size_t step = std::min(count - done, kLargestCryptoStep);
         int written = 0;
         if (EVP_CipherUpdate(context, output == nullptr ? nullptr : output + done, &written,
                              input + done, static_cast<int>(step)) != 1 ||

@@ -3,9 +3,13 @@
 #include <openssl/err.h>
 #include <openssl/evp.h>
 
+#include <cstddef>
 #include <memory>
 
 namespace VelmoraQuavin::internal::platform {
+
+/// The most that is given to OpenSSL at once: it counts bytes in an int.
+constexpr std::size_t kLargestCryptoStep = std::size_t{1} << 30;
 
 struct CipherContextDelete {
     void operator()(EVP_CIPHER_CTX* context) const noexcept { EVP_CIPHER_CTX_free(context); }
