@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "engine/cache/cache_name.h"
+#include "engine/cache/entry_buffer.h"
 #include "engine/cache/entry_header.h"
 #include "quavin/encryption.h"
 
@@ -20,6 +21,13 @@ public:
     virtual ~CacheSeal() = default;
 
     virtual SealKind kind() const noexcept = 0;
+    /// An empty buffer for content to be sealed with this.
+    /// @throws std::bad_alloc if memory runs out.
+    EntryBuffer makeBuffer(std::size_t capacity = 0) const {
+        return EntryBuffer(kind() == SealKind::kSecret ? EntryBuffer::Content::kSecret
+                                                       : EntryBuffer::Content::kPlain,
+                           capacity);
+    }
     /// Seals content, in place.
     /// @param name the entry's name.
     /// @param start the entry's header up to the seal, which is sealed with the content.

@@ -50,9 +50,7 @@ std::optional<EntryBuffer> readEntry(platform::InputFile& file, const EntryName&
     if (!problem.empty()) {
         return std::nullopt;
     }
-    EntryBuffer buffer(seal.kind() == SealKind::kSecret ? EntryBuffer::Content::kSecret
-                                                        : EntryBuffer::Content::kPlain,
-                       size);
+    EntryBuffer buffer = seal.makeBuffer(size);
     buffer.resize(size);
     SealValue value{};
     std::copy(header.begin() + start.size(), header.end(), value.begin());

@@ -1,6 +1,5 @@
 #include "engine/openvino/cached_network.h"
 
-#include <exception>
 #include <istream>
 #include <ostream>
 #include <string>
@@ -80,8 +79,7 @@ void CachedNetwork::store(InferenceEngine::ExecutableNetwork& network) noexcept 
         return;
     }
     try {
-        EntryBuffer entry(stored_.components().areSecured() ? EntryBuffer::Content::kSecret
-                                                            : EntryBuffer::Content::kPlain);
+        EntryBuffer entry = seal_->makeBuffer();
         EntryOutput bytes(entry);
         std::ostream stream(&bytes);
         stream.exceptions(std::ios::badbit);
