@@ -5,37 +5,39 @@
 #include "ie/exception.hpp"
 
 namespace InferenceEngine {
+namespace {
+
+/** Makes a call of the network, and throws the exception for its status. */
+template <class Call>
+void require(const Call& call) {
+    ResponseDesc response;
+    const StatusCode status = call(&response);
+    if (status != OK) {
+        details::extract_exception(status, response.msg);
+    }
+}
+
+}  // namespace
 
 ExecutableNetwork::ExecutableNetwork(IExecutableNetwork::Ptr network)
     : network_(std::move(network)) {}
 
 ConstOutputsDataMap ExecutableNetwork::GetOutputsInfo() const {
     ConstOutputsDataMap outputs;
-    ResponseDesc response;
-    const StatusCode status = network().GetOutputsInfo(outputs, &response);
-    if (status != OK) {
-        details::extract_exception(status, response.msg);
-    }
+    require([&](ResponseDesc* response) { return network().GetOutputsInfo(outputs, response); });
     return outputs;
 }
 
 ConstInputsDataMap ExecutableNetwork::GetInputsInfo() const {
     ConstInputsDataMap inputs;
-    ResponseDesc response;
-    const StatusCode status = network().GetInputsInfo(inputs, &response);
-    if (status != OK) {
-        details::extract_exception(status, response.msg);
-    }
+    require([&](ResponseDesc* response) { return network().GetInputsInfo(inputs, response); });
     return inputs;
 }
 
 InferRequest::Ptr ExecutableNetwork::CreateInferRequestPtr() {
     IInferRequest::Ptr request;
-    ResponseDesc response;
-    const StatusCode status = network().CreateInferRequest(request, &response);
-    if (status != OK) {
-        details::extract_exception(status, response.msg);
-    }
+    require(
+        [&](ResponseDesc* response) { return network().CreateInferRequest(request, response); });
     if (!request) {
         throw details::InferenceEngineException("Internal error: pointer to infer request is null");
     }
@@ -43,20 +45,12 @@ InferRequest::Ptr ExecutableNetwork::CreateInferRequestPtr() {
 }
 
 void ExecutableNetwork::Export(std::ostream& networkModel) {
-    ResponseDesc response;
-    const StatusCode status = network().Export(networkModel, &response);
-    if (status != OK) {
-        details::extract_exception(status, response.msg);
-    }
+    require([&](ResponseDesc* response) { return network().Export(networkModel, response); });
 }
 
 Parameter ExecutableNetwork::GetConfig(const std::string& name) const {
     Parameter value;
-    ResponseDesc response;
-    const StatusCode status = network().GetConfig(name, value, &response);
-    if (status != OK) {
-        details::extract_exception(status, response.msg);
-    }
+    require([&](ResponseDesc* response) { return network().GetConfig(name, value, response); });
     return value;
 }
 

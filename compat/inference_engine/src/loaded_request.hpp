@@ -37,7 +37,7 @@ private:
     void requireBlobs() const;
     void forgetBlobs() noexcept;
 
-    // The request reads from the memory, so it must be destroyed before them.
+    // The request reads from the memory, so it must be destroyed before it.
     std::shared_ptr<const void> memory_;
     Handle<ov_infer_request_t> request_;
     std::vector<BoundPort> ports_;
