@@ -393,12 +393,6 @@ TEST_F(CompiledCacheTest, SecuredNetworksAreNotCachedAndReportedOnce) {
 
 #else
 
-CryptoKey anotherKey() {
-    CryptoKey key{};
-    key.fill(0x5A);
-    return key;
-}
-
 class SecuredCacheTest : public CompiledCacheTest {
 protected:
     SecuredCacheTest() { writeSecuredPackage(directory_, networkWith(kFactor), countingKey()); }

@@ -16,12 +16,6 @@ using ::testing::IsEmpty;
 using ::testing::Not;
 using Components = std::vector<std::pair<std::string, std::string>>;
 
-CryptoKey anotherKey() {
-    CryptoKey key{};
-    key.fill(0x5A);
-    return key;
-}
-
 class SecuredPackage : public ModelTest {
 protected:
     SecuredPackage() {

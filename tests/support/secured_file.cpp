@@ -26,6 +26,12 @@ CryptoKey countingKey() {
     return key;
 }
 
+CryptoKey anotherKey() {
+    CryptoKey key{};
+    key.fill(0x5A);
+    return key;
+}
+
 std::string secured(std::string_view plain, const CryptoKey& key, BlockFilling filling) {
     std::string padded(plain);
     if (filling == BlockFilling::kPkcs7) {

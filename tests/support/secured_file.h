@@ -10,6 +10,8 @@ using CryptoKey = std::array<unsigned char, 16>;
 
 /// Bytes 00 01 02 ... 0f.
 CryptoKey countingKey();
+/// Bytes 5a 5a 5a ... 5a.
+CryptoKey anotherKey();
 
 /// How the last block of a secured file is filled.
 enum class BlockFilling {
