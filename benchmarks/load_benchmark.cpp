@@ -19,38 +19,13 @@
 #include <optional>
 #include <string>
 
+#include "packages.h"
 #include "raw_network.h"
 #include "rounds.h"
 
 using namespace VelmoraQuavin;
 
 namespace {
-
-std::shared_ptr<QuavinModel> load(const std::string& folder, const std::string& keyHex,
-                                  const EngineOptions& options = {}) {
-    auto metadata = std::make_shared<ModelMetadata>();
-    QuavinStatus status = metadata->load(Filepath(folder).append(Filepath("manifest.json")));
-    if (status.ok() && !keyHex.empty()) {
-        unsigned char key[16];
-        for (std::size_t index = 0; index < sizeof key; ++index) {
-            key[index] = static_cast<unsigned char>(
-                std::strtoul(keyHex.substr(2 * index, 2).c_str(), nullptr, 16));
-        }
-        for (ModelComponent& component :
-             metadata->getTargets().at(QuavinModelType::Openvino).components) {
-            component.setCryptoKey(key);
-        }
-    }
-    std::shared_ptr<QuavinModel> model;
-    if (status.ok()) {
-        status =
-            QuavinClient::instance().getModel(metadata, model, QuavinModelType::Openvino, options);
-    }
-    if (!status.ok()) {
-        throw Exception(status.getDescription(), status.getCode());
-    }
-    return model;
-}
 
 // The result is destroyed after the clock has stopped.
 template <typename Load>
@@ -64,8 +39,8 @@ benchmark::Contestant contestant(const std::string& name, Load loadOnce) {
 void compareTimes(const std::string& plain, const std::string& secured, const std::string& keyHex,
                   int rounds) {
     const auto byHand = [plain] { return std::make_unique<benchmark::RawNetwork>(plain); };
-    const auto loadPlain = [plain] { return load(plain, ""); };
-    const auto loadSecured = [secured, keyHex] { return load(secured, keyHex); };
+    const auto loadPlain = [plain] { return benchmark::loadPackage(plain, ""); };
+    const auto loadSecured = [secured, keyHex] { return benchmark::loadPackage(secured, keyHex); };
     benchmark::compare("getModel " + plain,
                        {contestant("by hand", byHand), contestant("by hand again (noise)", byHand),
                         contestant("getModel", loadPlain)},
@@ -98,7 +73,7 @@ void printPeak(const std::string& side, const std::string& folder, const std::st
     } else {
         EngineOptions options;
         options.mapWeights = side == "mapped";
-        model = load(folder, keyHex, options);
+        model = benchmark::loadPackage(folder, keyHex, options);
     }
     rusage usage{};
     getrusage(RUSAGE_SELF, &usage);

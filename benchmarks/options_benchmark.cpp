@@ -8,8 +8,6 @@
 
 #include <quavin/quavin.h>
 
-#include <array>
-#include <cstdlib>
 #include <exception>
 #include <filesystem>
 #include <functional>
@@ -17,9 +15,9 @@
 #include <iostream>
 #include <memory>
 #include <string>
-#include <utility>
 #include <vector>
 
+#include "packages.h"
 #include "rounds.h"
 
 using namespace VelmoraQuavin;
@@ -28,41 +26,13 @@ namespace {
 
 namespace fs = std::filesystem;
 using Model = std::shared_ptr<QuavinModel>;
-using Key = std::array<unsigned char, 16>;
-
-void require(const QuavinStatus& status) {
-    if (!status.ok()) {
-        throw Exception(status.getDescription(), status.getCode());
-    }
-}
-
-Key keyOf(const std::string& hex) {
-    Key key{};
-    for (std::size_t index = 0; index < key.size(); ++index) {
-        key[index] =
-            static_cast<unsigned char>(std::strtoul(hex.substr(2 * index, 2).c_str(), nullptr, 16));
-    }
-    return key;
-}
+using benchmark::loadPackage;
+using benchmark::require;
 
 struct Package {
     std::string folder;
-    const Key* key = nullptr;
+    std::string keyHex;
 };
-
-Model load(const Package& package, const EngineOptions& options) {
-    auto metadata = std::make_shared<ModelMetadata>();
-    require(metadata->load(Filepath(package.folder).append(Filepath("manifest.json"))));
-    if (package.key != nullptr) {
-        for (ModelComponent& component :
-             metadata->getTargets().at(QuavinModelType::Openvino).components) {
-            component.setCryptoKey(package.key->data());
-        }
-    }
-    Model model;
-    require(QuavinClient::instance().getModel(metadata, model, QuavinModelType::Openvino, options));
-    return model;
-}
 
 // A directory for compiled networks, removed in the end.
 class Cache {
@@ -96,7 +66,8 @@ benchmark::Contestant loading(
     return {name, [package, options, prepare] {
                 prepare();
                 Model model;
-                return benchmark::timeOf([&] { model = load(package, options); });
+                return benchmark::timeOf(
+                    [&] { model = loadPackage(package.folder, package.keyHex, options); });
             }};
 }
 
@@ -104,7 +75,7 @@ void compareLoads(const Package& plain, const Package& secured, int rounds) {
     const Cache written("quavin-benchmark-written");
     const Cache kept("quavin-benchmark-kept");
     const EngineOptions none;
-    const Model original = load(plain, none);
+    const Model original = loadPackage(plain.folder, plain.keyHex, none);
     benchmark::compare(
         "getModel " + plain.folder,
         {loading("without a cache", plain, none),
@@ -138,8 +109,8 @@ void predict(const Model& model, int calls) {
 void compareThreads(const Package& package, int calls, int rounds) {
     EngineOptions throughput;
     throughput.hint = EngineOptions::Hint::Throughput;
-    const Model single = load(package, EngineOptions());
-    const Model first = load(package, throughput);
+    const Model single = loadPackage(package.folder, package.keyHex);
+    const Model first = loadPackage(package.folder, package.keyHex, throughput);
     Model second;
     require(QuavinClient::instance().cloneModel(first, second));
     const auto alone = [&] {
@@ -170,9 +141,8 @@ int main(int argc, char** argv) {
     }
     try {
         const QuavinClientInitTerm library{QuavinConfig()};
-        const Key key = keyOf(argv[3]);
-        const Package plain{argv[1]};
-        const Package secured{argv[2], &key};
+        const Package plain{argv[1], ""};
+        const Package secured{argv[2], argv[3]};
         const int rounds = argc > 5 ? std::stoi(argv[5]) : 31;
         compareLoads(plain, secured, rounds);
         compareThreads(plain, std::stoi(argv[4]), rounds);
