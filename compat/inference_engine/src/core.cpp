@@ -61,7 +61,7 @@ private:
 
     void prepare(const std::string& device) const {
         if (!hasSettings_) {
-            runtime::useSinglePrecision(*core_, device);
+            runtime::useOwnDefaults(*core_, device);
         }
     }
 

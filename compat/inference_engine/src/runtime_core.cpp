@@ -1,5 +1,6 @@
 #include "runtime_core.hpp"
 
+#include <array>
 #include <cstring>
 #include <mutex>
 #include <utility>
@@ -32,6 +33,19 @@ void set(const ov_core_t& core, const std::string& device, const std::string& na
     }
 }
 
+void useDefault(const ov_core_t& core, const std::string& device, const char* key,
+                const char* value) noexcept {
+    char* now = nullptr;
+    if (attempt([&] { return ov_core_get_property(&core, device.c_str(), key, &now); }) != ::OK) {
+        return;
+    }
+    const Handle<const char> owner(now);
+    if (std::strcmp(now, value) != 0) {
+        // Devices that support only what they have refuse this, and keep it.
+        attempt([&] { return ov_core_set_property(&core, device.c_str(), key, value); });
+    }
+}
+
 }  // namespace
 
 std::shared_ptr<ov_core_t> sharedCore() {
@@ -43,7 +57,11 @@ std::shared_ptr<ov_core_t> sharedCore(const std::string& device, const Settings&
     static std::mutex mutex;
     // Never destroyed: networks may be loaded while the process exits.
     static auto& cores = *new std::map<Key, std::weak_ptr<ov_core_t>>;
+    // The latest without and with settings stay, so that a host that loads one network after
+    // another starts the runtime once.
+    static auto& latest = *new std::array<std::shared_ptr<ov_core_t>, 2>;
 
+    std::shared_ptr<ov_core_t> replaced;  // released after the lock
     const std::lock_guard<std::mutex> lock(mutex);
     const Key key(settings.empty() ? "" : device, settings);
     const auto known = cores.find(key);
@@ -51,28 +69,20 @@ std::shared_ptr<ov_core_t> sharedCore(const std::string& device, const Settings&
     if (!core) {
         core = makeCore();
         if (!settings.empty()) {
-            useSinglePrecision(*core, device);  // unless a setting says otherwise
+            useOwnDefaults(*core, device);  // unless a setting says otherwise
         }
         for (const auto& [name, value] : settings) {
             set(*core, device, name, value);
         }
         cores[key] = core;
     }
+    replaced = std::exchange(latest[settings.empty() ? 0 : 1], core);
     return core;
 }
 
-void useSinglePrecision(const ov_core_t& core, const std::string& device) noexcept {
-    constexpr const char* kSingle = "f32";
-    const char* const key = ov_property_key_hint_inference_precision;
-    char* now = nullptr;
-    if (attempt([&] { return ov_core_get_property(&core, device.c_str(), key, &now); }) != ::OK) {
-        return;
-    }
-    const Handle<const char> owner(now);
-    if (std::strcmp(now, kSingle) != 0) {
-        // Devices that only support their own precision refuse this, and keep it.
-        attempt([&] { return ov_core_set_property(&core, device.c_str(), key, kSingle); });
-    }
+void useOwnDefaults(const ov_core_t& core, const std::string& device) noexcept {
+    useDefault(core, device, ov_property_key_hint_inference_precision, "f32");
+    useDefault(core, device, ov_property_key_hint_enable_cpu_pinning, "NO");
 }
 
 }  // namespace InferenceEngine::runtime

@@ -10,7 +10,7 @@
 namespace InferenceEngine::runtime {
 
 /**
- * The core shared by all users. It lives as long as anyone holds it: creating one takes as long as
+ * The core shared by all users. It lives until the process ends: creating one takes as long as
  * reading a small network, and a second one would load the devices again. May be called from any
  * thread.
  */
@@ -18,7 +18,8 @@ std::shared_ptr<ov_core_t> sharedCore();
 
 /**
  * The core shared by all users of these settings of a device. They hold for everything that is
- * compiled with it.
+ * compiled with it. It lives as long as anyone holds it or no core with other settings is asked
+ * for.
  *
  * @param settings under the names of 2020 or the runtime's; if empty, this is sharedCore()
  * @throws Failure beginning with a setting's name, with the status PARAMETER_MISMATCH, if the
@@ -28,11 +29,15 @@ std::shared_ptr<ov_core_t> sharedCore(const std::string& device,
                                       const std::map<std::string, std::string>& settings);
 
 /**
- * Makes a device compute in single precision from now on, whatever its default: on processors with
- * instructions for bfloat16 or half precision the runtime would use them, and results would be off
- * in the third digit. A caller can still override this for one compilation. Does nothing if the
- * device has no such property or refuses the value. May be called repeatedly and from any thread.
+ * Sets what the library wants of a device from now on, whatever the device's own defaults:
+ * - Single precision: on processors with instructions for bfloat16 or half precision the runtime
+ *   would use them, and results would be off in the third digit.
+ * - No pinning: the runtime would bind each of its threads to one processor, and the host's thread
+ *   during a prediction. Predictions then wait whenever other work runs on just that processor.
+ *
+ * A caller can still override this for one core. Skips properties that the device does not have,
+ * and values that it refuses. May be called repeatedly and from any thread.
  */
-void useSinglePrecision(const ov_core_t& core, const std::string& device) noexcept;
+void useOwnDefaults(const ov_core_t& core, const std::string& device) noexcept;
 
 }  // namespace InferenceEngine::runtime

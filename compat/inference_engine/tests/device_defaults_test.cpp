@@ -1,4 +1,4 @@
-// Which precision the runtime reports for compiled networks.
+// What the runtime reports for compiled networks whose host chose nothing.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -14,10 +14,11 @@ namespace {
 using testing::StrEq;
 
 constexpr const char* kPrecision = "INFERENCE_PRECISION_HINT";
+constexpr const char* kPinning = "ENABLE_CPU_PINNING";
 
-class SinglePrecisionTest : public testing::Test {
+class DeviceDefaultsTest : public testing::Test {
 protected:
-    SinglePrecisionTest() : core_(newCore()), model_(read(*core_)) {}
+    DeviceDefaultsTest() : core_(newCore()), model_(read(*core_)) {}
 
     /** Not the shared core, which other tests change. */
     static Handle<ov_core_t> newCore() {
@@ -36,15 +37,15 @@ protected:
         return Handle<ov_model_t>(read);
     }
 
-    static std::string precisionOf(const ov_core_t& core) {
+    static std::string valueOf(const ov_core_t& core, const char* key) {
         char* value = nullptr;
-        check([&] { return ov_core_get_property(&core, "CPU", kPrecision, &value); });
+        check([&] { return ov_core_get_property(&core, "CPU", key, &value); });
         return takeText(value);
     }
 
-    static std::string precisionOf(const Handle<ov_compiled_model_t>& compiled) {
+    static std::string valueOf(const Handle<ov_compiled_model_t>& compiled, const char* key) {
         char* value = nullptr;
-        check([&] { return ov_compiled_model_get_property(compiled.get(), kPrecision, &value); });
+        check([&] { return ov_compiled_model_get_property(compiled.get(), key, &value); });
         return takeText(value);
     }
 
@@ -52,35 +53,47 @@ protected:
     const Handle<ov_model_t> model_;
 };
 
-TEST_F(SinglePrecisionTest, IsReportedByACompiledNetwork) {
-    useSinglePrecision(*core_, "CPU");
-    EXPECT_THAT(precisionOf(compile(*core_, *model_, "CPU")), StrEq("f32"));
+TEST_F(DeviceDefaultsTest, MakeACompiledNetworkComputeInSinglePrecision) {
+    useOwnDefaults(*core_, "CPU");
+    EXPECT_THAT(valueOf(compile(*core_, *model_, "CPU"), kPrecision), StrEq("f32"));
 }
 
 // Processors with instructions for bfloat16 use it by default; others ignore such a request and
 // keep the precision they had.
-TEST_F(SinglePrecisionTest, ReplacesAnotherPrecisionOfTheDevice) {
+TEST_F(DeviceDefaultsTest, ReplaceAnotherPrecisionOfTheDevice) {
     check([&] { return ov_core_set_property(core_.get(), "CPU", kPrecision, "bf16"); });
-    useSinglePrecision(*core_, "CPU");
-    EXPECT_THAT(precisionOf(*core_), StrEq("f32"));
-    EXPECT_THAT(precisionOf(compile(*core_, *model_, "CPU")), StrEq("f32"));
+    useOwnDefaults(*core_, "CPU");
+    EXPECT_THAT(valueOf(*core_, kPrecision), StrEq("f32"));
+    EXPECT_THAT(valueOf(compile(*core_, *model_, "CPU"), kPrecision), StrEq("f32"));
 }
 
 // A processor may lack the requested precision, as the bare runtime shows; the one that was set
 // before stays then.
-TEST_F(SinglePrecisionTest, YieldsToThePrecisionThatTheCallerSets) {
+TEST_F(DeviceDefaultsTest, YieldToThePrecisionThatTheCallerSets) {
     for (const char* const requested : {"bf16", "f16", "f32"}) {
         const Handle<ov_core_t> bare = newCore();
         check([&] { return ov_core_set_property(bare.get(), "CPU", kPrecision, requested); });
-        const bool supported = precisionOf(compile(*bare, *model_, "CPU")) == requested;
+        const bool supported = valueOf(compile(*bare, *model_, "CPU"), kPrecision) == requested;
         const auto core = sharedCore("CPU", {{kPrecision, requested}});
-        EXPECT_THAT(precisionOf(compile(*core, *model_, "CPU")),
+        EXPECT_THAT(valueOf(compile(*core, *model_, "CPU"), kPrecision),
                     StrEq(supported ? requested : "f32"));
     }
 }
 
-TEST_F(SinglePrecisionTest, IsNotForcedOnAMissingDevice) {
-    useSinglePrecision(*core_, "NOWHERE");
+TEST_F(DeviceDefaultsTest, LeaveTheThreadsOfACompiledNetworkUnpinned) {
+    check([&] { return ov_core_set_property(core_.get(), "CPU", kPinning, "YES"); });
+    useOwnDefaults(*core_, "CPU");
+    EXPECT_THAT(valueOf(*core_, kPinning), StrEq("NO"));
+    EXPECT_THAT(valueOf(compile(*core_, *model_, "CPU"), kPinning), StrEq("NO"));
+}
+
+TEST_F(DeviceDefaultsTest, YieldToThePinningThatTheCallerSets) {
+    const auto core = sharedCore("CPU", {{kPinning, "YES"}});
+    EXPECT_THAT(valueOf(*core, kPinning), StrEq("YES"));
+}
+
+TEST_F(DeviceDefaultsTest, AreNotForcedOnAMissingDevice) {
+    useOwnDefaults(*core_, "NOWHERE");
     EXPECT_THROW(compile(*core_, *model_, "NOWHERE"), Failure);
     EXPECT_NE(compile(*core_, *model_, "CPU"), nullptr);
 }
