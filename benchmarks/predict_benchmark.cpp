@@ -71,10 +71,12 @@ void run(const std::string& folder, std::size_t kept, int calls, int rounds) {
     const QuavinClientInitTerm library{QuavinConfig()};
     benchmark::RawNetwork baseline(folder);
     benchmark::RawNetwork again(folder);
+    benchmark::RawNetwork unpinned(folder, benchmark::RawNetwork::Pinning::kOff);
     Host host(folder);
     benchmark::compare("predict " + folder + ", " + std::to_string(kept) + " predictions kept",
                        {contestant("by hand", baseline, kept, calls),
                         contestant("by hand again (noise)", again, kept, calls),
+                        contestant("by hand, threads not pinned", unpinned, kept, calls),
                         contestant("QuavinModel::predict", host, kept, calls)},
                        rounds);
     if (kept != 0) {
@@ -94,6 +96,7 @@ void run(const std::string& folder, std::size_t kept, int calls, int rounds) {
     benchmark::compare("predict " + folder + ", against inference alone",
                        {{"by hand, everything bound already", bare(baseline)},
                         {"by hand again (noise)", bare(again)},
+                        {"by hand, threads not pinned", bare(unpinned)},
                         contestant("QuavinModel::predict", host, kept, calls)},
                        rounds);
 }

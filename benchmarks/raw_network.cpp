@@ -53,12 +53,15 @@ ov_shape_t shapeOver(std::vector<Element>& dimensions) {
 
 }  // namespace
 
-RawNetwork::RawNetwork(const std::string& folder) {
+RawNetwork::RawNetwork(const std::string& folder, Pinning pinning) {
     ov_core_t* core = nullptr;
     check(ov_core_create(&core));
     core_.reset(core);
     // As the library does, so that both sides do the same work.
     check(ov_core_set_property(core, "CPU", ov_property_key_hint_inference_precision, "f32"));
+    if (pinning == Pinning::kOff) {
+        check(ov_core_set_property(core, "CPU", ov_property_key_hint_enable_cpu_pinning, "NO"));
+    }
 
     const std::string text = readText(folder + "/model.xml");
     weights_ = readTensor(folder + "/model.bin");

@@ -26,7 +26,10 @@ using Tensor = Owned<ov_tensor_t, ov_tensor_free>;
 /// output tensors for each call.
 class RawNetwork {
 public:
-    explicit RawNetwork(const std::string& folder);
+    /// Whether the runtime binds its threads to processors, as it does by default on Linux.
+    enum class Pinning { kDefault, kOff };
+
+    explicit RawNetwork(const std::string& folder, Pinning pinning = Pinning::kDefault);
 
     /// Runs the network once on all-zero inputs.
     /// @param kept how many outputs of the latest calls stay alive.
