@@ -131,7 +131,7 @@ TEST_F(Diagnostics, AnUnusableFirstInputIsNamedWithItsShape) {
 
 TEST_F(Diagnostics, AnInputThatCannotBeAllocatedIsNamed) {
     PackageText text = describe(affineNetwork());
-    text.inputs.push_back(R"({"name": "picture", "featureType": "image"})");
+    text.inputs.emplace_back(R"({"name": "picture", "featureType": "image"})");
     writePackage(directory_, affineNetwork());
     writeManifest(directory_, text);
     ASSERT_THAT(load(), IsOk());

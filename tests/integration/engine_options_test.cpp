@@ -9,9 +9,6 @@
 namespace VelmoraQuavin::testing {
 namespace {
 
-using ::testing::Each;
-using ::testing::FloatEq;
-using ::testing::Ge;
 using Precision = EngineOptions::Precision;
 using Hint = EngineOptions::Hint;
 

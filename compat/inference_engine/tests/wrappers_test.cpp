@@ -239,7 +239,7 @@ TEST(ParameterTest, HoldsAValueOfOneType) {
     EXPECT_FALSE(number.is<std::string>());
     EXPECT_THROW(number.as<std::string>(), std::bad_cast);
 
-    const Parameter copy = number;
+    const Parameter copy = number;  // NOLINT(performance-unnecessary-copy-initialization): tested
     EXPECT_EQ(copy.as<int>(), 7);
 }
 
@@ -254,6 +254,7 @@ TEST(ReleaseTest, TheLastHolderReleasesTheObject) {
     };
     {
         const auto first = details::shared_from_irelease(new Counting);
+        // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): what is tested
         const auto second = first;
         EXPECT_EQ(released, 0);
     }
