@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Installs missing packages, builds, and runs all tests: optimised, then under the sanitizers, then as programs
-# for other systems. To run only some presets, pass their names: scripts/test.sh release
+# Installs missing packages, builds, and runs all tests: optimised, then under AddressSanitizer and
+# UndefinedBehaviorSanitizer, those with several threads under ThreadSanitizer, then all as programs for other
+# systems. To run only some presets, pass their names: scripts/test.sh release
 # If programs for another system cannot be built or run, they are skipped with a message; with
 # QUAVIN_TEST_EVERY_SYSTEM=1 that is a failure.
 set -euo pipefail
@@ -8,10 +9,12 @@ set -euo pipefail
 
 # shellcheck disable=SC2086  # lists of words
 install_packages $packages_build $packages_test
-for preset in "${@:-release asan-ubsan}"; do
+for preset in "${@:-release asan-ubsan tsan}"; do
     for name in $preset; do
-        time_leg "build $name" configure_and_build "$name"
-        time_leg "test $name" run_and_count_tests "$name"
+        targets=() tests=()
+        [ "$name" != tsan ] || targets=(quavin_thread_tests) tests=(-R '^threads\.')
+        time_leg "build $name" configure_and_build "$name" "${targets[@]}"
+        time_leg "test $name" run_and_count_tests "$name" "${tests[@]}"
     done
 done
 

@@ -12,6 +12,7 @@ namespace {
 
 constexpr std::size_t kWideAlignment = 64;
 
+// Counted without ordering anything, which would hide races from ThreadSanitizer.
 std::atomic<int> alignedBlocks{0};
 std::atomic<FreeWatch*> activeWatch{nullptr};
 thread_local int allocationsUntilFailure = 0;  // none fails at 0
@@ -31,7 +32,7 @@ void* allocate(const void* caller, std::size_t size, std::align_val_t alignment)
     const auto multiple = static_cast<std::size_t>(alignment);
     void* const block = allocateAligned(multiple, size);
     if (block != nullptr && multiple >= kWideAlignment) {
-        ++alignedBlocks;
+        alignedBlocks.fetch_add(1, std::memory_order_relaxed);
     }
     return block;
 }
@@ -56,7 +57,7 @@ void release(void* block, std::align_val_t alignment) noexcept {
     }
     const auto multiple = static_cast<std::size_t>(alignment);
     if (multiple >= kWideAlignment) {
-        --alignedBlocks;
+        alignedBlocks.fetch_sub(1, std::memory_order_relaxed);
     }
     notifyWatch(block, sizeOfAligned(block, multiple));
     freeAligned(block);
