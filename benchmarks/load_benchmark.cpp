@@ -13,12 +13,12 @@
 
 #include <cstdlib>
 #include <exception>
-#include <fstream>
 #include <iostream>
 #include <memory>
 #include <optional>
 #include <string>
 
+#include "anonymous_memory.h"
 #include "packages.h"
 #include "raw_network.h"
 #include "rounds.h"
@@ -52,19 +52,6 @@ void compareTimes(const std::string& plain, const std::string& secured, const st
         rounds);
 }
 
-// In MiB; 0 if the system does not say.
-long anonymousMemory() {
-    std::ifstream status("/proc/self/status");
-    for (std::string word; status >> word;) {
-        if (word == "RssAnon:") {
-            long kibibytes = 0;
-            status >> kibibytes;
-            return kibibytes / 1024;
-        }
-    }
-    return 0;
-}
-
 void printPeak(const std::string& side, const std::string& folder, const std::string& keyHex) {
     std::unique_ptr<benchmark::RawNetwork> raw;
     std::shared_ptr<QuavinModel> model;
@@ -78,7 +65,8 @@ void printPeak(const std::string& side, const std::string& folder, const std::st
     rusage usage{};
     getrusage(RUSAGE_SELF, &usage);
     std::cout << "peak resident memory, " << side << ": " << usage.ru_maxrss / 1024 << " MiB\n"
-              << "anonymous memory, " << side << ": " << anonymousMemory() << " MiB\n";
+              << "anonymous memory, " << side << ": " << benchmark::anonymousMemory() / 1024
+              << " MiB\n";
 }
 
 }  // namespace

@@ -1,10 +1,13 @@
 // Compares what engine options and clones change: loading through the cache, cloning, and
 // predicting on two threads.
 //
-//     quavin_options_benchmark PLAIN SECURED KEYHEX CALLS [ROUNDS]
+//     quavin_options_benchmark PLAIN SECURED KEYHEX CALLS [ROUNDS]      times, in turns
+//     quavin_options_benchmark --memory raw|clone FOLDER COUNT
 //
 // The folders hold the same model, as models/make_mobilenet.py writes it, plain and encrypted.
-// CALLS is how many predictions each thread makes in one measurement.
+// CALLS is how many predictions each thread makes in one measurement. The second form prints what
+// the first prediction adds to the process's memory, and then each of COUNT clones that predicts
+// once, or, for "raw", each inference request made by hand; each side needs its own process.
 
 #include <quavin/quavin.h>
 
@@ -17,6 +20,7 @@
 #include <string>
 #include <vector>
 
+#include "clone_memory.h"
 #include "packages.h"
 #include "rounds.h"
 
@@ -136,11 +140,16 @@ void compareThreads(const Package& package, int calls, int rounds) {
 
 int main(int argc, char** argv) {
     if (argc < 5) {
-        std::cerr << "usage: quavin_options_benchmark PLAIN SECURED KEYHEX CALLS [ROUNDS]\n";
+        std::cerr << "usage: quavin_options_benchmark PLAIN SECURED KEYHEX CALLS [ROUNDS]\n"
+                     "       quavin_options_benchmark --memory raw|clone FOLDER COUNT\n";
         return 2;
     }
     try {
         const QuavinClientInitTerm library{QuavinConfig()};
+        if (std::string(argv[1]) == "--memory") {
+            benchmark::printCloneMemory(argv[2], argv[3], std::stoi(argv[4]));
+            return 0;
+        }
         const Package plain{argv[1], ""};
         const Package secured{argv[2], argv[3]};
         const int rounds = argc > 5 ? std::stoi(argv[5]) : 31;

@@ -88,9 +88,13 @@ RawNetwork::RawNetwork(const std::string& folder, Pinning pinning) {
     ov_compiled_model_t* compiled = nullptr;
     check(ov_core_compile_model(core, model, "CPU", 0, &compiled));
     compiled_.reset(compiled);
+    addRequest();
+}
+
+void RawNetwork::addRequest() {
     ov_infer_request_t* request = nullptr;
-    check(ov_compiled_model_create_infer_request(compiled, &request));
-    request_.reset(request);
+    check(ov_compiled_model_create_infer_request(compiled_.get(), &request));
+    requests_.emplace_back(request);
 }
 
 RawNetwork::Port RawNetwork::describe(const ov_model_t* model, PortAt* portAt, std::size_t index) {
@@ -107,29 +111,30 @@ RawNetwork::Port RawNetwork::describe(const ov_model_t* model, PortAt* portAt, s
 }
 
 void RawNetwork::predict(std::size_t kept) {
+    ov_infer_request_t* const request = requests_.back().get();
     std::size_t index = 0;
     for (Port& input : inputs_) {
         ov_tensor_t* tensor = nullptr;
         check(ov_tensor_create_from_host_ptr(input.type, shapeOver(input.dimensions),
                                              input.memory.data(), &tensor));
         const Tensor owned(tensor);
-        check(ov_infer_request_set_input_tensor_by_index(request_.get(), index++, tensor));
+        check(ov_infer_request_set_input_tensor_by_index(request, index++, tensor));
     }
     index = 0;
     for (Port& output : outputs_) {
         ov_tensor_t* tensor = nullptr;
         check(ov_tensor_create(output.type, shapeOver(output.dimensions), &tensor));
         kept_.emplace_back(tensor);
-        check(ov_infer_request_set_output_tensor_by_index(request_.get(), index++, tensor));
+        check(ov_infer_request_set_output_tensor_by_index(request, index++, tensor));
     }
-    check(ov_infer_request_infer(request_.get()));
+    check(ov_infer_request_infer(request));
     while (kept_.size() > kept * outputs_.size()) {
         kept_.pop_front();
     }
 }
 
 void RawNetwork::infer() {
-    check(ov_infer_request_infer(request_.get()));
+    check(ov_infer_request_infer(requests_.back().get()));
 }
 
 }  // namespace benchmark

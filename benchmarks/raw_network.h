@@ -38,6 +38,10 @@ public:
     /// Runs the network with what the last prediction bound.
     void infer();
 
+    /// Makes another inference request over the compiled network for all later predictions. The
+    /// earlier ones stay alive.
+    void addRequest();
+
 private:
     struct Port {
         ov_element_type_e type;
@@ -51,7 +55,7 @@ private:
     Tensor weights_;
     Owned<ov_core_t, ov_core_free> core_;
     Owned<ov_compiled_model_t, ov_compiled_model_free> compiled_;
-    Owned<ov_infer_request_t, ov_infer_request_free> request_;
+    std::vector<Owned<ov_infer_request_t, ov_infer_request_free>> requests_;  // the last is used
     std::vector<Port> inputs_;
     std::vector<Port> outputs_;
     std::deque<Tensor> kept_;

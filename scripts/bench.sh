@@ -78,6 +78,8 @@ small=$(make_model small)
 small_secured=$(make_model small --encrypt "$key")
 "$programs/quavin_options_benchmark" "$mobilenet" "$mobilenet_secured" "$key" 20 31
 "$programs/quavin_options_benchmark" "$small" "$small_secured" "$key" 2000 31
+"$programs/quavin_options_benchmark" --memory raw "$mobilenet" 64
+"$programs/quavin_options_benchmark" --memory clone "$mobilenet" 64
 
 say "Decrypting"
 "$programs/quavin_aes_benchmark" 41
