@@ -4,7 +4,7 @@
 - A ```cpp or ```python block in README.md or below docs/ follows a line "<!-- from PATH -->" and appears
   verbatim in that file, apart from common indentation: quoted code is compiled or run. For blocks in other
   languages the line is optional.
-- Relative links on every page lead to a file, and their #anchors to a heading.
+- Relative links on every page, images included, lead to a file, and their #anchors to a heading.
 - Every file in docs/ can be reached by links from docs/README.md.
 - Every status code of the public header has a row, with its number, in a table on a reachable page.
 
@@ -20,7 +20,7 @@ import textwrap
 
 FENCE = re.compile(r"^(\s*)(`{3,}|~{3,})\s*(\S*)")
 SOURCE = re.compile(r"^\s*<!-- from (\S+) -->\s*$")
-LINK = re.compile(r"(?<!!)\[[^\]\[]*\]\(([^)\s]+)\)")
+LINK = re.compile(r"\[[^\]\[]*\]\(([^)\s]+)\)")
 CODE_SPAN = re.compile(r"(`+)(?!`).*?(?<!`)\1(?!`)")
 HEADING = re.compile(r"^#{1,6}\s+(.*?)\s*#*$")
 STATUS_CODE = re.compile(r"^\s*([A-Z][A-Z0-9_]*)\s*=\s*(\d+),", re.MULTILINE)

@@ -80,6 +80,14 @@ class CheckSnippetsTest(unittest.TestCase):
         self.assertEqual(["README.md:1: the link docs/gone.md leads nowhere"],
                          self.with_readme("[gone](docs/gone.md)\n"))
 
+    def test_a_missing_image_is_found(self):
+        self.assertEqual(["README.md:1: the link docs/gone.svg leads nowhere"],
+                         self.with_readme("![gone](docs/gone.svg)\n"))
+
+    def test_an_image_on_a_page_is_reachable(self):
+        self.assertEqual([], self.errors(**{
+            "docs/errors.md": GOOD_TREE["docs/errors.md"] + "\n![a chart](chart.svg)\n", "docs/chart.svg": "<svg/>"}))
+
     def test_a_link_to_a_missing_heading_is_found(self):
         self.assertEqual(["README.md:1: there is no heading for the link docs/errors.md#gone"],
                          self.with_readme("[gone](docs/errors.md#gone)\n"))
