@@ -93,3 +93,6 @@ if python=$(python3 "$root/benchmarks/peers/make_environment.py"); then
     "$python" "$root/benchmarks/peers/make_networks.py" "$models/peers" mobilenet small
     "$python" "$root/benchmarks/peers/compare.py" "$programs/quavin_peer_host" "$models/peers" 21
 fi
+
+say "Drawing docs/images/performance.svg from the tables of docs/performance.md; run this again after changing them"
+python3 "$root/scripts/performance_chart.py"
