@@ -22,6 +22,7 @@
 
 #include "clone_memory.h"
 #include "packages.h"
+#include "raw_network.h"
 #include "rounds.h"
 
 using namespace VelmoraQuavin;
@@ -80,12 +81,16 @@ void compareLoads(const Package& plain, const Package& secured, int rounds) {
     const Cache kept("quavin-benchmark-kept");
     const EngineOptions none;
     const Model original = loadPackage(plain.folder, plain.keyHex, none);
+    benchmark::RawNetwork raw(plain.folder);
+    const std::string exported = raw.exported();
     benchmark::compare(
         "getModel " + plain.folder,
         {loading("without a cache", plain, none),
          loading("without a cache again (noise)", plain, none),
          loading("first load with a cache", plain, written.options(), [&] { written.clear(); }),
          loading("from the cache", plain, kept.options()),
+         {"the import in that, by hand",
+          [&] { return benchmark::timeOf([&] { raw.import(exported); }); }},
          {"cloneModel",
           [&] {
               Model clone;

@@ -1,10 +1,13 @@
 #include "raw_network.h"
 
+#include <filesystem>
 #include <fstream>
 #include <stdexcept>
 
 namespace benchmark {
 namespace {
+
+namespace fs = std::filesystem;
 
 void check(ov_status_e status) {
     if (status != ov_status_e::OK) {
@@ -87,6 +90,22 @@ RawNetwork::RawNetwork(const std::string& folder, Pinning pinning) {
 
     ov_compiled_model_t* compiled = nullptr;
     check(ov_core_compile_model(core, model, "CPU", 0, &compiled));
+    compiled_.reset(compiled);
+    addRequest();
+}
+
+std::string RawNetwork::exported() {
+    const std::string path = (fs::temp_directory_path() / "quavin-benchmark-exported").u8string();
+    check(ov_compiled_model_export_model(compiled_.get(), path.c_str()));
+    std::string bytes = readText(path);
+    fs::remove(path);
+    return bytes;
+}
+
+void RawNetwork::import(const std::string& bytes) {
+    ov_compiled_model_t* compiled = nullptr;
+    check(ov_core_import_model(core_.get(), bytes.data(), bytes.size(), "CPU", &compiled));
+    requests_.clear();
     compiled_.reset(compiled);
     addRequest();
 }

@@ -38,6 +38,12 @@ public:
     /// Runs the network with what the last prediction bound.
     void infer();
 
+    /// The compiled network, as the runtime exports it.
+    std::string exported();
+    /// Replaces the compiled network with an exported one. The runtime may read the bytes as long
+    /// as this uses them.
+    void import(const std::string& bytes);
+
     /// Makes another inference request over the compiled network for all later predictions. The
     /// earlier ones stay alive.
     void addRequest();
