@@ -102,6 +102,9 @@ public:
     /// @return SUCCESS; INVALID_ARGUMENTS for engine options that cannot be used; FAILURE with the
     ///         engine's message if it cannot start, or if memory runs out. Never throws.
     static QuavinStatus getEngineInfo(EngineInfo& info);
+    /// A copy of the configuration's engine options while the library is on, the defaults
+    /// otherwise.
+    static EngineOptions getEngineOptions();
 
     /// Loads the model package in a directory.
     ///
