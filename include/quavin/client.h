@@ -15,6 +15,7 @@
 #include "quavin/logging.h"
 #include "quavin/metadata.h"
 #include "quavin/model.h"
+#include "quavin/package_memory.h"
 #include "quavin/registry.h"
 #include "quavin/status.h"
 #include "quavin/text.h"
@@ -190,6 +191,67 @@ public:
     QuavinStatus getModel(std::shared_ptr<ModelMetadata> metadata,
                           std::shared_ptr<QuavinModel>& model, QuavinModelType type,
                           const EngineOptions& options);
+
+    /// Loads the model package in a tar archive in memory. Nothing is written to the disk.
+    ///
+    /// The archive may be any that FileUtils::extractTarball(data, length, destination) accepts; a
+    /// name that no file can have on some system is refused too. The manifest stands at the top, or
+    /// in a directory at the top, with the components beside it. Of files with the same name, the
+    /// last one counts. Secured components are decrypted in copies.
+    ///
+    /// An archive that is secured as a whole is decrypted in memory that is wiped and released when
+    /// the load is over; its weights are wiped when the last model over them is destroyed. The host
+    /// needs no keys for its plain components.
+    ///
+    /// The model keeps none of the archive's bytes: loading it again after unloading it returns
+    /// FILE_ERROR. Its metadata has no root directory. A compiled-network cache and cloneModel()
+    /// work as for packages in directories.
+    ///
+    /// @param archive the archive, which is not changed and not needed after the call.
+    /// @param size bytes at `archive`.
+    /// @param keys the keys of the package's secured parts. With an archive key, the archive is a
+    ///        secured tar, as FileUtils::extractSecuredTarball() takes it. A wrong key yields
+    ///        meaningless bytes: almost always TAR_CHECKSUM_MISMATCH for the archive's key,
+    ///        FILE_ERROR for a component's.
+    /// @param model receives the loaded model. Unchanged if the library is off, or if an argument
+    /// or
+    ///        option is unusable; for other failures see the first overload.
+    /// @param type Openvino, or Undefined for no preference; anything else is refused.
+    /// @param options how this model computes; EngineOptions::mapWeights has no effect.
+    /// @return as the first overload does, INVALID_MODEL_PATH also for a topology without a path
+    ///         and INVALID_WEIGHTS_PATH for weights without one; MODEL_METADATA_ERROR if the
+    ///         archive has no manifest; INVALID_ARGUMENTS for a null pointer, a truncated or
+    ///         malformed archive, a refused name, a size that no secured archive has, or an option
+    ///         that cannot be used; TAR_CHECKSUM_MISMATCH; TAR_UNSUPPORTED_ENTRY for links, devices
+    ///         and the like; FILE_ERROR if the cryptography fails, or if the archive does not hold
+    ///         a component. The description names the entry or the file. Never throws.
+    QuavinStatus getModel(const void* archive, uint64 size, const PackageKeys& keys,
+                          std::shared_ptr<QuavinModel>& model, QuavinModelType type,
+                          const EngineOptions& options);
+    /// As above, and registers the model.
+    QuavinStatus getModel(const void* archive, uint64 size, const PackageKeys& keys,
+                          std::shared_ptr<QuavinModel>& model, Device device,
+                          const EngineOptions& options);
+    /// Loads a model package whose files are in memory, one buffer each. Otherwise as above.
+    ///
+    /// Plain weights whose buffer has an owner are used in place, without a copy, unless they are
+    /// not aligned; all other bytes are not needed after the call. Secured components are decrypted
+    /// in copies. Buffers that the manifest does not name are ignored.
+    ///
+    /// @param buffers "manifest.json" and the components.
+    /// @param keys the keys of the secured components; an archive key is not used.
+    /// @param model as above.
+    /// @param type as above.
+    /// @param options as above.
+    /// @return as above; INVALID_ARGUMENTS for two buffers of one name, or a null pointer to bytes;
+    ///         MODEL_METADATA_ERROR if no buffer is the manifest. Never throws.
+    QuavinStatus getModelFromBuffers(const std::vector<PackageBuffer>& buffers,
+                                     const PackageKeys& keys, std::shared_ptr<QuavinModel>& model,
+                                     QuavinModelType type, const EngineOptions& options);
+    /// As above, and registers the model.
+    QuavinStatus getModelFromBuffers(const std::vector<PackageBuffer>& buffers,
+                                     const PackageKeys& keys, std::shared_ptr<QuavinModel>& model,
+                                     Device device, const EngineOptions& options);
 
     /// Makes a second model over the same compiled network, which predicts independently of the
     /// first: with a clone for each thread, a host predicts in parallel without compiling again.
