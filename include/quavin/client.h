@@ -194,18 +194,17 @@ public:
 
     /// Loads the model package in a tar archive in memory. Nothing is written to the disk.
     ///
-    /// The archive may be any that FileUtils::extractTarball(data, length, destination) accepts; a
-    /// name that no file can have on some system is refused too. The manifest stands at the top, or
-    /// in a directory at the top, with the components beside it. Of files with the same name, the
-    /// last one counts. Secured components are decrypted in copies.
+    /// The archive is read like an untrusted one by FileUtils::extractTarball(). The manifest is at
+    /// the top, or in a directory at the top, and the components' paths start there. Of files with
+    /// the same name, the last counts. Secured components are decrypted in copies.
     ///
-    /// An archive that is secured as a whole is decrypted in memory that is wiped and released when
-    /// the load is over; its weights are wiped when the last model over them is destroyed. The host
-    /// needs no keys for its plain components.
+    /// An archive that is secured as a whole is decrypted in memory of its own, in which plain
+    /// weights are then used. It is wiped when the load is over, or once the last model over these
+    /// weights is destroyed.
     ///
-    /// The model keeps none of the archive's bytes: loading it again after unloading it returns
-    /// FILE_ERROR. Its metadata has no root directory. A compiled-network cache and cloneModel()
-    /// work as for packages in directories.
+    /// The model keeps nothing that is the host's. So its metadata, which has no root directory,
+    /// loads only once: loading it again fails with FILE_ERROR. Caching compiled networks and
+    /// cloneModel() work as for packages in directories.
     ///
     /// @param archive the archive, which is not changed and not needed after the call.
     /// @param size bytes at `archive`.
@@ -213,9 +212,8 @@ public:
     ///        secured tar, as FileUtils::extractSecuredTarball() takes it. A wrong key yields
     ///        meaningless bytes: almost always TAR_CHECKSUM_MISMATCH for the archive's key,
     ///        FILE_ERROR for a component's.
-    /// @param model receives the loaded model. Unchanged if the library is off, or if an argument
-    /// or
-    ///        option is unusable; for other failures see the first overload.
+    /// @param model receives the loaded model. Unchanged if the library is off or an option has no
+    ///        meaning; null if the archive is refused; for other failures see the first overload.
     /// @param type Openvino, or Undefined for no preference; anything else is refused.
     /// @param options how this model computes; EngineOptions::mapWeights has no effect.
     /// @return as the first overload does, INVALID_MODEL_PATH also for a topology without a path
@@ -301,6 +299,16 @@ private:
     QuavinStatus loadMetadata(const std::shared_ptr<ModelMetadata>& metadata,
                               std::shared_ptr<QuavinModel>& model, const Device& device,
                               Registration registration, const EngineOptions& options);
+    QuavinStatus loadArchive(const void* archive, uint64 size, const PackageKeys& keys,
+                             std::shared_ptr<QuavinModel>& model, const Device& device,
+                             Registration registration, const EngineOptions& options);
+    QuavinStatus loadBuffers(const std::vector<PackageBuffer>& buffers, const PackageKeys& keys,
+                             std::shared_ptr<QuavinModel>& model, const Device& device,
+                             Registration registration, const EngineOptions& options);
+    template <typename MakeSource>
+    QuavinStatus loadMemory(const MakeSource& makeSource, const PackageKeys& keys,
+                            std::shared_ptr<QuavinModel>& model, const Device& device,
+                            Registration registration, const EngineOptions& options);
     QuavinStatus createAndLoad(const std::shared_ptr<ModelMetadata>& metadata,
                                std::shared_ptr<QuavinModel>& model, const Device& device,
                                Registration registration, const EngineOptions& options);

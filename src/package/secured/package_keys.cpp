@@ -2,7 +2,7 @@
 #include <string>
 #include <utility>
 
-#include "package/path/package_name.h"
+#include "package/path/package_path.h"
 #include "quavin/package_memory.h"
 
 namespace VelmoraQuavin {
@@ -53,7 +53,7 @@ void PackageKeys::setComponentKey(const unsigned char* key) {
 
 void PackageKeys::setComponentKey(const String& path, const unsigned char* key) {
     const Encryption encryption = encryptionWith(key);
-    const String name = internal::packageName(path.view());
+    const String name = internal::packagePath(path.view());
     const auto known = std::find_if(keysByPath_.begin(), keysByPath_.end(),
                                     [&name](const auto& entry) { return entry.first == name; });
     if (known == keysByPath_.end()) {
@@ -75,7 +75,7 @@ void PackageKeys::applyTo(ModelMetadata& metadata) const {
 }
 
 const Encryption* PackageKeys::keyFor(const String& path) const {
-    const String name = internal::packageName(path.view());
+    const String name = internal::packagePath(path.view());
     for (const auto& [known, key] : keysByPath_) {
         if (known == name) {
             return &key;

@@ -1,10 +1,10 @@
-#include "package/path/package_name.h"
+#include "package/path/package_path.h"
 
 #include <algorithm>
 
 namespace VelmoraQuavin::internal {
 
-std::string packageName(std::string_view path) {
+std::string packagePath(std::string_view path) {
     std::string name;
     while (!path.empty()) {
         const std::string_view part = path.substr(0, path.find_first_of("/\\"));
