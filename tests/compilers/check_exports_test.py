@@ -63,8 +63,8 @@ def outcome(header, source, built_from=HEADER):
         Path(folder, "library.h").write_text(built_from, encoding="utf-8")
         Path(folder, "library.cpp").write_text(source, encoding="utf-8")
         library = os.path.join(folder, "library.dll")
-        subprocess.run([COMPILER, "-shared", "-fPIC", "-fvisibility=hidden", "-fvisibility-inlines-hidden", "-DBUILDING",
-                        "library.cpp", "-o", library], cwd=folder, check=True)
+        subprocess.run([COMPILER, "-shared", "-fPIC", "-fvisibility=hidden", "-fvisibility-inlines-hidden",
+                        "-DBUILDING", "library.cpp", "-o", library], cwd=folder, check=True)
         path = Path(folder, "library.h")
         path.write_text(header, encoding="utf-8")
         output = io.StringIO()

@@ -36,3 +36,14 @@ add_test(
   COMMAND_EXPAND_LISTS)
 
 quavin_compilers_test(check_sources ${options})
+
+add_test(
+  NAME compilers.msvc_library
+  COMMAND "${Python3_EXECUTABLE}" -m unittest msvc_library_test
+  WORKING_DIRECTORY "${CMAKE_CURRENT_SOURCE_DIR}")
+set_tests_properties(
+  compilers.msvc_library
+  PROPERTIES
+    ENVIRONMENT
+    "QUAVIN_DLL=$<TARGET_FILE:quavin_on_device_sdk>;QUAVIN_MSVC_LIBRARY=$<TARGET_LINKER_FILE_DIR:quavin_on_device_sdk>/quavin_on_device_sdk.lib;QUAVIN_NM=${CMAKE_NM};QUAVIN_OBJDUMP=${CMAKE_OBJDUMP};PYTHONDONTWRITEBYTECODE=1"
+)
