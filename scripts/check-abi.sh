@@ -25,8 +25,8 @@ readelf --sections --wide "$library" | grep '\.debug_info' >/dev/null ||
 if [ "${1:-}" = --update ]; then
     # Nothing that depends on where or on what else it was built, and names instead of numbers for types, so that
     # the next change is small.
-    abidw "${ignored[@]}" --no-corpus-path --no-comp-dir-path --no-show-locs --no-elf-needed --exported-interfaces-only \
-        --drop-undefined-syms --no-parameter-names --no-write-default-sizes --type-id-style hash \
+    abidw "${ignored[@]}" --no-corpus-path --no-comp-dir-path --no-show-locs --no-elf-needed \
+        --exported-interfaces-only --drop-undefined-syms --no-parameter-names --no-write-default-sizes --type-id-style hash \
         --out-file "$description" "$library"
     say "Described the binary interface in $description"
     exit
