@@ -15,7 +15,8 @@ class MsvcLibraryTest(unittest.TestCase):
         functions = {name for name in check_exports.exported_by_dll(DLL, os.environ["QUAVIN_OBJDUMP"])
                      if name.startswith("quavin_")}
         self.assertTrue(functions)
-        symbols = subprocess.run([os.environ["QUAVIN_NM"], LIBRARY], stdout=subprocess.PIPE, text=True, check=True).stdout
+        symbols = subprocess.run([os.environ["QUAVIN_NM"], LIBRARY],
+                                 stdout=subprocess.PIPE, text=True, check=True).stdout
         self.assertEqual(set(re.findall(r"(?m) T ([^.\s]\S*)$", symbols)), functions)
         self.assertEqual(set(re.findall(r"(?m) I __imp_(\S+)$", symbols)), functions)
 
