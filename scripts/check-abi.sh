@@ -3,26 +3,31 @@
 # Builds the library with debug information for that, unless it is given one that has it.
 #
 #     scripts/check-abi.sh [LIBRARY]
-#     scripts/check-abi.sh --update    # describes the library as it is now
+#     scripts/check-abi.sh --update [LIBRARY]    # describes the library as it is now
+#
+# QUAVIN_ABI_DESCRIPTION names another description.
 set -euo pipefail
 . "$(dirname "$0")/lib.sh"
 
+update=
+if [ "${1:-}" = --update ]; then
+    update=1
+    shift
+fi
+library=${1:-}
+if [ -z "$library" ]; then
+    # shellcheck disable=SC2086  # lists of words
+    install_packages $packages_build $packages_test
+    configure_and_build debug quavin_on_device_sdk
+    library=$root/build/debug/src/libquavin_on_device_sdk.so
+fi
 description=${QUAVIN_ABI_DESCRIPTION:-$root/tests/abi/linux-x86_64.abi}
 # The same for both programs, or each would see types that the other left out.
 ignored=(--suppressions "$root/tests/abi/standard_library.suppr")
-library=$root/build/debug/src/libquavin_on_device_sdk.so
-case "${1:-}" in
-    "" | --update)
-        # shellcheck disable=SC2086  # lists of words
-        install_packages $packages_build $packages_test
-        configure_and_build debug quavin_on_device_sdk
-        ;;
-    *) library=$1 ;;
-esac
 readelf --sections --wide "$library" | grep '\.debug_info' >/dev/null ||
     fail "$library has no debug information; the preset \"debug\" makes one that has"
 
-if [ "${1:-}" = --update ]; then
+if [ -n "$update" ]; then
     # Nothing that depends on where or on what else it was built, and names instead of numbers for types, so that
     # the next change is small.
     abidw "${ignored[@]}" --no-corpus-path --no-comp-dir-path --no-show-locs --no-elf-needed \
