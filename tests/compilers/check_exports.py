@@ -4,7 +4,7 @@ clang lists the marked declarations with their linker names; objdump lists what 
 must be the same, so that hosts find everything that the headers promise, and nothing else.
 
     check_exports.py --compiler clang++-14 --objdump OBJDUMP --dll DLL --system-include DIR...
-        --include DIR... HEADER
+        --include DIR... HEADER...
 """
 
 import argparse
@@ -15,7 +15,8 @@ import sys
 
 import check_sources
 
-NAMESPACE = "VelmoraQuavin"
+# Which declarations are looked at: those whose name contains one of these.
+FILTERS = ["VelmoraQuavin", "quavin_"]
 
 
 def objects_in(text):
@@ -45,12 +46,15 @@ def marked_in(declaration, names=()):
 
 
 def promised_by(header, compiler, options):
-    tree = subprocess.run(
-        [compiler, *check_sources.READING, *options,
-         "-Xclang", "-ast-dump=json", "-Xclang", f"-ast-dump-filter={NAMESPACE}", header],
-        stdout=subprocess.PIPE, text=True, check=True).stdout
-    return {without_variant(name)
-            for root in objects_in(tree) for name in marked_in(root, (root.get("name", ""),))}
+    promised = set()
+    for name_filter in FILTERS:
+        tree = subprocess.run(
+            [compiler, *check_sources.READING, *options,
+             "-Xclang", "-ast-dump=json", "-Xclang", f"-ast-dump-filter={name_filter}", header],
+            stdout=subprocess.PIPE, text=True, check=True).stdout
+        promised |= {without_variant(name)
+                     for root in objects_in(tree) for name in marked_in({"inner": [root]})}
+    return promised
 
 
 def exported_by(library, objdump):
@@ -69,10 +73,11 @@ def main(arguments=None):
     check_sources.add_reading_arguments(parser)
     parser.add_argument("--objdump", required=True)
     parser.add_argument("--dll", required=True)
-    parser.add_argument("header")
+    parser.add_argument("headers", nargs="+", metavar="header")
     given = parser.parse_args(arguments)
 
-    promised = promised_by(given.header, given.compiler, check_sources.include_options(given))
+    options = check_sources.include_options(given)
+    promised = set().union(*(promised_by(header, given.compiler, options) for header in given.headers))
     exported = exported_by(given.dll, given.objdump)
     for name in sorted(promised - exported):
         print("marked in the headers but not exported:", name)

@@ -33,6 +33,11 @@ private:
 };
 void unmarked();
 }
+extern "C" {
+typedef struct quavin_handle quavin_handle;
+API int quavin_use(quavin_handle* handle);
+int quavin_unmarked(void);
+}
 """
 
 SOURCE = """#include "library.h"
@@ -44,6 +49,8 @@ void Base::hidden() {}
 int Base::member;
 void unmarked() {}
 }
+int quavin_use(quavin_handle*) { return 1; }
+int quavin_unmarked(void) { return 1; }
 """
 
 
@@ -62,23 +69,29 @@ def outcome(header, source):
 
 
 class CheckExportsTest(unittest.TestCase):
-    # The function, two special members, the hidden one, the variable, the virtual table and the
+    # The functions, two special members, the hidden one, the variable, the virtual table and the
     # type information.
     def test_matching_names_pass(self):
-        self.assertEqual(outcome(HEADER, SOURCE), (0, ["7 names are marked, 7 are exported"]))
+        self.assertEqual(outcome(HEADER, SOURCE), (0, ["8 names are marked, 8 are exported"]))
 
     def test_an_unmarked_export_is_found(self):
         more = SOURCE.replace("void unmarked", "__declspec(dllexport) void unmarked")
         self.assertEqual(outcome(HEADER, more), (1, [
             "exported but not marked in the headers: _ZN13VelmoraQuavin8unmarkedEv",
-            "7 names are marked, 8 are exported"]))
+            "8 names are marked, 9 are exported"]))
 
     def test_a_missing_export_is_found(self):
         more = HEADER.replace("API void function();", "API void function(); API void other();")
         self.assertEqual(outcome(more, SOURCE), (1, [
             "marked in the headers but not exported: _ZN13VelmoraQuavin5otherEv",
-            "8 names are marked, 7 are exported"]))
+            "9 names are marked, 8 are exported"]))
 
 
 if __name__ == "__main__":
     unittest.main()
+
+    def test_a_missing_function_of_the_c_interface_is_found(self):
+        more = HEADER.replace("int quavin_unmarked", "API int quavin_unmarked")
+        self.assertEqual(outcome(more, SOURCE), (1, [
+            "marked in the headers but not exported: quavin_unmarked",
+            "9 names are marked, 8 are exported"]))

@@ -134,11 +134,11 @@ TEST_F(CHandles, OfNetworksAreChecked) {
 }
 
 TEST_F(CHandles, AreNeverUsedAgain) {
-    quavin_engine_info* const first = info_;
-    for (int i = 0; i < 100; ++i) {
-        EXPECT_THAT(quavin_engine_info_release(info_), Succeeds());
-        EXPECT_THAT(quavin_get_engine_info(&info_), Succeeds());
-        EXPECT_NE(info_, first);
+    quavin_registry* const first = registry_;
+    for (int i = 0; i < 1000; ++i) {
+        EXPECT_THAT(quavin_registry_release(registry_), Succeeds());
+        EXPECT_THAT(quavin_query_registry(&registry_), Succeeds());
+        EXPECT_NE(registry_, first);
     }
 }
 
