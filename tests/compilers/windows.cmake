@@ -45,5 +45,5 @@ set_tests_properties(
   compilers.msvc_library
   PROPERTIES
     ENVIRONMENT
-    "QUAVIN_DLL=$<TARGET_FILE:quavin_on_device_sdk>;QUAVIN_MSVC_LIBRARY=$<TARGET_LINKER_FILE_DIR:quavin_on_device_sdk>/quavin_on_device_sdk.lib;QUAVIN_NM=${CMAKE_NM};QUAVIN_OBJDUMP=${CMAKE_OBJDUMP};PYTHONDONTWRITEBYTECODE=1"
+    "QUAVIN_CMAKE=${CMAKE_COMMAND};QUAVIN_DLL=$<TARGET_FILE:quavin_on_device_sdk>;QUAVIN_MSVC_LIBRARY=$<TARGET_LINKER_FILE_DIR:quavin_on_device_sdk>/quavin_on_device_sdk.lib;QUAVIN_NM=${CMAKE_NM};QUAVIN_OBJDUMP=${CMAKE_OBJDUMP};PYTHONDONTWRITEBYTECODE=1"
 )
