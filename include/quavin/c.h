@@ -239,11 +239,11 @@ typedef struct quavin_buffer {
     const void* data;  ///< The bytes; may be null if there are none.
     size_t size;       ///< The number of bytes at `data`.
     /// Null if the bytes stay the caller's, who may free them when the call returns. Otherwise the
-    /// call takes them over, whatever its status: `release` is called exactly once, on any thread,
-    /// as soon as they are no longer needed. That is before the call returns if it fails or the
-    /// bytes are only needed for loading; plain weights are used in place, and released with the
-    /// last model over them, clones included. The bytes must not change until then. Only a call
-    /// whose array of buffers is null takes nothing over. Must not throw.
+    /// call takes them over, whatever its status, and calls `release` exactly once, on any thread,
+    /// as soon as it no longer needs them: with the last model over them, clones included, for
+    /// plain weights at a multiple of 16, which are used in place and must not change until then;
+    /// before the call returns for all else, and if it fails. Only a call whose array of buffers is
+    /// null takes nothing over. Must not throw; a C++ exception that leaves it anyway is dropped.
     void (*release)(void* user);
     void* user;  ///< Passed to `release`.
 } quavin_buffer;

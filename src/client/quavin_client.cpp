@@ -28,10 +28,10 @@ QuavinStatus QuavinClient::init(const QuavinConfig& config) {
     if (initialized_) {
         return {};
     }
-    initialized_ = true;
     config_ = config;
     installLogger(config_.GetLogger());
     internal::setDiagnostics(config_.GetDiagnostics());
+    initialized_ = true;  // not before, because the configuration may not fit in memory
     return {SUCCESS, ""};
 }
 
