@@ -7,7 +7,7 @@ set -euo pipefail
 # shellcheck disable=SC2086  # lists of words
 install_packages $packages_build $packages_test $packages_check
 cd "$root"
-mapfile -t sources < <(git ls-files --cached --others --exclude-standard '*.h' '*.hpp' '*.cpp')
+mapfile -t sources < <(git ls-files --cached --others --exclude-standard '*.h' '*.hpp' '*.c' '*.cpp')
 [ ${#sources[@]} -gt 0 ] || fail "git lists no sources here"
 
 if [ "${1:-}" = --fix ]; then

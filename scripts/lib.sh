@@ -14,12 +14,12 @@ fail() {
 # The Debian packages that each kind of work needs.
 packages_build="cmake g++ libcli11-dev libssl-dev libutfcpp-dev libxxhash-dev ninja-build python3 python3-pip \
     rapidjson-dev"
-packages_test="ccache doxygen libarchive-tools libgmock-dev libgtest-dev mandoc openssl python3-jsonschema \
-    python3-numpy strace"
+packages_test="abigail-tools ccache clang-14 doxygen libarchive-tools libgmock-dev libgtest-dev mandoc openssl \
+    python3-jsonschema python3-numpy strace"
 packages_check="clang-format-14 clang-tidy-14"
 # For the tests of cross builds; then those for each system.
-packages_cross="ccache googletest libarchive-tools mandoc openssl python3-jsonschema python3-numpy"
-packages_windows="$packages_cross clang-14 clang-tidy-14 g++-mingw-w64-x86-64-posix wine64"
+packages_cross="ccache clang-14 googletest libarchive-tools mandoc openssl python3-jsonschema python3-numpy"
+packages_windows="$packages_cross clang-tidy-14 g++-mingw-w64-x86-64-posix lld-14 llvm-14 wine64"
 packages_arm64="$packages_cross g++-aarch64-linux-gnu qemu-user-static"
 packages_bench="libarchive-tools openssl python3-numpy"
 

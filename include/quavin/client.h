@@ -15,6 +15,7 @@
 #include "quavin/logging.h"
 #include "quavin/metadata.h"
 #include "quavin/model.h"
+#include "quavin/package_memory.h"
 #include "quavin/registry.h"
 #include "quavin/status.h"
 #include "quavin/text.h"
@@ -102,6 +103,9 @@ public:
     /// @return SUCCESS; INVALID_ARGUMENTS for engine options that cannot be used; FAILURE with the
     ///         engine's message if it cannot start, or if memory runs out. Never throws.
     static QuavinStatus getEngineInfo(EngineInfo& info);
+    /// A copy of the configuration's engine options while the library is on, the defaults
+    /// otherwise.
+    static EngineOptions getEngineOptions();
 
     /// Loads the model package in a directory.
     ///
@@ -191,6 +195,65 @@ public:
                           std::shared_ptr<QuavinModel>& model, QuavinModelType type,
                           const EngineOptions& options);
 
+    /// Loads the model package in a tar archive in memory. Nothing is written to the disk.
+    ///
+    /// The archive is read like an untrusted one by FileUtils::extractTarball(). The manifest is at
+    /// the top, or in a directory at the top, and the components' paths start there. Of files with
+    /// the same name, the last counts. Secured components are decrypted in copies.
+    ///
+    /// An archive that is secured as a whole is decrypted in memory of its own, in which plain
+    /// weights are then used. It is wiped when the load is over, or once the last model over these
+    /// weights is destroyed.
+    ///
+    /// The model keeps nothing that is the host's. So its metadata, which has no root directory,
+    /// loads only once: loading it again fails with FILE_ERROR. Caching compiled networks and
+    /// cloneModel() work as for packages in directories.
+    ///
+    /// @param archive the archive, which is not changed and not needed after the call.
+    /// @param size bytes at `archive`.
+    /// @param keys the keys of the package's secured parts. With an archive key, the archive is a
+    ///        secured tar, as FileUtils::extractSecuredTarball() takes it. A wrong key yields
+    ///        meaningless bytes: almost always TAR_CHECKSUM_MISMATCH for the archive's key,
+    ///        FILE_ERROR for a component's.
+    /// @param model receives the loaded model. Unchanged if the library is off or an option has no
+    ///        meaning; null if the archive is refused; for other failures see the first overload.
+    /// @param type Openvino, or Undefined for no preference; anything else is refused.
+    /// @param options how this model computes; EngineOptions::mapWeights has no effect.
+    /// @return as the first overload does, INVALID_MODEL_PATH also for a topology without a path
+    ///         and INVALID_WEIGHTS_PATH for weights without one; MODEL_METADATA_ERROR if the
+    ///         archive has no manifest; INVALID_ARGUMENTS for a null pointer, a truncated or
+    ///         malformed archive, a refused name, a size that no secured archive has, or an option
+    ///         that cannot be used; TAR_CHECKSUM_MISMATCH; TAR_UNSUPPORTED_ENTRY for links, devices
+    ///         and the like; FILE_ERROR if the cryptography fails, or if the archive does not hold
+    ///         a component. The description names the entry or the file. Never throws.
+    QuavinStatus getModel(const void* archive, uint64 size, const PackageKeys& keys,
+                          std::shared_ptr<QuavinModel>& model, QuavinModelType type,
+                          const EngineOptions& options);
+    /// As above, and registers the model.
+    QuavinStatus getModel(const void* archive, uint64 size, const PackageKeys& keys,
+                          std::shared_ptr<QuavinModel>& model, Device device,
+                          const EngineOptions& options);
+    /// Loads a model package whose files are in memory, one buffer each. Otherwise as above.
+    ///
+    /// Plain weights whose buffer has an owner are used in place, without a copy, unless they are
+    /// not aligned; all other bytes are not needed after the call. Secured components are decrypted
+    /// in copies. Buffers that the manifest does not name are ignored.
+    ///
+    /// @param buffers "manifest.json" and the components.
+    /// @param keys the keys of the secured components; an archive key is not used.
+    /// @param model as above.
+    /// @param type as above.
+    /// @param options as above.
+    /// @return as above; INVALID_ARGUMENTS for two buffers of one name, or a null pointer to bytes;
+    ///         MODEL_METADATA_ERROR if no buffer is the manifest. Never throws.
+    QuavinStatus getModelFromBuffers(const std::vector<PackageBuffer>& buffers,
+                                     const PackageKeys& keys, std::shared_ptr<QuavinModel>& model,
+                                     QuavinModelType type, const EngineOptions& options);
+    /// As above, and registers the model.
+    QuavinStatus getModelFromBuffers(const std::vector<PackageBuffer>& buffers,
+                                     const PackageKeys& keys, std::shared_ptr<QuavinModel>& model,
+                                     Device device, const EngineOptions& options);
+
     /// Makes a second model over the same compiled network, which predicts independently of the
     /// first: with a clone for each thread, a host predicts in parallel without compiling again.
     ///
@@ -239,6 +302,16 @@ private:
     QuavinStatus loadMetadata(const std::shared_ptr<ModelMetadata>& metadata,
                               std::shared_ptr<QuavinModel>& model, const Device& device,
                               Registration registration, const EngineOptions& options);
+    QuavinStatus loadArchive(const void* archive, uint64 size, const PackageKeys& keys,
+                             std::shared_ptr<QuavinModel>& model, const Device& device,
+                             Registration registration, const EngineOptions& options);
+    QuavinStatus loadBuffers(const std::vector<PackageBuffer>& buffers, const PackageKeys& keys,
+                             std::shared_ptr<QuavinModel>& model, const Device& device,
+                             Registration registration, const EngineOptions& options);
+    template <typename MakeSource>
+    QuavinStatus loadMemory(const MakeSource& makeSource, const PackageKeys& keys,
+                            std::shared_ptr<QuavinModel>& model, const Device& device,
+                            Registration registration, const EngineOptions& options);
     QuavinStatus createAndLoad(const std::shared_ptr<ModelMetadata>& metadata,
                                std::shared_ptr<QuavinModel>& model, const Device& device,
                                Registration registration, const EngineOptions& options);

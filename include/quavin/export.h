@@ -1,7 +1,8 @@
 #pragma once
 
 /// @file
-/// The macro that marks everything the library exports.
+/// The macro that marks everything the library exports; the only header besides c.h that C can
+/// include.
 
 /// @def QUAVIN_API
 /// Marks a class, function or constant that hosts may link against; every other symbol is hidden.
@@ -16,6 +17,7 @@
 #define QUAVIN_API __attribute__((visibility("default")))
 #endif
 
+#if defined(__cplusplus)
 /// @def QUAVIN_STATUS_API
 /// QUAVIN_API for QuavinStatus. If QUAVIN_NODISCARD_STATUS is defined before a header of the
 /// library is included, the compiler warns about every status that is dropped.
@@ -30,3 +32,4 @@
 #else
 #define QUAVIN_STATUS_API [[nodiscard, gnu::dllimport]]
 #endif
+#endif  // defined(__cplusplus)

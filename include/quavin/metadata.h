@@ -4,6 +4,8 @@
 /// The content of a model package's manifest.
 
 #include <cstdint>
+#include <memory>
+#include <optional>
 #include <unordered_map>
 #include <vector>
 
@@ -17,8 +19,9 @@
 namespace VelmoraQuavin {
 
 namespace internal {
+class ComponentSource;
 struct MetadataAccess;
-}
+}  // namespace internal
 
 /// Inference engines, as bits.
 enum class QuavinModelType : std::uint64_t {
@@ -169,6 +172,8 @@ private:
     Filepath rootDir_;
     Targets targets_;
     String scripts_;
+    // Set for a package in memory, and expired once its first load is over.
+    std::optional<std::weak_ptr<const internal::ComponentSource>> memory_;
     // Used only by diagnostics: describes the "targets" of the last manifest.
     String targetsAsWritten_;
 };

@@ -9,6 +9,7 @@
 #include "quavin/feature.h"
 #include "quavin/files.h"
 #include "quavin/metadata.h"
+#include "quavin/package_memory.h"
 #include "quavin/status.h"
 
 namespace VelmoraQuavin {
@@ -39,5 +40,31 @@ QUAVIN_API QuavinStatus describeNetwork(const Filepath& topology, const Filepath
 QUAVIN_API QuavinStatus describeNetwork(const ModelMetadata& metadata,
                                         std::vector<ModelFeatureDescriptor>& inputs,
                                         std::vector<ModelFeatureDescriptor>& outputs);
+/// As above, for a package in a tar archive in memory; see the overload of QuavinClient::getModel
+/// that takes one.
+/// @param archive the archive; secured as a whole if `keys` has an archive key. Not needed after
+/// the
+///        call.
+/// @param size bytes at `archive`.
+/// @param keys the keys of the package's secured parts.
+/// @param inputs as above.
+/// @param outputs as above.
+/// @return as above; MODEL_METADATA_ERROR also for a manifest that is missing or malformed;
+///         INVALID_ARGUMENTS, TAR_CHECKSUM_MISMATCH, TAR_UNSUPPORTED_ENTRY and FILE_ERROR for an
+///         archive that getModel() would refuse.
+QUAVIN_API QuavinStatus describeNetwork(const void* archive, uint64 size, const PackageKeys& keys,
+                                        std::vector<ModelFeatureDescriptor>& inputs,
+                                        std::vector<ModelFeatureDescriptor>& outputs);
+/// As above, for a package whose files are in memory; see QuavinClient::getModelFromBuffers.
+/// @param buffers the manifest and the components. Not needed after the call, and their owners are
+///        not kept.
+/// @param keys the keys of the secured components.
+/// @param inputs as above.
+/// @param outputs as above.
+/// @return as above; INVALID_ARGUMENTS for buffers that getModelFromBuffers() would refuse.
+QUAVIN_API QuavinStatus describeNetworkFromBuffers(const std::vector<PackageBuffer>& buffers,
+                                                   const PackageKeys& keys,
+                                                   std::vector<ModelFeatureDescriptor>& inputs,
+                                                   std::vector<ModelFeatureDescriptor>& outputs);
 
 }  // namespace VelmoraQuavin

@@ -18,6 +18,7 @@
 #include "quavin/metadata.h"
 #include "quavin/model.h"
 #include "quavin/network.h"
+#include "quavin/package_memory.h"
 #include "quavin/registry.h"
 #include "quavin/status.h"
 #include "quavin/tensor.h"

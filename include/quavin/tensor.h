@@ -132,6 +132,8 @@ public:
     /// A copy of the shape.
     /// @throws InvalidOperationException if variableShape() is true.
     TensorShape shape() const;
+    /// A copy of the shape as declared, variable or not.
+    TensorShape declaredShape() const { return shape_; }
     /// The element type.
     DataType tensorType() const { return tensorType_; }
 

@@ -1,6 +1,7 @@
 #include <utility>
 
 #include "client/client_texts.h"
+#include "client/device_of_type.h"
 #include "engine/engine.h"
 #include "model/engine_model.h"
 #include "package/manifest/manifest_path.h"
@@ -8,19 +9,8 @@
 #include "text/unicode.h"
 
 namespace VelmoraQuavin {
-namespace {
 
-Device deviceOfType(QuavinModelType type) {
-    Device device;
-    device.engineType = type;
-    return device;
-}
-
-QuavinStatus notInitialized() {
-    return {NOT_INITIALIZED, internal::kNotInitialized};
-}
-
-}  // namespace
+using internal::deviceOfType;
 
 QuavinStatus QuavinClient::getModel(const String& path, std::shared_ptr<QuavinModel>& model,
                                     int option, QuavinModelType type) {
@@ -89,7 +79,7 @@ QuavinStatus QuavinClient::getModel(std::shared_ptr<ModelMetadata> metadata,
 QuavinStatus QuavinClient::cloneModel(const std::shared_ptr<QuavinModel>& model,
                                       std::shared_ptr<QuavinModel>& clone) {
     if (!initialized_) {
-        return notInitialized();
+        return internal::notInitialized();
     }
     if (model == nullptr || !model->isLoaded()) {
         return {MODEL_NOT_LOADED, internal::kNoModelLoaded};
@@ -118,7 +108,7 @@ QuavinStatus QuavinClient::loadPackage(const String& path, std::shared_ptr<Quavi
                                        const Device& device, Registration registration,
                                        const EngineOptions& options) {
     if (!initialized_) {
-        return notInitialized();
+        return internal::notInitialized();
     }
     if (path.empty()) {
         return {INVALID_MODEL_PATH, "modelpath specified is empty"};
@@ -138,7 +128,7 @@ QuavinStatus QuavinClient::loadMetadata(const std::shared_ptr<ModelMetadata>& me
                                         std::shared_ptr<QuavinModel>& model, const Device& device,
                                         Registration registration, const EngineOptions& options) {
     if (!initialized_) {
-        return notInitialized();
+        return internal::notInitialized();
     }
     if (metadata == nullptr) {
         return {INVALID_ARGUMENTS, "There is no metadata to load a model from"};

@@ -1,6 +1,8 @@
+#include <memory>
 #include <utility>
 
 #include "engine/engine.h"
+#include "package/source/memory_source.h"
 #include "quavin/network.h"
 #include "text/vocabulary.h"
 
@@ -40,6 +42,18 @@ QuavinStatus describePackage(const ModelMetadata& metadata, Features& inputs, Fe
     return status;
 }
 
+// Also makes the source, so that its failures become statuses.
+template <typename MakeSource>
+QuavinStatus describeMemory(const MakeSource& makeSource, const PackageKeys& keys, Features& inputs,
+                            Features& outputs) {
+    try {
+        const std::shared_ptr<const internal::MemorySource> source = makeSource();
+        return describePackage(*internal::readMetadata(source, keys), inputs, outputs);
+    } catch (...) {
+        return getStatusFromCurrentException();
+    }
+}
+
 }  // namespace
 
 QuavinStatus describeNetwork(const Filepath& topology, const Filepath& weights,
@@ -63,6 +77,22 @@ QuavinStatus describeNetwork(const ModelMetadata& metadata,
     } catch (...) {
         return getStatusFromCurrentException();
     }
+}
+
+QuavinStatus describeNetwork(const void* archive, uint64 size, const PackageKeys& keys,
+                             std::vector<ModelFeatureDescriptor>& inputs,
+                             std::vector<ModelFeatureDescriptor>& outputs) {
+    return describeMemory(
+        [&] { return std::make_shared<const internal::MemorySource>(archive, size, keys); }, keys,
+        inputs, outputs);
+}
+
+QuavinStatus describeNetworkFromBuffers(const std::vector<PackageBuffer>& buffers,
+                                        const PackageKeys& keys,
+                                        std::vector<ModelFeatureDescriptor>& inputs,
+                                        std::vector<ModelFeatureDescriptor>& outputs) {
+    return describeMemory([&] { return std::make_shared<const internal::MemorySource>(buffers); },
+                          keys, inputs, outputs);
 }
 
 }  // namespace VelmoraQuavin

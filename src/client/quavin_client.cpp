@@ -28,10 +28,10 @@ QuavinStatus QuavinClient::init(const QuavinConfig& config) {
     if (initialized_) {
         return {};
     }
-    initialized_ = true;
     config_ = config;
     installLogger(config_.GetLogger());
     internal::setDiagnostics(config_.GetDiagnostics());
+    initialized_ = true;  // not before, because the configuration may not fit in memory
     return {SUCCESS, ""};
 }
 
@@ -65,13 +65,17 @@ std::map<QuavinModelType, std::vector<Device>> QuavinClient::getDevices() {
 
 QuavinStatus QuavinClient::getEngineInfo(EngineInfo& info) {
     try {
-        const EngineOptions options = initialized_ ? config_.GetEngineOptions() : EngineOptions();
+        const EngineOptions options = getEngineOptions();
         internal::requireMeaningful(options);
         info = internal::builtInEngines().preferred().info(options);
         return {SUCCESS, ""};
     } catch (...) {
         return getStatusFromCurrentException();
     }
+}
+
+EngineOptions QuavinClient::getEngineOptions() {
+    return initialized_ ? config_.GetEngineOptions() : EngineOptions();
 }
 
 RuntimeStatus QuavinClient::queryRuntimeStatus() const {

@@ -2,6 +2,7 @@
 
 #include "core/diagnostics.h"
 #include "feature/descriptor_access.h"
+#include "package/manifest/manifest_path.h"
 #include "quavin/model.h"
 #include "tensor/tensor_texts.h"
 
@@ -11,8 +12,9 @@ namespace {
 void diagnoseFirstInput(const ModelFeatureDescriptor& input, const Filepath& package) {
     internal::diagnose([&] {
         using internal::DescriptorAccess;
-        return "loading the package " + internal::inQuotes(package.c_str()) + ": its first input " +
-               internal::inQuotes(DescriptorAccess::name(input)) + " has the shape " +
+        return "loading the package " + internal::inQuotes(internal::packageTitle(package)) +
+               ": its first input " + internal::inQuotes(DescriptorAccess::name(input)) +
+               " has the shape " +
                internal::shapeText(DescriptorAccess::shape(input.tensorDescriptor()));
     });
 }

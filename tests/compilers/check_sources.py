@@ -10,17 +10,7 @@ import argparse
 import subprocess
 import sys
 
-# Reads sources for Windows with only the headers that are given.
-READING = [
-    "--target=x86_64-w64-mingw32",
-    "-fsyntax-only",
-    "-std=c++17",
-    "-nostdinc++",
-    "-nostdlibinc",
-]
-
 OPTIONS = [
-    *READING,
     "-fno-ms-extensions",
     "-Wall",
     "-Wextra",
@@ -32,10 +22,15 @@ OPTIONS = [
 ]
 
 
+def reading(target):
+    """Returns the options that make clang read sources for a target with only the headers it is given."""
+    return [f"--target={target}", "-fsyntax-only", "-std=c++17", "-nostdinc++", "-nostdlibinc"]
+
+
 def complaint_about(path, compiler, options):
     """Returns the compiler's output if it refuses a file, otherwise an empty text."""
     # Included, so that "#pragma once" is in a header and not in the main file.
-    command = [compiler, *OPTIONS, *options, "-x", "c++", "-"]
+    command = [compiler, *reading("x86_64-w64-mingw32"), *OPTIONS, *options, "-x", "c++", "-"]
     done = subprocess.run(command, input=f'#include "{path}"\n', stdout=subprocess.PIPE,
                           stderr=subprocess.STDOUT, text=True, check=False)
     return done.stdout or f"status {done.returncode}\n" if done.returncode else ""

@@ -9,6 +9,7 @@
 #include <optional>
 #include <string>
 
+#include "quavin/c.h"
 #include "quavin/quavin.h"
 #include "support/model_package.h"
 #include "support/small_networks.h"
@@ -87,6 +88,17 @@ void leaveSwitchedOff() {
     QuavinClient::terminate();
 }
 
+void leaveHandles() {
+    quavin_model* model = nullptr;
+    quavin_outputs* outputs = nullptr;
+    const float x[4] = {};
+    const void* const inputs[] = {x};
+    const std::size_t sizes[] = {sizeof x};
+    require(quavin_load_directory(directory.text().c_str(), nullptr, &model) == QUAVIN_SUCCESS &&
+                quavin_predict(model, inputs, sizes, 1, &outputs) == QUAVIN_SUCCESS,
+            "handles");
+}
+
 void leaveInTheMiddle() {
     const auto model = loadRegistered();
     Features inputs;
@@ -107,6 +119,7 @@ int main(int argc, char** argv) {
         {"failed", leaveFailed},
         {"snapshot", leaveSnapshot},
         {"switched_off", leaveSwitchedOff},
+        {"handles", leaveHandles},
         {"in_the_middle", leaveInTheMiddle},
     };
     require(argc == 2 && ways.count(argv[1]) == 1, "one way to leave");

@@ -1,5 +1,5 @@
-// The public headers include one another and the C++ standard library, and nothing else. The target
-// quavin_public_headers_alone checks that each compiles alone.
+// The public headers include one another and the standard library, and nothing else. The targets
+// quavin_public_headers_alone and quavin_c_header_alone check that each compiles alone.
 
 #include <gmock/gmock.h>
 
@@ -37,6 +37,17 @@ std::vector<std::string> includesOf(const fs::path& header) {
     return found;
 }
 
+// The C interface stands by itself.
+bool isOfC(const fs::path& header) {
+    return header.filename() == "c.h";
+}
+
+TEST(PublicHeaders, TheCHeaderIncludesNoHeaderThatNeedsCpp) {
+    EXPECT_THAT(includesOf(fs::path(QUAVIN_PUBLIC_HEADERS) / "c.h"),
+                ::testing::UnorderedElementsAre("<stddef.h>", "<stdint.h>", "\"quavin/export.h\""));
+    EXPECT_THAT(includesOf(fs::path(QUAVIN_PUBLIC_HEADERS) / "export.h"), ::testing::IsEmpty());
+}
+
 TEST(PublicHeaders, HeadersIncludeOnlyOneAnotherAndTheStandardLibrary) {
     ASSERT_FALSE(publicHeaders().empty());
     for (const fs::path& header : publicHeaders()) {
@@ -45,16 +56,18 @@ TEST(PublicHeaders, HeadersIncludeOnlyOneAnotherAndTheStandardLibrary) {
             // Only headers of the C++ standard library have a name without folder and extension.
             const bool standard =
                 include.front() == '<' && include.find_first_of("/.") == std::string::npos;
-            EXPECT_TRUE(own || standard) << header.filename() << " includes " << include;
+            const bool standardC = include == "<stddef.h>" || include == "<stdint.h>";
+            EXPECT_TRUE(own || (isOfC(header) ? standardC : standard))
+                << header.filename() << " includes " << include;
         }
     }
 }
 
-TEST(PublicHeaders, TheMainHeaderIncludesAllOthers) {
+TEST(PublicHeaders, TheMainHeaderIncludesAllOthersOfCpp) {
     const fs::path all = fs::path(QUAVIN_PUBLIC_HEADERS) / "quavin.h";
     const auto included = includesOf(all);
     for (const fs::path& header : publicHeaders()) {
-        if (header != all) {
+        if (header != all && !isOfC(header)) {
             EXPECT_THAT(included,
                         ::testing::Contains("\"quavin/" + header.filename().string() + '"'));
         }

@@ -18,10 +18,13 @@ namespace {
 constexpr std::string_view kRevision = "1";
 
 std::unique_ptr<CacheSeal> sealFor(const NetworkComponents& network) {
-    if (!network.areSecured()) {
+    if (!network.areSecret()) {
         return makeChecksumSeal();
     }
     std::vector<const Encryption*> keys;
+    if (const SealedPackage* const sealed = network.source.sealed()) {
+        keys.push_back(&sealed->key);
+    }
     for (const NetworkComponentEntry* component : {&network.topology, &network.weights}) {
         if (component->isSecured()) {
             keys.push_back(&component->encryption);
@@ -110,6 +113,14 @@ EntryName CachedNetwork::nameFor(const InferenceEngine::Core& core) const {
         name.add(setting.value);
     }
     const NetworkComponents& components = stored_.components();
+    if (const SealedPackage* const sealed = components.source.sealed()) {
+        // The name must not tell what is inside.
+        name.add("sealed");
+        name.add(sealed->stored);
+        name.add(components.topology.path.view());
+        name.add(components.weights.path.view());
+        return name.entry();
+    }
     add(name, components.topology, stored_.topology());
     add(name, components.weights, stored_.weights());
     return name.entry();

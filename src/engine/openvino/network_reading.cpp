@@ -79,7 +79,7 @@ void StoredNetwork::passTo(InferenceEngine::ICNNNetReader& reader) {
 void StoredNetwork::readTopology() {
     topology_.emplace(network_.source, network_.topology);
     topologyBytes_.reset(new char[topology_->size()]);
-    if (network_.topology.isSecured()) {
+    if (network_.isSecret(network_.topology)) {
         topologyWipe_.emplace(topologyBytes_.get(), topology_->size());
     }
     topology_->readStored(topologyBytes_.get());
@@ -92,15 +92,16 @@ void StoredNetwork::readWeights() {
         return;
     }
     weights_.emplace(network_.source, network_.weights);
-    if (mapWeights_ && weights_->size() != 0) {  // an empty blob needs memory too
+    const bool map = mapWeights_ || weights_->isInMemory();
+    if (map && weights_->size() != 0) {  // an empty blob needs memory too
         if (std::optional<MappedBytes> mapped = weights_->map()) {
             weightsBlob_ =
                 makeWeightsBlob(weights_->size(), makeMappedAllocator(std::move(*mapped)));
             return;
         }
     }
-    auto blob = makeWeightsBlob(weights_->size(),
-                                network_.weights.isSecured() ? makeSecretAllocator() : nullptr);
+    auto blob = makeWeightsBlob(
+        weights_->size(), network_.isSecret(network_.weights) ? makeSecretAllocator() : nullptr);
     const auto memory = blob->buffer();
     weights_->readStored(memory.as<char*>());
     weightsBlob_ = std::move(blob);

@@ -13,13 +13,14 @@
 namespace VelmoraQuavin::internal {
 
 /// The two files of a network, from reading them as they are stored to passing them to a reader.
-/// A decrypted topology is wiped afterwards, decrypted weights when the last reference to their
+/// A secret topology is wiped afterwards, secret weights when the last reference to their
 /// blob is dropped.
 class StoredNetwork {
 public:
     /// @param network must outlive this.
     /// @param mapWeights maps the weights instead of reading them, unless they are secured or their
-    ///        source can only read. They stay mapped as long as their blob.
+    ///        source can only read. They stay mapped as long as their blob. Weights that are in
+    ///        memory already are always used there.
     explicit StoredNetwork(const NetworkComponents& network, bool mapWeights = false)
         : network_(network), mapWeights_(mapWeights) {}
 

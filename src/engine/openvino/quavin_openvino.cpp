@@ -10,6 +10,7 @@
 #include "engine/openvino/network_reading.h"
 #include "engine/openvino/network_settings.h"
 #include "engine/openvino/runtime_libraries.h"
+#include "package/manifest/manifest_path.h"
 #include "quavin/status.h"
 
 namespace VelmoraQuavin {
@@ -96,7 +97,7 @@ QuavinStatus QuavinOpenVino::loadImpl(const std::vector<ModelComponent>& compone
     internal::StoredNetwork stored(files, options_.mapWeights && options_.cacheDirectory.empty());
     std::optional<internal::CachedNetwork> cached;
     if (!networkRead_) {
-        networkSecured_ = files.areSecured();
+        networkSecured_ = files.areSecret();
         if (!cameCompiled_) {
             cached.emplace(options_, stored);
             if (takeCached(*cached, source->name())) {
@@ -139,7 +140,8 @@ EngineInfo QuavinOpenVino::engineInfo() const {
 std::shared_ptr<QuavinModel> QuavinOpenVino::clone() const {
     auto copy = std::make_shared<QuavinOpenVino>(getName(), options_, core_);
     copy->networkSecured_ = networkSecured_;
-    const QuavinStatus status = copy->takeCompiled(network_, getMetadata()->getRootDir().c_str());
+    const QuavinStatus status =
+        copy->takeCompiled(network_, internal::packageTitle(getMetadata()->getRootDir()));
     if (!status.ok()) {
         throw MLFrameworkException(status.getDescription());
     }

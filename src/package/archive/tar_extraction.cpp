@@ -1,14 +1,10 @@
 #include <cstddef>
-#include <memory>
 #include <optional>
 #include <string>
 
-#include "core/secure_wipe.h"
-#include "package/archive/tar_entry_path.h"
+#include "package/archive/decrypted_archive.h"
 #include "package/archive/tar_reader.h"
-#include "package/secured/format.h"
 #include "platform/confined_directory.h"
-#include "quavin/encryption.h"
 #include "quavin/files.h"
 #include "quavin/status.h"
 
@@ -16,32 +12,19 @@ namespace VelmoraQuavin {
 namespace {
 
 using internal::TarEntry;
-using internal::TarEntryPath;
 using internal::TarReader;
 using internal::platform::ConfinedDirectory;
-
-TarEntryPath pathOf(const TarEntry& entry) {
-    TarEntryPath path = internal::parseTarEntryPath(entry.name);
-    if (path.refusal.empty() && path.isDirectory && entry.kind == TarEntry::Kind::kFile) {
-        path.refusal = "its name is that of a directory";
-    }
-    if (!path.refusal.empty()) {
-        throw InvalidArgumentsException("Archive entry " + internal::quotedTarName(entry.name) +
-                                        ": " + path.refusal);
-    }
-    return path;
-}
 
 // Runs before anything is written, so that a refused archive leaves no traces.
 void checkAll(const unsigned char* data, uint64 length) {
     TarReader reader(data, length);
     for (TarEntry entry; reader.next(entry);) {
-        pathOf(entry);
+        internal::requireTarEntryPath(entry);
     }
 }
 
 void write(ConfinedDirectory& directory, const TarEntry& entry) {
-    const std::vector<std::string> names = pathOf(entry).names;
+    const std::vector<std::string> names = internal::requireTarEntryPath(entry).names;
     const std::string problem = entry.kind == TarEntry::Kind::kFile
                                     ? directory.writeFile(names, entry.content, entry.size)
                                     : directory.createDirectories(names);
@@ -80,32 +63,6 @@ void extract(const unsigned char* data, uint64 length, Filepath& destination) {
     destination = writeAll(data, length, destination);
 }
 
-void extractSecured(const unsigned char* data, uint64 length, const unsigned char* key,
-                    Filepath& destination) {
-    if (data == nullptr || key == nullptr) {
-        throw InvalidArgumentsException("The archive and its key must not be null");
-    }
-    if (!internal::isSecuredSize(length)) {
-        throw InvalidArgumentsException(
-            "A secured archive has a multiple of 16 bytes, at least 16 and less than 4 GiB, not " +
-            std::to_string(length));
-    }
-    const uint64 size = length - internal::kSecuredVectorSize;
-    const std::unique_ptr<unsigned char[]> plain(new unsigned char[size]);
-    const internal::WipeOnExit wipe(plain.get(), size);
-    unsigned char* output = plain.get();
-    const QuavinStatus status =
-        QuavinEncryption().AES_decrypt(data, static_cast<unsigned int>(length), output, key);
-    if (!status.ok()) {
-        throw FileException("Could not decrypt the archive");
-    }
-    if (internal::isFalseTarEnd(plain.get(), size)) {
-        throw Exception("The archive makes no sense: it was encrypted with another key",
-                        TAR_CHECKSUM_MISMATCH);
-    }
-    extract(plain.get(), size, destination);
-}
-
 }  // namespace
 
 QuavinStatus FileUtils::extractTarball(const unsigned char* data, uint64 length,
@@ -121,7 +78,8 @@ QuavinStatus FileUtils::extractTarball(const unsigned char* data, uint64 length,
 QuavinStatus FileUtils::extractSecuredTarball(const unsigned char* data, uint64 length,
                                               const unsigned char* key, Filepath& destination) {
     try {
-        extractSecured(data, length, key, destination);
+        const internal::DecryptedArchive archive(data, length, key);
+        extract(archive.data(), archive.size(), destination);
         return {SUCCESS, ""};
     } catch (...) {
         return getStatusFromCurrentException();

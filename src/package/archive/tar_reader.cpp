@@ -67,6 +67,18 @@ bool endsInSeparator(const std::string& name) {
 
 }  // namespace
 
+TarEntryPath requireTarEntryPath(const TarEntry& entry) {
+    TarEntryPath path = parseTarEntryPath(entry.name);
+    if (path.refusal.empty() && path.isDirectory && entry.kind == TarEntry::Kind::kFile) {
+        path.refusal = "its name is that of a directory";
+    }
+    if (!path.refusal.empty()) {
+        throw InvalidArgumentsException("Archive entry " + quotedTarName(entry.name) + ": " +
+                                        path.refusal);
+    }
+    return path;
+}
+
 bool isFalseTarEnd(const unsigned char* data, uint64 length) {
     const unsigned char* const end = data + std::min<uint64>(length, kTarBlockSize);
     return length != 0 && *data == 0 &&

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 
+#include "package/archive/tar_entry_path.h"
 #include "package/archive/tar_header.h"
 #include "package/archive/tar_pax_records.h"
 #include "quavin/status.h"
@@ -60,6 +61,10 @@ private:
     uint64 position_ = 0;
     uint64 count_ = 0;
 };
+
+/// Where an entry goes.
+/// @throws InvalidArgumentsException, naming the entry, if it must not be extracted.
+TarEntryPath requireTarEntryPath(const TarEntry& entry);
 
 /// Whether bytes begin like the end of an archive, but without the whole block of zeros that a real
 /// one has there. One in 256 encrypted archives looks like this, and so does one in 256 archives

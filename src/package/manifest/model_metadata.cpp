@@ -105,6 +105,7 @@ QuavinStatus ModelMetadata::load(const Filepath& path) {
             throw ModelMetaDataException(String("Failed to open metadata file at ") + path.c_str());
         }
         rootDir_ = path.parent_path();
+        memory_.reset();
         internal::MetadataAccess::readMembers(*this, document, manifest);
         return {SUCCESS, ""};
     } catch (...) {
@@ -123,6 +124,7 @@ QuavinStatus ModelMetadata::loadFromMemory(const void* manifest, uint64 size) {
             throw ModelMetaDataException("The bytes in memory are not a manifest");
         }
         rootDir_ = Filepath();
+        memory_.reset();
         internal::MetadataAccess::readMembers(*this, document, name);
         return {SUCCESS, ""};
     } catch (...) {

@@ -4,6 +4,7 @@
 #include <optional>
 #include <utility>
 
+#include "package/manifest/metadata_access.h"
 #include "package/source/network_components.h"
 #include "package/source/sized_file.h"
 
@@ -43,8 +44,18 @@ std::unique_ptr<StoredBytes> DirectorySource::open(const NetworkComponentEntry& 
     return std::make_unique<FileBytes>(SizedFile::open(Filepath(component.resolvedPath)));
 }
 
-std::unique_ptr<ComponentSource> makeComponentSource(const ModelMetadata& metadata) {
-    return std::make_unique<DirectorySource>(metadata.getRootDir());
+std::shared_ptr<const ComponentSource> makeComponentSource(const ModelMetadata& metadata) {
+    const Filepath directory = metadata.getRootDir();
+    const auto& memory = MetadataAccess::memory(metadata);
+    if (!memory.has_value() || *directory.c_str() != 0) {
+        return std::make_shared<DirectorySource>(directory);
+    }
+    std::shared_ptr<const ComponentSource> source = memory->lock();
+    if (source == nullptr) {
+        throw FileException(
+            "The package was in memory, which the library did not keep: load it from there again");
+    }
+    return source;
 }
 
 }  // namespace VelmoraQuavin::internal

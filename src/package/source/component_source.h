@@ -2,7 +2,9 @@
 
 #include <memory>
 #include <optional>
+#include <string_view>
 
+#include "quavin/encryption.h"
 #include "quavin/files.h"
 #include "quavin/metadata.h"
 #include "quavin/text.h"
@@ -34,6 +36,15 @@ public:
     /// @return nothing if they can only be read.
     /// @throws FileException "File error!" if mapping fails.
     virtual std::optional<MappedBytes> map() { return std::nullopt; }
+    /// Whether map() costs nothing and gives bytes that do not change, so that there is no reason
+    /// to read them.
+    virtual bool isInMemory() const noexcept { return false; }
+};
+
+/// A package that is secured as a whole: what its source holds is secret, even in plain components.
+struct SealedPackage {
+    Encryption key;
+    std::string_view stored;  ///< The package as it is stored.
 };
 
 /// Where the bytes of a package's components come from. May be used from any thread.
@@ -50,6 +61,8 @@ public:
     virtual String resolve(const String& path) const = 0;
     /// @throws FileException "File error!" if the component cannot be opened.
     virtual std::unique_ptr<StoredBytes> open(const NetworkComponentEntry& component) const = 0;
+    /// @return null if the package is not secured as a whole.
+    virtual const SealedPackage* sealed() const noexcept { return nullptr; }
 };
 
 /// A package in a directory. Paths are joined to the directory as written.
@@ -66,6 +79,7 @@ private:
 };
 
 /// The source of a package's components.
-std::unique_ptr<ComponentSource> makeComponentSource(const ModelMetadata& metadata);
+/// @throws FileException if the package was in memory and is no longer there.
+std::shared_ptr<const ComponentSource> makeComponentSource(const ModelMetadata& metadata);
 
 }  // namespace VelmoraQuavin::internal

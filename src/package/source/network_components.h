@@ -24,7 +24,11 @@ struct NetworkComponents {
     NetworkComponentEntry topology;
     NetworkComponentEntry weights;  ///< Has no path if the network has no constants.
 
-    bool areSecured() const { return topology.isSecured() || weights.isSecured(); }
+    /// Whether a component's content is secret: it is secured, or the whole package is.
+    bool isSecret(const NetworkComponentEntry& component) const {
+        return component.isSecured() || source.sealed() != nullptr;
+    }
+    bool areSecret() const { return isSecret(topology) || isSecret(weights); }
 };
 
 /// Whether a component is one of a network's two files. Its name alone determines its kind.
@@ -53,6 +57,8 @@ public:
     /// @throws FileException if reading or decrypting fails. A secured component may have left
     ///         plaintext in the buffer, which the caller must wipe in any case.
     uint64 read(char* buffer);
+    /// Whether map() is as good as read(), whatever the host asked for.
+    bool isInMemory() const { return !component_.isSecured() && stored_->isInMemory(); }
     /// The component without reading it; may be called once, before read().
     /// @return nothing if it has to be read, as a secured one always has.
     /// @throws FileException if mapping fails.

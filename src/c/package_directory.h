@@ -1,0 +1,17 @@
+#pragma once
+
+#include "c/guard.h"
+#include "quavin/package_memory.h"
+
+namespace VelmoraQuavin::internal {
+
+/// The manifest of the package in a directory, with the keys set.
+/// @throws Exception with the status of ModelMetadata::load if that fails.
+inline ModelMetadata readManifest(const char* directory, const PackageKeys& keys) {
+    ModelMetadata metadata;
+    require(metadata.load(Filepath(directory).append(Filepath("manifest.json"))));
+    keys.applyTo(metadata);
+    return metadata;
+}
+
+}  // namespace VelmoraQuavin::internal
