@@ -45,12 +45,10 @@ std::unique_ptr<StoredBytes> DirectorySource::open(const NetworkComponentEntry& 
 }
 
 std::shared_ptr<const ComponentSource> makeComponentSource(const ModelMetadata& metadata) {
-    const Filepath directory = metadata.getRootDir();
-    const auto& memory = MetadataAccess::memory(metadata);
-    if (!memory.has_value() || *directory.c_str() != 0) {
-        return std::make_shared<DirectorySource>(directory);
+    if (!MetadataAccess::isInMemory(metadata)) {
+        return std::make_shared<DirectorySource>(metadata.getRootDir());
     }
-    std::shared_ptr<const ComponentSource> source = memory->lock();
+    std::shared_ptr<const ComponentSource> source = MetadataAccess::memory(metadata);
     if (source == nullptr) {
         throw FileException(
             "The package was in memory, which the library did not keep: load it from there again");
