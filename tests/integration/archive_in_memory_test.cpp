@@ -121,7 +121,7 @@ TEST_F(ArchiveInMemory, IsNotRegisteredWithAType) {
     EXPECT_THAT(client_.queryRuntimeStatus().getLoadedModels(), IsEmpty());
 }
 
-TEST_F(ArchiveInMemory, CannotBeLoadedAgain) {
+TEST_F(ArchiveInMemory, CannotBeLoadedAgainAfterUnloading) {
     const std::string text =
         "The package was in memory, which the library did not keep: load it from there again";
     const auto reload = [](QuavinModel& model, const std::shared_ptr<ModelMetadata>& metadata) {
@@ -139,6 +139,12 @@ TEST_F(ArchiveInMemory, CannotBeLoadedAgain) {
                 IsStatus(FILE_ERROR, text));
     std::vector<ModelFeatureDescriptor> ports;
     EXPECT_THAT(describeNetwork(*metadata, ports, ports), IsStatus(FILE_ERROR, text));
+}
+
+TEST_F(ArchiveInMemory, KeepsItsNetworkIfLoadedAgainWithoutUnloading) {
+    ASSERT_THAT(loadArchive(archiveOf(packageOf(affineNetwork()))), IsOk());
+    ASSERT_THAT(model_->load(model_->getMetadata()), IsOk());
+    expectAffineNumbers();
 }
 
 TEST_F(ArchiveInMemory, CanBeLoadedAgainFromADirectoryThatTheHostSets) {
@@ -217,14 +223,10 @@ TEST_F(ArchiveInMemory, WithAHostileEntryIsRefused) {
          {Case{tarFile("../evil"), INVALID_ARGUMENTS, "its name contains \"..\""},
           Case{tarFile("/evil"), INVALID_ARGUMENTS, "its name is absolute"},
           Case{tarFile("C:evil"), INVALID_ARGUMENTS, "its name begins with a drive letter"},
-          Case{tarFile(std::string(99, 'a') + "/."), INVALID_ARGUMENTS, "the name"},
           Case{tarEntry(link), TAR_UNSUPPORTED_ENTRY, "it is neither a file nor a directory"},
           Case{gnuLongName(std::string(5000, 'x')) + tarFile("x"), INVALID_ARGUMENTS,
                "its name is longer than 4096 bytes"},
           Case{std::string(512, 'x'), TAR_CHECKSUM_MISMATCH, "the header's checksum is wrong"}}) {
-        if (hostile.text == "the name") {
-            continue;
-        }
         EXPECT_THAT(loadArchive(package + hostile.entry + tarEnd()),
                     IsStatusWith(hostile.code, HasSubstr(hostile.text)));
         EXPECT_EQ(model_, nullptr);
@@ -348,16 +350,15 @@ TEST_F(DiagnosedArchiveInMemory, IsNamedInMemoryInRecords) {
                             HasSubstr("reading the manifest in memory: ")));
 }
 
-// The engine's own words, which may quote a network, are withheld for the content of a secured
-// archive as for secured components.
+// The engine's message may quote the network.
 TEST_F(DiagnosedArchiveInMemory, SecuredAsAWholeIsNotQuoted) {
-    ASSERT_THAT(loadArchive(archiveOf(packageOf(affineNetwork()))), IsOk());
-    inputs_ = {featureOf<float>("x", {1, 2}, DataType::FLOAT, {1, 2})};
-    EXPECT_ANY_THROW(predict());
     keys_.setArchiveKey(countingKey().data());
     ASSERT_THAT(loadArchive(securedArchiveOf(packageOf(affineNetwork()), countingKey())), IsOk());
-    EXPECT_ANY_THROW(predict());
-    EXPECT_THAT(log_->messages().size(), 2U);
+    inputs_ = {featureOf<std::int32_t>("x", {1, 4}, DataType::INT32, {1, 2, 3, 4})};
+    EXPECT_THROW(predict(), MLFrameworkException);
+    EXPECT_THAT(log_->messages(),
+                ElementsAre("predict: the engine failed; its message is withheld because "
+                            "a component is secured and the message may quote it"));
 }
 
 }  // namespace

@@ -155,7 +155,7 @@ TEST_F(BuffersInMemory, AreRegisteredWithADevice) {
     EXPECT_THAT(client_.queryRuntimeStatus().getLoadedModels(), ElementsAre(model_));
 }
 
-TEST_F(BuffersInMemory, CannotBeLoadedAgainEvenWithOwners) {
+TEST_F(BuffersInMemory, CannotBeLoadedAgainAfterUnloadingEvenWithOwners) {
     const auto files = std::make_shared<const PackageFiles>(packageOf(affineNetwork()));
     std::vector<PackageBuffer> buffers;
     for (const auto& [name, content] : *files) {

@@ -17,7 +17,7 @@ struct MetadataAccess {
                             const std::string& manifest);
 
     /// Makes loads take the components from memory, unless the metadata gets a root directory.
-    /// Loads fail once the source's owner has given it up.
+    /// Once the source's owner has given it up, nothing can be read any more.
     static void setMemory(ModelMetadata& metadata,
                           const std::shared_ptr<const ComponentSource>& memory) {
         metadata.memory_ = memory;

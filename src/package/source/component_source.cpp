@@ -26,6 +26,17 @@ private:
     SizedFile file_;
 };
 
+// A package that was in memory. A model that keeps its network can do without its components.
+class ForgottenSource : public ComponentSource {
+public:
+    String name() const override { return kPackageInMemory; }
+    String resolve(const String& path) const override { return path; }
+    std::unique_ptr<StoredBytes> open(const NetworkComponentEntry& /*component*/) const override {
+        throw FileException(
+            "The package was in memory, which the library did not keep: load it from there again");
+    }
+};
+
 }  // namespace
 
 DirectorySource::DirectorySource(Filepath directory) : directory_(std::move(directory)) {}
@@ -49,11 +60,7 @@ std::shared_ptr<const ComponentSource> makeComponentSource(const ModelMetadata& 
         return std::make_shared<DirectorySource>(metadata.getRootDir());
     }
     std::shared_ptr<const ComponentSource> source = MetadataAccess::memory(metadata);
-    if (source == nullptr) {
-        throw FileException(
-            "The package was in memory, which the library did not keep: load it from there again");
-    }
-    return source;
+    return source != nullptr ? source : std::make_shared<const ForgottenSource>();
 }
 
 }  // namespace VelmoraQuavin::internal

@@ -172,9 +172,11 @@ TEST_F(BuffersInMemory, AreTheSourceOfTheirMetadataWhileTheyLast) {
     EXPECT_EQ(internal::makeComponentSource(*metadata), source);
     const ModelMetadata copy = *metadata;
     source.reset();
+    EXPECT_EQ(internal::makeComponentSource(*metadata)->name(), "in memory");
+    EXPECT_EQ(internal::makeComponentSource(*metadata)->resolve("net.xml"), "net.xml");
     for (const ModelMetadata& gone : {*metadata, copy}) {
         expectThrows<FileException>(
-            [&gone] { internal::makeComponentSource(gone); }, FILE_ERROR,
+            [&gone] { internal::makeComponentSource(gone)->open(entryAt("net.xml")); }, FILE_ERROR,
             "The package was in memory, which the library did not keep: load it from there again");
     }
 }
