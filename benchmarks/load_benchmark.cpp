@@ -1,12 +1,15 @@
 // Compares loading a package with the same loading written by hand on the runtime's C interface.
 //
 //     quavin_load_benchmark PLAIN SECURED KEYHEX [ROUNDS]      times, in turns
-//     quavin_load_benchmark --peak raw|plain|mapped|secured FOLDER [KEYHEX]
+//     quavin_load_benchmark --memory PLAIN ARCHIVE SECUREDARCHIVE KEYHEX [ROUNDS]
+//                                                              times of packages in memory
+//     quavin_load_benchmark --peak raw|plain|mapped|secured|buffers FOLDER [KEYHEX]
+//     quavin_load_benchmark --peak archive ARCHIVE [KEYHEX]
 //
-// The folders hold the same model, as models/make_mobilenet.py writes it, plain and encrypted. The
-// second form loads once and prints the process's peak memory, and what is then resident and not
-// backed by a file, so each measurement needs its own process. "mapped" is plain with mapped
-// weights.
+// The folders hold the same model, as models/make_mobilenet.py writes it, plain and encrypted; the
+// archives hold the plain folder, and the second one is encrypted as a whole. The last forms load
+// once and print the process's peak memory, and what is then resident and not backed by a file, so
+// each measurement needs its own process. "mapped" is plain with mapped weights.
 
 #include <quavin/quavin.h>
 #include <sys/resource.h>
@@ -18,6 +21,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "packages.h"
 #include "raw_network.h"
@@ -52,6 +56,21 @@ void compareTimes(const std::string& plain, const std::string& secured, const st
         rounds);
 }
 
+void compareMemory(const std::string& plain, const std::string& archivePath,
+                   const std::string& securedPath, const std::string& keyHex, int rounds) {
+    const std::vector<char> archive = benchmark::readFile(archivePath);
+    const std::vector<char> secured = benchmark::readFile(securedPath);
+    const std::vector<PackageBuffer> buffers = benchmark::readBuffers(plain);
+    const auto loadPlain = [plain] { return benchmark::loadPackage(plain, ""); };
+    benchmark::compare(
+        "getModel from memory",
+        {contestant("directory", loadPlain), contestant("directory again (noise)", loadPlain),
+         contestant("archive", [&] { return benchmark::loadArchive(archive, ""); }),
+         contestant("buffers with owners", [&] { return benchmark::loadBuffers(buffers); }),
+         contestant("secured archive", [&] { return benchmark::loadArchive(secured, keyHex); })},
+        rounds);
+}
+
 // In MiB; 0 if the system does not say.
 long anonymousMemory() {
     std::ifstream status("/proc/self/status");
@@ -68,7 +87,13 @@ long anonymousMemory() {
 void printPeak(const std::string& side, const std::string& folder, const std::string& keyHex) {
     std::unique_ptr<benchmark::RawNetwork> raw;
     std::shared_ptr<QuavinModel> model;
-    if (side == "raw") {
+    std::vector<char> archive;
+    if (side == "archive") {
+        archive = benchmark::readFile(folder);
+        model = benchmark::loadArchive(archive, keyHex);
+    } else if (side == "buffers") {
+        model = benchmark::loadBuffers(benchmark::readBuffers(folder));
+    } else if (side == "raw") {
         raw = std::make_unique<benchmark::RawNetwork>(folder);
     } else {
         EngineOptions options;
@@ -84,16 +109,21 @@ void printPeak(const std::string& side, const std::string& folder, const std::st
 }  // namespace
 
 int main(int argc, char** argv) {
-    const bool peak = argc > 3 && std::string(argv[1]) == "--peak";
-    if (argc < 4) {
-        std::cerr
-            << "usage: quavin_load_benchmark PLAIN SECURED KEYHEX [ROUNDS]\n"
-               "       quavin_load_benchmark --peak raw|plain|mapped|secured FOLDER [KEYHEX]\n";
+    const std::string mode = argc > 1 ? argv[1] : "";
+    if (argc < (mode == "--memory" ? 6 : 4)) {
+        std::cerr << "usage: quavin_load_benchmark PLAIN SECURED KEYHEX [ROUNDS]\n"
+                     "       quavin_load_benchmark --memory PLAIN ARCHIVE SECUREDARCHIVE KEYHEX "
+                     "[ROUNDS]\n"
+                     "       quavin_load_benchmark --peak raw|plain|mapped|secured|buffers FOLDER "
+                     "[KEYHEX]\n"
+                     "       quavin_load_benchmark --peak archive ARCHIVE [KEYHEX]\n";
         return 2;
     }
     try {
         const QuavinClientInitTerm library{QuavinConfig()};
-        if (peak) {
+        if (mode == "--memory") {
+            compareMemory(argv[2], argv[3], argv[4], argv[5], argc > 6 ? std::stoi(argv[6]) : 21);
+        } else if (mode == "--peak") {
             printPeak(argv[2], argv[3], argc > 4 ? argv[4] : "");
         } else {
             compareTimes(argv[1], argv[2], argv[3], argc > 4 ? std::stoi(argv[4]) : 21);

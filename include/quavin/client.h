@@ -205,9 +205,9 @@ public:
     /// weights are then used. It is wiped when the load is over, or once the last model over these
     /// weights is destroyed.
     ///
-    /// The model keeps nothing that is the host's. So its metadata, which has no root directory,
-    /// loads only once: loading it again fails with FILE_ERROR. Caching compiled networks and
-    /// cloneModel() work as for packages in directories.
+    /// The model keeps nothing that is the host's: loading it again after unloading it fails with
+    /// FILE_ERROR, as does any other use of its metadata, which has no root directory. Caching
+    /// compiled networks and cloneModel() work as for packages in directories.
     ///
     /// @param archive the archive, which is not changed and not needed after the call.
     /// @param size bytes at `archive`.

@@ -2,14 +2,14 @@
 
 #include "core/diagnostics.h"
 #include "feature/descriptor_access.h"
-#include "package/manifest/manifest_path.h"
+#include "package/manifest/metadata_access.h"
 #include "quavin/model.h"
 #include "tensor/tensor_texts.h"
 
 namespace VelmoraQuavin {
 namespace {
 
-void diagnoseFirstInput(const ModelFeatureDescriptor& input, const Filepath& package) {
+void diagnoseFirstInput(const ModelFeatureDescriptor& input, const ModelMetadata& package) {
     internal::diagnose([&] {
         using internal::DescriptorAccess;
         return "loading the package " + internal::inQuotes(internal::packageTitle(package)) +
@@ -58,10 +58,10 @@ QuavinStatus QuavinModel::validateTarget() const {
     }
     const ModelFeatureDescriptor& first = target->inputs.front();
     if (first.tensorDescriptor().variableShape()) {
-        diagnoseFirstInput(first, metadata_->getRootDir());  // the next line throws
+        diagnoseFirstInput(first, *metadata_);  // the next line throws
     }
     if (first.tensorDescriptor().shape().size() < 1) {
-        diagnoseFirstInput(first, metadata_->getRootDir());
+        diagnoseFirstInput(first, *metadata_);
         return {MODEL_METADATA_ERROR, "The input shape has to be defined"};
     }
     return {SUCCESS, ""};

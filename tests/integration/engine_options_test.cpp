@@ -213,7 +213,8 @@ TEST(EngineOptionsWithoutAMeaning, AreReportedByLoadsAndByTheEngineInfoNotByInit
     QuavinClient::terminate();
 }
 
-// Calls that compiled before there were overloads with options; none may become ambiguous.
+// Calls that compiled before there were overloads with options and for memory; none may become
+// ambiguous.
 TEST_F(GetModel, CallsWithBracesAndLiteralsStillCompile) {
     EXPECT_THAT(client_.getModel(directory_.text(), model_, {}, QuavinModelType::Openvino), IsOk());
     EXPECT_THAT(client_.getModel(directory_.text(), model_, 0, {}), IsOk());
@@ -227,6 +228,40 @@ TEST_F(GetModel, CallsWithBracesAndLiteralsStillCompile) {
                 IsStatusWith(INVALID_ARGUMENTS, ::testing::_));
     EXPECT_THAT(client_.getModel({}, model_, Device()),
                 IsStatusWith(INVALID_ARGUMENTS, ::testing::_));
+    EXPECT_THAT(client_.getModel(directory_.text(), model_, {}, {}, EngineOptions()), IsOk());
+    EXPECT_THAT(client_.getModel("nowhere", model_, 0, QuavinModelType::Openvino, {}),
+                IsStatusWith(MODEL_METADATA_ERROR, ::testing::_));
+    EXPECT_THAT(client_.getModel("nowhere", model_, Device(), 0, {}),
+                IsStatusWith(MODEL_METADATA_ERROR, ::testing::_));
+    EXPECT_THAT(client_.getModel(nullptr, model_, Device(), EngineOptions()),
+                IsStatusWith(INVALID_ARGUMENTS, ::testing::_));
+}
+
+TEST_F(GetModel, DescribingCallsWithBracesAndLiteralsStillCompile) {
+    std::vector<ModelFeatureDescriptor> inputs;
+    std::vector<ModelFeatureDescriptor> outputs;
+    const auto unreadable = IsStatusWith(FILE_ERROR, ::testing::_);
+    EXPECT_THAT(describeNetwork("nowhere", "", inputs, outputs), unreadable);
+    EXPECT_THAT(describeNetwork("nowhere", {}, inputs, outputs), unreadable);
+    EXPECT_THAT(describeNetwork(String("nowhere"), Filepath(), inputs, outputs), unreadable);
+    EXPECT_THAT(describeNetwork({}, inputs, outputs),
+                IsStatusWith(MODEL_METADATA_ERROR, ::testing::_));
+}
+
+TEST_F(GetModel, CallsForMemoryTakeLiteralsNullAndBraces) {
+    EXPECT_THAT(client_.getModel(nullptr, 0, {}, model_, QuavinModelType::Openvino, {}),
+                IsStatusWith(INVALID_ARGUMENTS, ::testing::_));
+    EXPECT_THAT(client_.getModel("no archive", 10, {}, model_, Device(), {}),
+                IsStatusWith(INVALID_ARGUMENTS, ::testing::_));
+    EXPECT_THAT(client_.getModelFromBuffers({}, {}, model_, QuavinModelType::Openvino, {}),
+                IsStatusWith(MODEL_METADATA_ERROR, ::testing::_));
+    EXPECT_THAT(client_.getModelFromBuffers({}, {}, model_, Device(), {}),
+                IsStatusWith(MODEL_METADATA_ERROR, ::testing::_));
+    std::vector<ModelFeatureDescriptor> ports;
+    EXPECT_THAT(describeNetwork(nullptr, 0, {}, ports, ports),
+                IsStatusWith(INVALID_ARGUMENTS, ::testing::_));
+    EXPECT_THAT(describeNetworkFromBuffers({}, {}, ports, ports),
+                IsStatusWith(MODEL_METADATA_ERROR, ::testing::_));
 }
 
 }  // namespace

@@ -2,6 +2,8 @@
 
 #include <map>
 
+#include "support/tar_archive.h"
+
 namespace VelmoraQuavin::testing {
 namespace {
 
@@ -15,6 +17,12 @@ std::string listed(const std::vector<std::string>& elements) {
 
 std::string within(const std::string& folder, const std::string& name) {
     return folder.empty() ? name : folder + "/" + name;
+}
+
+void write(const TempDirectory& directory, const PackageFiles& files, const std::string& folder) {
+    for (const auto& [name, content] : files) {
+        directory.write(within(folder, name), content);
+    }
 }
 
 std::string dataTypeOf(const std::string& type) {
@@ -77,22 +85,36 @@ void writeManifest(const TempDirectory& directory, const PackageText& text,
     directory.write(within(folder, "manifest.json"), text.manifest());
 }
 
+PackageFiles packageOf(const IrNetwork& network) {
+    return {{"manifest.json", describe(network).manifest()},
+            {"net.xml", network.topology()},
+            {"net.bin", network.weights()}};
+}
+
+PackageFiles securedPackageOf(const IrNetwork& network, const CryptoKey& key) {
+    PackageText text = describe(network);
+    text.components = {{"secured_file", "net.xml"}, {"secured_file", "net.bin"}};
+    return {{"manifest.json", text.manifest()},
+            {"net.xml", secured(network.topology(), key, BlockFilling::kPkcs7)},
+            {"net.bin", secured(network.weights(), key, BlockFilling::kPkcs7)}};
+}
+
+std::string archiveOf(const PackageFiles& files, const std::string& folder) {
+    std::string archive = folder.empty() ? "" : tarDirectory(folder + "/");
+    for (const auto& [name, content] : files) {
+        archive += tarFile(within(folder, name), content);
+    }
+    return archive + tarEnd();
+}
+
 void writePackage(const TempDirectory& directory, const IrNetwork& network,
                   const std::string& folder) {
-    writeNetwork(directory, network, folder);
-    writeManifest(directory, describe(network), folder);
+    write(directory, packageOf(network), folder);
 }
 
 void writeSecuredPackage(const TempDirectory& directory, const IrNetwork& network,
                          const CryptoKey& key, const std::string& folder) {
-    const auto write = [&](const char* name, const std::string& plain) {
-        directory.write(within(folder, name), secured(plain, key, BlockFilling::kPkcs7));
-    };
-    write("net.xml", network.topology());
-    write("net.bin", network.weights());
-    PackageText text = describe(network);
-    text.components = {{"secured_file", "net.xml"}, {"secured_file", "net.bin"}};
-    writeManifest(directory, text, folder);
+    write(directory, securedPackageOf(network, key), folder);
 }
 
 }  // namespace VelmoraQuavin::testing

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <string>
 #include <utility>
 #include <vector>
@@ -32,6 +33,16 @@ std::string scalarFeature(const std::string& name, const std::string& featureTyp
 
 /// The text of a plain package with a network's inputs and outputs, in the network's order.
 PackageText describe(const IrNetwork& network);
+
+/// The files of a package by their names.
+using PackageFiles = std::map<std::string, std::string>;
+
+/// A plain package.
+PackageFiles packageOf(const IrNetwork& network);
+/// A package whose two files are secured with the key.
+PackageFiles securedPackageOf(const IrNetwork& network, const CryptoKey& key);
+/// A tar archive of files, in a folder of it ("" for none).
+std::string archiveOf(const PackageFiles& files, const std::string& folder = "");
 
 /// Writes "net.xml" and "net.bin" into a folder of `directory` ("" for the directory itself).
 void writeNetwork(const TempDirectory& directory, const IrNetwork& network,

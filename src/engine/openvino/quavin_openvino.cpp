@@ -10,7 +10,7 @@
 #include "engine/openvino/network_reading.h"
 #include "engine/openvino/network_settings.h"
 #include "engine/openvino/runtime_libraries.h"
-#include "package/manifest/manifest_path.h"
+#include "package/manifest/metadata_access.h"
 #include "quavin/status.h"
 
 namespace VelmoraQuavin {
@@ -141,7 +141,7 @@ std::shared_ptr<QuavinModel> QuavinOpenVino::clone() const {
     auto copy = std::make_shared<QuavinOpenVino>(getName(), options_, core_);
     copy->networkSecured_ = networkSecured_;
     const QuavinStatus status =
-        copy->takeCompiled(network_, internal::packageTitle(getMetadata()->getRootDir()));
+        copy->takeCompiled(network_, internal::packageTitle(*getMetadata()));
     if (!status.ok()) {
         throw MLFrameworkException(status.getDescription());
     }

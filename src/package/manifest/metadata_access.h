@@ -1,7 +1,6 @@
 #pragma once
 
 #include <memory>
-#include <optional>
 #include <string>
 
 #include "package/manifest/json_access.h"
@@ -17,16 +16,19 @@ struct MetadataAccess {
     static void readMembers(ModelMetadata& metadata, const JsonDocument& document,
                             const std::string& manifest);
 
-    /// Makes loads take the components from memory, as long as the root directory is empty. The
-    /// source is given up by its owner when the first load is over, and further ones fail.
+    /// Makes loads take the components from memory, unless the metadata gets a root directory.
+    /// Once the source's owner has given it up, nothing can be read any more.
     static void setMemory(ModelMetadata& metadata,
                           const std::shared_ptr<const ComponentSource>& memory) {
         metadata.memory_ = memory;
     }
-    /// Set if the metadata is of a package in memory; expired when that is no longer there.
-    static const std::optional<std::weak_ptr<const ComponentSource>>& memory(
-        const ModelMetadata& metadata) {
-        return metadata.memory_;
+    /// Whether loads take the components from memory.
+    static bool isInMemory(const ModelMetadata& metadata) {
+        return metadata.memory_.has_value() && *metadata.rootDir_.c_str() == 0;
+    }
+    /// The source set with setMemory(), if isInMemory(); null if it is gone.
+    static std::shared_ptr<const ComponentSource> memory(const ModelMetadata& metadata) {
+        return metadata.memory_->lock();
     }
 
     /// Empty for metadata read while diagnostics were off, or built by a host.
@@ -34,5 +36,14 @@ struct MetadataAccess {
         return metadata.targetsAsWritten_;
     }
 };
+
+/// The name in messages of a package in memory.
+constexpr const char* kPackageInMemory = "in memory";
+
+/// The name of the metadata's package in messages.
+inline String packageTitle(const ModelMetadata& metadata) {
+    return MetadataAccess::isInMemory(metadata) ? String(kPackageInMemory)
+                                                : String(metadata.getRootDir().c_str());
+}
 
 }  // namespace VelmoraQuavin::internal

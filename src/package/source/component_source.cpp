@@ -26,6 +26,17 @@ private:
     SizedFile file_;
 };
 
+// A package that was in memory. A model that keeps its network can do without its components.
+class ForgottenSource : public ComponentSource {
+public:
+    String name() const override { return kPackageInMemory; }
+    String resolve(const String& path) const override { return path; }
+    std::unique_ptr<StoredBytes> open(const NetworkComponentEntry& /*component*/) const override {
+        throw FileException(
+            "The package was in memory, which the library did not keep: load it from there again");
+    }
+};
+
 }  // namespace
 
 DirectorySource::DirectorySource(Filepath directory) : directory_(std::move(directory)) {}
@@ -45,17 +56,11 @@ std::unique_ptr<StoredBytes> DirectorySource::open(const NetworkComponentEntry& 
 }
 
 std::shared_ptr<const ComponentSource> makeComponentSource(const ModelMetadata& metadata) {
-    const Filepath directory = metadata.getRootDir();
-    const auto& memory = MetadataAccess::memory(metadata);
-    if (!memory.has_value() || *directory.c_str() != 0) {
-        return std::make_shared<DirectorySource>(directory);
+    if (!MetadataAccess::isInMemory(metadata)) {
+        return std::make_shared<DirectorySource>(metadata.getRootDir());
     }
-    std::shared_ptr<const ComponentSource> source = memory->lock();
-    if (source == nullptr) {
-        throw FileException(
-            "The package was in memory, which the library did not keep: load it from there again");
-    }
-    return source;
+    std::shared_ptr<const ComponentSource> source = MetadataAccess::memory(metadata);
+    return source != nullptr ? source : std::make_shared<const ForgottenSource>();
 }
 
 }  // namespace VelmoraQuavin::internal

@@ -78,8 +78,7 @@ private:
     Filepath directory_;
 };
 
-/// The source of a package's components.
-/// @throws FileException if the package was in memory and is no longer there.
+/// The source of a package's components. It opens none if the package was in memory and is gone.
 std::shared_ptr<const ComponentSource> makeComponentSource(const ModelMetadata& metadata);
 
 }  // namespace VelmoraQuavin::internal

@@ -46,6 +46,7 @@ if(QUAVIN_ENGINE_IS_ADAPTER)
     faulty_inference_test.cpp
     faulty_loading_test.cpp
     network_reading_test.cpp
+    sealed_package_test.cpp
     weights_mapping_test.cpp)
   quavin_faulty_engine_test(quavin_bare_request_tests bare_request_test.cpp)
   target_sources(quavin_bare_request_tests PRIVATE "${PROJECT_SOURCE_DIR}/tests/support/bare_request.cpp")

@@ -17,7 +17,7 @@ using internal::MappedBytes;
 using internal::NetworkComponentEntry;
 using internal::StoredBytes;
 
-enum class Mapping { kPossible, kImpossible, kFails };
+enum class Mapping { kPossible, kImpossible, kFails, kInMemory };
 
 class BytesInMemory : public StoredBytes {
 public:
@@ -30,10 +30,11 @@ public:
         if (mapping_ == Mapping::kFails) {
             throw FileException("File error!");
         }
-        return mapping_ == Mapping::kPossible
+        return mapping_ == Mapping::kPossible || mapping_ == Mapping::kInMemory
                    ? std::optional(MappedBytes{{bytes_, bytes_->data()}, bytes_->size()})
                    : StoredBytes::map();
     }
+    bool isInMemory() const noexcept override { return mapping_ == Mapping::kInMemory; }
 
 private:
     std::shared_ptr<const std::string> bytes_;
@@ -113,6 +114,23 @@ TEST_F(WeightsMapping, WeightsAreReadIfTheirSourceCannotMap) {
     read(true);
     EXPECT_NE(address(), source_.contents.at("weights")->data());
     EXPECT_EQ(weights(), "the weights");
+}
+
+TEST_F(WeightsMapping, WeightsInMemoryAreMappedUnasked) {
+    source_.mapping = Mapping::kInMemory;
+    read(false);
+    EXPECT_EQ(address(), source_.contents.at("weights")->data());
+    EXPECT_EQ(weights(), "the weights");
+}
+
+TEST_F(WeightsMapping, SecuredWeightsInMemoryAreDecryptedInACopy) {
+    source_.mapping = Mapping::kInMemory;
+    store("topology", secured("<net/>", countingKey(), BlockFilling::kPkcs7));
+    const std::string stored = secured("sixteen weights.", countingKey(), BlockFilling::kNone);
+    store("weights", stored);
+    read(false, "secured_file");
+    EXPECT_EQ(weights(), "sixteen weights." + std::string(16, '\0'));
+    EXPECT_EQ(*source_.contents.at("weights"), stored);
 }
 
 TEST_F(WeightsMapping, EmptyWeightsHaveMemoryOfTheirOwn) {

@@ -10,6 +10,7 @@ endif()
 quavin_unit_test(
   package
   ${system_tests}
+  archive/archived_package_test.cpp
   archive/tar_bounded_test.cpp
   archive/tar_depth_test.cpp
   archive/tar_entry_path_test.cpp
@@ -53,6 +54,7 @@ quavin_unit_test(
   path/file_utils_threads_test.cpp
   path/file_utils_write_test.cpp
   path/filepath_test.cpp
+  path/package_path_test.cpp
   path/path_arguments_test.cpp
   path/path_cases.cpp
   path/path_cases_lengths.cpp
@@ -67,6 +69,8 @@ quavin_unit_test(
   secured/decryption_test.cpp
   secured/decryption_threads_test.cpp
   secured/encryption_test.cpp
+  secured/package_keys_test.cpp
+  source/memory_source_test.cpp
   source/network_components_test.cpp
   source/sized_file_test.cpp)
 target_link_libraries(quavin_package_tests PRIVATE quavin_test_packages)

@@ -2,12 +2,10 @@
 
 #include <algorithm>
 #include <array>
-#include <string_view>
+#include <string>
 
 #include "package/manifest/manifest_document.h"
 #include "text/vocabulary.h"
-#include "tools/quavin/io/file.h"
-#include "tools/quavin/io/wiped_bytes.h"
 
 namespace quavin_tool {
 namespace {
@@ -98,10 +96,9 @@ void lintTarget(const Json& target, Findings& findings) {
 
 }  // namespace
 
-void lintManifest(const std::string& path, Findings& findings) {
-    const WipedBytes bytes = readFile(path);
+void lintManifest(std::string_view manifest, Findings& findings) {
     VelmoraQuavin::internal::JsonDocument root;
-    if (VelmoraQuavin::internal::parseManifest(bytes.text(), root).fault !=
+    if (VelmoraQuavin::internal::parseManifest(manifest, root).fault !=
         VelmoraQuavin::internal::ManifestFault::kNone) {
         return;  // reported when it was first read
     }

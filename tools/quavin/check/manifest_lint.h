@@ -1,6 +1,6 @@
 #pragma once
 
-#include <string>
+#include <string_view>
 
 #include "tools/quavin/check/finding.h"
 
@@ -8,7 +8,7 @@ namespace quavin_tool {
 
 /// Warns about what reading a manifest silently ignores: members of a wrong type, unknown names,
 /// and unknown feature and element types.
-/// @param path the path of a manifest that can be read.
-void lintManifest(const std::string& path, Findings& findings);
+/// @param manifest the text of a manifest that the library can read.
+void lintManifest(std::string_view manifest, Findings& findings);
 
 }  // namespace quavin_tool

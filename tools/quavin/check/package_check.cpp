@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <filesystem>
 #include <set>
-#include <system_error>
 
 #include "package/source/network_components.h"
 #include "tools/quavin/check/manifest_lint.h"
@@ -28,25 +27,26 @@ using VelmoraQuavin::TensorDescriptor;
 
 class Checker {
 public:
-    Checker(std::string package, const Key* key, const EngineOptions& options)
-        : package_(std::move(package)), key_(key), options_(options) {}
+    Checker(std::string path, const OpenedPackage& package, const Key* key,
+            const EngineOptions& options)
+        : path_(std::move(path)), package_(package), key_(key), options_(options) {}
 
     Findings run() {
-        const std::string problem = packageProblem(package_);
+        const std::string problem = package_.problem();
         if (!problem.empty()) {
             findings_.error("package", problem,
                             "Pass the directory that contains manifest.json, or an archive of it.");
             return findings_;
         }
         metadata_ = std::make_shared<VelmoraQuavin::ModelMetadata>();
-        const QuavinStatus read = metadata_->load(manifestPath(package_));
+        const QuavinStatus read = package_.readManifest(*metadata_);
         if (!read.ok()) {
             findings_.error(
                 kManifestName, read.getDescription().str(),
                 "Write one as docs/package-format.md describes, or let \"quavin pack\" do it.");
             return findings_;
         }
-        lintManifest(join(package_, kManifestName), findings_);  // also reports misspelt targets
+        lintManifest(package_.manifestText().text(), findings_);  // also reports misspelt targets
         if (metadata_->getTargets().count(VelmoraQuavin::QuavinModelType::Openvino) == 0) {
             findings_.error(kManifestName, "There is no target \"Openvino\"",
                             "Add it: this library uses no other.");
@@ -103,17 +103,13 @@ private:
             findings_.warning(where, "Its path leads out of the package",
                               "Keep its file in the package.");
         }
-        std::error_code ignored;
-        const fs::path file = systemPath(componentPath(package_, component.path));
-        if (!fs::is_regular_file(file, ignored)) {
-            findings_.error(
-                where,
-                fs::exists(file, ignored) ? "It is not a regular file" : "The file is missing",
-                "Add the file, or correct the path in the manifest.");
+        const std::string missing = package_.fileProblem(component);
+        if (!missing.empty()) {
+            findings_.error(where, missing, "Add the file, or correct the path in the manifest.");
             return;
         }
         if (component.name == ComponentKind::SecuredFile) {
-            const std::string problem = securedLengthProblem(fs::file_size(file, ignored));
+            const std::string problem = securedLengthProblem(package_.fileSize(component));
             if (!problem.empty()) {
                 findings_.error(where, "It " + problem, "Encrypt the file again: quavin encrypt.");
             }
@@ -145,10 +141,8 @@ private:
         }
     }
 
-    bool isReadable(ModelTarget& target) {
-        if (key_ != nullptr) {
-            setKey(target, *key_);
-        } else if (isSecured(target)) {
+    bool isReadable(const ModelTarget& target) {
+        if (key_ == nullptr && isSecured(target)) {
             findings_.error("components",
                             "They are secured and cannot be checked without their key",
                             kMissingKeyAdvice);
@@ -158,13 +152,13 @@ private:
     }
 
     void checkNetwork(const ModelTarget& target) {
-        const Trial trial = tryToDescribe(package_, key_);
+        const Trial trial = tryToDescribe(path_, key_);
         if (!trial.crash.empty()) {
             reportCrash("network", "Reading it fails: " + trial.crash);
             return;
         }
         if (!trial.ok()) {
-            const bool wrongKey = decryptsToNoNetwork(package_, target);
+            const bool wrongKey = package_.decryptsToNoNetwork(target);
             findings_.error("network", trial.status.getDescription().str(),
                             wrongKey ? kWrongKeyAdvice
                                      : "Export the network again with its weights, as OpenVINO IR "
@@ -176,7 +170,7 @@ private:
     }
 
     void predictOnce() {
-        const Trial trial = tryToPredict(package_, key_, options_);
+        const Trial trial = tryToPredict(path_, key_, options_);
         if (!trial.crash.empty()) {
             reportCrash("prediction", "Loading and predicting once fails: " + trial.crash);
         } else if (!trial.ok()) {
@@ -194,7 +188,8 @@ private:
                         "Do not load it: it would crash its host too. It is faulty or malicious.");
     }
 
-    std::string package_;
+    std::string path_;
+    const OpenedPackage& package_;
     const Key* key_;
     const EngineOptions options_;
     Metadata metadata_;
@@ -203,8 +198,9 @@ private:
 
 }  // namespace
 
-Findings checkPackage(const std::string& package, const Key* key, const EngineOptions& options) {
-    return Checker(package, key, options).run();
+Findings checkPackage(const std::string& path, const OpenedPackage& package, const Key* key,
+                      const EngineOptions& options) {
+    return Checker(path, package, key, options).run();
 }
 
 }  // namespace quavin_tool

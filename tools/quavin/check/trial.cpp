@@ -9,6 +9,7 @@
 #include "quavin/network.h"
 #include "tools/quavin/check/message.h"
 #include "tools/quavin/cli/notes.h"
+#include "tools/quavin/package/opened_package.h"
 
 namespace quavin_tool {
 namespace {
@@ -80,17 +81,13 @@ std::string textOf(const Trial& trial) {
     return std::move(message.bytes());
 }
 
-Metadata readPackage(const Request& request) {
-    Metadata metadata = readManifest(std::string(request.first));
-    if (request.key != nullptr) {
-        setKey(engineTarget(*metadata), request.key);
-    }
-    return metadata;
+OpenedPackage openPackage(const Request& request) {
+    return {std::string(request.first), request.key};
 }
 
 void predictOnce(const Request& request) {
     const std::shared_ptr<VelmoraQuavin::QuavinModel> model =
-        loadModel(readPackage(request), request.options);
+        openPackage(request).load(request.options);
     const Features inputs = zeroInputs(*model);
     const bool complete = std::none_of(inputs.begin(), inputs.end(), [](const auto& input) {
         return input->featureDescriptor().tensorDescriptor().variableShape();
@@ -111,8 +108,7 @@ Trial perform(const Request& request) {
                                                               trial.inputs, trial.outputs);
                 break;
             case Task::kDescribePackage:
-                trial.status = VelmoraQuavin::describeNetwork(*readPackage(request), trial.inputs,
-                                                              trial.outputs);
+                trial.status = openPackage(request).describe(trial.inputs, trial.outputs);
                 break;
             default:
                 predictOnce(request);
@@ -161,13 +157,11 @@ Trial tryToDescribe(const std::string& network, const std::string& weights) {
 }
 
 Trial tryToDescribe(const std::string& package, const Key* key) {
-    return runApart(
-        {Task::kDescribePackage, package, {}, key == nullptr ? nullptr : key->bytes(), {}});
+    return runApart({Task::kDescribePackage, package, {}, bytesOf(key), {}});
 }
 
 Trial tryToPredict(const std::string& package, const Key* key, const EngineOptions& options) {
-    return runApart(
-        {Task::kPredict, package, {}, key == nullptr ? nullptr : key->bytes(), options});
+    return runApart({Task::kPredict, package, {}, bytesOf(key), options});
 }
 
 std::string answerTrial(std::string_view request) {

@@ -22,7 +22,7 @@ struct Trial {
 /// @param weights empty for none.
 Trial tryToDescribe(const std::string& network, const std::string& weights);
 
-/// Describes the network of a package.
+/// Describes the network of a package, which is a directory or an archive.
 /// @param key the key of a secured package, or null.
 Trial tryToDescribe(const std::string& package, const Key* key);
 

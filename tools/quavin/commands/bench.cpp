@@ -16,8 +16,8 @@
 #include "tools/quavin/io/input_files.h"
 #include "tools/quavin/io/require.h"
 #include "tools/quavin/package/key.h"
+#include "tools/quavin/package/opened_package.h"
 #include "tools/quavin/package/package.h"
-#include "tools/quavin/package/package_place.h"
 
 namespace quavin_tool {
 namespace {
@@ -63,11 +63,7 @@ public:
 
     Report run() {
         const std::unique_ptr<Key> key = readKey(options_.key);
-        const PackagePlace place(options_.package, key.get());
-        const Metadata metadata = openPackage(place.directory(), key.get());
-        Clock::time_point start = Clock::now();
-        model_ = loadModel(metadata, options_.engine);
-        const double load = secondsSince(start);
+        const double load = this->load(OpenedPackage(options_.package, bytesOf(key.get())));
         inputs_ = readInputs(*model_, files_, options_.raw, MissingInputs::kZeros, options_.casts);
         const double first = predictOnce();
         for (std::uint64_t i = 0; i < options_.warmUp; ++i) {
@@ -79,6 +75,13 @@ public:
     }
 
 private:
+    // An archive is released afterwards, as hosts do.
+    double load(const OpenedPackage& package) {
+        const Clock::time_point start = Clock::now();
+        model_ = package.load(options_.engine);
+        return secondsSince(start);
+    }
+
     double predictOnce() {
         const Clock::time_point start = Clock::now();
         predict(*model_, inputs_);

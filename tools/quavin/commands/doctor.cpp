@@ -20,6 +20,7 @@
 #include "tools/quavin/io/require.h"
 #include "tools/quavin/io/temporary_directory.h"
 #include "tools/quavin/package/manifest_text.h"
+#include "tools/quavin/package/opened_package.h"
 #include "tools/quavin/package/package.h"
 
 namespace quavin_tool {
@@ -130,7 +131,7 @@ void tryEngine(Diagnosis& diagnosis) {
         throw VelmoraQuavin::MLFrameworkException(trial.crash);
     }
     const std::shared_ptr<VelmoraQuavin::QuavinModel> model =
-        loadModel(readManifest(directory.path()));
+        OpenedPackage(directory.path(), nullptr).load();
     require(model->getEngineInfo(diagnosis.engine));
     predictAndCompare(*model);
     // List before the model is destroyed: Windows unloads the device's library with the last model.

@@ -8,8 +8,8 @@
 #include "tools/quavin/io/new_path.h"
 #include "tools/quavin/io/output_files.h"
 #include "tools/quavin/package/key.h"
+#include "tools/quavin/package/opened_package.h"
 #include "tools/quavin/package/package.h"
-#include "tools/quavin/package/package_place.h"
 
 namespace quavin_tool {
 namespace {
@@ -30,9 +30,8 @@ void run(const Options& options) {
     const InputFiles files = parseInputs(options.inputs);
     requirePortableName(options.directory, "choose another --output");
     const std::unique_ptr<Key> key = readKey(options.key);
-    const PackagePlace place(options.package, key.get());
     const std::shared_ptr<VelmoraQuavin::QuavinModel> model =
-        loadModel(openPackage(place.directory(), key.get()), options.engine);
+        OpenedPackage(options.package, bytesOf(key.get())).load(options.engine);
     const Features features = predict(
         *model, readInputs(*model, files, options.raw, MissingInputs::kRefused, options.casts));
     std::vector<Output> outputs = summarizeOutputs(features);

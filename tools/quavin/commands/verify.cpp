@@ -8,8 +8,8 @@
 #include "tools/quavin/cli/engine_options.h"
 #include "tools/quavin/cli/printing.h"
 #include "tools/quavin/package/key.h"
+#include "tools/quavin/package/opened_package.h"
 #include "tools/quavin/package/package.h"
-#include "tools/quavin/package/package_place.h"
 
 namespace quavin_tool {
 namespace {
@@ -62,10 +62,10 @@ void print(const Findings& findings, const Options& options) {
 }
 
 Findings check(const Options& options, const Key* key) {
-    std::optional<PackagePlace> place;
+    std::optional<OpenedPackage> package;
     Findings findings;
     try {
-        place.emplace(options.package, key);
+        package.emplace(options.package, bytesOf(key));
     } catch (const ArchiveKeyException& problem) {
         findings.error("package", problem.what(),
                        key == nullptr
@@ -78,7 +78,7 @@ Findings check(const Options& options, const Key* key) {
                        "Pass the directory that contains manifest.json, or an archive of it.");
         return findings;
     }
-    return checkPackage(place->directory(), key, options.engine);
+    return checkPackage(options.package, *package, key, options.engine);
 }
 
 void verify(const Options& options) {

@@ -38,17 +38,15 @@ Inspected inspectArchive(const std::string& path) {
                 "it can be inspected",
             VelmoraQuavin::TAR_CHECKSUM_MISMATCH);
     }
-    const ArchiveContent content = readArchive(archive, path);
-    const auto& manifest = content.files.at(content.package + kManifestName);
+    const auto files = readArchive(archive, path);
+    const auto& manifest = files.at(kManifestName);
     Inspected inspected{std::make_shared<VelmoraQuavin::ModelMetadata>(), {}};
     if (!inspected.metadata->loadFromMemory(manifest.content, manifest.size).ok()) {
         throw VelmoraQuavin::ModelMetaDataException("The manifest.json in " + path +
                                                     " is not a valid manifest");
     }
-    for (const auto& [name, entry] : content.files) {
-        if (name.substr(0, content.package.size()) == content.package) {
-            inspected.sizes[name.substr(content.package.size())] = entry.size;
-        }
+    for (const auto& [name, entry] : files) {
+        inspected.sizes[name] = entry.size;
     }
     return inspected;
 }

@@ -44,6 +44,11 @@ private:
     std::array<unsigned char, kKeySize> bytes_{};
 };
 
+/// The sixteen bytes of a key; null if there is none.
+inline const unsigned char* bytesOf(const Key* key) {
+    return key == nullptr ? nullptr : key->bytes();
+}
+
 /// The key that the options name; null if they name none.
 std::unique_ptr<Key> readKey(const KeyOptions& options);
 

@@ -6,7 +6,6 @@
 
 #include "package/manifest/manifest_path.h"
 #include "quavin/client.h"
-#include "tools/quavin/package/key.h"
 
 namespace quavin_tool {
 
@@ -31,30 +30,12 @@ VelmoraQuavin::ModelTarget& engineTarget(VelmoraQuavin::ModelMetadata& metadata)
 /// Whether any component is secured.
 bool isSecured(const VelmoraQuavin::ModelTarget& target);
 
-/// Sets a key on all components.
-void setKey(VelmoraQuavin::ModelTarget& target, const Key& key);
-/// As above, for a key of sixteen bytes.
-void setKey(VelmoraQuavin::ModelTarget& target, const unsigned char* key);
-
-/// Whether a package's secured files can be read and decrypted but do not contain a network: then
-/// the key is wrong or a file is damaged. Any other failure has nothing to do with the key.
-bool decryptsToNoNetwork(const std::string& package, const VelmoraQuavin::ModelTarget& target);
-
 /// Advice if secured files lack a key, or if decrypting them does not yield a network.
 constexpr const char* kMissingKeyAdvice = "Pass the key with --key-file or --key-env.";
 constexpr const char* kWrongKeyAdvice =
     "The key is wrong, or a file is damaged: the decrypted data is not a network.";
 constexpr const char* kWrongArchiveKeyAdvice =
     "Pass the key that it was encrypted with, or get the file again.";
-
-/// Reads a package's manifest and sets its key if there is one.
-/// @throws InvalidArgumentsException if the package needs a key and there is none.
-Metadata openPackage(const std::string& package, const Key* key);
-
-/// Loads the model of a manifest.
-/// @throws Exception if loading fails, with advice if the key may be the cause.
-std::shared_ptr<VelmoraQuavin::QuavinModel> loadModel(
-    const Metadata& metadata, const VelmoraQuavin::EngineOptions& options = {});
 
 /// Inputs of zeros.
 Features zeroInputs(VelmoraQuavin::QuavinModel& model);

@@ -12,6 +12,7 @@
 #include <string>
 #include <string_view>
 
+#include "package/archive/archived_package.h"
 #include "quavin/files.h"
 #include "support/file_tree.h"
 #include "support/status_matcher.h"
@@ -107,10 +108,22 @@ private:
     Filepath destination_;
 };
 
+/// What reading a package from an archive returns as a status.
+inline QuavinStatus readPackage(const std::string& archive) {
+    const ExactBytes bytes(archive);
+    try {
+        internal::readArchivedPackage(bytes.data(), bytes.size());
+        return {SUCCESS, ""};
+    } catch (...) {
+        return getStatusFromCurrentException();
+    }
+}
+
 /// Extraction tests, each with its own destination.
 class TarExtraction : public ::testing::Test {
 protected:
-    /// Expects `archive` to be refused and nothing at all to be written.
+    /// Expects `archive` to be refused and nothing at all to be written, and the same refusal if a
+    /// package is looked for in it.
     template <typename TextMatcher>
     void expectRefused(const std::string& archive, STATUS_CODE code, const TextMatcher& text) {
         to_.setDestination(to_.text());
@@ -118,6 +131,7 @@ protected:
         EXPECT_THAT(to_.extract(archive), IsStatusWith(code, text));
         EXPECT_EQ(to_.all(), before);
         EXPECT_EQ(to_.result(), to_.text());
+        EXPECT_THAT(readPackage(archive), IsStatusWith(code, text));
     }
 
     TarDestination to_;
