@@ -18,22 +18,23 @@ void release(const quavin_buffer& buffer) noexcept {
 /// Releases the buffers that nothing has taken over yet.
 class Untaken {
 public:
-    Untaken(const quavin_buffer* buffers, std::size_t count) : buffers_(buffers), count_(count) {}
+    /// @param buffers null: there are none.
+    Untaken(const quavin_buffer* buffers, std::size_t count)
+        : next_(buffers), end_(buffers == nullptr ? nullptr : buffers + count) {}
     Untaken(const Untaken&) = delete;
     Untaken& operator=(const Untaken&) = delete;
     ~Untaken() {
         while (!isEmpty()) {
-            release(next());
+            release(take());
         }
     }
 
-    bool isEmpty() const { return taken_ == count_; }
-    const quavin_buffer& next() { return buffers_[taken_++]; }
+    bool isEmpty() const { return next_ == end_; }
+    const quavin_buffer& take() { return *next_++; }
 
 private:
-    const quavin_buffer* buffers_;
-    std::size_t count_;
-    std::size_t taken_ = 0;
+    const quavin_buffer* next_;
+    const quavin_buffer* end_;
 };
 
 // Calls the deleter itself if it cannot be kept.
@@ -48,10 +49,10 @@ std::shared_ptr<const void> ownerOf(const quavin_buffer& buffer) {
 
 PackageBuffers::PackageBuffers(const quavin_buffer* buffers, std::size_t count)
     : given_(buffers != nullptr) {
-    Untaken untaken(buffers, given_ ? count : 0);
+    Untaken untaken(buffers, count);
     files_.reserve(given_ ? count : 0);
     while (!untaken.isEmpty()) {
-        const quavin_buffer& buffer = untaken.next();
+        const quavin_buffer& buffer = untaken.take();
         std::shared_ptr<const void> owner = ownerOf(buffer);
         named_ = named_ && buffer.name != nullptr;
         files_.push_back({String(buffer.name), buffer.data, buffer.size, std::move(owner)});

@@ -36,8 +36,7 @@ std::size_t bytesOf(DataType type, const TensorShape& shape) {
 Port::Port(const ModelFeatureDescriptor& descriptor)
     : descriptor_(descriptor),
       name_(descriptor.name().str()),
-      description_(descriptor.description().str()),
-      bytes_(0) {
+      description_(descriptor.description().str()) {
     if (isTensor()) {
         const TensorDescriptor& tensor = descriptor.tensorDescriptor();
         dims_ = tensor.declaredShape().shapeVector();

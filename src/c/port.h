@@ -28,7 +28,7 @@ private:
     std::string name_;
     std::string description_;
     std::vector<std::int64_t> dims_;
-    std::size_t bytes_;
+    std::size_t bytes_ = 0;
 };
 
 using Ports = std::vector<Port>;
