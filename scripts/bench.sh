@@ -72,6 +72,19 @@ say "Loading"
 "$programs/quavin_load_benchmark" --peak mapped "$plain"
 "$programs/quavin_load_benchmark" --peak secured "$secured" "$key"
 
+say "Loading from memory"
+archive=$models/weights-100mib.tar
+[ -f "$archive" ] || tar -cf "$archive" -C "$plain" .
+[ -f "$archive.secured" ] || {
+    vector=0f0e0d0c0b0a09080706050403020100
+    printf '%b' "$(sed 's/../\\x&/g' <<<"$vector")"
+    openssl enc -aes-128-cbc -K "$key" -iv "$vector" -in "$archive"
+} >"$archive.secured"
+"$programs/quavin_load_benchmark" --memory "$plain" "$archive" "$archive.secured" "$key" 31
+"$programs/quavin_load_benchmark" --peak archive "$archive"
+"$programs/quavin_load_benchmark" --peak archive "$archive.secured" "$key"
+"$programs/quavin_load_benchmark" --peak buffers "$plain"
+
 say "Options and clones"
 mobilenet_secured=$(make_model mobilenet --encrypt "$key")
 small=$(make_model small)
