@@ -1,18 +1,23 @@
 // Compares predict() with the same prediction written by hand on the runtime's C interface.
 //
 //     quavin_predict_benchmark FOLDER KEPT CALLS [ROUNDS]
+//     quavin_predict_benchmark --for SECONDS pinned|unpinned|library FOLDER THREADS
 //
 // FOLDER holds a package as models/make_mobilenet.py writes it; KEPT is how many of the latest
-// predictions' outputs each side keeps alive; CALLS is how many calls one measurement averages.
+// predictions' outputs each side keeps alive; CALLS is how many calls one measurement averages. The
+// second form predicts with one side alone, to see what several processes at once do to each other:
+// by hand with the runtime's pinned threads, by hand without pinning, or with the library.
 
 #include <quavin/quavin.h>
 
+#include <chrono>
 #include <cstdlib>
 #include <deque>
 #include <exception>
 #include <iostream>
 #include <memory>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "raw_network.h"
@@ -26,9 +31,11 @@ using Features = std::vector<std::shared_ptr<QuavinFeature>>;
 
 class Host {
 public:
-    explicit Host(const std::string& folder) {
-        QuavinStatus status =
-            QuavinClient::instance().getModel(folder, model_, 0, QuavinModelType::Openvino);
+    explicit Host(const std::string& folder, int threads = 0) {
+        EngineOptions options;
+        options.threads = threads;
+        QuavinStatus status = QuavinClient::instance().getModel(folder, model_, 0,
+                                                                QuavinModelType::Openvino, options);
         if (status.ok()) {
             status = model_->allocateInputs(inputs_);
         }
@@ -101,14 +108,47 @@ void run(const std::string& folder, std::size_t kept, int calls, int rounds) {
                        rounds);
 }
 
+template <typename Side>
+void runFor(double seconds, const std::string& name, Side side) {
+    // Others that start at the same time have loaded their networks by then.
+    std::this_thread::sleep_for(std::chrono::seconds(1));
+    int calls = 0;
+    double used = 0;
+    for (; used < seconds; ++calls) {
+        used += benchmark::timeOf([&side] { side.predict(0); });
+    }
+    std::cout << name << ": " << 1e3 * used / calls << " ms" << std::endl;
+}
+
+void runFor(double seconds, const std::string& side, const std::string& folder, int threads) {
+    const QuavinClientInitTerm library{QuavinConfig()};
+    const std::string name =
+        side + ", " + (threads == 0 ? "all" : std::to_string(threads)) + " threads, " + folder;
+    if (side == "library") {
+        runFor(seconds, name, Host(folder, threads));
+    } else {
+        using Pinning = benchmark::RawNetwork::Pinning;
+        runFor(seconds, name,
+               benchmark::RawNetwork(folder, side == "pinned" ? Pinning::kDefault : Pinning::kOff,
+                                     threads));
+    }
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
-    if (argc < 4) {
-        std::cerr << "usage: quavin_predict_benchmark FOLDER KEPT CALLS [ROUNDS]\n";
+    const bool alone = argc == 6 && std::string(argv[1]) == "--for";
+    if (argc < 4 || (argc > 5 && !alone)) {
+        std::cerr << "usage: quavin_predict_benchmark FOLDER KEPT CALLS [ROUNDS]\n"
+                     "       quavin_predict_benchmark --for SECONDS pinned|unpinned|library FOLDER "
+                     "THREADS\n";
         return 2;
     }
     try {
+        if (alone) {
+            runFor(std::stod(argv[2]), argv[3], argv[4], std::stoi(argv[5]));
+            return 0;
+        }
         run(argv[1], std::stoul(argv[2]), std::stoi(argv[3]), argc > 4 ? std::stoi(argv[4]) : 31);
         return 0;
     } catch (const std::exception& exception) {

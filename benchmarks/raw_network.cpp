@@ -56,7 +56,7 @@ ov_shape_t shapeOver(std::vector<Element>& dimensions) {
 
 }  // namespace
 
-RawNetwork::RawNetwork(const std::string& folder, Pinning pinning) {
+RawNetwork::RawNetwork(const std::string& folder, Pinning pinning, int threads) {
     ov_core_t* core = nullptr;
     check(ov_core_create(&core));
     core_.reset(core);
@@ -64,6 +64,10 @@ RawNetwork::RawNetwork(const std::string& folder, Pinning pinning) {
     check(ov_core_set_property(core, "CPU", ov_property_key_hint_inference_precision, "f32"));
     if (pinning == Pinning::kOff) {
         check(ov_core_set_property(core, "CPU", ov_property_key_hint_enable_cpu_pinning, "NO"));
+    }
+    if (threads != 0) {
+        check(ov_core_set_property(core, "CPU", ov_property_key_inference_num_threads,
+                                   std::to_string(threads).c_str()));
     }
 
     const std::string text = readText(folder + "/model.xml");

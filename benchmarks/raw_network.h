@@ -29,7 +29,9 @@ public:
     /// Whether the runtime binds its threads to processors, as it does by default on Linux.
     enum class Pinning { kDefault, kOff };
 
-    explicit RawNetwork(const std::string& folder, Pinning pinning = Pinning::kDefault);
+    /// @param threads that a prediction runs on; 0 leaves the choice to the runtime.
+    explicit RawNetwork(const std::string& folder, Pinning pinning = Pinning::kDefault,
+                        int threads = 0);
 
     /// Runs the network once on all-zero inputs.
     /// @param kept how many outputs of the latest calls stay alive.

@@ -61,6 +61,15 @@ small="2000 41" large="20 31" outputs="10 31"
 }
 [ "$preset" = release ] || exit 0
 
+say "Predicting in two processes at once"
+for threads in 1 0; do
+    for side in pinned unpinned library; do
+        "${predict[@]}" --for 4 $side "$mobilenet" $threads &
+        "${predict[@]}" --for 4 $side "$mobilenet" $threads
+        wait
+    done
+done
+
 say "Making networks for loading"
 plain=$(make_model weights-100mib)
 secured=$(make_model weights-100mib --encrypt "$key")
