@@ -81,6 +81,21 @@ TEST_F(ArchiveInMemory, MayBeSecuredAsAWhole) {
     EXPECT_EQ(archive, before);
 }
 
+// docs/package-format.md shows these lines.
+TEST_F(ArchiveInMemory, SecuredAsAWholeLoadsAsDocumented) {
+    const std::string archive = securedArchiveOf(packageOf(affineNetwork()), countingKey());
+    const CryptoKey counting = countingKey();
+    const unsigned char* const key = counting.data();
+    PackageKeys keys;
+    keys.setArchiveKey(key);
+    std::shared_ptr<QuavinModel> model;
+    QuavinStatus status = QuavinClient::instance().getModel(
+        archive.data(), archive.size(), keys, model, QuavinModelType::Openvino, EngineOptions());
+    EXPECT_THAT(status, IsOk());
+    model_ = model;
+    expectAffineNumbers();
+}
+
 TEST_F(ArchiveInMemory, MayBeSecuredAsAWholeAndGoAfterwards) {
     keys_.setArchiveKey(countingKey().data());
     ASSERT_THAT(loadArchive(securedArchiveOf(packageOf(affineNetwork()), countingKey())), IsOk());

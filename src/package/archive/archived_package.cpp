@@ -32,12 +32,12 @@ Listing list(const unsigned char* data, uint64 length) {
 
 // The prefix of the manifest, and of everything beside it.
 std::string placeOfPackage(const Listing& listing) {
-    const std::string root = listing.root.value_or("");
+    std::string root = listing.root.value_or("");
     if (listing.files.count(root + kManifestName) != 0) {
         return root;
     }
     for (const auto& [path, entry] : listing.files) {
-        const std::string place = path.substr(0, path.find('/') + 1);  // empty without a separator
+        std::string place = path.substr(0, path.find('/') + 1);  // empty without a separator
         if (path == place + kManifestName) {
             return place;
         }

@@ -12,6 +12,7 @@
 #include "package/path/package_path.h"
 #include "package/secured/package_keys_access.h"
 #include "package/source/network_components.h"
+#include "platform/large_pages.h"
 #include "quavin/status.h"
 
 namespace VelmoraQuavin::internal {
@@ -23,7 +24,9 @@ public:
 
     uint64 size() const override { return buffer_.size; }
     void read(char* buffer) override {
-        if (buffer_.size != 0) {  // then there may be no memory
+        if (buffer_.size != 0) {  // else there may be no memory
+            // The buffer is usually new, and most of the time goes into its pages.
+            platform::preferLargePages(buffer, buffer_.size);
             std::memcpy(buffer, buffer_.data, buffer_.size);
         }
     }

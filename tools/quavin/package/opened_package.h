@@ -20,6 +20,14 @@ public:
         : Exception(text, VelmoraQuavin::TAR_CHECKSUM_MISMATCH) {}
 };
 
+/// What OpenedPackage keeps of an archive.
+struct OpenedArchive {
+    WipedBytes stored;
+    bool isEncrypted = false;
+    WipedBytes manifest;
+    std::map<std::string, std::uint64_t> sizes;  ///< By path in the package.
+};
+
 /// A package to load: a directory, or an archive, which is read into memory and stays encrypted
 /// there if it is. Nothing is written to the disk.
 class OpenedPackage {
@@ -56,13 +64,6 @@ public:
     bool decryptsToNoNetwork(const VelmoraQuavin::ModelTarget& target) const;
 
 private:
-    struct Archive {
-        WipedBytes stored;
-        bool isEncrypted = false;
-        WipedBytes manifest;
-        std::map<std::string, std::uint64_t> sizes;  // by path in the package
-    };
-
     void openArchive();
     // The archive's plain form, if it is encrypted.
     WipedBytes decryptedArchive() const;
@@ -75,7 +76,7 @@ private:
 
     std::string package_;
     const unsigned char* key_;
-    std::optional<Archive> archive_;
+    std::optional<OpenedArchive> archive_;
 };
 
 }  // namespace quavin_tool
