@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Checks the format of all sources, and lints all but the tests ("--all" lints those too).
+# Checks the format of all sources, and lints all but the tests and fuzz targets ("--all" lints those too).
 # "scripts/check.sh --fix" formats instead.
 set -euo pipefail
 . "$(dirname "$0")/lib.sh"
@@ -35,6 +35,6 @@ printf '%s\n' "${sources[@]}" | grep '\.cpp$' |
     # Skip sources that only other systems compile: for the library's, the test compilers.lint of the Windows
     # build does this.
     grep -v '/windows/\|_windows\(_test\)\?\.cpp$\|_cng\.cpp$\|/emulated_\|/emulator/' |
-    { if [ "${1:-}" = --all ]; then cat; else grep -v '\(^\|/\)tests/'; fi; } |
+    { if [ "${1:-}" = --all ]; then cat; else grep -v '\(^\|/\)\(fuzz\|tests\)/'; fi; } |
     xargs -P "$(nproc)" -n 4 clang-tidy-14 --quiet -p build/lint
 say "Format and lint are clean"
