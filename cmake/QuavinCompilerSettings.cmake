@@ -36,6 +36,13 @@ elseif(QUAVIN_SANITIZE)
 elseif(QUAVIN_HARDENING)
   include(QuavinHardening)
 endif()
+if(QUAVIN_FUZZ)
+  if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang" OR NOT QUAVIN_BUILD_TESTS)
+    message(FATAL_ERROR "QUAVIN_FUZZ needs clang, and QUAVIN_BUILD_TESTS")
+  endif()
+  target_compile_options(quavin_compiler_settings
+                         INTERFACE "-fsanitize-ignorelist=${PROJECT_SOURCE_DIR}/fuzz/ignored.txt")
+endif()
 
 # quavin_private_target(<target>): applies the settings common to all objects, libraries and programs of this project.
 function(quavin_private_target target)

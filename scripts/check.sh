@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Checks the format of all sources, and lints all but the tests ("--all" lints those too).
+# Checks the format of all sources, and lints all but the tests and fuzz targets ("--all" lints those too).
 # "scripts/check.sh --fix" formats instead.
 set -euo pipefail
 . "$(dirname "$0")/lib.sh"
@@ -42,7 +42,7 @@ rest=$(grep -v '^\(src\|compat/[^/]*/src\)/' <<<"$linted")
 # The static analyser takes two thirds of the time, so it is kept for what ships in the library. Tests are only linted
 # with --all: with their framework's headers they take half an hour.
 if [ "${1:-}" != --all ]; then
-    rest=$(grep -v '\(^\|/\)tests/' <<<"$rest")
+    rest=$(grep -v '\(^\|/\)\(fuzz\|tests\)/' <<<"$rest")
 fi
 lint --checks=-clang-analyzer-\* <<<"$rest"
 say "Format and lint are clean"

@@ -21,6 +21,7 @@ packages_check="clang-format-14 clang-tidy-14"
 packages_cross="ccache clang-14 googletest libarchive-tools mandoc openssl python3-jsonschema python3-numpy"
 packages_windows="$packages_cross clang-tidy-14 g++-mingw-w64-x86-64-posix lld-14 llvm-14 wine64"
 packages_arm64="$packages_cross g++-aarch64-linux-gnu qemu-user-static"
+packages_fuzz="clang-14 libclang-rt-14-dev llvm-14"
 packages_bench="libarchive-tools openssl python3-numpy"
 
 # install_packages PACKAGE...: installs what is missing, as root or through sudo.

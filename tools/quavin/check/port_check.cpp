@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "tools/quavin/cli/printing.h"
+#include "tools/quavin/io/casting.h"
 
 namespace quavin_tool {
 namespace {

@@ -134,6 +134,11 @@ void castTo(const NpyArray& array, const std::string& path, DataType type,
 
 }  // namespace
 
+bool isInputType(DataType type) {
+    return type == DataType::FLOAT || type == DataType::INT8 || type == DataType::INT16 ||
+           type == DataType::INT32;
+}
+
 void castElements(const NpyArray& array, const std::string& path, DataType type,
                   unsigned char* destination) {
     switch (type) {

@@ -6,6 +6,9 @@
 
 namespace quavin_tool {
 
+/// Whether predictions accept inputs of an element type.
+bool isInputType(VelmoraQuavin::DataType type);
+
 /// Converts the elements of an array to another type. Floats are rounded; other values are exact.
 /// @param path the path of the array's file, for messages.
 /// @param destination room for all elements in that type.

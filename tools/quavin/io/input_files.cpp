@@ -41,7 +41,7 @@ void fillRaw(const std::string& path, QuavinFeature& feature) {
 // leaves the shape open.
 std::shared_ptr<QuavinFeature> featureOf(const std::string& path,
                                          const ModelFeatureDescriptor& declared, Casts casts) {
-    const NpyArray array = readNpy(path, casts);
+    const NpyArray array = parseNpy(readFile(path), path, casts);
     const TensorDescriptor& wanted = declared.tensorDescriptor();
     const DataType type = wanted.tensorType();
     const bool shapeFits = wanted.variableShape() || wanted.shape().compare(array.shape);

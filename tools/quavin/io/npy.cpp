@@ -4,12 +4,12 @@
 #include <iterator>
 #include <limits>
 #include <optional>
+#include <utility>
 
+#include "quavin/status.h"
 #include "tools/quavin/cli/printing.h"
-#include "tools/quavin/io/file.h"
+#include "tools/quavin/io/casting.h"
 #include "tools/quavin/io/npy_header.h"
-#include "tools/quavin/io/wiped_bytes.h"
-#include "tools/quavin/package/package.h"
 
 namespace quavin_tool {
 namespace {
@@ -87,9 +87,9 @@ std::optional<std::uint64_t> byteCount(const std::vector<int64>& shape, int64 el
 
 }  // namespace
 
-NpyArray readNpy(const std::string& path, Casts casts) {
+NpyArray parseNpy(WipedBytes file, const std::string& path, Casts casts) {
     NpyArray array;
-    array.file = readFile(path);
+    array.file = std::move(file);
     const std::string_view text = array.file.text();
     if (text.substr(0, kMagic.size()) != kMagic || text.size() < kLengthOffset + 2) {
         refuse(path, "is not a .npy file; pass --raw for raw elements");

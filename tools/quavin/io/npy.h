@@ -22,10 +22,11 @@ struct NpyArray {
     const unsigned char* elements() const { return file.data() + offset; }
 };
 
-/// Reads a ".npy" file of numbers or booleans.
+/// Parses the content of a ".npy" file of numbers or booleans.
+/// @param path the file's path, for messages.
 /// @param casts if refused, only little-endian numbers of types that the engine takes are allowed.
 /// @throws InvalidArgumentsException saying what is wrong and what to do.
-NpyArray readNpy(const std::string& path, Casts casts);
+NpyArray parseNpy(WipedBytes file, const std::string& path, Casts casts);
 
 /// The content of a ".npy" file.
 /// @param elements must match the type and shape.

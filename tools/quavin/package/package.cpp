@@ -11,7 +11,6 @@ namespace quavin_tool {
 
 namespace fs = std::filesystem;
 using VelmoraQuavin::ComponentKind;
-using VelmoraQuavin::DataType;
 using VelmoraQuavin::ModelComponent;
 using VelmoraQuavin::ModelTarget;
 using VelmoraQuavin::QuavinModel;
@@ -61,11 +60,6 @@ Features predict(QuavinModel& model, const Features& inputs) {
     Features outputs;
     require(model.predict(inputs, outputs));
     return outputs;
-}
-
-bool isInputType(DataType type) {
-    return type == DataType::FLOAT || type == DataType::INT8 || type == DataType::INT16 ||
-           type == DataType::INT32;
 }
 
 }  // namespace quavin_tool

@@ -43,7 +43,4 @@ Features zeroInputs(VelmoraQuavin::QuavinModel& model);
 /// Predicts; throws every failure as an exception of the library.
 Features predict(VelmoraQuavin::QuavinModel& model, const Features& inputs);
 
-/// Whether predictions accept inputs of an element type.
-bool isInputType(VelmoraQuavin::DataType type);
-
 }  // namespace quavin_tool

@@ -9,6 +9,7 @@
 #include "tools/quavin/check/network_text.h"
 #include "tools/quavin/check/trial.h"
 #include "tools/quavin/cli/printing.h"
+#include "tools/quavin/io/casting.h"
 #include "tools/quavin/io/file.h"
 #include "tools/quavin/io/new_path.h"
 #include "tools/quavin/io/path_text.h"
