@@ -16,8 +16,8 @@
 /// each belongs to the caller, who ends it with the release function of its kind. A null pointer, a
 /// handle of another kind and one that was released are refused with #QUAVIN_INVALID_ARGUMENTS.
 /// Handles are numbers, not addresses: never look behind one. A handle may be used on any thread
-/// and released while another thread uses it; what it stands for goes when that call returns. At
-/// exit, release handles before the process ends, or leave them: what is left is not destroyed.
+/// and released while another thread uses it; what it stands for goes when that call returns. What
+/// is not released when the process ends is not destroyed.
 ///
 /// **Structs.** Most begin with their size, so that later versions can add members at their end:
 /// set `size`, or begin with the matching `_INIT` macro. The library ignores nothing: in a struct
@@ -28,11 +28,12 @@
 /// **Text** is UTF-8 and ends with a zero byte. Text and arrays that a struct points to belong to
 /// the handle that they were asked of, and are valid until it is released.
 ///
-/// **Threads.** quavin_init() and quavin_terminate() go before and after everything else, on one
-/// thread. Loading, cloning, unloading, unregistering and quavin_query_registry() take turns, one
-/// at a time in the process. Calls on one model take turns too, whatever the handle, but different
-/// models, clones included, may predict at the same time. Everything else may be called at any time
-/// on any thread.
+/// **Threads.** The library takes no locks for the host, which must keep to these rules. It calls
+/// quavin_init() and quavin_terminate() before and after everything else, on one thread. It loads,
+/// clones, unloads and unregisters models and calls the functions of the registry one at a time in
+/// the process. It makes one call at a time on a model, whatever the handle, but different models,
+/// clones included, may predict at the same time. Everything else may be called at any time on any
+/// thread.
 ///
 /// **Stability.** Until 1.0, programs keep working within a minor version of the library; from then
 /// on within a major one.
@@ -135,7 +136,8 @@ typedef struct quavin_log_record {
     uint32_t reserved;    ///< Zero.
 } quavin_log_record;
 
-/// Receives log records, on the thread that reports, one at a time. Must not throw; a C++ exception
+/// Receives log records, on the thread that reports; one at a time if diagnostics are on. Must not
+/// throw; a C++ exception
 /// that leaves it anyway is dropped.
 typedef void (*quavin_log)(const quavin_log_record* record, void* user);
 
@@ -636,9 +638,9 @@ QUAVIN_API quavin_status quavin_network_release(quavin_network* network);
 /// @param size bytes at `data`; for a secured archive a multiple of 16 below 4 GiB.
 /// @param key sixteen bytes; null for a plain archive.
 /// @param destination an existing directory.
-/// @param first receives the full path of the archive's first directory, which is where `quavin
-/// pack`
-///        puts the package; "" if there is none or `room` is too small for it. May be null.
+/// @param first receives the full path of the archive's first directory, where
+///        `quavin pack` puts the package; "" if there is none or `room` is too small for it. May be
+///        null.
 /// @param room bytes at `first`.
 /// @param needed receives the bytes that `first` needs, with the zero byte; may be null.
 /// @return #QUAVIN_SUCCESS; #QUAVIN_TAR_CHECKSUM_MISMATCH, also for a wrong key;

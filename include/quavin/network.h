@@ -42,9 +42,8 @@ QUAVIN_API QuavinStatus describeNetwork(const ModelMetadata& metadata,
                                         std::vector<ModelFeatureDescriptor>& outputs);
 /// As above, for a package in a tar archive in memory; see the overload of QuavinClient::getModel
 /// that takes one.
-/// @param archive the archive; secured as a whole if `keys` has an archive key. Not needed after
-/// the
-///        call.
+/// @param archive the archive; secured as a whole if `keys` has an archive key. Not needed
+///        after the call.
 /// @param size bytes at `archive`.
 /// @param keys the keys of the package's secured parts.
 /// @param inputs as above.

@@ -35,7 +35,7 @@ inline void requireGiven(const void* argument, const char* name) {
     }
 }
 
-/// A copy of one of several things.
+/// One of several things; valid as long as the list.
 /// @throws RangeException if there is none at the index.
 template <typename List>
 const auto& elementAt(const List& list, std::size_t index) {

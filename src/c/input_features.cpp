@@ -4,6 +4,7 @@
 
 #include "c/guard.h"
 #include "c/host_tensor.h"
+#include "tensor/element_size.h"
 
 namespace VelmoraQuavin::internal {
 namespace {
@@ -21,7 +22,7 @@ std::string nameOf(const Port& port) {
 std::shared_ptr<QuavinFeature> rowOver(const Port& port, const void* data, std::size_t size) {
     const ModelFeatureDescriptor& declared = port.descriptor();
     const DataType type = declared.tensorDescriptor().tensorType();
-    const std::size_t element = elementBytes(type);
+    const auto element = static_cast<std::size_t>(elementSize(type));
     if (element == 0 || size % element != 0) {
         refuseBytes(port, "a multiple of " + std::to_string(element), size);
     }

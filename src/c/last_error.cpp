@@ -8,7 +8,9 @@ namespace {
 
 constexpr std::size_t kRoom = 1024;
 
-// An array, because storing an error must not need memory when that is what has run out.
+// An array, because storing an error must not need memory when that is what has run out. A thread's
+// first failure may need it once, where the system sets thread-local memory aside only when it is
+// used.
 thread_local std::array<char, kRoom> lastError{};
 
 bool continuesCharacter(char byte) {

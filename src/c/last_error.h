@@ -5,8 +5,8 @@
 
 namespace VelmoraQuavin::internal {
 
-/// Keeps this thread's last error, in memory that every thread has from its start. Longer texts are
-/// cut at a character's boundary.
+/// Keeps this thread's last error, in memory that a thread has from its first failure on. Longer
+/// texts are cut at a character's boundary.
 void setLastError(const char* text) noexcept;
 
 /// Keeps the text of a status that is not a success, or its code's name if it has none.

@@ -26,9 +26,8 @@ void requireReservedZero(std::int32_t reserved, const char* type);
 /// @throws InvalidArgumentsException for an unusable struct.
 EngineOptions engineOptionsOf(const quavin_engine_options* given);
 /// @param given null for no keys.
-/// @throws InvalidArgumentsException for an unusable struct, a component key without a path or a
-/// key,
-///         or an archive key without an archive.
+/// @throws InvalidArgumentsException for an unusable struct, a component key without a
+///         path or a key, or an archive key without an archive.
 PackageKeys packageKeysOf(const quavin_keys* given, PackageForm form);
 /// @param given null for the defaults, which include the engine options of the configuration.
 /// @throws InvalidArgumentsException as the other two do.

@@ -1,5 +1,10 @@
 #include "c/port.h"
 
+#include <algorithm>
+#include <optional>
+
+#include "tensor/element_size.h"
+
 namespace VelmoraQuavin::internal {
 namespace {
 
@@ -25,10 +30,11 @@ static_assert(QUAVIN_TYPE_FLOAT16 == static_cast<int>(DataType::FLOAT16));
 static_assert(QUAVIN_TYPE_FLOAT == static_cast<int>(DataType::FLOAT));
 static_assert(QUAVIN_TYPE_DOUBLE == static_cast<int>(DataType::DOUBLE));
 
-// Only a tensor without memory tells its bytes without allocating them.
-std::size_t bytesOf(DataType type, const TensorShape& shape) {
-    const int64 bytes = BufferWrappedTensor(type, shape, nullptr, 0).bytes();
-    return bytes < 0 ? 0 : static_cast<std::size_t>(bytes);
+// 0 for more than there can be, which a hostile manifest may declare.
+std::size_t bytesOf(const TensorDescriptor& tensor) {
+    const auto bytes =
+        tensor.variableShape() ? std::nullopt : exactByteCount(tensor.tensorType(), tensor.shape());
+    return static_cast<std::size_t>(std::max(bytes.value_or(0), int64{0}));
 }
 
 }  // namespace
@@ -40,7 +46,7 @@ Port::Port(const ModelFeatureDescriptor& descriptor)
     if (isTensor()) {
         const TensorDescriptor& tensor = descriptor.tensorDescriptor();
         dims_ = tensor.declaredShape().shapeVector();
-        bytes_ = isVariable() ? 0 : bytesOf(tensor.tensorType(), tensor.shape());
+        bytes_ = bytesOf(tensor);
     }
 }
 
@@ -59,10 +65,6 @@ quavin_port Port::plain() const {
 
 Ports portsOf(const std::vector<ModelFeatureDescriptor>& descriptors) {
     return {descriptors.begin(), descriptors.end()};
-}
-
-std::size_t elementBytes(DataType type) {
-    return bytesOf(type, TensorShape());
 }
 
 }  // namespace VelmoraQuavin::internal

@@ -18,7 +18,7 @@ public:
     const std::string& name() const { return name_; }
     bool isTensor() const { return descriptor_.type() == QuavinFeatureType::TENSOR; }
     bool isVariable() const { return descriptor_.tensorDescriptor().variableShape(); }
-    /// The bytes of a tensor; 0 if its shape is variable or it is not a tensor.
+    /// The bytes of a tensor; 0 if its shape is variable or too large, or it is not a tensor.
     std::size_t bytes() const { return bytes_; }
     /// Points into this object.
     quavin_port plain() const;
@@ -34,8 +34,5 @@ private:
 using Ports = std::vector<Port>;
 
 Ports portsOf(const std::vector<ModelFeatureDescriptor>& descriptors);
-
-/// The bytes of one element.
-std::size_t elementBytes(DataType type);
 
 }  // namespace VelmoraQuavin::internal

@@ -175,6 +175,10 @@ TEST(ImportTest, UsesSinglePrecisionByDefault) {
     EXPECT_THAT(configOf(imported(exported(shifting())), "INFERENCE_PRECISION_HINT"), StrEq("f32"));
 }
 
+TEST(ImportTest, LeavesTheThreadsUnpinnedByDefault) {
+    EXPECT_THAT(configOf(imported(exported(shifting())), "ENABLE_CPU_PINNING"), StrEq("NO"));
+}
+
 TEST(ImportTest, SettingsReachTheNetwork) {
     const std::string bytes = exported(shifting());
     const auto capabilities =

@@ -32,9 +32,10 @@ Listing list(const unsigned char* data, uint64 length) {
 
 // The prefix of the manifest, and of everything beside it.
 std::string placeOfPackage(const Listing& listing) {
-    std::string root = listing.root.value_or("");
-    if (listing.files.count(root + kManifestName) != 0) {
-        return root;
+    for (const std::string& place : {listing.root.value_or(""), std::string()}) {
+        if (listing.files.count(place + kManifestName) != 0) {
+            return place;
+        }
     }
     for (const auto& [path, entry] : listing.files) {
         std::string place = path.substr(0, path.find('/') + 1);  // empty without a separator

@@ -140,7 +140,8 @@ TEST_F(CLifecycle, ALogFunctionThatThrowsDoesNotDisturbTheCall) {
 TEST_F(CLifecycle, EachThreadHasItsOwnLastError) {
     EXPECT_THAT(quavin_unload(nullptr),
                 FailsWith(QUAVIN_INVALID_ARGUMENTS, StrEq("The handle of a model is null")));
-    const std::string atFirst = std::async(std::launch::async, quavin_last_error).get();
+    const std::string atFirst =
+        std::async(std::launch::async, [] { return std::string(quavin_last_error()); }).get();
     const std::string afterwards = std::async(std::launch::async, [] {
                                        quavin_outputs_get_count(nullptr, nullptr);
                                        return std::string(quavin_last_error());

@@ -71,6 +71,8 @@ protected:
         EXPECT_EQ(later.known.size, 8U);
         EXPECT_EQ(byte(8), 0x55);
         ASSERT_THAT(callWithSize(sizeof(Struct) - 8), Succeeds());
+        const std::string before(8, 0x55);
+        EXPECT_NE(std::memcmp(reinterpret_cast<const char*>(&later) + 8, before.data(), 8), 0);
         EXPECT_EQ(byte(sizeof(Struct) - 8), 0x55);
         ASSERT_THAT(callWithSize(sizeof(Struct)), Succeeds());
         EXPECT_EQ(later.known.size, sizeof(Struct));
@@ -125,6 +127,17 @@ TEST_F(CStructs, MembersThatAnEarlierVersionLacksAreNotRead) {
     EXPECT_THAT(load(&options), Succeeds());
     engine.size = sizeof engine;
     EXPECT_EQ(load(&options), QUAVIN_INVALID_ARGUMENTS);
+}
+
+TEST_F(CStructs, MembersThatAnEarlierVersionHasAreRead) {
+    quavin_engine_options engine = QUAVIN_ENGINE_OPTIONS_INIT;
+    engine.threads = -1;
+    engine.size = offsetof(quavin_engine_options, hint);
+    quavin_load_options options = QUAVIN_LOAD_OPTIONS_INIT;
+    options.engine = &engine;
+    EXPECT_EQ(load(&options), QUAVIN_INVALID_ARGUMENTS);
+    engine.threads = 1;
+    EXPECT_THAT(load(&options), Succeeds());
 }
 
 TEST_F(CStructs, APortMayBeOfAnotherVersion) {

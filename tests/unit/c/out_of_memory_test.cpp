@@ -1,4 +1,5 @@
-// Memory runs out at each allocation of each function in turn: no exception leaves any of them.
+// Memory runs out at one allocation of a function after the other, in steps where there are many:
+// no exception leaves any of them.
 
 #include <functional>
 #include <set>
@@ -130,6 +131,7 @@ TEST_F(COutOfMemory, TheRegistrySurvivesIt) {
     ASSERT_THAT(quavin_query_registry(&registry), Succeeds());
     exhaust([&] { return quavin_registry_get_model(registry, 0, &model); },
             [&] { release(model); });
+    exhaust([&] { return quavin_model_set_memory(model_, 1); });
     EXPECT_THAT(quavin_registry_release(registry), Succeeds());
     EXPECT_THAT(quavin_unregister(model_), Succeeds());
 }
@@ -146,13 +148,36 @@ TEST_F(COutOfMemory, EngineInfosSurviveIt) {
 
 TEST_F(COutOfMemory, DescribingSurvivesIt) {
     const std::string path = directory_.text();
+    const std::string topology = directory_.entry("net.xml");
+    const std::string weights = directory_.entry("net.bin");
+    const std::string archive = package_.archive();
+    const std::vector<quavin_buffer> buffers = package_.buffers();
     quavin_network* network = nullptr;
+    const auto releaseNetwork = [&] {
+        EXPECT_THAT(quavin_network_release(network), Succeeds());
+        network = nullptr;
+    };
     exhaust([&] { return quavin_describe_directory(path.c_str(), nullptr, &network); },
-            [&] {
-                EXPECT_THAT(quavin_network_release(network), Succeeds());
-                network = nullptr;
-            },
-            3);
+            releaseNetwork, 3);
+    exhaust([&] { return quavin_describe_files(topology.c_str(), weights.c_str(), &network); },
+            releaseNetwork, 5);
+    exhaust(
+        [&] { return quavin_describe_archive(archive.data(), archive.size(), nullptr, &network); },
+        releaseNetwork, 5);
+    exhaust(
+        [&] { return quavin_describe_buffers(buffers.data(), buffers.size(), nullptr, &network); },
+        releaseNetwork, 5);
+}
+
+TEST_F(COutOfMemory, UnloadingSurvivesIt) {
+    exhaust([&] { return quavin_unload(model_); });
+}
+
+TEST_F(COutOfMemory, DecryptingSurvivesIt) {
+    const std::uint8_t secured[32] = {};
+    const std::uint8_t key[16] = {};
+    std::uint8_t plain[16] = {};
+    exhaust([&] { return quavin_decrypt(secured, sizeof secured, key, plain, sizeof plain); });
 }
 
 TEST_F(COutOfMemory, ExtractingSurvivesIt) {

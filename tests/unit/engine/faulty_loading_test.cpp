@@ -1,5 +1,6 @@
 // Loading on an engine that fails, or that records what it was asked for.
 
+#include <array>
 #include <filesystem>
 
 #include "faulty_model_test.h"
@@ -167,6 +168,28 @@ TEST_F(FaultyLoading, AFailedSecondLoadLeavesTheModelNotLoaded) {
     ASSERT_THAT(load(), IsOk());
     engine_.loading = {InferenceEngine::GENERAL_ERROR, "not now"};
     expectEngineText("not now");
+}
+
+TEST_F(FaultyLoading, AFailureAfterReadingLetsGoOfHandedOverWeights) {
+    const QuavinClientInitTerm switchedOn{QuavinConfig()};
+    writeManifest(directory_, text_);
+    const std::string manifest = directory_.read("manifest.json");
+    const auto owner = std::make_shared<std::array<std::int64_t, 2>>();
+    const std::vector<PackageBuffer> buffers = {
+        {"manifest.json", manifest.data(), manifest.size(), nullptr},
+        {"net.xml", "topology", 8, nullptr},
+        {"net.bin", owner->data(), sizeof *owner, owner}};
+    engine_.loading = {InferenceEngine::GENERAL_ERROR, "not now"};
+    std::shared_ptr<QuavinModel> model;
+    QuavinClient& client = QuavinClient::instance();
+    EXPECT_THAT(
+        client.getModelFromBuffers(buffers, PackageKeys(), model, Device(), EngineOptions()),
+        IsStatus(FAILURE, "not now"));
+    ASSERT_NE(model, nullptr);
+    EXPECT_EQ(client.queryRuntimeStatus().getLoadedModels().size(), 1U);
+    EXPECT_EQ(engine_.readTexts.size(), 1U);
+    EXPECT_EQ(owner.use_count(), 2);  // here, and in `buffers`
+    EXPECT_THAT(client.getModelManager().unloadModel(model), IsOk());
 }
 
 TEST_F(FaultyLoading, FewerThanTwoFilesAnswerIncompleteModelWithoutReadingThem) {

@@ -53,6 +53,12 @@ TEST(ArchivedPackage, IsLookedForInTheFirstDirectoryFirst) {
               (Files{{"manifest.json", "z"}}));
 }
 
+TEST(ArchivedPackage, IsLookedForAtTheTopBeforeOtherDirectories) {
+    EXPECT_EQ(
+        filesIn(tarFile("assets/manifest.json", "a") + tarFile("manifest.json", "top") + tarEnd()),
+        (Files{{"assets/manifest.json", "a"}, {"manifest.json", "top"}}));
+}
+
 TEST(ArchivedPackage, HasTheLastOfFilesWithTheSameName) {
     EXPECT_EQ(
         filesIn(tarFile("manifest.json", "old") + tarFile("./manifest.json", "new") + tarEnd()),
