@@ -46,7 +46,7 @@ install(DIRECTORY "${PROJECT_SOURCE_DIR}/include/quavin" DESTINATION "${CMAKE_IN
         FILES_MATCHING PATTERN "*.h")
 # In the same layout as in the sources, so that links between pages, and page names in the headers, stay valid.
 install(FILES "${PROJECT_SOURCE_DIR}/README.md" "${PROJECT_SOURCE_DIR}/CHANGELOG.md"
-              "${PROJECT_SOURCE_DIR}/CONTRIBUTING.md" DESTINATION "${CMAKE_INSTALL_DOCDIR}")
+              "${PROJECT_SOURCE_DIR}/CONTRIBUTING.md" "${PROJECT_SOURCE_DIR}/SECURITY.md" DESTINATION "${CMAKE_INSTALL_DOCDIR}")
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/docs" "${PROJECT_SOURCE_DIR}/examples" DESTINATION "${CMAKE_INSTALL_DOCDIR}"
         USE_SOURCE_PERMISSIONS PATTERN "__pycache__" EXCLUDE)
 install(EXPORT quavin_on_device_sdk_targets NAMESPACE quavin:: DESTINATION "${quavin_package_dir}")

@@ -188,6 +188,7 @@ TEST_F(FaultyLoading, AFailureAfterReadingLetsGoOfHandedOverWeights) {
     ASSERT_NE(model, nullptr);
     EXPECT_EQ(client.queryRuntimeStatus().getLoadedModels().size(), 1U);
     EXPECT_EQ(engine_.readTexts.size(), 1U);
+    engine_.weights.reset();
     EXPECT_EQ(owner.use_count(), 2);  // here, and in `buffers`
     EXPECT_THAT(client.getModelManager().unloadModel(model), IsOk());
 }
