@@ -1,6 +1,5 @@
 #include "runtime_core.hpp"
 
-#include <array>
 #include <cstring>
 #include <mutex>
 #include <utility>
@@ -57,11 +56,7 @@ std::shared_ptr<ov_core_t> sharedCore(const std::string& device, const Settings&
     static std::mutex mutex;
     // Never destroyed: networks may be loaded while the process exits.
     static auto& cores = *new std::map<Key, std::weak_ptr<ov_core_t>>;
-    // The latest without and with settings stay, so that a host that loads one network after
-    // another starts the runtime once.
-    static auto& latest = *new std::array<std::shared_ptr<ov_core_t>, 2>;
 
-    std::shared_ptr<ov_core_t> replaced;  // released after the lock
     const std::lock_guard<std::mutex> lock(mutex);
     const Key key(settings.empty() ? "" : device, settings);
     const auto known = cores.find(key);
@@ -76,7 +71,6 @@ std::shared_ptr<ov_core_t> sharedCore(const std::string& device, const Settings&
         }
         cores[key] = core;
     }
-    replaced = std::exchange(latest[settings.empty() ? 0 : 1], core);
     return core;
 }
 

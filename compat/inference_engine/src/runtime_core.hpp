@@ -10,7 +10,7 @@
 namespace InferenceEngine::runtime {
 
 /**
- * The core shared by all users. It lives until the process ends: creating one takes as long as
+ * The core shared by all users. It lives as long as anyone holds it: creating one takes as long as
  * reading a small network, and a second one would load the devices again. May be called from any
  * thread.
  */

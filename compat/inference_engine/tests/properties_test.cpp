@@ -119,16 +119,6 @@ TEST(PropertiesTest, CoresWithTheSameSettingsAreOne) {
     EXPECT_EQ(runtime::sharedCore("CPU", {}), runtime::sharedCore());
 }
 
-TEST(PropertiesTest, TheLatestCoresStayForTheNextNetwork) {
-    const std::weak_ptr<ov_core_t> plain = runtime::sharedCore();
-    const std::weak_ptr<ov_core_t> first = runtime::sharedCore("CPU", {{"CPU_THREADS_NUM", "1"}});
-    EXPECT_FALSE(first.expired());
-    const std::weak_ptr<ov_core_t> second = runtime::sharedCore("CPU", {{"CPU_THREADS_NUM", "2"}});
-    EXPECT_TRUE(first.expired());
-    EXPECT_FALSE(second.expired());
-    EXPECT_FALSE(plain.expired());
-}
-
 TEST(PropertiesTest, TheEngineReportsItsBuild) {
     const Version* const version = GetInferenceEngineVersion();
     ASSERT_NE(version, nullptr);
