@@ -64,13 +64,8 @@ QuavinStatus QuavinClient::loadMemory(const MakeSource& makeSource, const Packag
         internal::requireMeaningful(options);
         model.reset();
         const std::shared_ptr<const internal::MemorySource> source = makeSource();
-        QuavinStatus status = createAndLoad(internal::readMetadata(source, keys), model, device,
-                                            registration, options);
-        if (!status.ok() && model != nullptr) {
-            // A network that was read may lie in the caller's memory, who may free it now.
-            static_cast<void>(model->unloadImpl());
-        }
-        return status;
+        return createAndLoad(internal::readMetadata(source, keys), model, device, registration,
+                             options);
     } catch (...) {
         return getStatusFromCurrentException();
     }

@@ -135,6 +135,7 @@ public:
     StatusCode SetWeights(const TBlob<std::uint8_t>::Ptr& weights,
                           ResponseDesc* response) noexcept override {
         faultyEngine().weights = weights;
+        weights_ = faultyEngine().readersKeepWeights ? weights : nullptr;
         return give(faultyEngine().settingWeights, response);
     }
     ICNNNetwork* getNetwork(ResponseDesc* /*response*/) noexcept override {
@@ -143,6 +144,7 @@ public:
 
 private:
     FaultyNetwork network_;
+    TBlob<std::uint8_t>::Ptr weights_;
 };
 
 }  // namespace

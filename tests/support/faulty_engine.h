@@ -33,6 +33,7 @@ struct FaultyEngine {
     bool throwsNumbers = false;  ///< Failures are thrown as 42 instead of a standard exception.
     Answer reading;
     Answer settingWeights;
+    bool readersKeepWeights = false;
     Answer loading;
     Answer makingRequest;
     Answer inferring;

@@ -48,6 +48,35 @@ InferenceEngine::OutputsDataMap ownOutputs(const InferenceEngine::ExecutableNetw
     return outputs;
 }
 
+// A host may free a package in memory once its load has failed: the model lets go of it then.
+class BorrowedNetwork {
+public:
+    using Reader = std::shared_ptr<InferenceEngine::ICNNNetReader>;
+
+    BorrowedNetwork(const ModelMetadata& metadata, Reader& reader, bool& isRead,
+                    InferenceEngine::ExecutableNetwork& compiled)
+        : borrowed_(internal::MetadataAccess::isInMemory(metadata)),
+          reader_(reader),
+          isRead_(isRead),
+          compiled_(compiled) {}
+    BorrowedNetwork(const BorrowedNetwork&) = delete;
+    BorrowedNetwork& operator=(const BorrowedNetwork&) = delete;
+    ~BorrowedNetwork() {
+        if (borrowed_) {
+            reader_.reset();
+            isRead_ = false;
+            compiled_ = InferenceEngine::ExecutableNetwork();
+        }
+    }
+    void keep() noexcept { borrowed_ = false; }
+
+private:
+    bool borrowed_;
+    Reader& reader_;
+    bool& isRead_;
+    InferenceEngine::ExecutableNetwork& compiled_;
+};
+
 void copyPrecisions(const internal::InputPorts& from, const InferenceEngine::InputsDataMap& to) {
     for (const internal::InputPort& port : from) {
         const auto input = to.find(port.name);
@@ -96,11 +125,13 @@ QuavinStatus QuavinOpenVino::loadImpl(const std::vector<ModelComponent>& compone
     // What is cached must be what was hashed, so it is read, not mapped.
     internal::StoredNetwork stored(files, options_.mapWeights && options_.cacheDirectory.empty());
     std::optional<internal::CachedNetwork> cached;
+    BorrowedNetwork borrowed(*getMetadata(), reader_, networkRead_, network_);
     if (!networkRead_) {
         networkSecured_ = files.areSecret();
         if (!cameCompiled_) {
             cached.emplace(options_, stored);
             if (takeCached(*cached, source->name())) {
+                borrowed.keep();
                 return {SUCCESS, ""};
             }
         }
@@ -120,6 +151,7 @@ QuavinStatus QuavinOpenVino::loadImpl(const std::vector<ModelComponent>& compone
         if (cached) {
             cached->store(network_);
         }
+        borrowed.keep();
     }
     return status;
 }

@@ -179,6 +179,7 @@ TEST_F(FaultyLoading, AFailureAfterReadingLetsGoOfHandedOverWeights) {
         {"manifest.json", manifest.data(), manifest.size(), nullptr},
         {"net.xml", "topology", 8, nullptr},
         {"net.bin", owner->data(), sizeof *owner, owner}};
+    engine_.readersKeepWeights = true;
     engine_.loading = {InferenceEngine::GENERAL_ERROR, "not now"};
     std::shared_ptr<QuavinModel> model;
     QuavinClient& client = QuavinClient::instance();
