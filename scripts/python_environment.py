@@ -1,8 +1,10 @@
 #!/usr/bin/env python3
-"""Puts the packages of requirements.txt into a virtual environment in the cache, and prints its interpreter.
+"""Puts the packages of a requirements file into a virtual environment in the cache, and prints its interpreter.
 
-The cache folder is that of scripts/fetch_openvino.py. If the environment is there already, the network is not used.
-If the packages cannot be installed, it fails with one line on standard error.
+    scripts/python_environment.py NAME REQUIREMENTS
+
+NAME begins the environment's folder. The cache folder is that of scripts/fetch_openvino.py. If the environment is
+there already, the network is not used. If the packages cannot be installed, it fails with one line on standard error.
 """
 
 import hashlib
@@ -12,39 +14,38 @@ import subprocess
 import sys
 import tempfile
 
-HERE = pathlib.Path(__file__).resolve().parent
-sys.path.insert(0, str(HERE.parents[1] / "scripts"))
-from fetch_openvino import cache_root  # noqa: E402
-
-REQUIREMENTS = HERE / "requirements.txt"
+from fetch_openvino import cache_root
 
 
-def install(environment):
+def install(environment, requirements):
     # The pip outside installs, so Debian's package with the pip of virtual environments isn't needed.
     subprocess.run([sys.executable, "-m", "venv", "--without-pip", str(environment)], check=True)
     command = [
         sys.executable, "-m", "pip", "--python", str(environment / "bin" / "python"), "install", "--quiet",
         "--disable-pip-version-check", "--only-binary=:all:", "--require-hashes", "--no-cache-dir", "--retries", "1",
-        "--requirement", str(REQUIREMENTS),
+        "--requirement", str(requirements),
     ]
     result = subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, check=False)
     if result.returncode != 0:
         reason = next((line for line in reversed(result.stdout.splitlines()) if line.startswith("ERROR: ")),
                       f"pip ended with {result.returncode}")
-        sys.exit("make_environment: skipped, as ONNX Runtime cannot be installed; is the package index reachable? "
-                 f"({reason})")
+        sys.exit(f"python_environment: the packages of {requirements} cannot be installed; is the package index "
+                 f"reachable? ({reason})")
 
 
 def main():
+    if len(sys.argv) != 3:
+        sys.exit("usage: python_environment.py NAME REQUIREMENTS")
+    name, requirements = sys.argv[1], pathlib.Path(sys.argv[2])
     version = f"{sys.version_info.major}.{sys.version_info.minor}"
-    digest = hashlib.sha256(REQUIREMENTS.read_bytes()).hexdigest()[:16]
-    target = cache_root() / f"peers-python{version}-{digest}"
+    digest = hashlib.sha256(requirements.read_bytes()).hexdigest()[:16]
+    target = cache_root() / f"{name}-python{version}-{digest}"
     if not target.is_dir():
         target.parent.mkdir(parents=True, exist_ok=True)
         # Renamed at the end, so that an interrupted run leaves no incomplete cache.
-        work = pathlib.Path(tempfile.mkdtemp(prefix=".peers-", dir=target.parent))
+        work = pathlib.Path(tempfile.mkdtemp(prefix=f".{name}-", dir=target.parent))
         try:
-            install(work / "environment")
+            install(work / "environment", requirements)
             if not target.is_dir():  # otherwise another run was faster
                 (work / "environment").rename(target)
         finally:
