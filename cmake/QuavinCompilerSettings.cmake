@@ -54,3 +54,18 @@ function(quavin_private_target target)
                VISIBILITY_INLINES_HIDDEN ON
                POSITION_INDEPENDENT_CODE ON)
 endfunction()
+
+# quavin_compile_together(<target> [GROUP]): compiles its sources several at a time, or those of a group together, since
+# most of the time goes into headers and templates that they share. So the names in their unnamed namespaces must differ.
+option(QUAVIN_UNITY_BUILD "Compile several sources at a time" ON)
+function(quavin_compile_together target)
+  if(QUAVIN_UNITY_BUILD)
+    set(modes BATCH ${ARGN})
+    list(GET modes -1 mode)
+    set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_MODE ${mode} UNITY_BUILD_BATCH_SIZE 20)
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+      # Meant for headers: it takes every source for one but the first.
+      target_compile_options(${target} PRIVATE -Wno-subobject-linkage)
+    endif()
+  endif()
+endfunction()

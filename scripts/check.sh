@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Checks the format of all sources, and lints all but the tests and fuzz targets ("--all" lints those too).
+# Checks the format of all sources, and lints all but the tests and fuzz targets. "scripts/check.sh --all" lints those too,
+# and lets the static analyser examine the library, which takes several times as long.
 # "scripts/check.sh --fix" formats instead.
 set -euo pipefail
 . "$(dirname "$0")/lib.sh"
@@ -25,24 +26,23 @@ say "clang-format"
 clang-format-14 --dry-run -Werror "${sources[@]}"
 
 say "clang-tidy"
+tidy=$("$root/scripts/clang-tidy.sh")
 # Configure for the compile commands, whose precompiled headers are GCC's.
-configure_only release
-mkdir -p build/lint
-sed 's/ -Winvalid-pch//; s/ -include [^ ]*cmake_pch\.hxx//' build/release/compile_commands.json \
-    >build/lint/compile_commands.json
+cmake --preset release --log-level=WARNING -B build/lint -DQUAVIN_UNITY_BUILD=OFF >/dev/null
+sed -i 's/ -Winvalid-pch//; s/ -include [^ ]*cmake_pch\.hxx//' build/lint/compile_commands.json
 lint() {
-    xargs -r -P "$(nproc)" -n 4 clang-tidy-14 --quiet -p build/lint "$@"
+    xargs -r -P "$(nproc)" -n 4 "$tidy" --quiet -p build/lint "$@"
 }
 # Skip sources that only other systems compile: for the library's, the test compilers.lint of the Windows build does
 # this. A consumer's program is not part of this build.
 linted=$(printf '%s\n' "${sources[@]}" | grep '\.cpp$' |
     grep -v '/windows/\|_windows\(_test\)\?\.cpp$\|_cng\.cpp$\|/emulated_\|/emulator/\|^tests/consumer/')
-grep '^\(src\|compat/[^/]*/src\)/' <<<"$linted" | lint
-rest=$(grep -v '^\(src\|compat/[^/]*/src\)/' <<<"$linted")
-# The static analyser takes two thirds of the time, so it is kept for what ships in the library. Tests are only linted
-# with --all: with their framework's headers they take half an hour.
-if [ "${1:-}" != --all ]; then
-    rest=$(grep -v '\(^\|/\)\(fuzz\|tests\)/' <<<"$rest")
+# With --all tests are linted too, and the static analyser examines what ships in the library.
+if [ "${1:-}" = --all ]; then
+    library='^\(src\|compat/[^/]*/src\)/'
+    grep "$library" <<<"$linted" | lint
+    grep -v "$library" <<<"$linted" | lint --checks=-clang-analyzer-\*
+else
+    grep -v '\(^\|/\)\(fuzz\|tests\)/' <<<"$linted" | lint --checks=-clang-analyzer-\*
 fi
-lint --checks=-clang-analyzer-\* <<<"$rest"
 say "Format and lint are clean"

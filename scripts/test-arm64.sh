@@ -11,11 +11,7 @@ set -euo pipefail
 
 # shellcheck disable=SC2086  # lists of words
 install_packages $packages_build $packages_arm64
-only=()
-if [ -z "${QUAVIN_TEST_EVERYTHING:-}" ]; then
-    only=(--label-exclude any_processor)
-    say "Leaving out the tests that are the same on any processor (QUAVIN_TEST_EVERYTHING=1 runs them)"
-fi
+leave_out any_processor "the same on any processor"
 for preset in "${@:-linux-arm64}"; do
     time_leg "build $preset" configure_and_build "$preset"
     build=$root/build/$preset
