@@ -10,11 +10,16 @@ import json
 import pathlib
 import struct
 import subprocess
+import sys
 import tarfile
+import tempfile
 
 import numpy as np
 
 HERE = pathlib.Path(__file__).resolve().parent
+sys.path.insert(0, str(HERE.parent / "tests" / "data" / "signature"))
+import signing  # noqa: E402  from the folder above
+
 SEEDS = HERE / "seeds"
 KEY = bytes(range(1, 17))  # kKey of secured_form.h
 
@@ -110,6 +115,21 @@ def entry(kind, content):
     return b"QUAVINCN" + struct.pack("<HHQ", 1, kind, len(content)) + digest + bytes(28) + content
 
 
+def signed_statement():
+    """A statement, its signature with the private key 1, whose public half the target trusts, and what it is called."""
+    name = signing.element(0xA0, bytes.fromhex("06082A8648CE3D030107"))  # P-256
+    secret = signing.element(4, (1).to_bytes(32, "big"))
+    der = signing.element(0x30, signing.integer(1) + secret + name)
+    payload = signing.encoded(signing.statement([signing.resource("manifest.json", signing.sha256(b"{}")),
+                                                 signing.resource("a/net.bin", signing.sha256(b""))]))
+    with tempfile.TemporaryDirectory() as folder:
+        key = pathlib.Path(folder, "key.pem")
+        key.write_bytes(signing.openssl("ec", "-inform", "DER", stdin=der).stdout)
+        signature = signing.openssl("dgst", "-sha256", "-sign", key, stdin=signing.pae(payload)).stdout
+        pem = signing.openssl("ec", "-in", key, "-pubout").stdout
+    return payload, signature, signing.sha256(pem)
+
+
 def main():
     write("manifest", "full.json", manifest())
     write("manifest", "secured.json", manifest("secured_file"))
@@ -168,6 +188,11 @@ def main():
     write("port_section", "none.bin", ports())
     write("port_section", "out_of_order.bin", ports((0, 10, 0, "y", ()), (0, 10, 0, "x", ())))
     write("port_section", "too_many_elements.bin", ports((0, 10, 0, "x", (2**40, 2**40))))
+
+    payload, signature, hint = signed_statement()
+    write("signature_bundle", "signed.json", signing.encoded(signing.bundle(payload, signature, hint)))
+    write("signature_bundle", "statement.json", payload)
+    write("signature_bundle", "signature.bin", signature)
 
     write("cache_entry", "checksum.bin", entry(1, b"content"))
     write("cache_entry", "secret.bin", entry(2, b"content"))

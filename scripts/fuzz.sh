@@ -3,7 +3,7 @@
 # UndefinedBehaviorSanitizer.
 #
 #     scripts/fuzz.sh TARGET [SECONDS]   one target, for a minute if nothing else is said
-#     scripts/fuzz.sh --all [SECONDS]    all targets, one after the other
+#     scripts/fuzz.sh --all [SECONDS]    all targets, as many at a time as there are processors
 #     scripts/fuzz.sh --list             their names
 #
 # Inputs that reach new code are kept in build/fuzz/corpus/TARGET, where the next search continues. An input that
@@ -36,14 +36,27 @@ configure_and_build fuzz "${targets[@]/#/quavin_fuzz_}"
 # goes on while a busy machine does something else.
 limits=(-rss_limit_mb=1024 -malloc_limit_mb=256 -timeout=60)
 
-failed=()
-for target in "${targets[@]}"; do
-    say "Fuzzing $target for $seconds seconds"
+# Fuzzes a target, with everything that libFuzzer says in a log.
+fuzz() {
+    local target=$1 arguments
     mkdir -p "$build/corpus/$target" "$build/finds/$target"
     mapfile -t arguments <"$build/fuzz/$target.arguments"
-    "$build/fuzz/quavin_fuzz_$target" "${limits[@]}" -max_total_time="$seconds" -print_final_stats=1 \
-        -artifact_prefix="$build/finds/$target/" "$build/corpus/$target" "${arguments[@]}" 2>&1 |
-        tee "$build/$target.log" | grep -v '^#[0-9]*[[:space:]]*\(NEW\|REDUCE\|RELOAD\|pulse\)' || failed+=("$target")
+    if "$build/fuzz/quavin_fuzz_$target" "${limits[@]}" -max_total_time="$seconds" -print_final_stats=1 \
+        -artifact_prefix="$build/finds/$target/" "$build/corpus/$target" "${arguments[@]}" >"$build/$target.log" 2>&1; then
+        sed -n "s/^stat::number_of_executed_units: */$target: nothing found, executions: /p" "$build/$target.log"
+    else
+        grep -v '^#[0-9]*[[:space:]]*\(NEW\|REDUCE\|RELOAD\|pulse\)' "$build/$target.log"
+        echo "$target" >>"$build/failed"
+    fi
+}
+
+say "Fuzzing for $seconds seconds each: ${targets[*]}"
+: >"$build/failed"
+for target in "${targets[@]}"; do
+    # As many at a time as there are processors.
+    [ "$(jobs -rp | wc -l)" -lt "$(nproc)" ] || wait -n || true
+    fuzz "$target" &
 done
-[ ${#failed[@]} -eq 0 ] || fail "see build/fuzz/finds: ${failed[*]}"
+wait
+[ ! -s "$build/failed" ] || fail "see build/fuzz/finds: $(tr '\n' ' ' <"$build/failed")"
 say "Nothing was found"

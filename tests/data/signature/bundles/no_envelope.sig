@@ -1,0 +1,1 @@
+{"mediaType": "application/vnd.dev.sigstore.bundle.v0.3+json", "verificationMaterial": {"publicKey": {"hint": "3d9d3b012fa53d56c8fa43c5c5ab97cc376b1edf00b1f3e983423515ac3cd2f9"}, "tlogEntries": []}}
