@@ -11,6 +11,7 @@ COMMANDS = {
     "pack": ["net.xml", "-o", "new"],
     "inspect": ["package"],
     "verify": ["package"],
+    "sign": ["package", "--private-key", "private.pem"],
     "run": ["package", "-i", "x=x.npy", "-o", "results"],
     "bench": ["package"],
     "unpack": ["a.tar", "new"],
@@ -32,6 +33,7 @@ class WithAPackage(CommandLineTest):
         packages.networks.np.save(self.dir / "x.npy", packages.networks.OFFSETS)
         subprocess.run(["tar", "-cf", "a.tar", "package"], cwd=self.dir, check=True)
         self.key_file()
+        packages.write_private_key(self.dir / "private.pem")
         self.write("plain", "some text")
         self.write("secured", packages.openssl_encrypt(b"some text", KEY_HEX, bytes(range(16))))
 
@@ -40,6 +42,6 @@ class WithAPackage(CommandLineTest):
         return [command, *COMMANDS[command], *quick, *options]
 
     def remove_results(self):
-        for name in "new", "results":
+        for name in "new", "results", "package/model.sig":
             path = self.dir / name
             shutil.rmtree(path) if path.is_dir() else path.unlink(missing_ok=True)

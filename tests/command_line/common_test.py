@@ -118,6 +118,8 @@ class Misuse(CommandLineTest):
             ["encrypt", "plain", "--key-file", "key"],
             ["encrypt", "plain", "new"],
             ["decrypt", "secured", "new"],
+            ["sign", "package"],
+            ["sign", "--private-key", "private.pem"],
         ):
             with self.subTest(arguments), self.nothing_changes():
                 self.misused(*arguments)
@@ -156,7 +158,7 @@ class Output(WithAPackage):
                 self.remove_results()
 
     def test_quiet_prints_only_results_and_errors(self):
-        silent = "pack", "verify", "unpack", "encrypt", "decrypt", "keygen"
+        silent = "pack", "verify", "sign", "unpack", "encrypt", "decrypt", "keygen"
         for command in COMMANDS:
             with self.subTest(command):
                 out = self.succeed(*self.call(command, "--quiet"))

@@ -1,6 +1,5 @@
 """Files that can be opened but then cannot be read."""
 
-import os
 import unittest
 
 import packages
@@ -15,11 +14,7 @@ KEY = ["--key-file", "key"]
 class FailingReads(WithAPackage):
     def unreadable(self, name):
         """An environment in which every read of a file fails."""
-        library = "LD_PRELOAD=" + os.environ["QUAVIN_FAILING_READS"]
-        # The emulator itself is a native program.
-        place = {"QEMU_SET_ENV": library} if process.EMULATOR else dict([library.split("=", 1)])
-        sanitizers = {"ASAN_OPTIONS": "verify_asan_link_order=0"}
-        return {**place, **sanitizers, "QUAVIN_UNREADABLE": str(self.dir / name)}
+        return process.preloaded("QUAVIN_FAILING_READS", QUAVIN_UNREADABLE=str(self.dir / name))
 
     def assert_refused(self, name, *arguments):
         with self.nothing_changes():

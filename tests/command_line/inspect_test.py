@@ -25,6 +25,7 @@ class InspectCase(CommandLineTest):
         self.package = packages.write_package(self.dir / "package", networks.arithmetic())
         self.expected = {
             **packages.ABOUT,
+            "signed": False,
             "targets": {
                 "Openvino": {
                     "components": [

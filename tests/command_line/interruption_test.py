@@ -10,6 +10,7 @@ import numpy as np
 import packages
 import process
 from calls import WithAPackage
+from signatures import WithKeys
 from support import KEY_HEX, tree
 
 KEY = ["--key-file", "key"]
@@ -113,6 +114,17 @@ class NewFiles(Interruption):
             )
             self.assertEqual(result.returncode, 0)
             self.assertEqual(stat.S_IMODE((self.dir / name).stat().st_mode), mode)
+
+
+class Signatures(WithKeys, Interruption):
+    def test_a_killed_command_leaves_nothing_to_sign(self):
+        before = self.files()
+        key = ["--private-key", "private.pem"]
+        self.killed("sign", "package", *key, kib=0)
+        self.assertEqual(len(self.files()), len(before) + 1)
+        self.sign()
+        self.assertEqual(self.files(), before)
+        self.assert_right((self.package / "model.sig").read_bytes(), before)
 
 
 class UnpackedFiles(Interruption):

@@ -37,6 +37,13 @@ def write_package(directory, network=None, key_hex=None):
     return directory
 
 
+def write_private_key(path, curve="prime256v1"):
+    """Writes a new private key, as people make them."""
+    subprocess.run(["openssl", "ecparam", "-name", curve, "-genkey", "-noout", "-out", path], check=True)
+    path.chmod(0o600)
+    return path
+
+
 def read_manifest(package):
     return json.loads((package / "manifest.json").read_text())
 

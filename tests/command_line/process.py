@@ -42,6 +42,14 @@ def clean_environment(**changes):
     return {k: v for k, v in environment.items() if v is not None}
 
 
+def preloaded(library, **changes):
+    """Changes to the environment that load a library into the tool; its path is in a variable of this name."""
+    setting = "LD_PRELOAD=" + os.environ[library]
+    # The emulator itself is a native program.
+    place = {"QEMU_SET_ENV": setting} if EMULATOR else dict([setting.split("=", 1)])
+    return {**place, "ASAN_OPTIONS": "verify_asan_link_order=0", **changes}
+
+
 def posix_only(reason):
     """Marks a test of something that Windows lacks; the reason says what."""
     return unittest.skipIf(WINDOWS, "Not on Windows: " + reason)

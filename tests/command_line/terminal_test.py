@@ -14,7 +14,7 @@ class Terminal(WithAPackage):
         return result.out
 
     def test_results_are_coloured(self):
-        self.assertTrue(self.verified().startswith("\x1b[32mok\x1b[0m: "))
+        self.assertTrue(self.verified().startswith("\x1b[32musable\x1b[0m: "))
 
     def test_non_ascii_letters_are_shown(self):
         result = self.quavin_in_terminal("keygen", "größe 日本")

@@ -15,15 +15,16 @@ class Verify(CommandLineTest):
             with self.subTest(name):
                 packages.write_package(self.dir / name, getattr(networks, name)())
                 self.assertEqual(self.succeed_json("verify", name), GOOD)
-                self.assertRegex(self.succeed("verify", name), rf"\Aok: {name} .+\n\Z")
+                self.assertRegex(self.succeed("verify", name), rf"\Ausable: {name} .+\n\Z")
 
     def test_does_not_claim_to_check_the_origin_of_a_package(self):
         packages.write_package(self.dir / "package")
-        claim = "ok: package loads, matches its network and predicts; its origin was not checked\n"
+        unchecked = ". Who made it was not checked: that needs --public-key\n"
+        claim = "usable: package loads, matches its network and predicts" + unchecked
         self.assertEqual(self.succeed("verify", "package"), claim)
         with packages.changed_manifest(self.dir / "package") as target:
             target["components"].append({"name": "file", "path": "more.bin"})
-        self.assertIn("warnings; its origin was not checked\n", self.succeed("verify", "package"))
+        self.assertIn("see the warnings" + unchecked, self.succeed("verify", "package"))
 
     def test_changes_nothing(self):
         packages.write_package(self.dir / "package")
@@ -139,7 +140,7 @@ class Findings(CommandLineTest):
     def test_warnings_alone_are_not_a_failure(self):
         with packages.changed_manifest(self.package) as target:
             target["components"].append({"name": "file", "path": "more.bin"})
-        self.assertRegex(self.succeed("verify", "package"), r"\Awarning: .+\n    .+\nok: ")
+        self.assertRegex(self.succeed("verify", "package"), r"\Awarning: .+\n    .+\nusable: ")
         report = self.succeed_json("verify", "package")
         self.assertIs(report["ok"], True)
         self.assertEqual([finding["level"] for finding in report["findings"]], ["warning"])

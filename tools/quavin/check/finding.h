@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -27,6 +28,11 @@ public:
     bool hasErrors() const {
         return std::any_of(all_.begin(), all_.end(),
                            [](const Finding& finding) { return finding.isError; });
+    }
+    /// Whether there is one about `where`.
+    bool concern(std::string_view where) const {
+        return std::any_of(all_.begin(), all_.end(),
+                           [where](const Finding& finding) { return finding.where == where; });
     }
     const std::vector<Finding>& all() const { return all_; }
 

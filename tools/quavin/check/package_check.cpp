@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <set>
 
+#include "package/signature/verify_signature.h"
 #include "package/source/network_components.h"
 #include "tools/quavin/check/manifest_lint.h"
 #include "tools/quavin/check/port_check.h"
@@ -24,6 +25,7 @@ using VelmoraQuavin::ModelFeatureDescriptor;
 using VelmoraQuavin::ModelTarget;
 using VelmoraQuavin::QuavinStatus;
 using VelmoraQuavin::TensorDescriptor;
+using VelmoraQuavin::internal::kSignatureName;
 
 class Checker {
 public:
@@ -157,6 +159,9 @@ private:
             reportCrash("network", "Reading it fails: " + trial.crash);
             return;
         }
+        if (reportSignature(trial)) {
+            return;
+        }
         if (!trial.ok()) {
             const bool wrongKey = package_.decryptsToNoNetwork(target);
             findings_.error("network", trial.status.getDescription().str(),
@@ -173,7 +178,7 @@ private:
         const Trial trial = tryToPredict(path_, key_, options_);
         if (!trial.crash.empty()) {
             reportCrash("prediction", "Loading and predicting once fails: " + trial.crash);
-        } else if (!trial.ok()) {
+        } else if (!reportSignature(trial) && !trial.ok()) {
             findings_.error(
                 "prediction",
                 "Loading and predicting once fails with status " +
@@ -181,6 +186,17 @@ private:
                     trial.status.getDescription().str(),
                 "Try the network on its own: the engine may lack one of its operations.");
         }
+    }
+
+    // The signature has been checked once by now.
+    bool reportSignature(const Trial& trial) {
+        const bool isRefused = trial.status.getCode() == VelmoraQuavin::SIGNATURE_ERROR;
+        if (isRefused) {
+            findings_.error(kSignatureName, trial.status.getDescription().str(),
+                            "The package was changed while it was checked: let nobody write there, "
+                            "and check it again.");
+        }
+        return isRefused;
     }
 
     void reportCrash(const char* where, const std::string& what) {

@@ -8,6 +8,7 @@
 #include "platform/child_process.h"
 #include "quavin/network.h"
 #include "tools/quavin/check/message.h"
+#include "tools/quavin/cli/library.h"
 #include "tools/quavin/cli/notes.h"
 #include "tools/quavin/package/opened_package.h"
 
@@ -122,12 +123,27 @@ Trial perform(const Request& request) {
     return trial;
 }
 
+// What trustKeys() was called with there counts here as well.
+void readTrustedKeys(MessageReader& message) {
+    std::vector<VelmoraQuavin::String> pems;
+    for (std::uint64_t left = message.number(); left > 0; --left) {
+        pems.emplace_back(message.text());
+    }
+    if (!pems.empty()) {
+        trustKeys(pems);
+    }
+}
+
 Trial runApart(const Request& request) {
     const std::string_view key(reinterpret_cast<const char*>(request.key),
                                request.key == nullptr ? 0 : kKeySize);
     MessageWriter message;
-    message.reserve(request.first.size() + request.second.size() + key.size() +
-                    request.options.cacheDirectory.size() + 10 * sizeof(std::uint64_t));
+    std::size_t size = request.first.size() + request.second.size() + key.size() +
+                       request.options.cacheDirectory.size() + 11 * sizeof(std::uint64_t);
+    for (const VelmoraQuavin::String& pem : trustedKeys()) {
+        size += sizeof(std::uint64_t) + pem.size();
+    }
+    message.reserve(size);
     message.number(static_cast<std::uint64_t>(request.task));
     message.text(request.first);
     message.text(request.second);
@@ -138,6 +154,10 @@ Trial runApart(const Request& request) {
     message.number(request.options.mapWeights ? 1 : 0);
     message.text(request.options.cacheDirectory.view());
     message.number(request.options.cacheSizeLimit);
+    message.number(trustedKeys().size());
+    for (const VelmoraQuavin::String& pem : trustedKeys()) {
+        message.text(pem.view());
+    }
     std::string& bytes = message.bytes();
     const VelmoraQuavin::internal::WipeOnExit wipe(bytes.data(), bytes.size());
 
@@ -180,6 +200,7 @@ std::string answerTrial(std::string_view request) {
     parts.options.mapWeights = message.number() != 0;
     parts.options.cacheDirectory = message.text();
     parts.options.cacheSizeLimit = message.number();
+    readTrustedKeys(message);
     return textOf(perform(parts));
 }
 

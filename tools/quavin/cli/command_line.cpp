@@ -57,6 +57,7 @@ void defineCommandLine(CLI::App& app) {
     addPackCommand(app);
     addInspectCommand(app);
     addVerifyCommand(app);
+    addSignCommand(app);
     addRunCommand(app);
     addBenchCommand(app);
     addUnpackCommand(app);

@@ -26,6 +26,7 @@ CLI::Validator isPath();
 void addPackCommand(CLI::App& app);
 void addInspectCommand(CLI::App& app);
 void addVerifyCommand(CLI::App& app);
+void addSignCommand(CLI::App& app);
 void addRunCommand(CLI::App& app);
 void addBenchCommand(CLI::App& app);
 void addUnpackCommand(CLI::App& app);

@@ -11,6 +11,7 @@
 #include "quavin/client.h"
 #include "tools/quavin/check/trial.h"
 #include "tools/quavin/cli/command_line.h"
+#include "tools/quavin/cli/library.h"
 #include "tools/quavin/cli/notes.h"
 #include "tools/quavin/cli/printing.h"
 #include "tools/quavin/cli/usage.h"
@@ -65,10 +66,7 @@ int main(int argc, char** argv) {
     namespace platform = VelmoraQuavin::internal::platform;
     const platform::OutputSession session;
     try {
-        VelmoraQuavin::QuavinConfig config;
-        config.SetDiagnostics(true);
-        config.SetLogger(quavin_tool::noteKeeper());
-        const VelmoraQuavin::QuavinClientInitTerm library(config);
+        const VelmoraQuavin::QuavinClientInitTerm library(quavin_tool::libraryConfig());
         if (const auto status = platform::serveAsChild(quavin_tool::answerTrial)) {
             return *status;
         }

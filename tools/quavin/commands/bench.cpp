@@ -22,7 +22,7 @@
 namespace quavin_tool {
 namespace {
 
-struct Options {
+struct BenchOptions {
     std::string package;
     std::vector<std::string> inputs;
     bool raw = false;
@@ -58,7 +58,7 @@ double secondsSince(Clock::time_point start) {
 
 class Bench {
 public:
-    explicit Bench(const Options& options)
+    explicit Bench(const BenchOptions& options)
         : options_(options), files_(parseInputs(options.inputs)) {}
 
     Report run() {
@@ -102,7 +102,7 @@ private:
         return times;
     }
 
-    const Options& options_;
+    const BenchOptions& options_;
     InputFiles files_;
     std::shared_ptr<VelmoraQuavin::QuavinModel> model_;
     Features inputs_;
@@ -162,7 +162,7 @@ void printJson(const Report& report) {
     std::cout << json.text() << '\n';
 }
 
-void bench(const Options& options) {
+void bench(const BenchOptions& options) {
     const Report report = Bench(options).run();
     options.output.json ? printJson(report) : print(report);
 }
@@ -170,7 +170,7 @@ void bench(const Options& options) {
 }  // namespace
 
 void addBenchCommand(CLI::App& app) {
-    auto options = std::make_shared<Options>();
+    auto options = std::make_shared<BenchOptions>();
     CLI::App* const command =
         app.add_subcommand("bench", "Measures how long loading and predicting take.");
     addPackageArgument(*command, options->package);

@@ -13,7 +13,7 @@
 namespace quavin_tool {
 namespace {
 
-struct Options {
+struct CryptOptions {
     std::string input;
     std::string result;
     KeyOptions key;
@@ -27,7 +27,7 @@ void requireKey(const KeyOptions& key) {
     }
 }
 
-void encryptFile(const Options& options) {
+void encryptFile(const CryptOptions& options) {
     requireKey(options.key);
     requireAbsent(options.result);
     const Key key(options.key);
@@ -39,7 +39,7 @@ void encryptFile(const Options& options) {
         options.output);
 }
 
-void decryptFile(const Options& options) {
+void decryptFile(const CryptOptions& options) {
     requireKey(options.key);
     requireAbsent(options.result);
     const Key key(options.key);
@@ -62,7 +62,7 @@ void decryptFile(const Options& options) {
 
 // The options common to both.
 CLI::App* addCommand(CLI::App& app, const char* name, const char* description,
-                     const std::shared_ptr<Options>& options) {
+                     const std::shared_ptr<CryptOptions>& options) {
     CLI::App* const command = app.add_subcommand(name, description);
     command->add_option("INPUT", options->input, "The file to read")
         ->type_name("FILE")
@@ -80,13 +80,13 @@ CLI::App* addCommand(CLI::App& app, const char* name, const char* description,
 }  // namespace
 
 void addEncryptCommand(CLI::App& app) {
-    auto options = std::make_shared<Options>();
+    auto options = std::make_shared<CryptOptions>();
     addCommand(app, "encrypt", "Encrypts a file in the form of a package's secured files.", options)
         ->callback([options] { encryptFile(*options); });
 }
 
 void addDecryptCommand(CLI::App& app) {
-    auto options = std::make_shared<Options>();
+    auto options = std::make_shared<CryptOptions>();
     CLI::App* const command = addCommand(
         app, "decrypt", "Decrypts a secured file into one that only its owner may read.", options);
     command->add_flag("--keep-padding", options->keepPadding,

@@ -31,7 +31,7 @@ using VelmoraQuavin::ModelFeatureDescriptor;
 using VelmoraQuavin::QuavinStatus;
 using VelmoraQuavin::internal::kTrialNetwork;
 
-struct Options {
+struct DoctorOptions {
     OutputOptions output;
 };
 
@@ -159,7 +159,7 @@ std::string capabilitiesText(const EngineInfo& engine) {
     return text;
 }
 
-void print(const Diagnosis& diagnosis, const Options& options) {
+void print(const Diagnosis& diagnosis, const DoctorOptions& options) {
     const EngineInfo& engine = diagnosis.engine;
     std::vector<std::vector<std::string>> rows{{"quavin", VelmoraQuavin::getVersion()}};
     if (!engine.runtimeVersion.empty()) {
@@ -218,7 +218,7 @@ void printJson(const Diagnosis& diagnosis) {
     std::cout << json.text() << '\n';
 }
 
-void doctor(const Options& options) {
+void doctor(const DoctorOptions& options) {
     const Diagnosis diagnosis = diagnose();
     options.output.json ? printJson(diagnosis) : print(diagnosis, options);
     if (!diagnosis.status.ok()) {
@@ -229,7 +229,7 @@ void doctor(const Options& options) {
 }  // namespace
 
 void addDoctorCommand(CLI::App& app) {
-    auto options = std::make_shared<Options>();
+    auto options = std::make_shared<DoctorOptions>();
     CLI::App* const command = app.add_subcommand(
         "doctor", "Shows which libraries and processor are used, and tests them.");
     addOutputOptions(*command, options->output);

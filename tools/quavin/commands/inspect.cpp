@@ -21,7 +21,7 @@ using VelmoraQuavin::ModelFeatureDescriptor;
 using VelmoraQuavin::ModelTarget;
 using VelmoraQuavin::QuavinModelType;
 
-struct Options {
+struct InspectOptions {
     std::string package;
     OutputOptions output;
 };
@@ -71,6 +71,19 @@ std::string tableOf(const ModelTarget& target, const Inspected& inspected) {
     return text;
 }
 
+// Whether the signature is right takes a public key: that is for "verify".
+std::string signatureText(const Inspected& inspected) {
+    if (!inspected.signatureProblem.empty()) {
+        return printable(inspected.signatureProblem);
+    }
+    if (!inspected.isSigned) {
+        return "none";
+    }
+    return (inspected.keyHint.empty() ? std::string("by a key that it does not name")
+                                      : "by the key " + printable(inspected.keyHint)) +
+           ", not checked";
+}
+
 void print(const Inspected& inspected) {
     const VelmoraQuavin::ModelMetadata& metadata = *inspected.metadata;
     std::string engines;
@@ -83,7 +96,8 @@ void print(const Inspected& inspected) {
                         {"author", printable(metadata.getAuthor())},
                         {"description", printable(metadata.getDescription())},
                         {"SDK version", printable(metadata.getSdkVersion())},
-                        {"targets", engines.empty() ? "none" : engines}});
+                        {"targets", engines.empty() ? "none" : engines},
+                        {"signature", signatureText(inspected)}});
     for (const auto& [type, target] : sortedTargets(metadata)) {
         std::cout << "\nTarget " << keyOf(type) << "\n\n" << tableOf(*target, inspected);
     }
@@ -117,6 +131,13 @@ void printJson(const Inspected& inspected) {
     json.member("author", metadata.getAuthor());
     json.member("description", metadata.getDescription());
     json.member("sdkVersion", metadata.getSdkVersion());
+    json.member("signed", inspected.isSigned);
+    if (inspected.isSigned) {
+        json.member("keyHint", inspected.keyHint);
+    }
+    if (!inspected.signatureProblem.empty()) {
+        json.member("signatureProblem", inspected.signatureProblem);
+    }
     json.beginObject("targets");
     for (const auto& [type, target] : sortedTargets(metadata)) {
         json.beginObject(keyOf(type).c_str());
@@ -128,7 +149,7 @@ void printJson(const Inspected& inspected) {
     std::cout << json.text() << '\n';
 }
 
-void inspect(const Options& options) {
+void inspect(const InspectOptions& options) {
     std::error_code ignored;
     const bool directory = fs::is_directory(fs::u8path(options.package), ignored);
     const Inspected inspected =
@@ -139,7 +160,7 @@ void inspect(const Options& options) {
 }  // namespace
 
 void addInspectCommand(CLI::App& app) {
-    auto options = std::make_shared<Options>();
+    auto options = std::make_shared<InspectOptions>();
     CLI::App* const command =
         app.add_subcommand("inspect", "Shows what a package or an archive contains. Needs no key.");
     addPackageArgument(*command, options->package);

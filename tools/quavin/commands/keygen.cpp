@@ -11,13 +11,13 @@
 namespace quavin_tool {
 namespace {
 
-struct Options {
+struct KeygenOptions {
     std::string file;
     bool raw = false;
     OutputOptions output;
 };
 
-void makeKey(const Options& options) {
+void makeKey(const KeygenOptions& options) {
     constexpr std::string_view kDigits = "0123456789abcdef";
     requireAbsent(options.file);
     const Key key;
@@ -36,7 +36,7 @@ void makeKey(const Options& options) {
 }  // namespace
 
 void addKeygenCommand(CLI::App& app) {
-    auto options = std::make_shared<Options>();
+    auto options = std::make_shared<KeygenOptions>();
     CLI::App* const command = app.add_subcommand(
         "keygen", "Creates a random key in a file that only its owner may read.");
     command->add_option("FILE", options->file, "The new file to write the key to")

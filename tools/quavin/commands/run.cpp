@@ -14,7 +14,7 @@
 namespace quavin_tool {
 namespace {
 
-struct Options {
+struct RunOptions {
     std::string package;
     std::vector<std::string> inputs;
     std::string directory;
@@ -25,7 +25,7 @@ struct Options {
     OutputOptions output;
 };
 
-void run(const Options& options) {
+void run(const RunOptions& options) {
     // Before anything is read: incorrect usage has its own exit status.
     const InputFiles files = parseInputs(options.inputs);
     requirePortableName(options.directory, "choose another --output");
@@ -44,7 +44,7 @@ void run(const Options& options) {
 }  // namespace
 
 void addRunCommand(CLI::App& app) {
-    auto options = std::make_shared<Options>();
+    auto options = std::make_shared<RunOptions>();
     CLI::App* const command =
         app.add_subcommand("run", "Predicts once from files, and prints or writes the outputs.");
     addPackageArgument(*command, options->package);

@@ -19,7 +19,7 @@ using VelmoraQuavin::Filepath;
 using VelmoraQuavin::FileUtils;
 using VelmoraQuavin::QuavinStatus;
 
-struct Options {
+struct UnpackOptions {
     std::string archive;
     std::string directory;
     KeyOptions key;
@@ -33,7 +33,7 @@ QuavinStatus extract(const WipedBytes& archive, const Key* key, Filepath& destin
 }
 
 // Encrypted archives, or those decrypted with a wrong key, fail the checksum test.
-QuavinStatus withAdvice(QuavinStatus status, const Options& options) {
+QuavinStatus withAdvice(QuavinStatus status, const UnpackOptions& options) {
     if (status.getCode() == VelmoraQuavin::TAR_CHECKSUM_MISMATCH) {
         status.setDescription(status.getDescription() +
                               (options.key.given()
@@ -43,7 +43,7 @@ QuavinStatus withAdvice(QuavinStatus status, const Options& options) {
     return status;
 }
 
-void unpack(const Options& options) {
+void unpack(const UnpackOptions& options) {
     const std::unique_ptr<Key> key = readKey(options.key);
     const WipedBytes archive = readFile(options.archive);
     if (key == nullptr && VelmoraQuavin::internal::isFalseTarEnd(archive.data(), archive.size())) {
@@ -73,7 +73,7 @@ void unpack(const Options& options) {
 }  // namespace
 
 void addUnpackCommand(CLI::App& app) {
-    auto options = std::make_shared<Options>();
+    auto options = std::make_shared<UnpackOptions>();
     CLI::App* const command = app.add_subcommand("unpack", "Unpacks an archive into a directory.");
     command->add_option("FILE", options->archive, "The archive, plain or encrypted")
         ->type_name("")

@@ -1,5 +1,6 @@
 #include "tools/quavin/io/wiped_bytes.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "core/secure_wipe.h"
@@ -30,6 +31,12 @@ void WipedBytes::wipe() {
 void WipedBytes::truncate(std::uint64_t size) {
     VelmoraQuavin::internal::secureWipe(data_.get() + size, size_ - size);
     size_ = size;
+}
+
+WipedBytes bytesOf(std::string_view text) {
+    WipedBytes bytes(text.size());
+    std::copy(text.begin(), text.end(), bytes.data());
+    return bytes;
 }
 
 }  // namespace quavin_tool

@@ -29,4 +29,7 @@ private:
     std::uint64_t size_ = 0;
 };
 
+/// A copy of a text.
+WipedBytes bytesOf(std::string_view text);
+
 }  // namespace quavin_tool

@@ -8,14 +8,13 @@
 
 #include "core/secure_wipe.h"
 #include "platform/aes_encryption.h"
-#include "platform/private_file.h"
 #include "platform/process.h"
 #include "quavin/status.h"
+#include "tools/quavin/package/owners_file.h"
 
 namespace quavin_tool {
 namespace {
 
-using VelmoraQuavin::FileException;
 using VelmoraQuavin::InvalidArgumentsException;
 using VelmoraQuavin::internal::secureWipe;
 using VelmoraQuavin::internal::WipeOnExit;
@@ -80,22 +79,9 @@ Key::Key(const KeyOptions& options) {
     }
     std::array<unsigned char, kLargestKeyFile> text{};
     const WipeOnExit wipe(text.data(), text.size());
-    std::size_t size = 0;
-    std::string problem;
-    const auto others =
-        options.allowOpenFile ? platform::OpenToOthers::kAllowed : platform::OpenToOthers::kRefused;
-    switch (
-        platform::readPrivateFile(options.file, others, text.data(), text.size(), size, problem)) {
-        case platform::PrivateReading::kDone:
-            break;
-        case platform::PrivateReading::kOpenToOthers:
-            problem += ", or pass --allow-open-key-file";
-            [[fallthrough]];
-        default:
-            throw FileException(
-                (mayBeKey(options.file) ? kGivenFile : "The key file " + options.file) + " " +
-                problem);
-    }
+    const std::size_t size =
+        readOwnersFile(options.file, options.allowOpenFile, text.data(), text.size(),
+                       mayBeKey(options.file) ? kGivenFile : "The key file " + options.file);
     if (!parse(text.data(), size)) {
         throw InvalidArgumentsException(
             (hasShapeOfKey(options.file) ? kGivenFile : "The file " + options.file) +

@@ -12,7 +12,7 @@
 #include "tools/quavin/io/file.h"
 #include "tools/quavin/io/path_text.h"
 #include "tools/quavin/io/require.h"
-#include "tools/quavin/package/archive_content.h"
+#include "tools/quavin/package/package_digests.h"
 #include "tools/quavin/package/secured_bytes.h"
 
 namespace quavin_tool {
@@ -25,7 +25,6 @@ using VelmoraQuavin::ModelTarget;
 using VelmoraQuavin::QuavinModelType;
 using VelmoraQuavin::QuavinStatus;
 using VelmoraQuavin::internal::packagePath;
-using VelmoraQuavin::internal::TarEntry;
 
 // Whether a text is a network rather than the result of decrypting with a wrong key.
 bool isNetwork(std::string_view text) {
@@ -40,49 +39,14 @@ std::string joined(const std::string& text, const char* advice) {
     return text + (ends ? " " : ". ") + advice;
 }
 
-WipedBytes copyOf(const TarEntry& entry) {
-    WipedBytes copy(entry.size);
-    std::copy_n(entry.content, entry.size, copy.data());
-    return copy;
-}
-
 }  // namespace
 
 OpenedPackage::OpenedPackage(const std::string& package, const unsigned char* key)
     : package_(package), key_(key) {
     std::error_code ignored;
     if (fs::is_regular_file(fs::u8path(package), ignored)) {
-        openArchive();
+        archive_.emplace(package, key);
     }
-}
-
-void OpenedPackage::openArchive() {
-    archive_.emplace();
-    archive_->stored = readFile(package_);
-    archive_->isEncrypted = !isArchive(archive_->stored);
-    // An encrypted archive cannot be told from other bytes.
-    if (archive_->isEncrypted && key_ == nullptr) {
-        throw ArchiveKeyException(
-            package_ +
-            " is neither a directory nor a tar archive; an encrypted archive needs "
-            "--key-file or --key-env");
-    }
-    const WipedBytes decrypted = decryptedArchive();
-    if (archive_->isEncrypted && !isArchive(decrypted)) {
-        throw ArchiveKeyException(
-            package_ +
-            " is not a tar archive, even after decryption: the key is wrong, or the file is "
-            "damaged");
-    }
-    const auto files = readArchive(archive_->isEncrypted ? decrypted : archive_->stored, package_);
-    archive_->manifest = copyOf(files.at(kManifestName));
-    for (const auto& [path, entry] : files) {
-        archive_->sizes[path] = entry.size;
-    }
-}
-
-WipedBytes OpenedPackage::decryptedArchive() const {
-    return archive_->isEncrypted ? decrypt(archive_->stored, key_, package_) : WipedBytes();
 }
 
 std::string OpenedPackage::problem() const {
@@ -90,19 +54,27 @@ std::string OpenedPackage::problem() const {
 }
 
 WipedBytes OpenedPackage::manifestText() const {
-    if (!archive_.has_value()) {
-        return readFile(join(package_, kManifestName));
-    }
-    const WipedBytes& manifest = archive_->manifest;
-    WipedBytes copy(manifest.size());
-    std::copy_n(manifest.data(), manifest.size(), copy.data());
-    return copy;
+    return archive_.has_value() ? archive_->manifest() : readFile(join(package_, kManifestName));
+}
+
+std::optional<WipedBytes> OpenedPackage::signature() const {
+    return archive_.has_value() ? archive_->signature() : signatureInDirectory(package_);
+}
+
+VelmoraQuavin::internal::SignedFiles OpenedPackage::digests(
+    const VelmoraQuavin::internal::Statement& statement) const {
+    return archive_.has_value() ? archive_->digests(statement)
+                                : digestsInDirectory(package_, statement);
 }
 
 QuavinStatus OpenedPackage::readManifest(VelmoraQuavin::ModelMetadata& metadata) const {
-    QuavinStatus status = archive_.has_value() ? metadata.loadFromMemory(archive_->manifest.data(),
-                                                                         archive_->manifest.size())
-                                               : metadata.load(manifestPath(package_));
+    QuavinStatus status;
+    if (archive_.has_value()) {
+        const WipedBytes text = archive_->manifest();
+        status = metadata.loadFromMemory(text.data(), text.size());
+    } else {
+        status = metadata.load(manifestPath(package_));
+    }
     keys().applyTo(metadata);
     return status;
 }
@@ -114,7 +86,7 @@ std::string OpenedPackage::filePath(const ModelComponent& component) const {
 std::string OpenedPackage::fileProblem(const ModelComponent& component) const {
     const char* const missing = "The file is missing";
     if (archive_.has_value()) {
-        return archive_->sizes.count(packagePath(component.path.view())) != 0 ? "" : missing;
+        return archive_->sizeOf(packagePath(component.path.view())).has_value() ? "" : missing;
     }
     std::error_code ignored;
     const fs::path file = systemPath(filePath(component));
@@ -126,7 +98,7 @@ std::string OpenedPackage::fileProblem(const ModelComponent& component) const {
 
 std::uint64_t OpenedPackage::fileSize(const ModelComponent& component) const {
     if (archive_.has_value()) {
-        return archive_->sizes.at(packagePath(component.path.view()));
+        return archive_->sizeOf(packagePath(component.path.view())).value();
     }
     std::error_code ignored;
     return fs::file_size(systemPath(filePath(component)), ignored);
@@ -134,7 +106,7 @@ std::uint64_t OpenedPackage::fileSize(const ModelComponent& component) const {
 
 QuavinStatus OpenedPackage::describe(Descriptors& inputs, Descriptors& outputs) const {
     if (archive_.has_value()) {
-        const WipedBytes& stored = archive_->stored;
+        const WipedBytes& stored = archive_->stored();
         return VelmoraQuavin::describeNetwork(stored.data(), stored.size(), keys(), inputs,
                                               outputs);
     }
@@ -147,7 +119,7 @@ std::shared_ptr<VelmoraQuavin::QuavinModel> OpenedPackage::load(
     auto& client = VelmoraQuavin::QuavinClient::instance();
     std::shared_ptr<VelmoraQuavin::QuavinModel> model;
     QuavinStatus status =
-        archive_.has_value() ? client.getModel(archive_->stored.data(), archive_->stored.size(),
+        archive_.has_value() ? client.getModel(archive_->stored().data(), archive_->stored().size(),
                                                keys(), model, QuavinModelType::Openvino, options)
                              : client.getModel(metadata, model, QuavinModelType::Openvino, options);
     if (!status.ok() && decryptsToNoNetwork(engineTarget(*metadata))) {
@@ -176,16 +148,8 @@ bool OpenedPackage::decryptsToNoNetwork(const ModelTarget& target) const {
 }
 
 WipedBytes OpenedPackage::storedContent(const ModelComponent& component) const {
-    if (!archive_.has_value()) {
-        return readFile(filePath(component));
-    }
-    const WipedBytes decrypted = decryptedArchive();
-    const auto files = readArchive(archive_->isEncrypted ? decrypted : archive_->stored, package_);
-    const auto file = files.find(packagePath(component.path.view()));
-    if (file == files.end()) {
-        throw VelmoraQuavin::FileException(package_ + " contains no " + component.path.str());
-    }
-    return copyOf(file->second);
+    return archive_.has_value() ? archive_->contentOf(packagePath(component.path.view()))
+                                : readFile(filePath(component));
 }
 
 WipedBytes OpenedPackage::plainContent(const ModelComponent& component) const {
@@ -213,7 +177,7 @@ VelmoraQuavin::PackageKeys OpenedPackage::keys() const {
     VelmoraQuavin::PackageKeys keys;
     if (key_ != nullptr) {
         keys.setComponentKey(key_);
-        if (archive_.has_value() && archive_->isEncrypted) {
+        if (archive_.has_value() && archive_->isEncrypted()) {
             keys.setArchiveKey(key_);
         }
     }

@@ -1,32 +1,18 @@
 #pragma once
 
 #include <cstdint>
-#include <map>
 #include <memory>
 #include <optional>
 #include <string>
 
+#include "package/signature/statement.h"
 #include "quavin/client.h"
 #include "quavin/network.h"
 #include "tools/quavin/io/wiped_bytes.h"
+#include "tools/quavin/package/opened_archive.h"
 #include "tools/quavin/package/package.h"
 
 namespace quavin_tool {
-
-/// The file is not an archive, and there was no key or decrypting it did not yield one.
-class ArchiveKeyException : public VelmoraQuavin::Exception {
-public:
-    explicit ArchiveKeyException(const std::string& text)
-        : Exception(text, VelmoraQuavin::TAR_CHECKSUM_MISMATCH) {}
-};
-
-/// What OpenedPackage keeps of an archive.
-struct OpenedArchive {
-    WipedBytes stored;
-    bool isEncrypted = false;
-    WipedBytes manifest;
-    std::map<std::string, std::uint64_t> sizes;  ///< By path in the package.
-};
 
 /// A package to load: a directory, or an archive, which is read into memory and stays encrypted
 /// there if it is. Nothing is written to the disk.
@@ -47,6 +33,15 @@ public:
     /// Reads the manifest, and sets the key on its components if there is one.
     VelmoraQuavin::QuavinStatus readManifest(VelmoraQuavin::ModelMetadata& metadata) const;
 
+    /// The content of the signature's file; nothing if there is none.
+    /// @throws SignatureException if it is larger than any signature; FileException if it cannot be
+    ///         read.
+    std::optional<WipedBytes> signature() const;
+    /// The digests of all files but the signature's, and those that a statement leaves out.
+    /// @throws Exception as digestsInDirectory() does.
+    VelmoraQuavin::internal::SignedFiles digests(
+        const VelmoraQuavin::internal::Statement& statement) const;
+
     /// Why a component cannot be read; empty if it can.
     std::string fileProblem(const VelmoraQuavin::ModelComponent& component) const;
     /// The size of a component that can be read.
@@ -64,9 +59,6 @@ public:
     bool decryptsToNoNetwork(const VelmoraQuavin::ModelTarget& target) const;
 
 private:
-    void openArchive();
-    // The archive's plain form, if it is encrypted.
-    WipedBytes decryptedArchive() const;
     // A component's bytes as they are stored in the package.
     WipedBytes storedContent(const VelmoraQuavin::ModelComponent& component) const;
     WipedBytes plainContent(const VelmoraQuavin::ModelComponent& component) const;

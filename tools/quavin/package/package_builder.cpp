@@ -89,12 +89,6 @@ void describe(const std::string& network, const std::string& weights, NetworkFil
     std::for_each(files.inputs.begin(), files.inputs.end(), checkInput);
 }
 
-WipedBytes bytesOf(std::string_view text) {
-    WipedBytes bytes(text.size());
-    std::copy(text.begin(), text.end(), bytes.data());
-    return bytes;
-}
-
 }  // namespace
 
 NetworkFiles readFilesToPack(const std::string& network, const std::string& namedWeights) {
