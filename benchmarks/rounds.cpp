@@ -40,6 +40,7 @@ void compare(const std::string& title, const std::vector<Contestant>& contestant
                     1e6 * quantile(times[index], 0.5));
         if (index > 0) {
             std::vector<double> ratios;
+            ratios.reserve(times[0].size());
             for (std::size_t round = 0; round < times[0].size(); ++round) {
                 ratios.push_back(times[index][round] / times[0][round]);
             }

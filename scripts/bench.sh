@@ -17,7 +17,7 @@ case $preset in
     release)
         predict=("$root/build/release/benchmarks/quavin_predict_benchmark")
         configure_and_build release quavin_predict_benchmark quavin_load_benchmark quavin_aes_benchmark \
-            quavin_options_benchmark quavin_tar_benchmark quavin_peer_host
+            quavin_options_benchmark quavin_signature_benchmark quavin_tar_benchmark quavin_peer_host
         ;;
     windows-release)
         predict=("$root/scripts/run-in-wine.sh" "$root/build/$preset/bin/quavin_predict_benchmark.exe")
@@ -103,6 +103,11 @@ small_secured=$(make_model small --encrypt "$key")
 "$programs/quavin_options_benchmark" --memory raw "$mobilenet" 64
 "$programs/quavin_options_benchmark" --memory clone "$mobilenet" 64
 
+say "Verifying signatures"
+[ -f "$models/signer.pem" ] && [ -f "$plain/model.sig" ] ||
+    python3 "$root/benchmarks/models/sign_package.py" "$plain" "$models/signer.pem"
+"$programs/quavin_signature_benchmark" "$plain" "$models/signer.pem" 31
+
 say "Decrypting"
 "$programs/quavin_aes_benchmark" 41
 
@@ -111,7 +116,8 @@ say "Extracting"
 
 say "Comparing with ONNX Runtime"
 # Skipped, with a line that says why, if it cannot be installed.
-if python=$(python3 "$root/benchmarks/peers/make_environment.py"); then
+export ORT_DISABLE_TELEMETRY=1 # on by default since release 1.29
+if python=$(python3 "$root/scripts/python_environment.py" peers "$root/benchmarks/peers/requirements.txt"); then
     "$python" "$root/benchmarks/peers/make_networks.py" "$models/peers" mobilenet small
     "$python" "$root/benchmarks/peers/compare.py" "$programs/quavin_peer_host" "$models/peers" 21
 fi

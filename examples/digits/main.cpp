@@ -38,7 +38,8 @@ std::vector<Digit> readDigits(const String& folder) {
         throw FileException("there is no held_out.bin in " + folder);
     }
     const auto* first = reinterpret_cast<const Digit*>(bytes.get());
-    return {first, first + size / sizeof(Digit)};
+    const std::size_t count = size / sizeof(Digit);
+    return {first, first + count};
 }
 
 // The plain package needs nothing but its path.

@@ -18,6 +18,7 @@ trap 'rm -rf "$work"' EXIT
 cd "$work"
 export PYTHONDONTWRITEBYTECODE=1
 export PYTHONWARNINGS=ignore
+export ORT_DISABLE_TELEMETRY=1 # on by default since release 1.29 of ONNX Runtime
 
 # pack_and_run NETWORK.xml expect:OUTPUT=FILE ... INPUT=FILE ...
 pack_and_run() {

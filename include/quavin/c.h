@@ -90,7 +90,8 @@ enum {
     QUAVIN_ALLOCATION_FAILED = 18,        ///< A tensor cannot allocate memory.
     QUAVIN_EMPTY_INPUT_DESCRIPTOR = 19,   ///< An input that the network needs was left out.
     QUAVIN_TAR_CHECKSUM_MISMATCH = 21,    ///< A tar header's checksum is wrong.
-    QUAVIN_TAR_UNSUPPORTED_ENTRY = 22     ///< A tar entry is neither a file nor a directory.
+    QUAVIN_TAR_UNSUPPORTED_ENTRY = 22,    ///< A tar entry is neither a file nor a directory.
+    QUAVIN_SIGNATURE_ERROR = 23           ///< The package is not what a trusted key signed.
 };
 
 /// The text of this thread's last failing call, cut after about a thousand bytes; "" before the
@@ -176,17 +177,23 @@ typedef struct quavin_config {
         engine;           ///< For models without options of their own; null: defaults.
     int32_t diagnostics;  ///< Not 0: one record for each failure whose text hides the cause.
     int32_t reserved;     ///< Zero.
+    /// Public keys in PEM, on the curves P-256 and P-384. If there are any, only packages that one
+    /// of them signed are loaded or described, also after quavin_terminate(), until the next
+    /// quavin_init(). docs/signatures.md says what is checked.
+    const char* const* trusted_keys;
+    size_t trusted_key_count;  ///< Elements of `trusted_keys`; 0: signatures are not looked at.
 } quavin_config;
 
 /// Begins a quavin_config with its defaults.
 #define QUAVIN_CONFIG_INIT \
-    { sizeof(quavin_config), NULL, NULL, NULL, 0, 0 }
+    { sizeof(quavin_config), NULL, NULL, NULL, 0, 0, NULL, 0 }
 
 /// Switches the library on.
 /// @param config null for the defaults. Not needed after the call.
 /// @return #QUAVIN_SUCCESS; #QUAVIN_FAILURE, changing nothing, if the library is already on or
-///         memory runs out; #QUAVIN_INVALID_ARGUMENTS for an unusable struct. Engine options that
-///         have no meaning are reported by the loads, not here.
+///         memory runs out; #QUAVIN_INVALID_ARGUMENTS for an unusable struct or a null key. Engine
+///         options that have no meaning, and trusted keys that cannot be used, are reported by the
+///         loads, not here.
 QUAVIN_API quavin_status quavin_init(const quavin_config* config);
 /// Switches the library off; does nothing if it is off. Handles stay valid, and their models can
 /// still predict. Models stay registered. The log function is not called any more.
@@ -263,7 +270,9 @@ typedef struct quavin_buffer {
 ///         #QUAVIN_INVALID_OPERATION for a first input of variable shape; #QUAVIN_FILE_ERROR if a
 ///         component cannot be read, decrypted or parsed; #QUAVIN_ML_FRAMEWORK_ERROR or
 ///         #QUAVIN_FAILURE if the engine fails; #QUAVIN_FAILURE if the path is not UTF-8 or memory
-///         runs out.
+///         runs out. While keys are trusted, also #QUAVIN_SIGNATURE_ERROR for a package that is not
+///         what one of them signed, #QUAVIN_FILE_ERROR for a signature that cannot be read, and
+///         #QUAVIN_INVALID_ARGUMENTS for a key that cannot be used or mapped weights.
 QUAVIN_API quavin_status quavin_load_directory(const char* path, const quavin_load_options* options,
                                                quavin_model** model);
 /// Loads the package in a tar archive in memory, as `quavin pack` writes it.
@@ -581,7 +590,8 @@ QUAVIN_API quavin_status quavin_model_set_memory(quavin_model* model, uint64_t b
 ///         #QUAVIN_MODEL_METADATA_ERROR for a manifest that is missing or malformed or has no
 ///         target for this engine; #QUAVIN_INVALID_MODEL_PATH for fewer than two file components;
 ///         #QUAVIN_FILE_ERROR if a file cannot be read, or is not a network that can be loaded;
-///         #QUAVIN_FAILURE if the engine fails or memory runs out.
+///         #QUAVIN_FAILURE if the engine fails or memory runs out. While keys are trusted, also
+///         what quavin_load_directory() returns then.
 QUAVIN_API quavin_status quavin_describe_directory(const char* path, const quavin_keys* keys,
                                                    quavin_network** network);
 /// As above, for the package in a tar archive in memory.

@@ -6,6 +6,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "quavin/device.h"
@@ -48,11 +49,23 @@ public:
     const EngineOptions& GetEngineOptions() const { return engineOptions_; }
     /// Sets how models compute. Options that cannot be used are reported by the loads, not here.
     void SetEngineOptions(const EngineOptions& options) { engineOptions_ = options; }
+    /// The public keys whose signatures count; none by default.
+    const std::vector<String>& GetTrustedKeys() const { return trustedKeys_; }
+    /// Sets the public keys whose signatures count. From init() on, only packages load that one of
+    /// them signed, and describeNetwork() refuses others too: SIGNATURE_ERROR. docs/signatures.md
+    /// describes signatures. The keys also count after QuavinClient::terminate(), until the next
+    /// init().
+    ///
+    /// A key that cannot be used is reported by the loads, not here.
+    /// @param pems one elliptic curve key each, on P-256 or P-384, in PEM ("BEGIN PUBLIC KEY").
+    ///        Without any, signatures are not looked at.
+    void SetTrustedKeys(std::vector<String> pems) { trustedKeys_ = std::move(pems); }
 
 private:
     std::shared_ptr<ILogProcessor> logger_;
     bool diagnostics_ = false;
     EngineOptions engineOptions_;
+    std::vector<String> trustedKeys_;
 };
 
 /// The host's interface to the library: one object per process.
@@ -111,12 +124,13 @@ public:
     ///
     /// What `model` holds after a failure depends on how far the call got:
     /// - its previous value if the library is off or `path` is empty;
-    /// - null if the manifest cannot be read or has no target for this engine, or if the model
-    ///   refuses its target (MODEL_METADATA_ERROR, INVALID_MODEL_PATH, INVALID_WEIGHTS_PATH, or
-    ///   ML_FRAMEWORK_ERROR from the engine);
+    /// - null if the manifest or the signature cannot be read, if the manifest is not what was
+    ///   signed or has no target for this engine, or if the model refuses its target
+    ///   (MODEL_METADATA_ERROR, INVALID_MODEL_PATH, INVALID_WEIGHTS_PATH, or ML_FRAMEWORK_ERROR
+    ///   from the engine);
     /// - the new model, which is *not* loaded, if an exception ended the load (INVALID_OPERATION,
-    ///   FILE_ERROR, or FAILURE from the engine). It cannot predict (MODEL_NOT_LOADED) and can be
-    ///   dropped.
+    ///   FILE_ERROR, SIGNATURE_ERROR for a component, or FAILURE from the engine). It cannot
+    ///   predict (MODEL_NOT_LOADED) and can be dropped.
     ///
     /// So check the status, not the pointer.
     ///
@@ -131,7 +145,11 @@ public:
     ///         lacks a target, inputs, outputs or components; INVALID_OPERATION for a first input
     ///         of variable shape; FILE_ERROR if a component cannot be read, decrypted or parsed;
     ///         FAILURE or ML_FRAMEWORK_ERROR if the engine fails; FAILURE also for a path that is
-    ///         not UTF-8, or if memory runs out. Never throws.
+    ///         not UTF-8, or if memory runs out. While keys are trusted
+    ///         (QuavinConfig::SetTrustedKeys), also SIGNATURE_ERROR for a package that none of them
+    ///         signed, FILE_ERROR for a signature that cannot be read, and INVALID_ARGUMENTS for a
+    ///         key that cannot be used, or for EngineOptions::mapWeights (`model` is then
+    ///         unchanged). Never throws.
     QuavinStatus getModel(const String& path, std::shared_ptr<QuavinModel>& model, int option,
                           QuavinModelType type);
     /// As above, and registers the model: it appears in queryRuntimeStatus() and is kept alive by
@@ -156,7 +174,8 @@ public:
     /// components have been given their keys.
     /// @param metadata shared with the model; if null, the call returns INVALID_ARGUMENTS.
     /// @param model receives the loaded model. Unchanged if the library is off, or if `metadata` is
-    ///        null or has no target for this engine; for other failures see the first overload.
+    ///        null, is not what was signed or has no target for this engine; for other failures see
+    ///        the first overload.
     /// @param device as above.
     /// @return as above. Never throws.
     QuavinStatus getModel(std::shared_ptr<ModelMetadata> metadata,

@@ -20,6 +20,7 @@ namespace VelmoraQuavin {
 
 namespace internal {
 class ComponentSource;
+struct ManifestDigest;
 struct MetadataAccess;
 }  // namespace internal
 
@@ -120,6 +121,10 @@ public:
     /// target for an engine that it names replaces the existing one, including any keys set on it;
     /// targets for other engines stay.
     ///
+    /// While keys are trusted (QuavinConfig::SetTrustedKeys), the digest of the manifest is
+    /// remembered, for the loads that compare it with the package's signature. They refuse an
+    /// object that still holds a field or a target from before this call.
+    ///
     /// @param path the manifest itself. Everything before the last backslash becomes the root
     ///        directory, so join paths with Filepath::append(), not with "/".
     /// @return SUCCESS, even if "targets" names no engine; MODEL_METADATA_ERROR if the file cannot
@@ -176,6 +181,8 @@ private:
     std::optional<std::weak_ptr<const internal::ComponentSource>> memory_;
     // Used only by diagnostics: describes the "targets" of the last manifest.
     String targetsAsWritten_;
+    // Set while keys are trusted, if everything read comes from this manifest.
+    std::shared_ptr<const internal::ManifestDigest> manifest_;
 };
 
 }  // namespace VelmoraQuavin

@@ -126,11 +126,16 @@ public:
 
     /// Stores the metadata, even if loading then fails, and loads its target.
     /// QuavinClient::getModel does this for hosts. A model that is already loaded keeps the network
-    /// it has read: unload it first to have the files read again.
+    /// it has read: unload it first to have the files read again. While keys are trusted
+    /// (QuavinConfig::SetTrustedKeys), the manifest is verified before anything else, and a network
+    /// that was read before they were set is read again.
     /// @return INVALID_ARGUMENTS for a null pointer; MODEL_METADATA_ERROR if the target has no
     ///         inputs, no outputs, no components, or a first input without elements; otherwise the
     ///         engine's status.
     /// @throws InvalidOperationException if the first input has a variable shape.
+    /// @throws SignatureException if keys are trusted and none of them signed the package;
+    ///         InvalidArgumentsException if one cannot be used; FileException if the signature
+    ///         cannot be read, or was in memory, which the library did not keep.
     /// @throws Exception or std::exception if the engine throws it.
     QuavinStatus load(std::shared_ptr<ModelMetadata> metadata);
     /// Reads a manifest into the metadata of an earlier load(), and loads its target.

@@ -31,12 +31,16 @@ namespace VelmoraQuavin {
 QUAVIN_API QuavinStatus describeNetwork(const Filepath& topology, const Filepath& weights,
                                         std::vector<ModelFeatureDescriptor>& inputs,
                                         std::vector<ModelFeatureDescriptor>& outputs);
-/// As above, for the network of a package; its secured files are decrypted in memory.
+/// As above, for the network of a package; its secured files are decrypted in memory. Where keys
+/// are trusted (QuavinConfig::SetTrustedKeys), the package must be signed by one of them; plain
+/// files, as above, need no signature.
 /// @param metadata a manifest that has been read, with the keys set on its components.
 /// @param inputs as above.
 /// @param outputs as above.
 /// @return as above; MODEL_METADATA_ERROR if there is no target for this engine; INVALID_MODEL_PATH
-///         for fewer than two file components.
+///         for fewer than two file components; where keys are trusted, SIGNATURE_ERROR for a
+///         package that none of them signed, FILE_ERROR for a signature that cannot be read, and
+///         INVALID_ARGUMENTS for a key that cannot be used.
 QUAVIN_API QuavinStatus describeNetwork(const ModelMetadata& metadata,
                                         std::vector<ModelFeatureDescriptor>& inputs,
                                         std::vector<ModelFeatureDescriptor>& outputs);

@@ -39,6 +39,7 @@ enum STATUS_CODE : std::uint32_t {
     EMPTY_INPUT_DESCRIPTOR = 19,  ///< No feature has the name of a network input.
     TAR_CHECKSUM_MISMATCH = 21,   ///< A tar header's checksum is wrong.
     TAR_UNSUPPORTED_ENTRY = 22,   ///< A tar entry is neither a file nor a directory.
+    SIGNATURE_ERROR = 23,         ///< The package is not what a trusted key signed.
 };
 
 /// The outcome of an operation: a code and a human-readable description.
@@ -181,6 +182,16 @@ public:
     ~RangeException() override;
 };
 
+/// The package is not what a trusted key signed: code SIGNATURE_ERROR.
+class QUAVIN_API SignatureException : public Exception {
+public:
+    explicit SignatureException(const String& message);       ///< Stores the message.
+    SignatureException(const SignatureException&) = default;  ///< Copies message and code.
+    SignatureException& operator=(const SignatureException&) =
+        default;  ///< Copies message and code.
+    ~SignatureException() override;
+};
+
 /// Converts the exception being handled into a status.
 ///
 /// An Exception yields its own code and message; any other standard exception yields FAILURE and
@@ -188,7 +199,7 @@ public:
 /// error occured". Descriptions end at their first zero byte.
 ///
 /// Call it only inside a catch handler: with no exception being handled, the process terminates.
-/// Throws only if the description cannot be allocated. May be called from any thread.
+/// Never throws: short of memory for the message, it says that. May be called from any thread.
 ///
 /// @code
 /// try {

@@ -1,7 +1,7 @@
 #include <cstring>
-#include <limits>
 
 #include "c/guard.h"
+#include "package/secured/format.h"
 #include "quavin/c.h"
 #include "quavin/encryption.h"
 #include "quavin/files.h"
@@ -50,19 +50,18 @@ quavin_status quavin_extract_archive(const void* data, size_t size, const uint8_
 quavin_status quavin_decrypt(const void* input, size_t size, const uint8_t* key, void* output,
                              size_t room) {
     return guarded([&] {
-        constexpr std::size_t kBlock = 16;
         requireGiven(input, "input");
         requireGiven(key, "key");
-        if (size < kBlock || size % kBlock != 0 ||
-            size > std::numeric_limits<unsigned int>::max()) {
+        if (!isSecuredSize(size)) {
             throw InvalidArgumentsException("No secured file has " + std::to_string(size) +
                                             " bytes");
         }
-        if (room < size - kBlock) {
-            throw InvalidArgumentsException("\"output\" needs " + std::to_string(size - kBlock) +
+        const std::size_t needed = size - kSecuredVectorSize;
+        if (room < needed) {
+            throw InvalidArgumentsException("\"output\" needs " + std::to_string(needed) +
                                             " bytes and has " + std::to_string(room));
         }
-        if (size != kBlock) {
+        if (needed != 0) {
             requireGiven(output, "output");
         }
         auto* plain = static_cast<unsigned char*>(output);

@@ -43,12 +43,7 @@ quavin_status settle(const QuavinStatus& status) noexcept {
 }
 
 quavin_status settleCurrentException() noexcept {
-    try {
-        return settle(getStatusFromCurrentException());
-    } catch (...) {
-        setLastError("Out of memory");
-        return QUAVIN_FAILURE;
-    }
+    return settle(getStatusFromCurrentException());
 }
 
 }  // namespace VelmoraQuavin::internal

@@ -13,7 +13,8 @@ static_assert(sizeof(void*) == 8 && sizeof(std::size_t) == 8, "the sizes below a
 static_assert(sizeof(quavin_log_record) == 48 && offsetof(quavin_log_record, level) == 40);
 static_assert(sizeof(quavin_engine_options) == 40 &&
               offsetof(quavin_engine_options, cache_size_limit) == 32);
-static_assert(sizeof(quavin_config) == 40 && offsetof(quavin_config, reserved) == 36);
+static_assert(sizeof(quavin_config) == 56 && offsetof(quavin_config, reserved) == 36 &&
+              offsetof(quavin_config, trusted_key_count) == 48);
 static_assert(sizeof(quavin_component_key) == 16 && offsetof(quavin_component_key, key) == 8);
 static_assert(sizeof(quavin_keys) == 40 && offsetof(quavin_keys, component_key_count) == 32);
 static_assert(sizeof(quavin_load_options) == 32 && offsetof(quavin_load_options, reserved) == 28);

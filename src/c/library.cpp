@@ -31,6 +31,18 @@ private:
     void* user_;
 };
 
+std::vector<String> trustedKeysOf(const quavin_config& config) {
+    std::vector<String> keys;
+    if (config.trusted_key_count != 0) {
+        requireGiven(config.trusted_keys, "trusted_keys");
+    }
+    for (std::size_t i = 0; i < config.trusted_key_count; ++i) {
+        requireGiven(config.trusted_keys[i], "trusted_keys");
+        keys.emplace_back(config.trusted_keys[i]);
+    }
+    return keys;
+}
+
 QuavinConfig configOf(const quavin_config* given) {
     const quavin_config plain = readStruct(given, "quavin_config");
     requireReservedZero(plain.reserved, "quavin_config");
@@ -40,6 +52,7 @@ QuavinConfig configOf(const quavin_config* given) {
     }
     config.SetEngineOptions(engineOptionsOf(plain.engine));
     config.SetDiagnostics(plain.diagnostics != 0);
+    config.SetTrustedKeys(trustedKeysOf(plain));
     return config;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "c/guard.h"
+#include "package/manifest/manifest_path.h"
 #include "quavin/package_memory.h"
 
 namespace VelmoraQuavin::internal {
@@ -9,7 +10,7 @@ namespace VelmoraQuavin::internal {
 /// @throws Exception with the status of ModelMetadata::load if that fails.
 inline ModelMetadata readManifest(const char* directory, const PackageKeys& keys) {
     ModelMetadata metadata;
-    require(metadata.load(Filepath(directory).append(Filepath("manifest.json"))));
+    require(metadata.load(manifestPath(Filepath(directory))));
     keys.applyTo(metadata);
     return metadata;
 }

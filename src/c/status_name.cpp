@@ -24,6 +24,7 @@ static_assert(QUAVIN_ALLOCATION_FAILED == static_cast<int>(ALLOCATION_FAILED));
 static_assert(QUAVIN_EMPTY_INPUT_DESCRIPTOR == static_cast<int>(EMPTY_INPUT_DESCRIPTOR));
 static_assert(QUAVIN_TAR_CHECKSUM_MISMATCH == static_cast<int>(TAR_CHECKSUM_MISMATCH));
 static_assert(QUAVIN_TAR_UNSUPPORTED_ENTRY == static_cast<int>(TAR_UNSUPPORTED_ENTRY));
+static_assert(QUAVIN_SIGNATURE_ERROR == static_cast<int>(SIGNATURE_ERROR));
 
 // Without a default, so that the compiler asks for the name of a new code.
 const char* nameOf(STATUS_CODE code) {
@@ -68,6 +69,8 @@ const char* nameOf(STATUS_CODE code) {
             return "TAR_CHECKSUM_MISMATCH";
         case TAR_UNSUPPORTED_ENTRY:
             return "TAR_UNSUPPORTED_ENTRY";
+        case SIGNATURE_ERROR:
+            return "SIGNATURE_ERROR";
     }
     return "unknown status";
 }

@@ -2,7 +2,7 @@
 
 #include "client/client_texts.h"
 #include "client/device_of_type.h"
-#include "engine/engine.h"
+#include "client/loadable_options.h"
 #include "package/source/memory_source.h"
 #include "quavin/client.h"
 
@@ -61,7 +61,7 @@ QuavinStatus QuavinClient::loadMemory(const MakeSource& makeSource, const Packag
         return internal::notInitialized();
     }
     try {
-        internal::requireMeaningful(options);
+        internal::requireLoadable(options);
         model.reset();
         const std::shared_ptr<const internal::MemorySource> source = makeSource();
         return createAndLoad(internal::readMetadata(source, keys), model, device, registration,

@@ -2,9 +2,12 @@
 
 #include "client/client_texts.h"
 #include "client/device_of_type.h"
+#include "client/loadable_options.h"
 #include "engine/engine.h"
 #include "model/engine_model.h"
 #include "package/manifest/manifest_path.h"
+#include "package/signature/trusted_keys.h"
+#include "package/source/component_source.h"
 #include "quavin/client.h"
 #include "text/unicode.h"
 
@@ -114,7 +117,7 @@ QuavinStatus QuavinClient::loadPackage(const String& path, std::shared_ptr<Quavi
         return {INVALID_MODEL_PATH, "modelpath specified is empty"};
     }
     try {
-        internal::requireMeaningful(options);
+        internal::requireLoadable(options);
         model.reset();
         auto metadata = std::make_shared<ModelMetadata>();
         const QuavinStatus status = metadata->load(internal::manifestPath(path));
@@ -134,7 +137,7 @@ QuavinStatus QuavinClient::loadMetadata(const std::shared_ptr<ModelMetadata>& me
         return {INVALID_ARGUMENTS, "There is no metadata to load a model from"};
     }
     try {
-        internal::requireMeaningful(options);
+        internal::requireLoadable(options);
         return createAndLoad(metadata, model, device, registration, options);
     } catch (...) {
         return getStatusFromCurrentException();
@@ -144,6 +147,11 @@ QuavinStatus QuavinClient::loadMetadata(const std::shared_ptr<ModelMetadata>& me
 QuavinStatus QuavinClient::createAndLoad(const std::shared_ptr<ModelMetadata>& metadata,
                                          std::shared_ptr<QuavinModel>& model, const Device& device,
                                          Registration registration, const EngineOptions& options) {
+    std::shared_ptr<const internal::ComponentSource> verified;
+    if (internal::areKeysTrusted()) {
+        // Before anything else is made of the manifest.
+        verified = internal::makeComponentSource(*metadata);
+    }
     const internal::Engine* const engine = internal::chooseEngine(*metadata, device.engineType);
     if (engine == nullptr) {
         return {MODEL_METADATA_ERROR, "None of the target applicable for the platform found"};
@@ -152,6 +160,11 @@ QuavinStatus QuavinClient::createAndLoad(const std::shared_ptr<ModelMetadata>& m
     if (registration == Registration::kRegistered) {
         // Fails only for null, which no engine returns.
         static_cast<void>(modelManager_.registerModel(model));
+    }
+    if (verified != nullptr) {
+        if (auto* const loading = dynamic_cast<internal::EngineModel*>(model.get())) {
+            loading->setVerified(std::move(verified));
+        }
     }
     // A model stays registered even if loading it fails: the host sees it in the runtime status.
     QuavinStatus status = model->load(metadata);

@@ -25,6 +25,8 @@ NetworkComponentEntry plainFile(const Filepath& path) {
 }
 
 QuavinStatus describePackage(const ModelMetadata& metadata, Features& inputs, Features& outputs) {
+    // First, because a manifest counts only once its signature has been verified.
+    const auto source = internal::makeComponentSource(metadata);
     const Engine* const engine = internal::chooseEngine(metadata, QuavinModelType::Undefined);
     if (engine == nullptr) {
         const auto needed = internal::builtInEngines().preferred().type();
@@ -32,7 +34,6 @@ QuavinStatus describePackage(const ModelMetadata& metadata, Features& inputs, Fe
                 String("The manifest has no target for ") +
                     internal::wordFor(internal::kEngines, needed, "this library")};
     }
-    const auto source = internal::makeComponentSource(metadata);
     const auto entries = internal::collectNetworkComponents(
         metadata.getTargets().at(engine->type()).components, *source);
     QuavinStatus status = internal::checkNetworkComponents(entries);

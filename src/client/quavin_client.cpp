@@ -1,9 +1,12 @@
 #include "quavin/client.h"
 
+#include <utility>
+
 #include "client/client_texts.h"
 #include "core/diagnostics.h"
 #include "core/logging_hub.h"
 #include "engine/engine.h"
+#include "package/signature/trusted_keys.h"
 
 namespace VelmoraQuavin {
 namespace {
@@ -28,10 +31,13 @@ QuavinStatus QuavinClient::init(const QuavinConfig& config) {
     if (initialized_) {
         return {};
     }
+    internal::SharedTrustedKeys keys = internal::readTrustedKeys(config.GetTrustedKeys());
     config_ = config;
+    // From here on nothing fails, so the library is on with all of the configuration or as it was.
     installLogger(config_.GetLogger());
     internal::setDiagnostics(config_.GetDiagnostics());
-    initialized_ = true;  // not before, because the configuration may not fit in memory
+    internal::setTrustedKeys(std::move(keys));
+    initialized_ = true;
     return {SUCCESS, ""};
 }
 

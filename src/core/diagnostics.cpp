@@ -13,7 +13,7 @@ std::atomic<bool> diagnosticsOn{false};
 
 // Manifests may contain thousands of names, of any length.
 constexpr std::size_t kMostNames = 8;
-constexpr std::size_t kLongestName = 80;
+constexpr std::size_t kLongestListedName = 80;
 
 }  // namespace
 
@@ -45,9 +45,9 @@ void NameList::add(std::string_view name) {
         return;
     }
     listed_ += listed_.empty() ? "" : ", ";
-    listed_ += name.size() <= kLongestName
+    listed_ += name.size() <= kLongestListedName
                    ? inQuotes(name)
-                   : inQuotes(std::string(name.substr(0, kLongestName)) + "...");
+                   : inQuotes(std::string(name.substr(0, kLongestListedName)) + "...");
 }
 
 std::string NameList::text() const {

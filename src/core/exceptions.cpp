@@ -43,4 +43,8 @@ MLFrameworkException::~MLFrameworkException() = default;
 RangeException::RangeException(const String& message) : Exception(message, OUT_OF_RANGE) {}
 RangeException::~RangeException() = default;
 
+SignatureException::SignatureException(const String& message)
+    : Exception(message, SIGNATURE_ERROR) {}
+SignatureException::~SignatureException() = default;
+
 }  // namespace VelmoraQuavin

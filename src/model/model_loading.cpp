@@ -1,8 +1,12 @@
+#include <optional>
 #include <utility>
 
 #include "core/diagnostics.h"
 #include "feature/descriptor_access.h"
+#include "model/engine_model.h"
 #include "package/manifest/metadata_access.h"
+#include "package/signature/trusted_keys.h"
+#include "package/source/component_source.h"
 #include "quavin/model.h"
 #include "tensor/tensor_texts.h"
 
@@ -18,6 +22,29 @@ void diagnoseFirstInput(const ModelFeatureDescriptor& input, const ModelMetadata
                internal::shapeText(DescriptorAccess::shape(input.tensorDescriptor()));
     });
 }
+
+// While it exists, the manifest of a load is one that a trusted key signed, if there are any.
+class VerifiedLoad {
+public:
+    VerifiedLoad(QuavinModel& model, const ModelMetadata& metadata)
+        : model_(dynamic_cast<internal::EngineModel*>(&model)) {
+        if (model_ != nullptr) {
+            model_->beginVerifiedLoad(metadata);
+        } else {
+            static_cast<void>(internal::makeComponentSource(metadata));
+        }
+    }
+    VerifiedLoad(const VerifiedLoad&) = delete;
+    VerifiedLoad& operator=(const VerifiedLoad&) = delete;
+    ~VerifiedLoad() {
+        if (model_ != nullptr) {
+            model_->endVerifiedLoad();
+        }
+    }
+
+private:
+    internal::EngineModel* const model_;
+};
 
 }  // namespace
 
@@ -68,6 +95,11 @@ QuavinStatus QuavinModel::validateTarget() const {
 }
 
 QuavinStatus QuavinModel::runLoadingSequence() {
+    std::optional<VerifiedLoad> verified;
+    if (metadata_ != nullptr && internal::areKeysTrusted()) {
+        loaded_ = false;  // no prediction may follow what the manifest says before it is verified
+        verified.emplace(*this, *metadata_);
+    }
     QuavinStatus status = validateTarget();
     if (!status.ok()) {
         return status;

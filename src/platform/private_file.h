@@ -53,6 +53,12 @@ std::string writeNewFile(const String& path, const unsigned char* bytes, std::si
 std::string replaceFile(const String& path, const unsigned char* bytes, std::size_t count,
                         Readers readers = Readers::kEveryone);
 
+/// Removes unfinished files that killed processes of this user have left in a directory, for
+/// callers that go through all its files. Failures are ignored. (On Windows there are none: the
+/// system removes them with the process.)
+/// @param path of the directory, in UTF-8.
+void removeUnfinishedFiles(const String& path);
+
 /// The outcome of renaming a file or directory.
 enum class Moving { kDone, kNameTaken, kFailed };
 

@@ -56,8 +56,12 @@ std::string printableText(std::string_view text) {
     return printable;
 }
 
+bool isUtf8(std::string_view text) {
+    return utf8::is_valid(text.begin(), text.end());
+}
+
 void requireUtf8(std::string_view text) {
-    if (!utf8::is_valid(text.begin(), text.end())) {
+    if (!isUtf8(text)) {
         throw std::range_error(kBadConversion);
     }
 }

@@ -34,6 +34,8 @@ bool isPrintable(std::uint32_t character) noexcept;
 /// characters that would move the cursor, start an escape sequence or change the reading direction.
 std::string printableText(std::string_view text);
 
+bool isUtf8(std::string_view text);
+
 /// @throws std::range_error "bad conversion" if `text` is not UTF-8.
 void requireUtf8(std::string_view text);
 

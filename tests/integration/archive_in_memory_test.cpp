@@ -47,6 +47,7 @@ TEST_F(ArchiveInMemory, MayHoldANetworkWithoutConstants) {
 TEST_F(ArchiveInMemory, MayHoldSecuredComponents) {
     keys_.setComponentKey(countingKey().data());
     const std::string archive = archiveOf(securedPackageOf(affineNetwork(), countingKey()));
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): shows that nothing writes to it
     const std::string before = archive;
     ASSERT_THAT(client_.getModel(archive.data(), archive.size(), keys_, model_,
                                  QuavinModelType::Openvino, EngineOptions()),
@@ -73,6 +74,7 @@ TEST_F(ArchiveInMemory, WithAWrongComponentKeyAnswersTheEnginesReadError) {
 TEST_F(ArchiveInMemory, MayBeSecuredAsAWhole) {
     keys_.setArchiveKey(countingKey().data());
     const std::string archive = securedArchiveOf(packageOf(affineNetwork()), countingKey());
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): shows that nothing writes to it
     const std::string before = archive;
     ASSERT_THAT(client_.getModel(archive.data(), archive.size(), keys_, model_,
                                  QuavinModelType::Openvino, EngineOptions()),

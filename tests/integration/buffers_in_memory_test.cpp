@@ -8,7 +8,6 @@ namespace VelmoraQuavin::testing {
 namespace {
 
 using ::testing::ElementsAre;
-using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::Not;
 
@@ -48,9 +47,8 @@ TEST_F(BuffersInMemory, OfAnInvalidSecuredSizeAnswerTheirName) {
 }
 
 TEST_F(BuffersInMemory, WithAnOwnerAreNotDecryptedInPlace) {
-    const auto files =
-        std::make_shared<const PackageFiles>(securedPackageOf(affineNetwork(), countingKey()));
-    const PackageFiles before = *files;
+    const PackageFiles before = securedPackageOf(affineNetwork(), countingKey());
+    const auto files = std::make_shared<const PackageFiles>(before);
     std::vector<PackageBuffer> buffers;
     for (const auto& [name, content] : *files) {
         buffers.push_back({name, content.data(), content.size(), files});

@@ -11,7 +11,7 @@ namespace {
 using LoadingBesidePredicting = ModelTest;
 
 TEST_F(LoadingBesidePredicting, DoesNotDisturbPredictionsOfAnotherModel) {
-    constexpr int kRounds = 10;
+    constexpr int kLoads = 10;
     ASSERT_THAT(loadNetwork(affineNetwork()), IsOk());
     ASSERT_THAT(allocateInputs(), IsOk());
     TempDirectory broken;
@@ -34,7 +34,7 @@ TEST_F(LoadingBesidePredicting, DoesNotDisturbPredictionsOfAnotherModel) {
         }
         return count;
     });
-    for (int round = 0; round < kRounds; ++round) {
+    for (int round = 0; round < kLoads; ++round) {
         std::shared_ptr<QuavinModel> other;
         EXPECT_THAT(client_.getModel(directory_.text(), other, 0, QuavinModelType::Openvino),
                     IsOk());

@@ -15,7 +15,6 @@ namespace VelmoraQuavin::testing {
 namespace {
 
 using ::testing::ElementsAre;
-using ::testing::HasSubstr;
 using ::testing::StartsWith;
 
 constexpr std::int64_t kWidth = 64;

@@ -65,7 +65,7 @@ TEST_F(NetworkComponents, TheFirstFileIsTheTopology) {
 TEST_F(NetworkComponents, ComponentsMayBeInFoldersOfThePackage) {
     writeNetwork(directory_, affineNetwork(), "inner/part");
     PackageText text = describe(affineNetwork());
-    text.components = {{"file", "inner\\\\part\\\\net.xml"}, {"file", "inner/part/net.bin"}};
+    text.components = {{"file", R"(inner\\part\\net.xml)"}, {"file", "inner/part/net.bin"}};
     writeManifest(directory_, text);
     ASSERT_THAT(load(), IsOk());
     ASSERT_THAT(allocateInputs(), IsOk());

@@ -6,6 +6,7 @@
 #include <filesystem>
 
 #include "integration/get_model_test.h"
+#include "integration/signed_package_test.h"
 #include "support/recording_log_processor.h"
 #include "support/unreadable_file.h"
 
@@ -33,6 +34,16 @@ TEST_F(GetModel, AnUnreadableManifestAnswers12) {
     const UnreadableFile unreadable(directory_.path() / "manifest.json");
     EXPECT_THAT(load(), IsStatus(MODEL_METADATA_ERROR, "Failed to open metadata file at " +
                                                            directory_.entry("manifest.json")));
+}
+
+TEST_F(SignedPackage, AnUnreadableSignatureAnswers3) {
+    write(files_);
+    const auto metadata = readManifest();
+    const UnreadableFile unreadable(directory_.path() / "model.sig");
+    EXPECT_THAT(load(), IsStatus(FILE_ERROR, "File error!"));
+    EXPECT_EQ(model_, nullptr);
+    std::vector<ModelFeatureDescriptor> ports;
+    EXPECT_THAT(describeNetwork(*metadata, ports, ports), IsStatus(FILE_ERROR, "File error!"));
 }
 
 /// A host with diagnostics enabled.

@@ -32,6 +32,10 @@ std::vector<DirectoryEntry> entriesOf(const std::filesystem::path& directory);
 /// The number of files and similar objects this process has open.
 std::size_t openFiles();
 
+/// Whether this program runs under wine, whose cryptography cannot import private keys on P-384,
+/// and does not check whether the point of a public key is on its curve. Windows does both.
+bool runsUnderWine();
+
 /// Removes a directory and everything in it, as far as possible.
 void removeTree(const std::filesystem::path& directory) noexcept;
 

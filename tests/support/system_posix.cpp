@@ -42,6 +42,10 @@ std::vector<DirectoryEntry> entriesOf(const fs::path& directory) {
     return entries;
 }
 
+bool runsUnderWine() {
+    return false;
+}
+
 std::size_t openFiles() {
     const fs::directory_iterator files("/proc/self/fd");
     return static_cast<std::size_t>(std::distance(fs::begin(files), fs::end(files)));

@@ -70,6 +70,10 @@ std::size_t openFiles() {
     return count;
 }
 
+bool runsUnderWine() {
+    return ::GetProcAddress(::GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr;
+}
+
 void removeTree(const fs::path& directory) noexcept {
     try {
         const fs::path root = longPath(directory);

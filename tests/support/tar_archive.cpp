@@ -5,7 +5,7 @@
 namespace VelmoraQuavin::testing {
 namespace {
 
-constexpr std::size_t kBlock = 512;
+constexpr std::size_t kTarBlock = 512;
 constexpr std::size_t kChecksumOffset = 148;
 constexpr std::size_t kChecksumSize = 8;
 
@@ -39,7 +39,7 @@ TarFields tarFields(const std::string& name, char type) {
 
 unsigned int tarChecksum(std::string_view header) {
     unsigned int sum = 0;
-    for (std::size_t place = 0; place < kBlock; ++place) {
+    for (std::size_t place = 0; place < kTarBlock; ++place) {
         const bool counts = place < kChecksumOffset || place >= kChecksumOffset + kChecksumSize;
         sum += counts ? static_cast<unsigned char>(header.at(place)) : 32u;
     }
@@ -51,7 +51,7 @@ std::string octalChecksum(unsigned int sum) {
 }
 
 std::string tarHeader(const TarFields& fields, std::uint64_t contentSize) {
-    std::string header(kBlock, '\0');
+    std::string header(kTarBlock, '\0');
     put(header, 0, 100, fields.name);
     put(header, 100, 8, fields.mode);
     put(header, 108, 8, "0000000");
@@ -63,7 +63,7 @@ std::string tarHeader(const TarFields& fields, std::uint64_t contentSize) {
     put(header, 257, 8, fields.magic);
     put(header, 345, 155, fields.prefix);
     for (const auto& [offset, bytes] : fields.patches) {
-        put(header, offset, kBlock - offset, bytes);
+        put(header, offset, kTarBlock - offset, bytes);
     }
     const std::string digits = octalChecksum(tarChecksum(header));
     put(header, kChecksumOffset, kChecksumSize,
@@ -73,7 +73,7 @@ std::string tarHeader(const TarFields& fields, std::uint64_t contentSize) {
 
 std::string tarPadded(std::string_view content) {
     std::string padded(content);
-    padded.resize((content.size() + kBlock - 1) / kBlock * kBlock);
+    padded.resize((content.size() + kTarBlock - 1) / kTarBlock * kTarBlock);
     return padded;
 }
 
@@ -82,7 +82,7 @@ std::string tarEntry(const TarFields& fields, std::string_view content) {
 }
 
 std::string tarEnd() {
-    return std::string(2 * kBlock, '\0');
+    return std::string(2 * kTarBlock, '\0');
 }
 
 std::string tarFile(const std::string& name, std::string_view content) {

@@ -57,7 +57,7 @@ std::shared_ptr<ov_core_t> sharedCore(const std::string& device, const Settings&
     // Never destroyed: networks may be loaded while the process exits.
     static auto& cores = *new std::map<Key, std::weak_ptr<ov_core_t>>;
 
-    const std::lock_guard<std::mutex> lock(mutex);
+    const std::scoped_lock lock(mutex);
     const Key key(settings.empty() ? "" : device, settings);
     const auto known = cores.find(key);
     auto core = known == cores.end() ? nullptr : known->second.lock();

@@ -13,7 +13,7 @@ namespace {
 
 using testing::StrEq;
 
-constexpr const char* kPrecision = "INFERENCE_PRECISION_HINT";
+constexpr const char* kPrecisionHint = "INFERENCE_PRECISION_HINT";
 constexpr const char* kPinning = "ENABLE_CPU_PINNING";
 
 class DeviceDefaultsTest : public testing::Test {
@@ -55,16 +55,16 @@ protected:
 
 TEST_F(DeviceDefaultsTest, MakeACompiledNetworkComputeInSinglePrecision) {
     useOwnDefaults(*core_, "CPU");
-    EXPECT_THAT(valueOf(compile(*core_, *model_, "CPU"), kPrecision), StrEq("f32"));
+    EXPECT_THAT(valueOf(compile(*core_, *model_, "CPU"), kPrecisionHint), StrEq("f32"));
 }
 
 // Processors with instructions for bfloat16 use it by default; others ignore such a request and
 // keep the precision they had.
 TEST_F(DeviceDefaultsTest, ReplaceAnotherPrecisionOfTheDevice) {
-    check([&] { return ov_core_set_property(core_.get(), "CPU", kPrecision, "bf16"); });
+    check([&] { return ov_core_set_property(core_.get(), "CPU", kPrecisionHint, "bf16"); });
     useOwnDefaults(*core_, "CPU");
-    EXPECT_THAT(valueOf(*core_, kPrecision), StrEq("f32"));
-    EXPECT_THAT(valueOf(compile(*core_, *model_, "CPU"), kPrecision), StrEq("f32"));
+    EXPECT_THAT(valueOf(*core_, kPrecisionHint), StrEq("f32"));
+    EXPECT_THAT(valueOf(compile(*core_, *model_, "CPU"), kPrecisionHint), StrEq("f32"));
 }
 
 // A processor may lack the requested precision, as the bare runtime shows; the one that was set
@@ -72,10 +72,10 @@ TEST_F(DeviceDefaultsTest, ReplaceAnotherPrecisionOfTheDevice) {
 TEST_F(DeviceDefaultsTest, YieldToThePrecisionThatTheCallerSets) {
     for (const char* const requested : {"bf16", "f16", "f32"}) {
         const Handle<ov_core_t> bare = newCore();
-        check([&] { return ov_core_set_property(bare.get(), "CPU", kPrecision, requested); });
-        const bool supported = valueOf(compile(*bare, *model_, "CPU"), kPrecision) == requested;
-        const auto core = sharedCore("CPU", {{kPrecision, requested}});
-        EXPECT_THAT(valueOf(compile(*core, *model_, "CPU"), kPrecision),
+        check([&] { return ov_core_set_property(bare.get(), "CPU", kPrecisionHint, requested); });
+        const bool supported = valueOf(compile(*bare, *model_, "CPU"), kPrecisionHint) == requested;
+        const auto core = sharedCore("CPU", {{kPrecisionHint, requested}});
+        EXPECT_THAT(valueOf(compile(*core, *model_, "CPU"), kPrecisionHint),
                     StrEq(supported ? requested : "f32"));
     }
 }

@@ -48,10 +48,6 @@ std::vector<float> outputOf(ExecutableNetwork network) {
     return outputOf(*network.CreateInferRequestPtr());
 }
 
-std::string configOf(const ExecutableNetwork& network, const char* name) {
-    return network.GetConfig(name).as<std::string>();
-}
-
 using Description = std::tuple<std::string, int, SizeVector, int>;
 
 template <class Ports>

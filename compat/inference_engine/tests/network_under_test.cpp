@@ -45,6 +45,10 @@ ExecutableNetwork imported(const std::string& bytes,
     return Core().ImportNetwork(stream, "CPU", config);
 }
 
+std::string configOf(const ExecutableNetwork& network, const char* name) {
+    return network.GetConfig(name).as<std::string>();
+}
+
 std::vector<std::string> inputNames(const CNNNetwork& network) {
     std::vector<std::string> names;
     for (const auto& [name, input] : network.getInputsInfo()) {

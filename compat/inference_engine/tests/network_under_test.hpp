@@ -74,6 +74,9 @@ std::string exported(ExecutableNetwork network);
 ExecutableNetwork imported(const std::string& bytes,
                            const std::map<std::string, std::string>& config = {});
 
+/** A property of a loaded network. */
+std::string configOf(const ExecutableNetwork& network, const char* name);
+
 std::vector<std::string> inputNames(const CNNNetwork& network);
 std::vector<std::string> outputNames(const CNNNetwork& network);
 

@@ -22,10 +22,6 @@ ExecutableNetwork loaded(const std::map<std::string, std::string>& config = {}) 
     return Core().LoadNetwork(CNNNetwork(readNetwork(doublingNetwork())), "CPU", config);
 }
 
-std::string configOf(const ExecutableNetwork& network, const char* name) {
-    return network.GetConfig(name).as<std::string>();
-}
-
 TEST(PropertiesTest, ALoadedNetworkReportsItsConfiguration) {
     const ExecutableNetwork network =
         loaded({{"INFERENCE_NUM_THREADS", "1"}, {"NUM_STREAMS", "1"}});

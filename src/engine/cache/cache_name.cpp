@@ -4,25 +4,18 @@
 #include <tuple>
 
 #include "engine/cache/little_endian.h"
+#include "text/hex.h"
 
 namespace VelmoraQuavin::internal {
 namespace {
 
-constexpr std::string_view kHexDigits = "0123456789abcdef";
 constexpr std::string_view kExtension = ".quavin-network";
 constexpr std::size_t kDigitCount = 2 * std::tuple_size_v<ContentHash::Digest>;
 
 }  // namespace
 
 std::string EntryName::fileName() const {
-    std::string name;
-    name.reserve(kDigitCount + kExtension.size());
-    for (const unsigned char byte : digest_) {
-        name += kHexDigits[byte / kHexDigits.size()];
-        name += kHexDigits[byte % kHexDigits.size()];
-    }
-    name += kExtension;
-    return name;
+    return hexText(digest_).append(kExtension);
 }
 
 bool EntryName::isFileName(std::string_view name) {

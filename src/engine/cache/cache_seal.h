@@ -43,8 +43,7 @@ public:
                       std::size_t size, const SealValue& value) const = 0;
 };
 
-/// For plain packages: detects damage. Whoever can write into the cache's directory can forge it,
-/// and could as well change the package.
+/// For plain packages: detects damage. Whoever can write into the cache's directory can forge it.
 std::unique_ptr<CacheSeal> makeChecksumSeal();
 
 /// Whether this system can cache what secured packages contain.

@@ -45,7 +45,13 @@ CachedNetwork::CachedNetwork(const EngineOptions& options, StoredNetwork& stored
     if (options.cacheDirectory.empty()) {
         return;
     }
-    seal_ = sealFor(stored.components());
+    const NetworkComponents& network = stored.components();
+    if (network.source.isVerified() && !network.areSecret()) {
+        // A checksum tells nothing about who made an entry.
+        report("networks of plain packages are not cached while keys are trusted");
+        return;
+    }
+    seal_ = sealFor(network);
     if (seal_ == nullptr) {
         report("secured networks cannot be cached on this system");
         return;

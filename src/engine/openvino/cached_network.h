@@ -13,9 +13,10 @@
 
 namespace VelmoraQuavin::internal {
 
-/// One network's place in the cache that the host's options name. Without a cache, and where a
-/// secured network cannot be cached, it does nothing. No failure of the cache is a failure of the
-/// load: the diagnostics tell about it.
+/// One network's place in the cache that the host's options name. Without a cache, where a secured
+/// network cannot be cached, and for a plain network of a verified package, which anybody could
+/// have put there, it does nothing. No failure of the cache is a failure of the load: the
+/// diagnostics tell about it.
 class CachedNetwork {
 public:
     /// @param stored must outlive this.

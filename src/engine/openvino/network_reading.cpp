@@ -157,6 +157,8 @@ void readNetwork(std::shared_ptr<InferenceEngine::ICNNNetReader>& reader, Stored
             throw MLFrameworkException("The engine provides no network reader");
         }
         network.passTo(*reader);
+    } catch (const SignatureException&) {
+        throw;
     } catch (const std::exception& exception) {
         throw FileException(exception.what());
     } catch (...) {

@@ -36,6 +36,7 @@ public:
     /// Decrypts the files and passes them to a reader; reads those that have not been read yet.
     /// Called once.
     /// @throws FileException if a component cannot be read, mapped or decrypted.
+    /// @throws SignatureException if a component is not what was signed.
     /// @throws std::exception if the reader fails.
     void passTo(InferenceEngine::ICNNNetReader& reader);
 
@@ -60,6 +61,7 @@ private:
 /// Passes a network to a reader, which is created if there is none yet, and reports failures as the
 /// library does.
 /// @throws FileException with the failure's own message.
+/// @throws SignatureException if a component is not what was signed.
 /// @throws Exception "Unknown/internal exception happened." for anything that is not a
 ///         std::exception.
 void readNetwork(std::shared_ptr<InferenceEngine::ICNNNetReader>& reader, StoredNetwork& network);

@@ -35,7 +35,7 @@ void OutputPool::unlock(void* /*handle*/) noexcept {}
 
 void* OutputPool::alloc(std::size_t size) noexcept {
     {
-        const std::lock_guard<std::mutex> guard(mutex_);
+        const std::scoped_lock guard(mutex_);
         if (!freeBlocks_.empty() && sizeOfBlock(freeBlocks_.back()) == size) {
             void* const block = freeBlocks_.back();
             freeBlocks_.pop_back();
@@ -50,7 +50,7 @@ bool OutputPool::free(void* handle) noexcept {
         return false;
     }
     {
-        const std::lock_guard<std::mutex> guard(mutex_);
+        const std::scoped_lock guard(mutex_);
         if (!closed_ && freeBlocks_.size() < kMostFreeBlocks) {
             freeBlocks_.push_back(handle);
             return true;
@@ -61,7 +61,7 @@ bool OutputPool::free(void* handle) noexcept {
 }
 
 void OutputPool::close() noexcept {
-    const std::lock_guard<std::mutex> guard(mutex_);
+    const std::scoped_lock guard(mutex_);
     closed_ = true;
     for (void* const block : freeBlocks_) {
         freeSizedBlock(block);

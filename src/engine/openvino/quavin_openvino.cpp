@@ -109,7 +109,7 @@ QuavinStatus QuavinOpenVino::prepareImpl() {
 }
 
 QuavinStatus QuavinOpenVino::loadImpl(const std::vector<ModelComponent>& components) {
-    const auto source = internal::makeComponentSource(*getMetadata());
+    const auto source = componentSource(*getMetadata());
     const auto entries = internal::collectNetworkComponents(components, *source);
     QuavinStatus status = internal::checkNetworkComponents(entries);
     if (!status.ok()) {
@@ -157,12 +157,16 @@ QuavinStatus QuavinOpenVino::loadImpl(const std::vector<ModelComponent>& compone
 }
 
 QuavinStatus QuavinOpenVino::unloadImpl() {
-    reader_.reset();
-    networkRead_ = false;
-    cameCompiled_ = false;
+    forgetNetwork();
     setPorts({}, {});
     releaseMetadata();
     return {SUCCESS, ""};
+}
+
+void QuavinOpenVino::forgetNetwork() noexcept {
+    reader_.reset();
+    networkRead_ = false;
+    cameCompiled_ = false;
 }
 
 EngineInfo QuavinOpenVino::engineInfo() const {
@@ -172,6 +176,7 @@ EngineInfo QuavinOpenVino::engineInfo() const {
 std::shared_ptr<QuavinModel> QuavinOpenVino::clone() const {
     auto copy = std::make_shared<QuavinOpenVino>(getName(), options_, core_);
     copy->networkSecured_ = networkSecured_;
+    copy->copyVerification(*this);
     const QuavinStatus status =
         copy->takeCompiled(network_, internal::packageTitle(*getMetadata()));
     if (!status.ok()) {

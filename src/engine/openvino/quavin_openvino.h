@@ -45,6 +45,7 @@ protected:
     QuavinStatus loadImpl(const std::vector<ModelComponent>& components) override;
     QuavinStatus prepareImpl() override;
     QuavinStatus unloadImpl() override;
+    void forgetNetwork() noexcept override;
 
 private:
     // Loads the model from the cache, if that has its network.

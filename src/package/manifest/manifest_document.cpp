@@ -2,6 +2,7 @@
 
 #include <rapidjson/memorystream.h>
 
+#include "package/json/value_count.h"
 #include "text/unicode.h"
 
 namespace VelmoraQuavin::internal {
@@ -9,31 +10,13 @@ namespace {
 
 constexpr std::string_view kLeadingBlanks = " \t\r\n";
 
-// Every value but the first comes after one of three characters. The count is exact up to the first
-// syntax error, and parsing gets no further than that.
-bool hasTooManyValues(std::string_view text) {
-    uint64 values = 1;
-    bool inString = false;
-    for (std::size_t i = 0; i < text.size() && values <= kMostManifestValues; ++i) {
-        const char character = text[i];
-        if (inString && character == '\\') {
-            ++i;  // an escaped character does not end the string
-        } else if (character == '"') {
-            inString = !inString;
-        } else if (!inString && (character == ',' || character == '[' || character == '{')) {
-            ++values;
-        }
-    }
-    return values > kMostManifestValues;
-}
-
 }  // namespace
 
 ManifestParse parseManifest(std::string_view text, JsonDocument& document) {
     if (text.size() > kLargestManifest) {
         return {ManifestFault::kTooLarge};
     }
-    if (hasTooManyValues(text)) {
+    if (hasMoreValues(text, kMostManifestValues)) {
         return {ManifestFault::kTooManyValues};
     }
     // rapidjson would also accept part of a byte order mark.

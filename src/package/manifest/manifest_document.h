@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <string_view>
 
-#include "package/manifest/json_access.h"
+#include "package/json/json_access.h"
 
 namespace VelmoraQuavin::internal {
 

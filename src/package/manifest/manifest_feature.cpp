@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "package/manifest/json_access.h"
+#include "package/json/json_access.h"
 #include "text/vocabulary.h"
 
 namespace VelmoraQuavin::internal {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "package/manifest/json_access.h"
+#include "package/json/json_access.h"
 
 #include "quavin/feature.h"
 

@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "package/manifest/json_access.h"
+#include "package/json/json_access.h"
 #include "package/manifest/manifest_feature.h"
 
 namespace VelmoraQuavin::internal {

@@ -3,7 +3,7 @@
 #include <memory>
 #include <string>
 
-#include "package/manifest/json_access.h"
+#include "package/json/json_access.h"
 #include "quavin/metadata.h"
 
 namespace VelmoraQuavin::internal {
@@ -12,9 +12,11 @@ namespace VelmoraQuavin::internal {
 struct MetadataAccess {
     /// Stores the contents of a manifest.
     /// @param manifest the manifest's name in diagnostics.
+    /// @param digest to be remembered; null while no keys are trusted.
     /// @throws ModelMetaDataException if it has no targets; all other members are stored.
     static void readMembers(ModelMetadata& metadata, const JsonDocument& document,
-                            const std::string& manifest);
+                            const std::string& manifest,
+                            std::shared_ptr<const ManifestDigest> digest);
 
     /// Makes loads take the components from memory, unless the metadata gets a root directory.
     /// Once the source's owner has given it up, nothing can be read any more.
@@ -29,6 +31,13 @@ struct MetadataAccess {
     /// The source set with setMemory(), if isInMemory(); null if it is gone.
     static std::shared_ptr<const ComponentSource> memory(const ModelMetadata& metadata) {
         return metadata.memory_->lock();
+    }
+
+    /// What was read last, for comparing it with a signature. Null while no keys are trusted, after
+    /// a manifest without targets, for metadata built by a host, and if a member or a target is
+    /// left from before. A manifest that could not be read or parsed changes nothing.
+    static const std::shared_ptr<const ManifestDigest>& manifest(const ModelMetadata& metadata) {
+        return metadata.manifest_;
     }
 
     /// Empty for metadata read while diagnostics were off, or built by a host.

@@ -1,14 +1,20 @@
+#include <algorithm>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "core/diagnostics.h"
-#include "package/manifest/json_access.h"
-#include "package/manifest/json_problems.h"
+#include "package/json/json_access.h"
+#include "package/json/json_problems.h"
+#include "package/manifest/manifest_digest.h"
 #include "package/manifest/manifest_document.h"
+#include "package/manifest/manifest_path.h"
 #include "package/manifest/manifest_target.h"
 #include "package/manifest/metadata_access.h"
+#include "package/path/package_path.h"
+#include "package/signature/trusted_keys.h"
 #include "package/source/sized_file.h"
 #include "quavin/metadata.h"
 #include "text/vocabulary.h"
@@ -16,6 +22,7 @@
 namespace VelmoraQuavin {
 namespace {
 
+using internal::ManifestDigest;
 using internal::ManifestFault;
 using internal::ManifestParse;
 
@@ -62,9 +69,29 @@ bool parse(const std::string& manifest, std::string_view text, internal::JsonDoc
            unusable(manifest, [&] { return reasonOf(parsed, text, document); });
 }
 
+// Null while nothing will be compared with it: the system's cryptography takes milliseconds to
+// start.
+std::shared_ptr<const ManifestDigest> digestOf(std::string_view name, std::string_view text) {
+    if (!internal::areKeysTrusted()) {
+        return nullptr;
+    }
+    auto digest = std::make_shared<ManifestDigest>();
+    digest->name = internal::packagePath(name);
+    internal::platform::Sha256Digest computed{};
+    if (internal::platform::sha256(text.data(), text.size(), computed)) {
+        digest->digest = computed;
+    }
+    return digest;
+}
+
+// Everything after the part that becomes the root directory.
+std::string_view fileName(std::string_view path) {
+    return path.substr(path.rfind(Filepath::Separator.view()) + 1);
+}
+
 // Returns whether the file exists and holds one JSON object.
 bool readDocument(const Filepath& path, const std::string& manifest,
-                  internal::JsonDocument& document) {
+                  internal::JsonDocument& document, std::shared_ptr<const ManifestDigest>& digest) {
     std::string problem;
     std::optional<internal::SizedFile> file = internal::SizedFile::tryOpen(path, problem);
     if (!file.has_value()) {
@@ -77,7 +104,9 @@ bool readDocument(const Filepath& path, const std::string& manifest,
     if (!file->tryRead(bytes.get(), problem)) {
         return unusable(manifest, [&problem] { return "it " + problem; });
     }
-    return parse(manifest, {bytes.get(), file->size()}, document);
+    const std::string_view text(bytes.get(), file->size());
+    digest = digestOf(fileName(String(path.c_str()).view()), text);
+    return parse(manifest, text, document);
 }
 
 }  // namespace
@@ -101,12 +130,13 @@ QuavinStatus ModelMetadata::load(const Filepath& path) {
     try {
         const std::string manifest = internal::inQuotes(path.c_str());
         internal::JsonDocument document;
-        if (!readDocument(path, manifest, document)) {
+        std::shared_ptr<const ManifestDigest> digest;
+        if (!readDocument(path, manifest, document, digest)) {
             throw ModelMetaDataException(String("Failed to open metadata file at ") + path.c_str());
         }
         rootDir_ = path.parent_path();
         memory_.reset();
-        internal::MetadataAccess::readMembers(*this, document, manifest);
+        internal::MetadataAccess::readMembers(*this, document, manifest, std::move(digest));
         return {SUCCESS, ""};
     } catch (...) {
         return getStatusFromCurrentException();
@@ -120,12 +150,20 @@ QuavinStatus ModelMetadata::loadFromMemory(const void* manifest, uint64 size) {
         }
         const std::string name = "in memory";
         internal::JsonDocument document;
-        if (!parse(name, {static_cast<const char*>(manifest), size}, document)) {
+        std::string_view text(static_cast<const char*>(manifest), size);
+        std::string copy;
+        if (internal::areKeysTrusted() && size <= internal::kLargestManifest) {
+            // The bytes may be shared with others, and what is hashed must be what is parsed.
+            copy = text;
+            text = copy;
+        }
+        if (!parse(name, text, document)) {
             throw ModelMetaDataException("The bytes in memory are not a manifest");
         }
         rootDir_ = Filepath();
         memory_.reset();
-        internal::MetadataAccess::readMembers(*this, document, name);
+        internal::MetadataAccess::readMembers(*this, document, name,
+                                              digestOf(internal::kManifestName, text));
         return {SUCCESS, ""};
     } catch (...) {
         return getStatusFromCurrentException();
@@ -133,13 +171,18 @@ QuavinStatus ModelMetadata::loadFromMemory(const void* manifest, uint64 size) {
 }
 
 void internal::MetadataAccess::readMembers(ModelMetadata& metadata, const JsonDocument& document,
-                                           const std::string& manifest) {
-    readString(document, "id", metadata.id_);
-    readString(document, "name", metadata.name_);
-    readString(document, "author", metadata.author_);
-    readString(document, "description", metadata.description_);
-    readString(document, "sdkVersion", metadata.sdkVersion_);
-    readInt(document, "version", metadata.version_);
+                                           const std::string& manifest,
+                                           std::shared_ptr<const ManifestDigest> digest) {
+    metadata.manifest_.reset();
+    // Whether nothing is left of what the object held before.
+    bool isWhole = true;
+    for (const auto& [key, member] :
+         {std::pair("id", &metadata.id_), std::pair("name", &metadata.name_),
+          std::pair("author", &metadata.author_), std::pair("description", &metadata.description_),
+          std::pair("sdkVersion", &metadata.sdkVersion_)}) {
+        isWhole &= readString(document, key, *member) || member->empty();
+    }
+    isWhole &= readInt(document, "version", metadata.version_) || metadata.version_ == 0;
 
     const JsonValue* const targets = findMember(document, "targets");
     if (targets == nullptr) {
@@ -147,10 +190,18 @@ void internal::MetadataAccess::readMembers(ModelMetadata& metadata, const JsonDo
         throw ModelMetaDataException("No target found in root of manifest file");
     }
     keepForDiagnostics(metadata.targetsAsWritten_, [&] { return targetsOf(*targets); });
+    QuavinModelType found = QuavinModelType::Undefined;
     for (const auto& [key, type] : kEngines) {
         if (const JsonValue* const target = findMember(*targets, key.data())) {
             metadata.targets_.insert_or_assign(type, readTarget(*target));
+            found = found | type;
         }
+    }
+    isWhole &=
+        std::all_of(metadata.targets_.begin(), metadata.targets_.end(),
+                    [found](const auto& target) { return (target.first & found) == target.first; });
+    if (isWhole) {
+        metadata.manifest_ = std::move(digest);
     }
 }
 

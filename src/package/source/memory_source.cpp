@@ -23,11 +23,12 @@ public:
     explicit BufferBytes(PackageBuffer buffer) : buffer_(std::move(buffer)) {}
 
     uint64 size() const override { return buffer_.size; }
-    void read(char* buffer) override {
-        if (buffer_.size != 0) {  // else there may be no memory
+    void read(char* buffer, uint64 count) override {
+        if (count != 0) {  // else there may be no memory
             // The buffer is usually new, and most of the time goes into its pages.
-            platform::preferLargePages(buffer, buffer_.size);
-            std::memcpy(buffer, buffer_.data, buffer_.size);
+            platform::preferLargePages(buffer, count);
+            std::memcpy(buffer, static_cast<const char*>(buffer_.data) + read_, count);
+            read_ += count;
         }
     }
     std::optional<MappedBytes> map() override {
@@ -44,6 +45,7 @@ public:
 
 private:
     const PackageBuffer buffer_;
+    uint64 read_ = 0;
 };
 
 [[noreturn]] void refuse(const PackageBuffer& buffer, const char* problem) {
@@ -93,6 +95,10 @@ String MemorySource::name() const {
 
 String MemorySource::resolve(const String& path) const {
     return path;
+}
+
+bool MemorySource::contains(const String& path) const {
+    return files_.count(packagePath(path.view())) != 0;
 }
 
 std::unique_ptr<StoredBytes> MemorySource::open(const NetworkComponentEntry& component) const {

@@ -26,6 +26,7 @@ public:
     String name() const override;
     /// The path as written: there is no directory to join it to.
     String resolve(const String& path) const override;
+    bool contains(const String& path) const override;
     /// @throws FileException, with the component's path, if the package does not hold it.
     std::unique_ptr<StoredBytes> open(const NetworkComponentEntry& component) const override;
     const SealedPackage* sealed() const noexcept override;

@@ -75,7 +75,7 @@ uint64 ComponentReader::read(char* buffer) {
 }
 
 void ComponentReader::readStored(char* buffer) {
-    stored_->read(buffer);
+    stored_->read(buffer, stored_->size());
 }
 
 std::optional<MappedBytes> ComponentReader::map() {

@@ -47,8 +47,12 @@ QuavinStatus checkNetworkComponents(const std::vector<NetworkComponentEntry>& en
 /// A component opened for reading. A secured one is decrypted in place after reading.
 class ComponentReader {
 public:
+    /// @param component must outlive this.
     /// @throws FileException if the component cannot be opened, or is secured and too large.
+    /// @throws SignatureException if the package is signed and this component is not, or is not
+    ///         there.
     ComponentReader(const ComponentSource& source, const NetworkComponentEntry& component);
+    ComponentReader(const ComponentSource& source, NetworkComponentEntry&& component) = delete;
 
     /// The number of bytes that read() needs room for.
     uint64 size() const { return stored_->size(); }
@@ -56,16 +60,19 @@ public:
     /// @return the number of bytes of content; the rest of the buffer is zeros.
     /// @throws FileException if reading or decrypting fails. A secured component may have left
     ///         plaintext in the buffer, which the caller must wipe in any case.
+    /// @throws SignatureException if the component is not what was signed.
     uint64 read(char* buffer);
     /// Whether map() is as good as read(), whatever the host asked for.
     bool isInMemory() const { return !component_.isSecured() && stored_->isInMemory(); }
     /// The component without reading it; may be called once, before read().
     /// @return nothing if it has to be read, as a secured one always has.
     /// @throws FileException if mapping fails.
+    /// @throws SignatureException as read() does.
     std::optional<MappedBytes> map();
 
     /// The first half of read(): the bytes as they are stored; may be called once.
     /// @throws FileException if reading fails.
+    /// @throws SignatureException as read() does.
     void readStored(char* buffer);
     /// The second half of read(): decrypts a secured component in place; does nothing for a plain
     /// one.

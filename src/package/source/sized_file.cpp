@@ -36,18 +36,23 @@ SizedFile SizedFile::open(const Filepath& path) {
     return std::move(*file);
 }
 
-bool SizedFile::tryRead(char* buffer, std::string& problem) {
+std::string SizedFile::readOrZero(char* buffer, uint64 count) {
     uint64 got = 0;
-    problem = file_.read(buffer, got);
-    if (got < size()) {
-        std::memset(buffer + got, 0, size() - got);
+    std::string problem = file_.read(buffer, count, got);
+    if (got < count) {
+        std::memset(buffer + got, 0, count - got);
     }
+    return problem;
+}
+
+bool SizedFile::tryRead(char* buffer, std::string& problem) {
+    problem = readOrZero(buffer, size());
     return problem.empty();
 }
 
-void SizedFile::read(char* buffer) {
-    std::string problem;
-    if (!tryRead(buffer, problem)) {
+void SizedFile::read(char* buffer, uint64 count) {
+    const std::string problem = readOrZero(buffer, count);
+    if (!problem.empty()) {
         fail(path_, problem);
     }
 }

@@ -9,8 +9,8 @@
 
 namespace VelmoraQuavin::internal {
 
-/// A file opened to be read whole, once, or mapped, and its size at that moment. If the file has
-/// shrunk since, the missing bytes are read as zeros.
+/// A file opened to be read once, from the beginning to the end, or mapped, and its size at that
+/// moment. If the file has shrunk since, the missing bytes are read as zeros.
 class SizedFile {
 public:
     /// Opens a file; returns nothing on failure.
@@ -28,15 +28,18 @@ public:
     /// @param problem receives a human-readable reason if reading fails.
     /// @return whether the system could read the file.
     bool tryRead(char* buffer, std::string& problem);
-    /// As above, but throws; the diagnostics tell why it failed.
+    /// Reads the next `count` bytes, otherwise as above, but throws; the diagnostics tell why it
+    /// failed.
     /// @throws FileException "File error!" if the system cannot read the file.
-    void read(char* buffer);
+    void read(char* buffer, uint64 count);
     /// Maps size() bytes into memory; on failure the diagnostics tell why.
     /// @throws FileException "File error!" if the system cannot map the file.
     platform::MappedFile map() const;
 
 private:
     SizedFile(Filepath path, platform::InputFile file);
+    // Returns why it failed.
+    std::string readOrZero(char* buffer, uint64 count);
 
     Filepath path_;
     platform::InputFile file_;

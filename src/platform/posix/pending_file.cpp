@@ -94,6 +94,12 @@ bool PendingFile::open(const std::string& name, mode_t mode) {
     return true;
 }
 
+void PendingFile::removeAbandonedIn(int directory) {
+    for (int attempt = 0; attempt < kSharedNames; ++attempt) {
+        removeAbandoned(directory, nameFor(attempt));
+    }
+}
+
 bool PendingFile::write(const void* bytes, std::uint64_t count) {
     return writeWhole(file_.get(), bytes, count);
 }

@@ -35,6 +35,9 @@ public:
     /// Moves the file into place without replacing anything; errno is EEXIST if the name is taken.
     bool publish(const std::string& name);
 
+    /// Removes what killed processes have left in a directory, under the names that they share.
+    static void removeAbandonedIn(int directory);
+
 private:
     bool open(const std::string& name, mode_t mode);
     bool flush();

@@ -125,6 +125,13 @@ std::string replaceFile(const String& path, const unsigned char* bytes, std::siz
     return "";
 }
 
+void removeUnfinishedFiles(const String& path) {
+    const FileDescriptor directory(::open(nativeUtf8Path(path).c_str(), kPassThrough));
+    if (directory) {
+        PendingFile::removeAbandonedIn(directory.get());
+    }
+}
+
 Moving moveToNew(const String& from, const String& to, std::string& problem) {
     if (renameToNew(AT_FDCWD, nativeUtf8Path(from), nativeUtf8Path(to))) {
         return Moving::kDone;

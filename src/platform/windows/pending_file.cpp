@@ -22,7 +22,8 @@ constexpr int kRenameInformation = 10;
 SetInformation setInformationCall() {
     static const FARPROC call =
         ::GetProcAddress(::GetModuleHandleW(L"ntdll.dll"), "NtSetInformationFile");
-    return reinterpret_cast<SetInformation>(reinterpret_cast<void*>(call));
+    // Compilers accept a cast to any type of function only from this one.
+    return reinterpret_cast<SetInformation>(reinterpret_cast<void (*)()>(call));
 }
 
 }  // namespace

@@ -97,6 +97,8 @@ std::string replaceFile(const String& path, const unsigned char* bytes, std::siz
     return writeBeside(widePath(path), bytes, count, PendingFile::Existing::kReplaced, readers);
 }
 
+void removeUnfinishedFiles(const String& /*path*/) {}
+
 Moving moveToNew(const String& from, const String& to, std::string& problem) {
     const std::wstring wideFrom = widePath(from);
     const std::wstring wideTo = widePath(to);

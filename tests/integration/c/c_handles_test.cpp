@@ -16,52 +16,55 @@ struct Use {
     std::function<quavin_status(Handle*)> call;
 };
 
+// What the functions write to.
+namespace into {
 std::size_t count = 0;
 quavin_port port = QUAVIN_PORT_INIT;
 quavin_output output = QUAVIN_OUTPUT_INIT;
 quavin_metadata metadata = QUAVIN_METADATA_INIT;
 quavin_engine_details details = QUAVIN_ENGINE_DETAILS_INIT;
 quavin_registry_entry entry = QUAVIN_REGISTRY_ENTRY_INIT;
-quavin_model* newModel = nullptr;
-quavin_outputs* newOutputs = nullptr;
-quavin_engine_info* newInfo = nullptr;
+quavin_model* model = nullptr;
+quavin_outputs* outputs = nullptr;
+quavin_engine_info* info = nullptr;
 float values[4] = {};
-const void* const kInputs[] = {values};
-void* const kOutputs[] = {values};
-const std::size_t kSizes[] = {sizeof values};
+}  // namespace into
+const void* const kInputs[] = {into::values};
+void* const kOutputs[] = {into::values};
+const std::size_t kSizes[] = {sizeof into::values};
 
 const std::vector<Use<quavin_model>> kModelUses = {
-    {"metadata", [](auto* h) { return quavin_model_get_metadata(h, &metadata); }},
-    {"input count", [](auto* h) { return quavin_model_get_input_count(h, &count); }},
-    {"output count", [](auto* h) { return quavin_model_get_output_count(h, &count); }},
-    {"input", [](auto* h) { return quavin_model_get_input(h, 0, &port); }},
-    {"output", [](auto* h) { return quavin_model_get_output(h, 0, &port); }},
-    {"predict", [](auto* h) { return quavin_predict(h, kInputs, kSizes, 1, &newOutputs); }},
+    {"metadata", [](auto* h) { return quavin_model_get_metadata(h, &into::metadata); }},
+    {"input count", [](auto* h) { return quavin_model_get_input_count(h, &into::count); }},
+    {"output count", [](auto* h) { return quavin_model_get_output_count(h, &into::count); }},
+    {"input", [](auto* h) { return quavin_model_get_input(h, 0, &into::port); }},
+    {"output", [](auto* h) { return quavin_model_get_output(h, 0, &into::port); }},
+    {"predict", [](auto* h) { return quavin_predict(h, kInputs, kSizes, 1, &into::outputs); }},
     {"predict into",
      [](auto* h) { return quavin_predict_into(h, kInputs, kSizes, 1, kOutputs, kSizes, 1); }},
-    {"clone", [](auto* h) { return quavin_clone(h, &newModel); }},
-    {"engine info", [](auto* h) { return quavin_model_get_engine_info(h, &newInfo); }},
+    {"clone", [](auto* h) { return quavin_clone(h, &into::model); }},
+    {"engine info", [](auto* h) { return quavin_model_get_engine_info(h, &into::info); }},
     {"set memory", [](auto* h) { return quavin_model_set_memory(h, 1); }},
     {"unload", quavin_unload},
     {"unregister", quavin_unregister},
 };
 const std::vector<Use<quavin_outputs>> kOutputsUses = {
-    {"count", [](auto* h) { return quavin_outputs_get_count(h, &count); }},
-    {"get", [](auto* h) { return quavin_outputs_get(h, 0, &output); }},
+    {"count", [](auto* h) { return quavin_outputs_get_count(h, &into::count); }},
+    {"get", [](auto* h) { return quavin_outputs_get(h, 0, &into::output); }},
 };
 const std::vector<Use<quavin_engine_info>> kInfoUses = {
-    {"get", [](auto* h) { return quavin_engine_info_get(h, &details); }},
+    {"get", [](auto* h) { return quavin_engine_info_get(h, &into::details); }},
 };
 const std::vector<Use<quavin_registry>> kRegistryUses = {
-    {"count", [](auto* h) { return quavin_registry_get_count(h, &count); }},
-    {"entry", [](auto* h) { return quavin_registry_get_entry(h, 0, &entry); }},
-    {"model", [](auto* h) { return quavin_registry_get_model(h, 0, &newModel); }},
+    {"count", [](auto* h) { return quavin_registry_get_count(h, &into::count); }},
+    {"entry", [](auto* h) { return quavin_registry_get_entry(h, 0, &into::entry); }},
+    {"model", [](auto* h) { return quavin_registry_get_model(h, 0, &into::model); }},
 };
 const std::vector<Use<quavin_network>> kNetworkUses = {
-    {"input count", [](auto* h) { return quavin_network_get_input_count(h, &count); }},
-    {"output count", [](auto* h) { return quavin_network_get_output_count(h, &count); }},
-    {"input", [](auto* h) { return quavin_network_get_input(h, 0, &port); }},
-    {"output", [](auto* h) { return quavin_network_get_output(h, 0, &port); }},
+    {"input count", [](auto* h) { return quavin_network_get_input_count(h, &into::count); }},
+    {"output count", [](auto* h) { return quavin_network_get_output_count(h, &into::count); }},
+    {"input", [](auto* h) { return quavin_network_get_input(h, 0, &into::port); }},
+    {"output", [](auto* h) { return quavin_network_get_output(h, 0, &into::port); }},
 };
 
 class CHandles : public CInterface {

@@ -91,7 +91,8 @@ TEST_F(CLifecycle, TheVersionIsThatOfTheLibrary) {
 TEST_F(CLifecycle, EveryCodeHasItsName) {
     EXPECT_STREQ(quavin_status_name(QUAVIN_SUCCESS), "SUCCESS");
     EXPECT_STREQ(quavin_status_name(QUAVIN_TAR_UNSUPPORTED_ENTRY), "TAR_UNSUPPORTED_ENTRY");
-    for (const int unused : {-1, 0, 10, 20, 1000}) {
+    EXPECT_STREQ(quavin_status_name(QUAVIN_SIGNATURE_ERROR), "SIGNATURE_ERROR");
+    for (const int unused : {-1, 0, 10, 20, 24, 1000}) {
         EXPECT_STREQ(quavin_status_name(unused), "unknown status");
     }
 }

@@ -137,7 +137,7 @@ TEST_F(CPredict, OutputsMemoryIsTheSameInEveryAnswer) {
 
 TEST_F(CPredict, AnInputOfAnotherSizeIsRefused) {
     ASSERT_THAT(loadNetwork(affineNetwork()), Succeeds());
-    for (const std::size_t size : {0, 12, 15, 17, 20, 32}) {
+    for (const std::size_t size : {0U, 12U, 15U, 17U, 20U, 32U}) {
         EXPECT_THAT(
             predict({x_.data()}, {size}),
             FailsWith(QUAVIN_INVALID_ARGUMENTS,
@@ -257,7 +257,7 @@ TEST_F(CPredict, NothingIsCopiedIfOneOutputHasAnotherSize) {
     const std::size_t right[] = {8, 8};
     std::array<float, 6> results{7, 7, 7, 7, 7, 7};
     void* outputs[] = {&results[0], &results[2], &results[4]};
-    for (const std::size_t size : {0, 4, 12}) {
+    for (const std::size_t size : {0U, 4U, 12U}) {
         const std::size_t sizes[] = {8, 8, size};
         EXPECT_THAT(
             quavin_predict_into(model_, inputs, right, 2, outputs, sizes, 3),

@@ -61,7 +61,7 @@ protected:
         const auto byte = [&](std::size_t index) {
             return static_cast<int>(reinterpret_cast<const unsigned char*>(&later)[index]);
         };
-        for (const std::size_t size : {0, 4, 12, 5000}) {
+        for (const std::size_t size : {0U, 4U, 12U, 5000U}) {
             EXPECT_THAT(callWithSize(size),
                         FailsWith(QUAVIN_INVALID_ARGUMENTS,
                                   EndsWith(": no version has the size " + std::to_string(size))));

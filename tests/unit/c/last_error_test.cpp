@@ -10,8 +10,6 @@
 namespace VelmoraQuavin::internal {
 namespace {
 
-using ::testing::StrEq;
-
 constexpr std::size_t kLongest = 1023;
 
 TEST(LastError, KeepsTheTextOfAStatus) {

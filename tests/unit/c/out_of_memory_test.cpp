@@ -1,8 +1,10 @@
 // Memory runs out at one allocation of a function after the other, in steps where there are many:
 // no exception leaves any of them.
 
+#include <algorithm>
 #include <functional>
 #include <set>
+#include <vector>
 
 #include "allocation_watch.h"
 #include "integration/c/c_test.h"
@@ -189,7 +191,9 @@ TEST_F(COutOfMemory, ExtractingSurvivesIt) {
     });
 }
 
-TEST_F(COutOfMemory, AFailureIsStillToldWhenThereIsNoMemoryForItsText) {
+// The first allocations make the exception, later ones copy its text into the status.
+TEST_F(COutOfMemory, AFailureKeepsItsCodeWhenThereIsNoMemoryForItsText) {
+    std::vector<quavin_status> statuses;
     std::set<std::string> texts;
     bool happened = true;
     for (int which = 1; happened; ++which) {
@@ -199,12 +203,16 @@ TEST_F(COutOfMemory, AFailureIsStillToldWhenThereIsNoMemoryForItsText) {
             status = quavin_unload(reinterpret_cast<quavin_model*>(&happened));
             happened = failure.happened();
         }
-        EXPECT_EQ(status, happened ? QUAVIN_FAILURE : QUAVIN_INVALID_ARGUMENTS);
+        statuses.push_back(status);
         texts.insert(quavin_last_error());
     }
-    EXPECT_THAT(texts, ::testing::ElementsAre(
-                           "Out of memory", "This is not the handle of a model, or it was released",
-                           "std::bad_alloc"));
+    const auto first = std::find(statuses.begin(), statuses.end(), QUAVIN_INVALID_ARGUMENTS);
+    EXPECT_GE(statuses.end() - first, 2);  // the last one did not lack memory
+    EXPECT_EQ(std::count(statuses.begin(), first, QUAVIN_FAILURE), first - statuses.begin());
+    EXPECT_EQ(std::count(first, statuses.end(), QUAVIN_INVALID_ARGUMENTS), statuses.end() - first);
+    EXPECT_THAT(texts,
+                ::testing::ElementsAre("This is not the handle of a model, or it was released",
+                                       "std::bad_alloc"));
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 
 #include "quavin/client.h"
 #include "quavin/logging.h"
+#include "support/at_exit.h"
 #include "support/captured_output.h"
 #include "support/recording_model.h"
 
@@ -46,14 +47,15 @@ void terminateAndReport() {
 
 [[noreturn]] void exitWithTerminateAfterTheHub() {
     testing::sendOutputToErrorStream();
-    std::atexit(terminateAndReport);  // registered before the hub, so called after it is gone
+    // Registered before the hub, so called after it is gone.
+    testing::callAtExit(terminateAndReport);
     QuavinClient::init(configOf(std::make_shared<PrintingLogProcessor>()));
     std::exit(0);
 }
 
 [[noreturn]] void exitWithInitAfterTheHub() {
     testing::sendOutputToErrorStream();
-    std::atexit([] {
+    testing::callAtExit([] {
         QuavinClient::init(configOf(std::make_shared<PrintingLogProcessor>()));
         _Report_(false, 0, 0, "late");
     });
@@ -64,7 +66,7 @@ void terminateAndReport() {
 [[noreturn]] void exitWithAStaticScope() {
     testing::sendOutputToErrorStream();
     static const QuavinClientInitTerm scope{QuavinConfig()};
-    std::atexit([] { _Report_(false, 0, 0, "late"); });
+    testing::callAtExit([] { _Report_(false, 0, 0, "late"); });
     _Report_(false, 0, 0, "early");
     std::exit(0);
 }

@@ -81,6 +81,7 @@ TEST_F(DiagnosticsTest, RecordsAreNotAddedToTheHistory) {
 }
 
 TEST_F(DiagnosticsTest, UnsafeCharactersAreReplacedAndARecordIsOneLine) {
+    // NOLINTNEXTLINE(misc-misleading-bidirectional): what is replaced
     diagnose([] { return "path \"a\nb\": \t\x1b[31m\xE2\x80\xAE\xFF"; });
     EXPECT_THAT(recorder_->messages(), ElementsAre("path \"a b\":  ?[31m??"));
 }

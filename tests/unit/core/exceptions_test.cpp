@@ -41,7 +41,8 @@ class ExceptionFamilyTest : public ::testing::Test {
 protected:
     using Class = typename FixedCode::Class;
 };
-TYPED_TEST_SUITE(ExceptionFamilyTest, FixedCodes);
+// Before C++20, a variadic macro needs an argument for its "...", though it may be empty.
+TYPED_TEST_SUITE(ExceptionFamilyTest, FixedCodes, );
 
 TYPED_TEST(ExceptionFamilyTest, CarriesItsCodeAndMessage) {
     const typename TestFixture::Class exception("a message");

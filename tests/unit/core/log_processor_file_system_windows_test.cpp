@@ -13,7 +13,7 @@ namespace {
 using testing::TempDirectory;
 
 // Two lines of sixty "=".
-const std::string kBanner =
+const std::string kWindowsBanner =
     "============================================================\r\n"
     "============================================================\r\n";
 
@@ -27,13 +27,13 @@ void run(const TempDirectory& directory, const String& message) {
 TEST(LogProcessorFileSystemLineEndings, BannerAndMessagesEndWithCrLf) {
     const TempDirectory directory;
     run(directory, "message");
-    EXPECT_EQ(directory.read("log.txt"), kBanner + "message\r\n");
+    EXPECT_EQ(directory.read("log.txt"), kWindowsBanner + "message\r\n");
 }
 
 TEST(LogProcessorFileSystemLineEndings, LineFeedsInMessagesBecomeCrLf) {
     const TempDirectory directory;
     run(directory, "first\nsecond");
-    EXPECT_EQ(directory.read("log.txt"), kBanner + "first\r\nsecond\r\n");
+    EXPECT_EQ(directory.read("log.txt"), kWindowsBanner + "first\r\nsecond\r\n");
 }
 
 TEST(LogProcessorFileSystemLineEndings, BlankLinesBetweenRunsEndWithCrLf) {
@@ -41,7 +41,7 @@ TEST(LogProcessorFileSystemLineEndings, BlankLinesBetweenRunsEndWithCrLf) {
     run(directory, "first");
     run(directory, "second");
     EXPECT_EQ(directory.read("log.txt"),
-              kBanner + "first\r\n\r\n\r\n\r\n" + kBanner + "second\r\n");
+              kWindowsBanner + "first\r\n\r\n\r\n\r\n" + kWindowsBanner + "second\r\n");
 }
 
 }  // namespace

@@ -21,7 +21,7 @@ struct FailingFormat {
     }
 };
 
-class FailingLogProcessor : public ILogProcessor {
+class CountingFailingLogProcessor : public ILogProcessor {
 public:
     void process(const LogRecord& /*record*/) override {
         ++calls_;
@@ -33,7 +33,7 @@ private:
     int calls_ = 0;
 };
 
-LogRecord recordAt(long long time) {
+LogRecord messageAt(long long time) {
     LogRecord record;
     record.message = "message";
     record.time = time;
@@ -43,7 +43,7 @@ LogRecord recordAt(long long time) {
 TEST(LogProcessorFormatterTest, PassesOnTheFormattedRecord) {
     const auto recorder = std::make_shared<RecordingLogProcessor>();
     DebugFormatter formatter(1'000, recorder);
-    LogRecord record = recordAt(10'051'000);  // 1 second and 5 milliseconds later
+    LogRecord record = messageAt(10'051'000);  // 1 second and 5 milliseconds later
     record.category = 4;
     record.level = 2;
     formatter.process(record);
@@ -63,7 +63,7 @@ TEST(LogProcessorFormatterTest, WritesTheSameLineToEveryStreamInOrder) {
     container->add(std::make_shared<LogProcessorOStream>(&both));
     container->add(std::make_shared<LogProcessorOStream>(&second));
     container->add(std::make_shared<LogProcessorOStream>(&both));
-    DebugFormatter(0, container).process(recordAt(110'450'060'000));
+    DebugFormatter(0, container).process(messageAt(110'450'060'000));
 
     const std::string line = "(03:04:05:06) message[-1]\n";
     EXPECT_EQ(first.str(), line);
@@ -73,23 +73,23 @@ TEST(LogProcessorFormatterTest, WritesTheSameLineToEveryStreamInOrder) {
 
 TEST(LogProcessorFormatterTest, DoesNothingWithoutANextProcessor) {
     DebugFormatter formatter(0, nullptr);
-    EXPECT_NO_THROW(formatter.process(recordAt(0)));
+    EXPECT_NO_THROW(formatter.process(messageAt(0)));
     LogProcessorFormatter<FailingFormat> failing(0, nullptr);
-    EXPECT_NO_THROW(failing.process(recordAt(0)));
+    EXPECT_NO_THROW(failing.process(messageAt(0)));
 }
 
 TEST(LogProcessorFormatterTest, PassesOnTheOriginalRecordIfFormattingFails) {
     const auto recorder = std::make_shared<RecordingLogProcessor>();
     LogProcessorFormatter<FailingFormat> formatter(0, recorder);
-    formatter.process(recordAt(42));
+    formatter.process(messageAt(42));
     EXPECT_THAT(recorder->messages(), ElementsAre("message"));
     EXPECT_EQ(recorder->records().front().time, 42);
 }
 
 TEST(LogProcessorFormatterTest, AFailureOfTheNextProcessorIsNotMistakenForAFormattingFailure) {
-    const auto failing = std::make_shared<FailingLogProcessor>();
+    const auto failing = std::make_shared<CountingFailingLogProcessor>();
     DebugFormatter formatter(0, failing);
-    EXPECT_THROW(formatter.process(recordAt(0)), std::runtime_error);
+    EXPECT_THROW(formatter.process(messageAt(0)), std::runtime_error);
     EXPECT_EQ(failing->calls(), 1);
 }
 

@@ -13,7 +13,6 @@ namespace VelmoraQuavin::internal {
 namespace {
 
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 /// Reports again from within every record it receives.
 class NestingLogProcessor : public ILogProcessor {
@@ -34,7 +33,7 @@ private:
     int calls_ = 0;
 };
 
-class FailingLogProcessor : public ILogProcessor {
+class ThrowingLogProcessor : public ILogProcessor {
 public:
     void process(const LogRecord& record) override {
         if (record.message == "standard") {
@@ -95,13 +94,13 @@ TEST_F(LoggingHubTest, ReleasesAReplacedProcessor) {
 }
 
 TEST_F(LoggingHubTest, SwallowsWhateverAProcessorThrows) {
-    install(std::make_shared<FailingLogProcessor>());
+    install(std::make_shared<ThrowingLogProcessor>());
     EXPECT_NO_THROW(report("standard"));
     EXPECT_NO_THROW(report("a number"));
 }
 
 TEST_F(LoggingHubTest, KeepsWorkingAfterManyFailures) {
-    install(std::make_shared<FailingLogProcessor>());
+    install(std::make_shared<ThrowingLogProcessor>());
     for (int count = 0; count < 30; ++count) {
         report("standard");
     }

@@ -8,6 +8,7 @@
 
 #include "core/logging_hub.h"
 #include "quavin/logging.h"
+#include "support/at_exit.h"
 #include "support/captured_output.h"
 #include "support/matches_pattern.h"
 
@@ -31,35 +32,37 @@ void reportLate() {
     _Report_(false, 0, 0, "late");
 }
 
-class ReportingWhenDestroyed : public ILogProcessor {
+class ReportingLateWhenDestroyed : public ILogProcessor {
 public:
-    ~ReportingWhenDestroyed() override { reportLate(); }
+    ~ReportingLateWhenDestroyed() override { reportLate(); }
     void process(const LogRecord& /*record*/) override {}
 };
 
 [[noreturn]] void exitWithAReportAfterTheHub() {
     testing::sendOutputToErrorStream();
-    std::atexit(reportLate);  // registered before the hub is created, so called after it is gone
+    // Registered before the hub is created, so called after it is gone.
+    testing::callAtExit(reportLate);
     _Report_(false, 0, 0, "early");
     std::exit(0);
 }
 
 [[noreturn]] void exitWithAHubThatWasNeverCreated() {
     testing::sendOutputToErrorStream();
-    std::atexit(reportLate);
+    testing::callAtExit(reportLate);
     std::exit(0);
 }
 
 [[noreturn]] void exitWithAProcessorThatReportsWhenDestroyed() {
     testing::sendOutputToErrorStream();
-    LoggingHub::find()->setProcessor(std::make_shared<ReportingWhenDestroyed>());
+    LoggingHub::find()->setProcessor(std::make_shared<ReportingLateWhenDestroyed>());
     std::exit(0);
 }
 
 [[noreturn]] void exitWithTheDefaultChainReinstalledLate() {
     testing::sendOutputToErrorStream();
     LoggingHub::find();
-    std::atexit([] {  // registered before the default chain is created, so it may be gone by then
+    // Registered before the default chain is created, so it may be gone by then.
+    testing::callAtExit([] {
         LoggingHub::find()->setProcessor(nullptr);
         reportLate();
     });

@@ -76,7 +76,7 @@ int alignedBlocksInUse() noexcept {
     return alignedBlocks;
 }
 
-AllocationFailure::AllocationFailure(int which) {
+AllocationFailure::AllocationFailure(int which) : which_(which) {
     allocationsUntilFailure = which;
 }
 
@@ -86,6 +86,10 @@ AllocationFailure::~AllocationFailure() {
 
 bool AllocationFailure::happened() const {
     return allocationsUntilFailure == 0;
+}
+
+int AllocationFailure::made() const {
+    return which_ - allocationsUntilFailure;
 }
 
 FreeWatch::FreeWatch() {

@@ -20,6 +20,11 @@ public:
 
     /// Whether that many allocations were made, so that one failed.
     bool happened() const;
+    /// The allocations made so far, unless one failed.
+    int made() const;
+
+private:
+    int which_;
 };
 
 /// Watches a run of bytes until the block that holds it is freed. One at a time.

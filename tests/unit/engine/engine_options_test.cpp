@@ -11,7 +11,7 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::Pair;
-using Precision = EngineOptions::Precision;
+using RequestedPrecision = EngineOptions::Precision;
 using Hint = EngineOptions::Hint;
 
 class EngineOptionsTest : public FaultyModelTest {
@@ -53,7 +53,7 @@ TEST_F(EngineOptionsTest, ThroughputAsksForTheEnginesChoiceOfStreams) {
 }
 
 TEST_F(EngineOptionsTest, AFasterPrecisionIsOnlyAskedForWhereThereIsOne) {
-    options_.precision = Precision::Fastest;
+    options_.precision = RequestedPrecision::Fastest;
     EXPECT_THAT(configFor(options_), IsEmpty());  // the engine does not report what it supports
     supports({"FP32", "INT8"});
     EXPECT_THAT(configFor(options_), IsEmpty());
@@ -89,7 +89,7 @@ TEST_F(EngineOptionsTest, TheClientsInfoIsThatOfItsOptions) {
     EXPECT_THAT(engine_.loadings.back().config, ElementsAre(Pair("CPU_THREADS_NUM", "2")));
 }
 
-EngineOptions optionsOf(Precision precision, int threads, Hint hint) {
+EngineOptions optionsOf(RequestedPrecision precision, int threads, Hint hint) {
     EngineOptions options;
     options.precision = precision;
     options.threads = threads;
@@ -98,7 +98,8 @@ EngineOptions optionsOf(Precision precision, int threads, Hint hint) {
 }
 
 TEST(EngineOptionsCheck, AcceptsEveryValueWithAMeaning) {
-    for (const Precision precision : {Precision::Single, Precision::Fastest}) {
+    for (const RequestedPrecision precision :
+         {RequestedPrecision::Single, RequestedPrecision::Fastest}) {
         for (const Hint hint : {Hint::Latency, Hint::Throughput}) {
             for (const int threads : {0, 1, 1024}) {
                 EXPECT_NO_THROW(internal::requireMeaningful(optionsOf(precision, threads, hint)));
@@ -116,13 +117,13 @@ TEST(EngineOptionsCheck, NamesTheOptionWithoutAMeaning) {
         }
         return "none";
     };
-    EXPECT_EQ(refusalOf(optionsOf(static_cast<Precision>(2), 0, Hint::Latency)),
+    EXPECT_EQ(refusalOf(optionsOf(static_cast<RequestedPrecision>(2), 0, Hint::Latency)),
               "EngineOptions::precision is 2, but must be Single (0) or Fastest (1)");
-    EXPECT_EQ(refusalOf(optionsOf(Precision::Single, -1, Hint::Latency)),
+    EXPECT_EQ(refusalOf(optionsOf(RequestedPrecision::Single, -1, Hint::Latency)),
               "EngineOptions::threads is -1, but must be from 0 to 1024");
-    EXPECT_EQ(refusalOf(optionsOf(Precision::Single, 1025, Hint::Latency)),
+    EXPECT_EQ(refusalOf(optionsOf(RequestedPrecision::Single, 1025, Hint::Latency)),
               "EngineOptions::threads is 1025, but must be from 0 to 1024");
-    EXPECT_EQ(refusalOf(optionsOf(Precision::Single, 0, static_cast<Hint>(9))),
+    EXPECT_EQ(refusalOf(optionsOf(RequestedPrecision::Single, 0, static_cast<Hint>(9))),
               "EngineOptions::hint is 9, but must be Latency (0) or Throughput (1)");
 }
 

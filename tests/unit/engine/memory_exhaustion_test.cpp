@@ -1,17 +1,22 @@
-// Memory runs out at each of the library's allocations in turn.
+// Memory runs out at each of the library's allocations in turn, while a plain package is loaded.
+// What else it runs out in is in tests/faults.
 
 #include <gmock/gmock.h>
 
-#include <exception>
 #include <memory>
 
 #include "allocation_watch.h"
+#include "core/diagnostics.h"
 #include "integration/model_test.h"
+#include "package/signature/trusted_keys.h"
+#include "support/recording_log_processor.h"
+#include "support/signature_data.h"
 
 namespace VelmoraQuavin::testing {
 namespace {
 
 using ::testing::ElementsAre;
+using ::testing::StartsWith;
 
 constexpr int kMostAllocations = 100'000;
 constexpr int kAllocationsBetweenLoads = 8;
@@ -62,27 +67,6 @@ TEST_F(MemoryExhaustion, DuringLoadingReturnsAStatus) {
     EXPECT_LT(succeeded, 20);
 }
 
-TEST_F(MemoryExhaustion, DuringPredictionThrowsAndTheNextPredictionIsCorrect) {
-    loadAndPredict();
-    bool happened = true;
-    for (int which = 1; happened && which < kMostAllocations; ++which) {
-        SCOPED_TRACE(which);
-        QuavinStatus status;
-        outputs_.clear();
-        {
-            const AllocationFailure failure(which);
-            try {
-                status = model_->predict(inputs_, outputs_);
-            } catch (const std::exception&) {
-            }
-            happened = failure.happened();
-        }
-        ASSERT_NE(status.ok(), happened);
-        expectPrediction();
-    }
-    EXPECT_FALSE(happened);
-}
-
 TEST_F(MemoryExhaustion, ASteadyPredictionAllocatesAtMostEightTimes) {
     constexpr int kMost = 8;
     loadAndPredict();
@@ -98,6 +82,41 @@ TEST_F(MemoryExhaustion, ASteadyPredictionAllocatesAtMostEightTimes) {
         happened = failure.happened();
     }
     EXPECT_LE(which - 2, kMost);
+}
+
+TEST(SwitchingOnOutOfMemory, TakesTheWholeConfigurationOrNothing) {
+    QuavinConfig config;
+    config.SetLogger(std::make_shared<RecordingLogProcessor>());
+    config.SetDiagnostics(true);
+    config.SetTrustedKeys({readPem("p256"), readPem("rsa")});
+    bool happened = true;
+    int failures = 0;
+    for (int which = 1; happened && which < kMostAllocations; ++which) {
+        SCOPED_TRACE(which);
+        bool isOn = false;
+        {
+            const AllocationFailure failure(which);
+            try {
+                isOn = QuavinClient::init(config).ok();
+            } catch (const std::bad_alloc&) {
+                ++failures;
+            }
+            happened = failure.happened();
+        }
+        EXPECT_TRUE(isOn || happened);
+        EXPECT_EQ(QuavinClient::isInitialized(), isOn);
+        EXPECT_EQ(internal::areDiagnosticsOn(), isOn);
+        EXPECT_EQ(internal::areKeysTrusted(), isOn);
+        if (isOn) {
+            // A key whose hash lacked memory cannot be used either.
+            EXPECT_THAT(internal::trustedKeys()->problem,
+                        StartsWith(happened ? "Trusted key 1: " : "Trusted key 2: "));
+        }
+        QuavinClient::terminate();
+        internal::setTrustedKeys(nullptr);
+    }
+    EXPECT_FALSE(happened);
+    EXPECT_GT(failures, 2);
 }
 
 }  // namespace

@@ -112,7 +112,7 @@ TEST_F(NetworkReading, AWrongKeyPassesOnMeaninglessBytes) {
 TEST_F(NetworkReading, ASecuredFileOfInvalidSizeThrowsWithItsPathAndReadsNothing) {
     const std::string whole = secured("<net/>", countingKey(), BlockFilling::kPkcs7);
     directory_.write("net.bin", whole);
-    for (const std::size_t size : {0, 1, 15, 17, 31}) {
+    for (const std::size_t size : {0U, 1U, 15U, 17U, 31U}) {
         directory_.write("net.xml", whole.substr(0, size));
         try {
             readSecured();

@@ -108,7 +108,7 @@ TEST_F(OutputPoolTest, ABlobOutlivesThePoolsOwner) {
     pool_->close();
     pool_.reset();
     ASSERT_FALSE(observed.expired());
-    float* const values = blob->buffer().as<float*>();
+    auto* const values = blob->buffer().as<float*>();
     ASSERT_NE(values, nullptr);
     std::fill_n(values, 4, 1.5F);
     EXPECT_EQ(blob->cbuffer().as<const float*>()[3], 1.5F);
@@ -161,10 +161,10 @@ TEST_F(OutputPoolTest, AcceptsNullFromABlobWithoutMemory) {
 // Every thread fills its blocks with its own mark, so a block handed to two threads would show.
 TEST_F(OutputPoolTest, SeveralThreadsCanUseThePoolAtOnce) {
     constexpr std::size_t kSize = 256;
-    constexpr int kRounds = 20000;
+    constexpr int kTurns = 20000;
     std::atomic<int> damaged{0};
     const auto work = [&](unsigned char mark) {
-        for (int round = 0; round < kRounds; ++round) {
+        for (int round = 0; round < kTurns; ++round) {
             auto* const block = static_cast<unsigned char*>(pool_->alloc(kSize));
             std::memset(block, mark, kSize);
             if (round % 64 == 0) {

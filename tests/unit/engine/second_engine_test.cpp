@@ -116,8 +116,6 @@ internal::EngineList internal::builtInEngines() noexcept {
 namespace testing {
 namespace {
 
-using ::testing::HasSubstr;
-
 class SecondEngine : public ::testing::Test {
 protected:
     SecondEngine() { QuavinClient::init(QuavinConfig()); }

@@ -23,7 +23,7 @@ std::shared_ptr<InferenceEngine::TBlob<std::uint8_t>> secretBlob(std::size_t siz
 
 TEST(SecretAllocator, OverwritesABlockBeforeFreeingIt) {
     const auto allocator = makeSecretAllocator();
-    for (const std::size_t size : {1, 16, 100, 65536}) {
+    for (const std::size_t size : {1U, 16U, 100U, 65536U}) {
         void* const handle = allocator->alloc(size);
         ASSERT_NE(handle, nullptr);
         void* const memory = allocator->lock(handle);

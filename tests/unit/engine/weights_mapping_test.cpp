@@ -25,7 +25,10 @@ public:
         : bytes_(std::move(bytes)), mapping_(mapping) {}
 
     uint64 size() const override { return bytes_->size(); }
-    void read(char* buffer) override { std::copy(bytes_->begin(), bytes_->end(), buffer); }
+    void read(char* buffer, uint64 count) override {
+        std::copy_n(bytes_->data() + read_, count, buffer);
+        read_ += count;
+    }
     std::optional<MappedBytes> map() override {
         if (mapping_ == Mapping::kFails) {
             throw FileException("File error!");
@@ -39,12 +42,14 @@ public:
 private:
     std::shared_ptr<const std::string> bytes_;
     Mapping mapping_;
+    uint64 read_ = 0;
 };
 
 class SourceInMemory : public ComponentSource {
 public:
     String name() const override { return "memory"; }
     String resolve(const String& path) const override { return path; }
+    bool contains(const String& path) const override { return contents.count(path.str()) != 0; }
     std::unique_ptr<StoredBytes> open(const NetworkComponentEntry& component) const override {
         return std::make_unique<BytesInMemory>(contents.at(component.path.str()), mapping);
     }

@@ -3,4 +3,5 @@ quavin_unit_test(
   allocate_inputs_test.cpp
   device_test.cpp
   model_loading_test.cpp
-  quavin_model_test.cpp)
+  quavin_model_test.cpp
+  verified_load_test.cpp)

@@ -33,6 +33,7 @@ quavin_unit_test(
   archive/tar_write_failures_test.cpp
   manifest/manifest_components_test.cpp
   manifest/manifest_diagnostics_test.cpp
+  manifest/manifest_digest_test.cpp
   manifest/manifest_document_test.cpp
   manifest/manifest_example_test.cpp
   manifest/manifest_feature_block_test.cpp
@@ -70,7 +71,20 @@ quavin_unit_test(
   secured/decryption_threads_test.cpp
   secured/encryption_test.cpp
   secured/package_keys_test.cpp
+  signature/ecdsa_signature_test.cpp
+  signature/public_key_test.cpp
+  signature/trusted_keys_test.cpp
+  signature/verify_signature_test.cpp
   source/memory_source_test.cpp
   source/network_components_test.cpp
+  source/signed_directory_test.cpp
+  source/signed_source_test.cpp
   source/sized_file_test.cpp)
 target_link_libraries(quavin_package_tests PRIVATE quavin_test_packages)
+
+# Signing is for the tools, and not part of the library.
+if(QUAVIN_BUILD_TOOLS)
+  target_sources(quavin_package_tests PRIVATE package/signature/signing_test.cpp
+                                              "${PROJECT_SOURCE_DIR}/src/package/signature/signing.cpp")
+  target_link_libraries(quavin_package_tests PRIVATE quavin_tool_platform_objects)
+endif()

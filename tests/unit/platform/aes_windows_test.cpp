@@ -19,15 +19,15 @@ namespace {
 using testing::AesScratchWatch;
 using testing::Bytes;
 
-constexpr std::size_t kSize = 20'480;
+constexpr std::size_t kComponentSize = 20'480;
 
 class AesOfWindows : public ::testing::Test {
 protected:
     AesOfWindows()
         : key_(testing::randomBytes(kAesKeySize, 1)),
-          plaintext_(testing::randomBytes(kSize, 2)),
+          plaintext_(testing::randomBytes(kComponentSize, 2)),
           component_(testing::secure(plaintext_, key_)),
-          output_(kSize, 0xA5) {}
+          output_(kComponentSize, 0xA5) {}
 
     bool decrypt(std::size_t length) {
         return decryptAes128Cbc(component_.data(), length, output_.data(), key_.data());
@@ -61,7 +61,7 @@ TEST_F(AesScratch, UnwipedBlocksAreDetected) {
 }
 
 TEST_F(AesScratch, OneBlockOfTheInputsLengthIsUsedAndWiped) {
-    const AesScratchWatch watch(kSize / 20);
+    const AesScratchWatch watch(kComponentSize / 20);
     ASSERT_TRUE(decrypt());
     EXPECT_EQ(watch.made(), 1);
     EXPECT_EQ(watch.size(), component_.size());
@@ -70,7 +70,7 @@ TEST_F(AesScratch, OneBlockOfTheInputsLengthIsUsedAndWiped) {
 }
 
 TEST_F(AesScratch, TheBlockIsWipedIfDecryptionFails) {
-    const AesScratchWatch watch(kSize / 20);
+    const AesScratchWatch watch(kComponentSize / 20);
     ASSERT_FALSE(decrypt(component_.size() - 8));
     EXPECT_EQ(watch.made(), 1);
     EXPECT_TRUE(watch.wasWiped());
@@ -96,7 +96,7 @@ TEST_F(AesLength, APartialBlockFailsAndLeavesTheOutputUntouched) {
 
 // The system counts bytes in 32 bits: a longer length must not be cut to its low 32 bits.
 TEST_F(AesLength, MoreThanTheSystemAcceptsFailsAndLeavesTheOutputUntouched) {
-    const AesScratchWatch watch(kSize / 20);
+    const AesScratchWatch watch(kComponentSize / 20);
     EXPECT_FALSE(decrypt((std::size_t{1} << 32) + component_.size()));
     EXPECT_EQ(watch.made(), 0);
     EXPECT_TRUE(outputIsUntouched());

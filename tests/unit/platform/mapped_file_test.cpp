@@ -19,12 +19,12 @@ namespace {
 using ::testing::StartsWith;
 
 // Spans more than one page, and does not fill the last.
-constexpr std::size_t kSize = 300'001;
+constexpr std::size_t kFileSize = 300'001;
 
 class MappedFileTest : public ::testing::Test {
 protected:
     MappedFileTest() {
-        std::string content(kSize, 'x');
+        std::string content(kFileSize, 'x');
         content.front() = '\0';
         content.back() = 'z';
         directory_.write("file", content);
@@ -50,7 +50,7 @@ TEST_F(MappedFileTest, HoldsTheFilesContentAlsoAfterTheFileIsClosed) {
     const std::size_t before = testing::openFiles();
     const MappedFile file = map();
     EXPECT_EQ(testing::openFiles(), before);
-    EXPECT_EQ(file.size(), kSize);
+    EXPECT_EQ(file.size(), kFileSize);
     EXPECT_EQ(contentOf(file), directory_.read("file"));
 }
 
@@ -68,8 +68,8 @@ TEST_F(MappedFileTest, AnEmptyFileIsAnEmptyRange) {
 TEST_F(MappedFileTest, HasTheSizeAtOpeningIfTheFileHasGrown) {
     std::string problem;
     const InputFile file = InputFile::open(directory_.entry("file"), problem).value();
-    std::filesystem::resize_file(directory_.path() / "file", kSize + 10'000);
-    EXPECT_EQ(file.map(problem).value().size(), kSize);
+    std::filesystem::resize_file(directory_.path() / "file", kFileSize + 10'000);
+    EXPECT_EQ(file.map(problem).value().size(), kFileSize);
 }
 
 TEST_F(MappedFileTest, MovesWithItsContent) {

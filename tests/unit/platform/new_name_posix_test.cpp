@@ -17,7 +17,6 @@ namespace fs = std::filesystem;
 using testing::fileInTree;
 using testing::FileTree;
 using testing::kDirectoryInTree;
-using testing::linkInTree;
 
 using Rename = bool (*)(int directory, const std::string& from, const std::string& to);
 

@@ -20,7 +20,6 @@ namespace {
 namespace fs = std::filesystem;
 using testing::fileInTree;
 using testing::FileTree;
-using testing::linkInTree;
 
 class PendingFileTest : public ::testing::Test {
 protected:
@@ -67,6 +66,20 @@ TEST_F(PendingFileTest, DisappearsUnlessPublished) {
         EXPECT_EQ(tree().size(), 1u);
     }
     EXPECT_EQ(tree(), FileTree());
+}
+
+TEST_F(PendingFileTest, WhatAKilledProcessLeftCanBeRemovedAlone) {
+    directory_.write(".quavin-1", "precious");
+    dieWhileWriting("x");
+    const PendingFile alive(directory(), 0644);  // takes the place of the first
+    const FileTree before = tree();
+    EXPECT_EQ(before.size(), 2u);
+    PendingFile::removeAbandonedIn(directory());
+    EXPECT_EQ(tree(), before);
+    fs::permissions(directory_.path() / ".quavin-1", fs::perms::sticky_bit, fs::perm_options::add);
+    PendingFile::removeAbandonedIn(directory());
+    EXPECT_EQ(tree().count(".quavin-1"), 0u);
+    EXPECT_EQ(tree().count(".quavin-0"), 1u);
 }
 
 TEST_F(PendingFileTest, ReplacesAnExistingFile) {

@@ -14,16 +14,16 @@ TEST(EnvironmentVariable, IsNothingIfNotSet) {
 }
 
 TEST(PeakResidentMemory, IncludesMemoryThatHasBeenFreed) {
-    constexpr std::size_t kSize = std::size_t{64} << 20;
+    constexpr std::size_t kBlockSize = std::size_t{64} << 20;
     const std::uint64_t before = peakResidentMemory();
     EXPECT_GT(before, std::uint64_t{1} << 20);
     {
-        std::vector<char> block(kSize);
+        std::vector<char> block(kBlockSize);
         std::memset(block.data(), 1, block.size());
-        volatile char used = block[kSize / 2];
+        volatile char used = block[kBlockSize / 2];
         static_cast<void>(used);
     }
-    EXPECT_GE(peakResidentMemory(), kSize);
+    EXPECT_GE(peakResidentMemory(), kBlockSize);
     EXPECT_LT(peakResidentMemory(), std::uint64_t{1} << 36);
 }
 

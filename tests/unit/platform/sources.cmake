@@ -32,10 +32,12 @@ quavin_unit_test(
   clock_test.cpp
   confined_directory_test.cpp
   directory_listing_test.cpp
+  ecdsa_test.cpp
   file_streams_test.cpp
   file_system_test.cpp
   input_file_test.cpp
   mapped_file_test.cpp
+  message_digest_test.cpp
   private_file_test.cpp
   secure_memory_test.cpp)
 target_link_libraries(quavin_platform_tests PRIVATE quavin_test_packages)
@@ -45,12 +47,17 @@ if(QUAVIN_BUILD_TOOLS)
   target_sources(
     quavin_platform_tests
     PRIVATE platform/aes_encryption_test.cpp platform/child_process_test.cpp
-            platform/loaded_libraries_test.cpp platform/process_test.cpp)
+            platform/ecdsa_signing_test.cpp platform/loaded_libraries_test.cpp platform/process_test.cpp)
   if(WIN32)
     target_sources(
-      quavin_platform_tests PRIVATE platform/access_list_windows_test.cpp platform/process_windows_test.cpp)
+      quavin_platform_tests PRIVATE platform/access_list_windows_test.cpp
+                                     platform/ecdsa_signing_windows_test.cpp platform/process_windows_test.cpp)
   else()
-    target_sources(quavin_platform_tests PRIVATE platform/process_posix_test.cpp)
+    target_sources(
+      quavin_platform_tests
+      PRIVATE platform/ecdsa_signing_posix_test.cpp platform/process_posix_test.cpp
+              platform/signature_allocation_failure_posix_test.cpp
+              "${PROJECT_SOURCE_DIR}/src/package/signature/signing.cpp")
   endif()
   target_link_libraries(quavin_platform_tests PRIVATE quavin_tool_platform_objects)
 endif()

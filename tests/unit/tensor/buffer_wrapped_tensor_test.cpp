@@ -8,6 +8,7 @@
 
 #include "quavin/tensor.h"
 #include "support/status_matcher.h"
+#include "unit/tensor/status_texts.h"
 
 namespace VelmoraQuavin {
 namespace {
@@ -21,10 +22,6 @@ using testing::IsStatus;
 constexpr const char* kInsufficient = "The existing buffer is insufficient for the given shape.";
 constexpr const char* kEmptyShape =
     "Tensor shape cannot be empty when constructing a new tensor with an exsiting buffer.";
-constexpr const char* kAllocation = "Failed allocating a new buffer when resizing a tensor";
-constexpr const char* kMismatch =
-    "Cannot resize a tensor because the new shape has different memory requirements than the old "
-    "shape.";
 
 class BufferWrappedTensorTest : public ::testing::Test {
 protected:
@@ -112,22 +109,23 @@ TEST_F(BufferWrappedTensorTest, ResizeToTheSameByteCountReshapes) {
 
 TEST_F(BufferWrappedTensorTest, ResizeToADifferentByteCountIsRefused) {
     BufferWrappedTensor tensor(DataType::FLOAT, TensorShape(2, 2), memory_.data(), 16);
-    EXPECT_THAT(tensor.resize(TensorShape(3)), IsStatus(TENSOR_SIZE_MISMATCH, kMismatch));
+    EXPECT_THAT(tensor.resize(TensorShape(3)), IsStatus(TENSOR_SIZE_MISMATCH, testing::kMismatch));
     EXPECT_THAT(tensor.shape().shapeVector(), ElementsAre(2, 2));
 }
 
 TEST_F(BufferWrappedTensorTest, ResizeWithoutMemoryFails) {
     BufferWrappedTensor tensor(DataType::FLOAT);
-    EXPECT_THAT(tensor.resize(TensorShape(2, 2)), IsStatus(ALLOCATION_FAILED, kAllocation));
+    EXPECT_THAT(tensor.resize(TensorShape(2, 2)),
+                IsStatus(ALLOCATION_FAILED, testing::kAllocation));
     EXPECT_THAT(tensor.shape().shapeVector(), IsEmpty());
     EXPECT_EQ(tensor.buffer(), nullptr);
 }
 
 TEST_F(BufferWrappedTensorTest, ResizeWithoutMemoryFailsForImpossibleShapesToo) {
     BufferWrappedTensor tensor(DataType::FLOAT);
-    EXPECT_THAT(tensor.resize(TensorShape(-1)), IsStatus(ALLOCATION_FAILED, kAllocation));
+    EXPECT_THAT(tensor.resize(TensorShape(-1)), IsStatus(ALLOCATION_FAILED, testing::kAllocation));
     EXPECT_THAT(tensor.resize(TensorShape(int64{1} << 62)),
-                IsStatus(ALLOCATION_FAILED, kAllocation));
+                IsStatus(ALLOCATION_FAILED, testing::kAllocation));
 }
 
 TEST_F(BufferWrappedTensorTest, NeverAllocates) {

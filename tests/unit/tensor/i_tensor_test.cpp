@@ -10,6 +10,7 @@
 
 #include "quavin/tensor.h"
 #include "support/status_matcher.h"
+#include "unit/tensor/status_texts.h"
 
 namespace VelmoraQuavin {
 namespace {
@@ -47,11 +48,6 @@ public:
     using ScriptedTensor::ScriptedTensor;
     TensorShape shape() const override { return {4, 5, 6}; }
 };
-
-constexpr const char* kMismatch =
-    "Cannot resize a tensor because the new shape has different memory requirements than the old "
-    "shape.";
-constexpr const char* kAllocation = "Failed allocating a new buffer when resizing a tensor";
 
 TEST(ITensorTest, KeepsTypeAndShape) {
     const ScriptedTensor tensor(DataType::INT16, TensorShape(2, 3));
@@ -123,7 +119,8 @@ TEST(ITensorResizeTest, WithoutMemoryItRequestsExactlyTheBytesNeeded) {
 TEST(ITensorResizeTest, AFailedAllocationKeepsTheShape) {
     ScriptedTensor tensor(DataType::FLOAT, TensorShape(9));
     tensor.allocates = false;
-    EXPECT_THAT(tensor.resize(TensorShape(2, 3)), IsStatus(ALLOCATION_FAILED, kAllocation));
+    EXPECT_THAT(tensor.resize(TensorShape(2, 3)),
+                IsStatus(ALLOCATION_FAILED, testing::kAllocation));
     EXPECT_THAT(tensor.shape().shapeVector(), ElementsAre(9));
 }
 
@@ -138,8 +135,10 @@ TEST(ITensorResizeTest, WithMemoryItOnlyReshapes) {
 TEST(ITensorResizeTest, WithMemoryItRefusesADifferentByteCount) {
     ScriptedTensor tensor(DataType::FLOAT, TensorShape(2, 6));
     tensor.giveMemory();
-    EXPECT_THAT(tensor.resize(TensorShape(3, 3)), IsStatus(TENSOR_SIZE_MISMATCH, kMismatch));
-    EXPECT_THAT(tensor.resize(TensorShape(2, -6)), IsStatus(TENSOR_SIZE_MISMATCH, kMismatch));
+    EXPECT_THAT(tensor.resize(TensorShape(3, 3)),
+                IsStatus(TENSOR_SIZE_MISMATCH, testing::kMismatch));
+    EXPECT_THAT(tensor.resize(TensorShape(2, -6)),
+                IsStatus(TENSOR_SIZE_MISMATCH, testing::kMismatch));
     EXPECT_THAT(tensor.shape().shapeVector(), ElementsAre(2, 6));
     EXPECT_THAT(tensor.requested, IsEmpty());
 }
@@ -148,7 +147,8 @@ TEST(ITensorResizeTest, WithMemoryItRefusesAShapeWhoseByteCountWrapsToTheSame) {
     ScriptedTensor tensor(DataType::FLOAT, TensorShape(4));
     tensor.giveMemory();
     const int64 wrapping = (int64{1} << 62) + 4;  // 2^64 + 16 bytes
-    EXPECT_THAT(tensor.resize(TensorShape(wrapping)), IsStatus(TENSOR_SIZE_MISMATCH, kMismatch));
+    EXPECT_THAT(tensor.resize(TensorShape(wrapping)),
+                IsStatus(TENSOR_SIZE_MISMATCH, testing::kMismatch));
     EXPECT_THAT(tensor.shape().shapeVector(), ElementsAre(4));
 }
 

@@ -3,12 +3,10 @@
 
 #include "quavin/tensor.h"
 #include "support/status_matcher.h"
+#include "unit/tensor/status_texts.h"
 
 namespace VelmoraQuavin {
 namespace {
-
-constexpr const char* kOutOfRange =
-    "Index was out-of-range when accessing TensorShape's dimensions";
 
 bool constEqual(const TensorShape& left, const TensorShape& right) {
     return left == right;
@@ -63,15 +61,16 @@ TEST(TensorShapeEqualityTest, NonConstEqualityOfAnEmptyLeftSideIsTrueForEveryRig
 
 TEST(TensorShapeEqualityTest, NonConstEqualityOfAShorterRightSideThrows) {
     testing::expectThrows<RangeException>(
-        [] { nonConstEqual(TensorShape(1, 2, 3), TensorShape(1, 2)); }, OUT_OF_RANGE, kOutOfRange);
+        [] { nonConstEqual(TensorShape(1, 2, 3), TensorShape(1, 2)); }, OUT_OF_RANGE,
+        testing::kOutOfRange);
     testing::expectThrows<RangeException>([] { nonConstEqual(TensorShape(1), TensorShape()); },
-                                          OUT_OF_RANGE, kOutOfRange);
+                                          OUT_OF_RANGE, testing::kOutOfRange);
 }
 
 TEST(TensorShapeEqualityTest, NonConstInequalityOfAShorterRightSideThrows) {
     testing::expectThrows<RangeException>(
         [] { nonConstUnequal(TensorShape(1, 2, 3), TensorShape(1, 2)); }, OUT_OF_RANGE,
-        kOutOfRange);
+        testing::kOutOfRange);
 }
 
 TEST(TensorShapeEqualityTest, AnEarlierMismatchWithAShorterRightSideIsFalse) {

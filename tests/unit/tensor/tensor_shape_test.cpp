@@ -8,6 +8,7 @@
 
 #include "quavin/tensor.h"
 #include "support/status_matcher.h"
+#include "unit/tensor/status_texts.h"
 
 namespace VelmoraQuavin {
 namespace {
@@ -17,8 +18,6 @@ using ::testing::IsEmpty;
 
 constexpr int64 kMin = std::numeric_limits<int64>::min();
 constexpr int64 kMax = std::numeric_limits<int64>::max();
-constexpr const char* kOutOfRange =
-    "Index was out-of-range when accessing TensorShape's dimensions";
 
 TEST(TensorShapeTest, IsEmptyByDefault) {
     const TensorShape shape;
@@ -99,15 +98,17 @@ TEST(TensorShapeTest, ReadsAndChangesADimension) {
 TEST(TensorShapeTest, AnIndexPastTheEndThrows) {
     TensorShape shape(2);
     for (const uint64 index : {uint64{1}, uint64{2}, uint64{1} << 63U, ~uint64{0}}) {
-        testing::expectThrows<RangeException>([&] { shape[index] = 1; }, OUT_OF_RANGE, kOutOfRange);
+        testing::expectThrows<RangeException>([&] { shape[index] = 1; }, OUT_OF_RANGE,
+                                              testing::kOutOfRange);
         testing::expectThrows<RangeException>([&] { EXPECT_EQ(std::as_const(shape)[index], 0); },
-                                              OUT_OF_RANGE, kOutOfRange);
+                                              OUT_OF_RANGE, testing::kOutOfRange);
     }
     EXPECT_THAT(shape.shapeVector(), ElementsAre(2));
 }
 
 TEST(TensorShapeTest, AnEmptyShapeHasNoValidIndex) {
-    testing::expectThrows<RangeException>([] { TensorShape()[0] = 1; }, OUT_OF_RANGE, kOutOfRange);
+    testing::expectThrows<RangeException>([] { TensorShape()[0] = 1; }, OUT_OF_RANGE,
+                                          testing::kOutOfRange);
 }
 
 }  // namespace

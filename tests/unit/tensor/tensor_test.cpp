@@ -14,6 +14,7 @@
 #include "quavin/tensor.h"
 #include "support/case_name.h"
 #include "support/status_matcher.h"
+#include "unit/tensor/status_texts.h"
 
 namespace VelmoraQuavin {
 namespace {
@@ -23,10 +24,6 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using testing::IsOk;
 using testing::IsStatus;
-
-constexpr const char* kMismatch =
-    "Cannot resize a tensor because the new shape has different memory requirements than the old "
-    "shape.";
 
 std::vector<int> bytesOf(const ITensor& tensor) {
     return {tensor.buffer(), tensor.buffer() + tensor.bytes()};
@@ -67,7 +64,7 @@ TEST(TensorTest, ATensorWithoutElementsHasANonNullBuffer) {
     EXPECT_EQ(tensor.bytes(), 0);
     EXPECT_NE(tensor.buffer(), nullptr);
     EXPECT_THAT(tensor.resize(TensorShape(0, 7)), IsOk());
-    EXPECT_THAT(tensor.resize(TensorShape(1)), IsStatus(TENSOR_SIZE_MISMATCH, kMismatch));
+    EXPECT_THAT(tensor.resize(TensorShape(1)), IsStatus(TENSOR_SIZE_MISMATCH, testing::kMismatch));
 }
 
 TEST(TensorTest, AnUnknownTypeHasANonNullBuffer) {
@@ -106,8 +103,10 @@ TEST(TensorTest, ResizeToTheSameByteCountKeepsTheBytes) {
 
 TEST(TensorTest, ResizeToADifferentByteCountIsRefused) {
     Tensor tensor(DataType::UINT8, TensorShape(4, 4));
-    EXPECT_THAT(tensor.resize(TensorShape(3, 3)), IsStatus(TENSOR_SIZE_MISMATCH, kMismatch));
-    EXPECT_THAT(tensor.resize(TensorShape(5, 5)), IsStatus(TENSOR_SIZE_MISMATCH, kMismatch));
+    EXPECT_THAT(tensor.resize(TensorShape(3, 3)),
+                IsStatus(TENSOR_SIZE_MISMATCH, testing::kMismatch));
+    EXPECT_THAT(tensor.resize(TensorShape(5, 5)),
+                IsStatus(TENSOR_SIZE_MISMATCH, testing::kMismatch));
     EXPECT_THAT(tensor.shape().shapeVector(), ElementsAre(4, 4));
     EXPECT_EQ(tensor.bytes(), 16);
 }

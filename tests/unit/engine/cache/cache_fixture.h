@@ -4,17 +4,20 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cstddef>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 #include "engine/cache/compiled_cache.h"
 #include "support/temp_directory.h"
 
 namespace VelmoraQuavin::internal {
+
+/// The size of an entry before its content.
+inline constexpr std::size_t kHeaderSize = 64;
 
 inline EntryName entryNamed(std::string_view text) {
     CacheName name;
@@ -31,7 +34,8 @@ inline EntryBuffer bufferWith(std::string_view content) {
 inline std::unique_ptr<CacheSeal> secretSealWith(unsigned char keyByte) {
     std::array<unsigned char, 16> bytes{};
     bytes.fill(keyByte);
-    const Encryption key(std::move(bytes), PaddingType::NONE);
+    Encryption key;
+    key.setKey(bytes.data());
     return makeSecretSeal({&key});
 }
 

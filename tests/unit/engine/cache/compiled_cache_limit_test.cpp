@@ -14,7 +14,6 @@ using ::testing::ElementsAre;
 using ::testing::EndsWith;
 using ::testing::HasSubstr;
 
-constexpr std::size_t kHeaderSize = 64;
 constexpr std::size_t kContentSize = 36;
 constexpr std::size_t kEntrySize = kHeaderSize + kContentSize;
 

@@ -137,9 +137,9 @@ TEST_F(CompiledCachePosix, WhatDoesNotFitIsReportedAndLeavesNothing) {
     const FileTree before = testing::treeOf(directory_.path());
     // A limit on the size of files fails a write as a full disk does.
     const pid_t child = inChild([this] {
-        std::signal(SIGXFSZ, SIG_IGN);
         const struct rlimit limit = {100'000, 100'000};
-        const bool limited = ::setrlimit(RLIMIT_FSIZE, &limit) == 0;
+        const bool limited =
+            std::signal(SIGXFSZ, SIG_IGN) != SIG_ERR && ::setrlimit(RLIMIT_FSIZE, &limit) == 0;
         const std::string problem =
             cache_.store(name_, *checksum_, bufferWith(std::string(200'000, 'x')));
         ::_exit(limited && problem.find("\" cannot be written: ") != std::string::npos ? 0 : 1);

@@ -18,7 +18,6 @@ using ::testing::HasSubstr;
 using ::testing::Optional;
 using ::testing::StartsWith;
 
-constexpr std::size_t kHeaderSize = 64;
 const std::string kDamaged = " is damaged, or not the entry that its name says";
 
 class CompiledCacheTest : public CacheFixture, public ::testing::WithParamInterface<SealKind> {

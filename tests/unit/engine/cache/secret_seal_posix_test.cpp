@@ -13,8 +13,6 @@ using ::testing::HasSubstr;
 using ::testing::Not;
 using ::testing::Optional;
 
-constexpr std::size_t kHeaderSize = 64;
-
 class SecretSealTest : public CacheFixture {
 protected:
     std::string stored(const EntryName& name, const CacheSeal& seal, std::string_view content) {

@@ -62,7 +62,7 @@ TEST(TarEntryPathTest, AnEmptyNameIsRefused) {
 
 TEST(TarEntryPathTest, AbsoluteNamesAreRefused) {
     for (const std::string name : {"/", "\\", "/etc/passwd", "\\file", "//server/share/file",
-                                   "\\\\server\\share\\file", "\\\\?\\C:\\file", "/.", "/../x"}) {
+                                   R"(\\server\share\file)", R"(\\?\C:\file)", "/.", "/../x"}) {
         EXPECT_EQ(refusalOf(name), "its name is absolute") << name;
     }
 }
@@ -77,7 +77,7 @@ TEST(TarEntryPathTest, DriveLettersAreRefused) {
 TEST(TarEntryPathTest, TwoDotsAreRefusedAnywhere) {
     for (const std::string name :
          {"..", "../", "..\\", "../x", "..\\x", "./../x", "a/..", "a\\..", "a/../", "a/../b",
-          "a/../../x", "a\\..\\..\\x", "a\\../x", "a//..//x", "a/b/c/.."}) {
+          "a/../../x", R"(a\..\..\x)", "a\\../x", "a//..//x", "a/b/c/.."}) {
         EXPECT_EQ(refusalOf(name), "its name contains \"..\"") << name;
     }
 }

@@ -91,14 +91,13 @@ public:
 
     QuavinStatus extract(const std::string& archive) {
         const ExactBytes bytes(archive);
-        const QuavinStatus status =
-            FileUtils::extractTarball(bytes.data(), bytes.size(), destination_);
+        QuavinStatus status = FileUtils::extractTarball(bytes.data(), bytes.size(), destination_);
         EXPECT_EQ(bytes.view(), archive);
         return status;
     }
     QuavinStatus extractUnbounded(const std::string& archive) {
         const ExactBytes bytes(archive);
-        const QuavinStatus status = FileUtils::extractTarball(bytes.data(), destination_);
+        QuavinStatus status = FileUtils::extractTarball(bytes.data(), destination_);
         EXPECT_EQ(bytes.view(), archive);
         return status;
     }

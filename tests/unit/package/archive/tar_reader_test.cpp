@@ -117,6 +117,7 @@ TEST(QuotedTarName, ReplacesControlCharacters) {
 
 // A next line, a right-to-left override, a line separator and an isolate.
 TEST(QuotedTarName, ReplacesOtherCharactersThatATerminalInterprets) {
+    // NOLINTNEXTLINE(misc-misleading-bidirectional): what is replaced
     EXPECT_EQ(quotedTarName("a\xC2\x85|\u202Egpj.exe|\u2028|\u2066"), "\"a?|?gpj.exe|?|?\"");
 }
 

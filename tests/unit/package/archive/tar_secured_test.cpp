@@ -36,7 +36,7 @@ protected:
         const ExactBytes bytes(component);
         const CryptoKey key = key_;
         Filepath destination(to_.text());
-        const QuavinStatus status =
+        QuavinStatus status =
             FileUtils::extractSecuredTarball(bytes.data(), length, key_.data(), destination);
         EXPECT_EQ(bytes.view(), component);
         EXPECT_EQ(key_, key);

@@ -112,7 +112,7 @@ protected:
         const auto* const bytes = reinterpret_cast<const unsigned char*>(component.data());
         Filepath destination(to_.text());
         const FreedArrays freed(component.size() - 16);
-        const QuavinStatus status =
+        QuavinStatus status =
             FileUtils::extractSecuredTarball(bytes, component.size(), key.data(), destination);
         EXPECT_GE(freed.count(), 1);  // one more if decryption allocates a buffer of this size
         EXPECT_EQ(freed.notWiped(), 0);

@@ -160,10 +160,7 @@ TEST_F(TarUnboundedNames, OnlyTheCLibrarysWhiteSpaceCounts) {
     // A no-break space, a next line, an ideographic space, a zero-width space, and a letter that
     // contains the byte A0. The system's narrow interface may read their bytes as other letters.
     std::size_t made = 0;
-    for (const std::string name : {"a\u00A0b",
-                                   "a\xC2\x85"
-                                   "b",
-                                   "a\u3000b", "a\u200Bb", "a\u00E0b"}) {
+    for (const std::string name : {"a\u00A0b", "a\u0085b", "a\u3000b", "a\u200Bb", "a\u00E0b"}) {
         to_.setDestination(to_.text());
         EXPECT_THAT(to_.extractUnbounded(tarDirectory(name) + tarEnd()), IsOk());
         EXPECT_EQ(to_.tree().size(), ++made) << name;

@@ -35,7 +35,7 @@ protected:
 TEST_P(TarUnsupported, TheArchiveIsRefused) {
     for (const std::string content : {"", "content"}) {
         expectRefused(tarDirectory("root") + entry(content) + tarEnd(), TAR_UNSUPPORTED_ENTRY,
-                      "Archive entry 2 (\"entry\"): it is neither a file nor a directory (type \"" +
+                      R"(Archive entry 2 ("entry"): it is neither a file nor a directory (type ")" +
                           shownType() + "\")");
     }
 }

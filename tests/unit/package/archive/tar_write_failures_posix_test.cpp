@@ -130,8 +130,8 @@ public:
     FileSizeLimit(const FileSizeLimit&) = delete;
     FileSizeLimit& operator=(const FileSizeLimit&) = delete;
     ~FileSizeLimit() {
-        ::setrlimit(RLIMIT_FSIZE, &previous_);
-        std::signal(SIGXFSZ, handler_);
+        const bool lifted = ::setrlimit(RLIMIT_FSIZE, &previous_) == 0;
+        EXPECT_TRUE(std::signal(SIGXFSZ, handler_) != SIG_ERR && lifted);
     }
 
 private:

@@ -19,7 +19,6 @@ using testing::FileTree;
 using testing::IsOk;
 using testing::IsStatus;
 using testing::IsStatusWith;
-using testing::kDirectoryInTree;
 using testing::openFiles;
 using testing::tarDirectory;
 using testing::tarEnd;

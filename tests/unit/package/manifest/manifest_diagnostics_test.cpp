@@ -102,7 +102,7 @@ TEST_F(ManifestDiagnostics, MissingTargetsAreReportedWithTheMembersPresent) {
 
 TEST_F(ManifestDiagnostics, AMissingTargetIsReportedWithTheTargetsPresent) {
     const std::string loading = "loading the package \"" + directory_.text() +
-                                "\": the target \"Openvino\" is needed, but ";
+                                R"(": the target "Openvino" is needed, but )";
     EXPECT_EQ(missingTarget(R"({"targets": {"OpenVino": {}, "CoreML": {}}})"),
               loading + R"("targets" has the members "OpenVino", "CoreML")");
     EXPECT_EQ(missingTarget(R"({"targets": {}})"), loading + R"("targets" has no members)");

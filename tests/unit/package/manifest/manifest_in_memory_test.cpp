@@ -16,12 +16,12 @@ protected:
     }
 };
 
-const std::string kManifest =
+const std::string kManifestText =
     R"({"id": "an id", "name": "a name", "version": 3, "targets": {"Openvino": {)"
     R"("components": [{"name": "file", "path": "net.xml"}]}}})";
 
 TEST_F(ManifestInMemory, HoldsWhatTheSameFileHolds) {
-    ASSERT_THAT(loadFromMemory(kManifest), IsOk());
+    ASSERT_THAT(loadFromMemory(kManifestText), IsOk());
     EXPECT_EQ(metadata_.getId(), "an id");
     EXPECT_EQ(metadata_.getName(), "a name");
     EXPECT_EQ(metadata_.getVersion(), 3);
@@ -31,28 +31,28 @@ TEST_F(ManifestInMemory, HoldsWhatTheSameFileHolds) {
 }
 
 TEST_F(ManifestInMemory, EmptiesTheRootDirectoryOfAnEarlierFile) {
-    ASSERT_THAT(load(kManifest), IsOk());
-    ASSERT_THAT(loadFromMemory(kManifest), IsOk());
+    ASSERT_THAT(load(kManifestText), IsOk());
+    ASSERT_THAT(loadFromMemory(kManifestText), IsOk());
     EXPECT_EQ(String(metadata_.getRootDir().c_str()), "");
 }
 
 TEST_F(ManifestInMemory, NeedsNoZeroByteAtItsEnd) {
-    const std::string longer = kManifest + "}";
-    EXPECT_THAT(metadata_.loadFromMemory(longer.data(), kManifest.size()), IsOk());
+    const std::string longer = kManifestText + "}";
+    EXPECT_THAT(metadata_.loadFromMemory(longer.data(), kManifestText.size()), IsOk());
 }
 
 TEST_F(ManifestInMemory, NullAnswers7AndChangesNothing) {
-    ASSERT_THAT(load(kManifest), IsOk());
+    ASSERT_THAT(load(kManifestText), IsOk());
     EXPECT_THAT(metadata_.loadFromMemory(nullptr, 5),
                 IsStatus(INVALID_ARGUMENTS, "There is no manifest to read"));
     EXPECT_EQ(String(metadata_.getRootDir().c_str()), directory_.text());
 }
 
 TEST_F(ManifestInMemory, BytesThatAreNoJsonObjectAnswer12AndChangeNothing) {
-    ASSERT_THAT(load(kManifest), IsOk());
-    const std::string tooLarge = kManifest + std::string(std::size_t{1} << 20, ' ');
+    ASSERT_THAT(load(kManifestText), IsOk());
+    const std::string tooLarge = kManifestText + std::string(std::size_t{1} << 20, ' ');
     for (const std::string& bytes : {std::string(), std::string("["), std::string("[]"),
-                                     kManifest + '\0', kManifest.substr(0, 40), tooLarge}) {
+                                     kManifestText + '\0', kManifestText.substr(0, 40), tooLarge}) {
         EXPECT_THAT(loadFromMemory(bytes),
                     IsStatus(MODEL_METADATA_ERROR, "The bytes in memory are not a manifest"));
     }

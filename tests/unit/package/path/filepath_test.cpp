@@ -4,13 +4,12 @@
 #include <string>
 
 #include "quavin/files.h"
+#include "unit/package/path/path_text.h"
 
 namespace VelmoraQuavin {
 namespace {
 
-std::string textOf(const Filepath& path) {
-    return String(path.c_str()).str();
-}
+using testing::textOf;
 
 TEST(Filepath, IsEmptyByDefault) {
     EXPECT_EQ(textOf(Filepath()), "");
@@ -22,7 +21,7 @@ TEST(Filepath, SeparatorIsOneBackslashOnEverySystem) {
 }
 
 TEST(Filepath, KeepsTheTextExactlyAsGiven) {
-    for (const char* text : {"a", "C:\\a\\..\\b\\", "a\\\\b", "./a//b/", " a ", "\\", "/"}) {
+    for (const char* text : {"a", R"(C:\a\..\b\)", "a\\\\b", "./a//b/", " a ", "\\", "/"}) {
         EXPECT_EQ(textOf(Filepath(text)), text);
     }
 }

@@ -14,6 +14,7 @@
 #include "quavin/files.h"
 #include "quavin/model.h"
 #include "quavin/network.h"
+#include "unit/package/path/path_text.h"
 
 namespace VelmoraQuavin {
 namespace {
@@ -26,9 +27,7 @@ public:
     operator std::string() const { return "as a standard text"; }
 };
 
-std::string textOf(const Filepath& path) {
-    return String(path.c_str()).str();
-}
+using testing::textOf;
 
 TEST(PathArguments, NarrowTextsAreTakenUnchanged) {
     const std::string text = "a\\text";

@@ -11,13 +11,13 @@ namespace {
 
 using testing::Bytes;
 
-constexpr unsigned int kThreads = 4;
+constexpr unsigned int kThreadCount = 4;
 constexpr int kCalls = 100;
 
 // Decrypts a component repeatedly with the thread's own key; returns the number of failures.
 int countFailures(QuavinEncryption& encryption, unsigned int seed) {
     const Bytes key = testing::randomBytes(16, seed);
-    const Bytes plaintext = testing::randomBytes(20'000, seed + kThreads);
+    const Bytes plaintext = testing::randomBytes(20'000, seed + kThreadCount);
     const Bytes component = testing::secure(plaintext, key);
     const auto length = static_cast<unsigned int>(component.size());
     int failures = 0;
@@ -38,15 +38,15 @@ int countFailures(QuavinEncryption& encryption, unsigned int seed) {
 
 TEST(DecryptionThreads, CallsRunOnSeveralThreadsAtOnce) {
     QuavinEncryption encryption;
-    std::vector<int> failures(kThreads, -1);
+    std::vector<int> failures(kThreadCount, -1);
     std::vector<std::thread> threads;
-    for (unsigned int index = 0; index < kThreads; ++index) {
+    for (unsigned int index = 0; index < kThreadCount; ++index) {
         threads.emplace_back([&, index] { failures[index] = countFailures(encryption, index); });
     }
     for (std::thread& thread : threads) {
         thread.join();
     }
-    EXPECT_EQ(failures, std::vector<int>(kThreads, 0));
+    EXPECT_EQ(failures, std::vector<int>(kThreadCount, 0));
 }
 
 }  // namespace

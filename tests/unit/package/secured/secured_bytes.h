@@ -53,6 +53,7 @@ inline Bytes decryptApart(const Bytes& component, const Bytes& key) {
     const std::size_t size = component.size() - 16;
     Bytes arena(kGuard + size + kGuard, 0xA5);
     unsigned char* output = arena.data() + kGuard;
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): shows that nothing writes there
     const Bytes before = component;
     const QuavinStatus status = QuavinEncryption().AES_decrypt(
         component.data(), static_cast<unsigned int>(component.size()), output, key.data());

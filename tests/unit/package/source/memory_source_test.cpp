@@ -31,7 +31,7 @@ PackageBuffer bufferOf(const String& name, const std::string& content,
 
 std::string contentOf(StoredBytes& bytes) {
     std::string content(bytes.size(), '?');
-    bytes.read(content.data());
+    bytes.read(content.data(), content.size());
     return content;
 }
 
@@ -109,7 +109,7 @@ TEST_F(BuffersInMemory, NeedTheirBytes) {
 TEST_F(BuffersInMemory, NeedDifferentNames) {
     const std::string content;
     expectRefused({manifestBuffer_, bufferOf("a/b", content), bufferOf("a\\b", content)},
-                  INVALID_ARGUMENTS, "Buffer \"a\\b\": there is another one of this name");
+                  INVALID_ARGUMENTS, R"(Buffer "a\b": there is another one of this name)");
 }
 
 TEST_F(BuffersInMemory, AreOnlyReadWithoutAnOwner) {
@@ -275,7 +275,7 @@ TEST_F(SecuredArchiveInMemory, IsRefusedWithoutItsKey) {
 }
 
 TEST_F(SecuredArchiveInMemory, IsRefusedInASizeThatNoneHas) {
-    for (const std::size_t size : {0, 15, 17, 1000}) {
+    for (const std::size_t size : {0U, 15U, 17U, 1000U}) {
         expectThrows<InvalidArgumentsException>(
             [&] { const MemorySource source(archive_.data(), size, keys_); }, INVALID_ARGUMENTS,
             "A secured archive has a multiple of 16 bytes, at least 16 and less than 4 GiB, not " +

@@ -12,22 +12,22 @@ using internal::collectNetworkComponents;
 using internal::DirectorySource;
 using internal::NetworkComponentEntry;
 
-ModelComponent component(const String& name, const String& path) {
+ModelComponent namedComponent(const String& name, const String& path) {
     ModelComponent made;
     made.name = name;
     made.path = path;
     return made;
 }
 
-NetworkComponentEntry entryAt(const String& resolvedPath) {
+NetworkComponentEntry fileEntryAt(const String& resolvedPath) {
     return {resolvedPath, "file", "", Encryption()};
 }
 
 TEST(NetworkComponents, FilesAndSecuredFilesAreCollectedInOrder) {
     const auto entries = collectNetworkComponents(
-        {component("memory_stream", "a"), component("secured_file", "b"),
-         component("secured_tar", "c"), component("file", "d"), component("", "e"),
-         component("model", "f"), component("file", "g")},
+        {namedComponent("memory_stream", "a"), namedComponent("secured_file", "b"),
+         namedComponent("secured_tar", "c"), namedComponent("file", "d"), namedComponent("", "e"),
+         namedComponent("model", "f"), namedComponent("file", "g")},
         DirectorySource(Filepath("root")));
     ASSERT_EQ(entries.size(), 3U);
     EXPECT_EQ(entries[0].path, "b");
@@ -40,16 +40,17 @@ TEST(NetworkComponents, FilesAndSecuredFilesAreCollectedInOrder) {
 }
 
 TEST(NetworkComponents, KindsMustMatchExactly) {
-    EXPECT_TRUE(collectNetworkComponents(
-                    {component("File", "a"), component("file ", "b"), component("files", "c"),
-                     component("fil", "d"), component("SECURED_FILE", "e")},
-                    DirectorySource(Filepath("root")))
+    EXPECT_TRUE(collectNetworkComponents({namedComponent("File", "a"), namedComponent("file ", "b"),
+                                          namedComponent("files", "c"), namedComponent("fil", "d"),
+                                          namedComponent("SECURED_FILE", "e")},
+                                         DirectorySource(Filepath("root")))
                     .empty());
 }
 
 TEST(NetworkComponents, PathsAreJoinedUnchanged) {
     const auto resolved = [](const char* root, const char* path) {
-        return collectNetworkComponents({component("file", path)}, DirectorySource(Filepath(root)))
+        return collectNetworkComponents({namedComponent("file", path)},
+                                        DirectorySource(Filepath(root)))
             .at(0)
             .resolvedPath;
     };
@@ -61,7 +62,7 @@ TEST(NetworkComponents, PathsAreJoinedUnchanged) {
 }
 
 TEST(NetworkComponents, TheKeyOfTheComponentIsKept) {
-    ModelComponent made = component("secured_file", "a");
+    ModelComponent made = namedComponent("secured_file", "a");
     const unsigned char key[16] = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16};
     made.setCryptoKey(key);
     made.encryption.setPaddingType(PaddingType::PKCS7);
@@ -74,27 +75,28 @@ TEST(NetworkComponents, TheKeyOfTheComponentIsKept) {
 
 TEST(NetworkComponents, FewerThanTwoAnswer4IncompleteModel) {
     EXPECT_THAT(checkNetworkComponents({}), IsStatus(INVALID_MODEL_PATH, "Incomplete Model"));
-    EXPECT_THAT(checkNetworkComponents({entryAt("a")}),
+    EXPECT_THAT(checkNetworkComponents({fileEntryAt("a")}),
                 IsStatus(INVALID_MODEL_PATH, "Incomplete Model"));
-    EXPECT_THAT(checkNetworkComponents({entryAt("")}),
+    EXPECT_THAT(checkNetworkComponents({fileEntryAt("")}),
                 IsStatus(INVALID_MODEL_PATH, "Incomplete Model"));
 }
 
 TEST(NetworkComponents, AnEmptyTopologyPathAnswers4NoModelPathDefined) {
-    EXPECT_THAT(checkNetworkComponents({entryAt(""), entryAt("b")}),
+    EXPECT_THAT(checkNetworkComponents({fileEntryAt(""), fileEntryAt("b")}),
                 IsStatus(INVALID_MODEL_PATH, "No Model Path Defined"));
-    EXPECT_THAT(checkNetworkComponents({entryAt(""), entryAt("")}),
+    EXPECT_THAT(checkNetworkComponents({fileEntryAt(""), fileEntryAt("")}),
                 IsStatus(INVALID_MODEL_PATH, "No Model Path Defined"));
 }
 
 TEST(NetworkComponents, AnEmptyWeightsPathAnswers5NoWeightsPathDefined) {
-    EXPECT_THAT(checkNetworkComponents({entryAt("a"), entryAt("")}),
+    EXPECT_THAT(checkNetworkComponents({fileEntryAt("a"), fileEntryAt("")}),
                 IsStatus(INVALID_WEIGHTS_PATH, "No Weights Path Defined"));
 }
 
 TEST(NetworkComponents, TwoPathsPassAndFurtherOnesAreNotChecked) {
-    EXPECT_THAT(checkNetworkComponents({entryAt("a"), entryAt("b")}), IsOk());
-    EXPECT_THAT(checkNetworkComponents({entryAt("a"), entryAt("b"), entryAt("")}), IsOk());
+    EXPECT_THAT(checkNetworkComponents({fileEntryAt("a"), fileEntryAt("b")}), IsOk());
+    EXPECT_THAT(checkNetworkComponents({fileEntryAt("a"), fileEntryAt("b"), fileEntryAt("")}),
+                IsOk());
 }
 
 }  // namespace

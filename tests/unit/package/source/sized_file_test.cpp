@@ -30,7 +30,7 @@ protected:
     // Reads into a prefilled buffer that is larger than the file, and returns that buffer.
     static std::string read(SizedFile& file) {
         std::string buffer(kSize + 16, '#');
-        file.read(buffer.data());
+        file.read(buffer.data(), file.size());
         return buffer;
     }
 

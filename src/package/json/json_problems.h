@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "package/manifest/json_access.h"
+#include "package/json/json_access.h"
 
 namespace VelmoraQuavin::internal {
 

@@ -73,11 +73,14 @@ inline bool readString(const JsonValue& object, const char* key, String& target)
 }
 
 /// Stores the member `key` into `target` if it is a 32-bit integer.
-inline void readInt(const JsonValue& object, const char* key, std::int32_t& target) {
+/// @return whether it is one.
+inline bool readInt(const JsonValue& object, const char* key, std::int32_t& target) {
     const JsonValue* member = findMember(object, key);
-    if (member != nullptr && member->IsInt()) {
-        target = member->GetInt();
+    if (member == nullptr || !member->IsInt()) {
+        return false;
     }
+    target = member->GetInt();
+    return true;
 }
 
 }  // namespace VelmoraQuavin::internal

@@ -1,4 +1,4 @@
-#include "package/manifest/json_problems.h"
+#include "package/json/json_problems.h"
 
 #include <rapidjson/error/en.h>
 
