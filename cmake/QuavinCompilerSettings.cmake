@@ -40,8 +40,12 @@ if(QUAVIN_FUZZ)
   if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang" OR NOT QUAVIN_BUILD_TESTS)
     message(FATAL_ERROR "QUAVIN_FUZZ needs clang, and QUAVIN_BUILD_TESTS")
   endif()
-  target_compile_options(quavin_compiler_settings
-                         INTERFACE "-fsanitize-ignorelist=${PROJECT_SOURCE_DIR}/fuzz/ignored.txt")
+  set(ignored "${PROJECT_SOURCE_DIR}/fuzz/ignored.txt")
+  # Neither ninja nor ccache looks into this file: a macro shows them that it has changed.
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${ignored}")
+  file(SHA256 "${ignored}" ignored_digest)
+  target_compile_options(quavin_compiler_settings INTERFACE "-fsanitize-ignorelist=${ignored}")
+  target_compile_definitions(quavin_compiler_settings INTERFACE "QUAVIN_FUZZ_IGNORED_${ignored_digest}")
 endif()
 
 # quavin_private_target(<target>): applies the settings common to all objects, libraries and programs of this project.
