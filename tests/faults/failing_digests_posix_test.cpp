@@ -12,7 +12,11 @@ int updatesUntilFailure = -1;
 int finalsUntilFailure = -1;
 
 bool failsNow(int& calls) {
-    return calls >= 0 && calls-- == 0;
+    if (calls < 0) {
+        return false;
+    }
+    --calls;
+    return calls < 0;
 }
 
 template <typename Function>
@@ -23,13 +27,13 @@ Function* original(const char* name) {
 }  // namespace
 
 // Called by the library's objects in this program instead of those of the cryptography library.
-extern "C" int EVP_DigestUpdate(EVP_MD_CTX* context, const void* bytes, std::size_t count) {
+extern "C" int EVP_DigestUpdate(EVP_MD_CTX* ctx, const void* d, std::size_t cnt) {
     static auto* const call = original<decltype(EVP_DigestUpdate)>("EVP_DigestUpdate");
-    return failsNow(updatesUntilFailure) ? 0 : call(context, bytes, count);
+    return failsNow(updatesUntilFailure) ? 0 : call(ctx, d, cnt);
 }
-extern "C" int EVP_DigestFinal_ex(EVP_MD_CTX* context, unsigned char* digest, unsigned int* size) {
+extern "C" int EVP_DigestFinal_ex(EVP_MD_CTX* ctx, unsigned char* md, unsigned int* s) {
     static auto* const call = original<decltype(EVP_DigestFinal_ex)>("EVP_DigestFinal_ex");
-    return failsNow(finalsUntilFailure) ? 0 : call(context, digest, size);
+    return failsNow(finalsUntilFailure) ? 0 : call(ctx, md, s);
 }
 
 namespace VelmoraQuavin::testing {

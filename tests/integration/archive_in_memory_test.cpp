@@ -94,7 +94,7 @@ TEST_F(ArchiveInMemory, SecuredAsAWholeLoadsAsDocumented) {
     QuavinStatus status = QuavinClient::instance().getModel(
         archive.data(), archive.size(), keys, model, QuavinModelType::Openvino, EngineOptions());
     EXPECT_THAT(status, IsOk());
-    model_ = model;
+    model_ = std::move(model);
     expectAffineNumbers();
 }
 

@@ -68,6 +68,7 @@ void expectSamePorts(const ExecutableNetwork& left, const ExecutableNetwork& rig
 TEST(ImportTest, PredictsTheSameToTheLastBit) {
     const ExecutableNetwork network = shifting();
     std::vector<float> sums;
+    sums.reserve(kInput.size());
     for (std::size_t i = 0; i < kInput.size(); ++i) {
         sums.push_back(kInput[i] + kShift[i]);
     }

@@ -62,9 +62,10 @@ public:
 
     void scribble() { std::fill(bytes_.begin(), bytes_.end(), 'x'); }
 
-private:
+protected:
     std::streamsize showmanyc() override { return -1; }
 
+private:
     std::string bytes_;
 };
 

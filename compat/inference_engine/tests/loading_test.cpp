@@ -59,8 +59,8 @@ TEST(LoadingTest, ANetworkOfAnotherClassIsRefused) {
         const OutputsDataMap& getOutputsInfo() const noexcept override { return outputs_; }
 
     private:
-        const InputsDataMap inputs_{};
-        const OutputsDataMap outputs_{};
+        InputsDataMap inputs_;
+        OutputsDataMap outputs_;
     };
     const CNNNetwork network{std::shared_ptr<ICNNNetwork>(std::make_shared<OtherNetwork>())};
     EXPECT_THROW(Core().LoadNetwork(network, "CPU"), NotImplemented);

@@ -18,7 +18,7 @@ CNNNetwork networkOf(const std::string& text,
 }
 
 /** Splits the input "x" in two; the Results take the output ports with these numbers. */
-IrText splitting(int version, const std::vector<int>& shown) {
+IrText splitting(int version, const std::vector<std::size_t>& shown) {
     IrText text(version);
     const bool named = version > 10;
     text.parameter(0, "x", "f32", "1,4", named ? "x" : "")
@@ -27,7 +27,7 @@ IrText splitting(int version, const std::vector<int>& shown) {
                {{"1,2", named ? "left" : ""}, {"1,2", named ? "right" : ""}})
         .edge(0, 0, 2, 0)
         .edge(1, 0, 2, 1);
-    for (const int port : shown) {
+    for (const std::size_t port : shown) {
         text.result(3 + port, "1,2").edge(2, 2 + port, 3 + port, 0);
     }
     return text;

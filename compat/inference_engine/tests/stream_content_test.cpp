@@ -33,7 +33,7 @@ class PieceBuffer : public std::streambuf {
 public:
     PieceBuffer(std::string text, std::size_t size) : text_(std::move(text)), size_(size) {}
 
-private:
+protected:
     int_type underflow() override {
         const std::size_t count = text_.copy(piece_.data(), std::min(size_, piece_.size()), next_);
         next_ += count;
@@ -41,6 +41,7 @@ private:
         return count == 0 ? traits_type::eof() : traits_type::to_int_type(piece_[0]);
     }
 
+private:
     std::string text_;
     std::size_t size_;
     std::size_t next_ = 0;
@@ -94,7 +95,7 @@ TEST(StreamContentTest, StaysWhereItIsIfTheBufferCanBeKept) {
             setg(text.data(), text.data(), text.data() + text.size());
         }
 
-    private:
+    protected:
         std::streamsize showmanyc() override { return -1; }
     };
     std::string text = "read already,not yet";

@@ -129,10 +129,10 @@ TEST(TopologyTest, TextThatIsNotANetworkHasNoPorts) {
 
 /** Returns the best processor time, in seconds, for a layer with this many outputs, all of them
  * used. */
-double secondsFor(int outputs) {
+double secondsFor(std::size_t outputs) {
     IrText text(10);
     text.layer(0, "s", "Split", "", "f32", {}, std::vector<IrText::Output>(outputs, {"2", "t"}));
-    for (int i = 0; i < outputs; ++i) {
+    for (std::size_t i = 0; i < outputs; ++i) {
         text.result(1 + i, "2").edge(0, i, 1 + i, 0);
     }
     const std::string network = text.str();

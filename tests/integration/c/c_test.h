@@ -65,7 +65,8 @@ protected:
             return {};
         }
         const auto* const values = static_cast<const float*>(output.data);
-        return {values, values + output.bytes / sizeof(float)};
+        const std::size_t count = output.bytes / sizeof(float);
+        return {values, values + count};
     }
     static quavin_port inputOf(quavin_model* model, std::size_t index) {
         quavin_port port = QUAVIN_PORT_INIT;
