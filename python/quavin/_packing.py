@@ -10,10 +10,17 @@ from typing import Any, Literal
 
 import numpy.typing as npt
 
+from quavin._loading import load
 from quavin._options import BytesLike
 from quavin._ports import Port, table
+from quavin._secret import Secret
+from quavin._staging import absent, private_folder, staged, stem_of
+from quavin._tool import ToolError, run_tool
 
 Encryption = Literal["components", "archive"]
+
+_TOLERANCE = 1e-4
+_TOLERANCE_FP16 = 1e-2
 
 
 class ConversionError(Exception):
@@ -107,4 +114,66 @@ def pack(
     TypeError or ValueError for arguments that don't fit, and OSError for files. The destination is then as it was.
     Nothing is sent over the network: the converter's usage statistics are switched off.
     """
-    raise NotImplementedError
+    target = absent(Path(destination))
+    secret = Secret(encrypt, key, key_file, key_env)
+    options = {
+        "id": id,
+        "name": name,
+        "author": author,
+        "description": description,
+        "sdk-version": sdk_version,
+        "model-version": version,
+        "root": root,
+        "sign": private_key,
+        "passphrase-env": passphrase_env,
+        "passphrase-file": passphrase_file,
+    }
+    # Not before: importing quavin takes none of the packages that converting takes.
+    from quavin._comparing import inputs_to_compare_with, largest_difference
+    from quavin._fitting import Fitted, require_known
+    from quavin._openvino import load_openvino
+    from quavin._original import read_original
+
+    openvino = load_openvino()
+    original = read_original(openvino, source, weights, example_inputs, outputs)
+    ports = [*original.input_names, *original.output_names]
+    require_known(inputs or {}, original.input_names, "inputs", "input")
+    require_known(descriptions or {}, ports, "descriptions", "input or output")
+    fitted = Fitted(openvino, original)
+    fitted.fix_shapes(shapes or {}, original.examples)
+    fitted.select(outputs)
+    arrays = inputs_to_compare_with(fitted.shapes, fitted.types, {**original.examples, **(inputs or {})})
+    expected = dict(zip(original.output_names, original.predict(arrays), strict=True))
+    fitted.fit_types()
+    fitted.name_ports(rename or {})
+
+    if fp16:
+        fitted.changes.append("weights are stored as 16-bit floats")
+
+    arguments = [f"--{option}={value}" for option, value in options.items() if value not in (None, "")]
+    arguments += [f"--describe={port}={text}" for port, text in fitted.described(descriptions or {}).items()]
+    arguments += secret.options + ["--allow-open-key-file"] * allow_open_key_file
+    with staged(target) as package:
+        with private_folder(fitted.size() if encrypt else None) as folder:
+            network = fitted.write(folder, stem_of(target), fp16)
+            try:
+                run_tool(["pack", str(network), f"--output={package}", "--quiet", *arguments], secret.environment)
+            except ToolError as error:
+                raise ConversionError(str(error).replace(f"{folder}{os.sep}", "")) from None
+        with load(package, **secret.for_loading()) as model:
+            found = model.predict(fitted.package_inputs(arrays))
+            report = PackReport(
+                destination=target,
+                inputs=model.inputs,
+                outputs=model.outputs,
+                changes=tuple(fitted.changes),
+                compared_with=original.framework,
+                difference=largest_difference(fitted.package_outputs(expected), found),
+            )
+        allowed = tolerance if tolerance is not None else _TOLERANCE_FP16 if fp16 else _TOLERANCE
+        if not report.difference <= allowed:
+            raise ConversionError(
+                f"the package differs from {report.compared_with} by {report.difference:.1e} of the largest value, and "
+                f"{allowed:.1e} is allowed; was the same data meant to go in, or is a larger tolerance right?"
+            )
+    return report
