@@ -17,7 +17,7 @@ def load_openvino() -> Any:
 
     Raises ImportError if there is none, or another version than that of the library's runtime.
     """
-    if "openvino" not in sys.modules:
+    if sys.modules.get("openvino") is None:
         _import_without_statistics()
     openvino = sys.modules["openvino"]
     ours, theirs = (_release(text) for text in (engine_info().runtime_version, openvino.__version__))
