@@ -11,8 +11,8 @@ import quavin
 
 @pytest.fixture
 def pack(tmp_path):
-    def pack_to(source, name="package", **options):
-        return quavin.pack(source, tmp_path / name, **options)
+    def pack_to(source, to="package", **options):
+        return quavin.pack(source, tmp_path / to, **options)
 
     return pack_to
 
