@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
-"""Puts the packages of a requirements file into a virtual environment in the cache, and prints its interpreter.
+"""Puts the packages of requirements files into a virtual environment in the cache, and prints its interpreter.
 
-    scripts/python_environment.py [--system-site-packages] NAME REQUIREMENTS
+    scripts/python_environment.py [--system-site-packages] NAME REQUIREMENTS...
 
 With the option, the system's own packages can be imported there too. NAME begins the environment's folder. The cache
 folder is that of scripts/fetch_openvino.py. If the environment is there already, the network is not used. If the
@@ -25,25 +25,26 @@ def install(environment, requirements, options):
     command = [
         sys.executable, "-m", "pip", "--python", str(environment / "bin" / "python"), "install", "--quiet",
         "--disable-pip-version-check", "--only-binary=:all:", "--require-hashes", "--no-cache-dir", "--retries", "1",
-        "--requirement", str(requirements),
     ]
+    for file in requirements:
+        command += ["--requirement", str(file)]
     result = subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, check=False)
     if result.returncode != 0:
         reason = next((line for line in reversed(result.stdout.splitlines()) if line.startswith("ERROR: ")),
                       f"pip ended with {result.returncode}")
-        sys.exit(f"python_environment: the packages of {requirements} cannot be installed; is the package index "
-                 f"reachable? ({reason})")
+        sys.exit(f"python_environment: the packages of {' and '.join(map(str, requirements))} cannot be installed; is "
+                 f"the package index reachable? ({reason})")
 
 
 def main():
-    parser = argparse.ArgumentParser(usage="python_environment.py [--system-site-packages] NAME REQUIREMENTS")
+    parser = argparse.ArgumentParser(usage="python_environment.py [--system-site-packages] NAME REQUIREMENTS...")
     parser.add_argument("--system-site-packages", action="append_const", const="--system-site-packages", default=[])
     parser.add_argument("name")
-    parser.add_argument("requirements", type=pathlib.Path)
+    parser.add_argument("requirements", nargs="+", type=pathlib.Path)
     arguments = parser.parse_args()
     name, requirements = arguments.name, arguments.requirements
     version = f"{sys.version_info.major}.{sys.version_info.minor}"
-    digest = hashlib.sha256(requirements.read_bytes()).hexdigest()[:16]
+    digest = hashlib.sha256(b"".join(file.read_bytes() for file in requirements)).hexdigest()[:16]
     target = cache_root() / f"{name}-python{version}-{digest}"
     if not target.is_dir():
         target.parent.mkdir(parents=True, exist_ok=True)
