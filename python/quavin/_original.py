@@ -50,6 +50,10 @@ def read_original(openvino: Any, source: Any, weights: Any, example_inputs: Any,
         raise TypeError(f"source must be a path or a PyTorch module, not {type(source).__name__}")
     if weights is not None:
         raise ValueError("weights are for files; a module has its own")
+    if not hasattr(torch, "float8_e4m3fn"):  # OpenVINO's own failure would be that it lacks this
+        raise ConversionError(
+            "OpenVINO converts modules of PyTorch 2.1 or later; export this one with torch.onnx.export, and pack the file"
+        )
     return _read_module(openvino, torch, source, example_inputs)
 
 
