@@ -55,13 +55,4 @@ for name in ("ids", "image", "mask"):
 END
 pack_and_run search.xml expect:score=score.npy expect:best=best.npy expect:dark=dark.npy \
     ids=ids.npy image=image.npy mask=mask.npy
-
-if python3 -c "import torch" 2>/dev/null; then
-    echo "== PyTorch"
-    python3 "$here/pytorch.py" .
-    "$venv/bin/ovc" photo.onnx --output_model photo.xml --compress_to_fp16=False
-    pack_and_run photo.xml expect:probabilities=expected.npy image=photo.npy
-else
-    echo "== PyTorch is not installed: skipped"
-fi
 echo "== All agree"

@@ -25,7 +25,7 @@ Numbers = npt.NDArray[Any]
 
 SHAPES = ["disc", "square", "triangle"]
 SIZE = 32
-TOLERANCE = 1e-5
+TOLERANCE = 2e-6
 COMMAND = os.environ.get("QUAVIN_TOOL", "quavin")
 
 

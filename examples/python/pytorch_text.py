@@ -30,7 +30,7 @@ BAD = "bad awful boring dull noisy terrible".split()
 OTHERS = "<padding> <unknown> the was not very really so but , today again".split()
 WORDS = {word: number for number, word in enumerate(OTHERS + THINGS + GOOD + BAD)}
 LENGTH = 24  # of the texts in the package; the network itself takes any
-TOLERANCE = 1e-5
+TOLERANCE = 2e-6
 COMMAND = os.environ.get("QUAVIN_TOOL", "quavin")
 
 
@@ -81,7 +81,7 @@ class ReviewNetwork(nn.Module):
 
     def forward(self, input_ids: torch.Tensor, attention_mask: torch.Tensor) -> torch.Tensor:
         vectors = self.words(input_ids) + self.places(torch.arange(input_ids.shape[1]))
-        # Words first, then texts: with batch_first, PyTorch takes a short cut that it cannot export.
+        # Words first, then texts: with batch_first, PyTorch may take a short cut that cannot be converted.
         vectors = self.encoder(vectors.transpose(0, 1), src_key_padding_mask=attention_mask == 0)
         weights = attention_mask.t().unsqueeze(-1).float()
         mean = (vectors * weights).sum(0) / weights.sum(0)
