@@ -247,7 +247,10 @@ def test_larger_integers_are_compared_if_they_are_given(pack, onnx_file):
     assert pack(onnx_file, inputs={"ids": np.int64([3, 0, 2])}).difference == 0
 
 
-def test_packages_are_the_same_each_time(pack, onnx_file):
-    models.projection(onnx_file)
+@pytest.mark.parametrize("kind", [models.FLOAT, models.UINT8, models.INT64])
+def test_packages_are_the_same_each_time(pack, onnx_file, kind):
+    nodes = [models.node("Cast", ["x"], ["real"], to=models.FLOAT), models.node("MatMul", ["real", "w"], ["y"])]
+    ports = {"x": (kind, (1, 3))}, {"y": (models.FLOAT, (1, 2))}
+    models.write(onnx_file, nodes, *ports, {"w": np.float32([[1, 2], [3, 4], [5, 6]])})
     one, two = (pack(onnx_file, f"{folder}/p.tar").destination.read_bytes() for folder in "ab")
     assert one == two

@@ -129,7 +129,7 @@ def test_a_package_whose_difference_is_no_number_is_not_written(tmp_path, folder
 
 
 def test_the_words_of_the_command_are_passed_on(model_file, folder):
-    with pytest.raises(quavin.ConversionError, match="quavin: --output ends in .zip, which is not supported"):
+    with pytest.raises(quavin.ConversionError, match="quavin: --output: ends in .zip, which is not supported: an archive ends in .tar$"):
         quavin.pack(model_file, folder / "package.zip")
     with pytest.raises(quavin.ConversionError, match='quavin: status 7: "a b" cannot be the archive'):
         quavin.pack(model_file, folder / "p.tar", root="a b")
