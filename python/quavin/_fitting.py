@@ -98,7 +98,8 @@ class Fitted:
 
     def has_half_precision(self) -> bool:
         """Whether anything in the model has 16 bits, which the engine computes with 32."""
-        return any(value.get_element_type() == self._type("f16") for node in self.model.get_ops() for value in node.outputs())
+        values = (value for node in self.model.get_ops() for value in node.outputs())
+        return any(value.get_element_type() == self._type("f16") for value in values)
 
     def fit_types(self) -> None:
         """Converts what packages cannot take or return, inside the model.

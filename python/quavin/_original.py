@@ -156,7 +156,7 @@ def _read_module(openvino: Any, torch: Any, module: Any, example_inputs: Any) ->
 def _flattened(torch: Any, result: Any) -> dict[str, Any]:
     """The tensors that a module returns, by name; those without one are numbered."""
     if isinstance(result, Mapping):
-        return {str(name): value for name, value in result.items()}
+        return {str(name): value for name, value in result.items() if value is not None}
     values = [result] if isinstance(result, torch.Tensor) else list(result)
     if len(values) == 1:
         return {"output": values[0]}
