@@ -82,9 +82,9 @@ def make_signing_key(folder: Path) -> None:
 
 def run_command(archive: Path, folder: Path, key: bytes) -> None:
     secret = {**os.environ, "IRIS_KEY": key.hex()}
-    options = [archive, "--key-env", "IRIS_KEY"]
+    options: list[str | Path] = [archive, "--key-env", "IRIS_KEY"]
     subprocess.run([COMMAND, "verify", *options, "--public-key", folder / "public.pem"], env=secret, check=True)
-    files = ["--input", f"flowers={folder / 'flowers.npy'}", "--output", folder / "results"]
+    files: list[str | Path] = ["--input", f"flowers={folder / 'flowers.npy'}", "--output", folder / "results"]
     subprocess.run([COMMAND, "run", *options, *files], env=secret, check=True)
 
 

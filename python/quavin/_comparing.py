@@ -23,11 +23,14 @@ def inputs_to_compare_with(
 ) -> dict[str, npt.NDArray[Any]]:
     """An array for each input of the original: the given one, or else random numbers.
 
-    Raises ValueError for an array of another shape, and TypeError for one of another kind of numbers.
+    Raises ValueError for an array of another shape, TypeError for one of another kind of numbers, and
+    ConversionError for an input that arrays cannot be.
     """
     random = np.random.default_rng(_SEED)
     arrays = {}
     for name, shape in shapes.items():
+        if types[name] not in _DTYPES:
+            raise ConversionError(f'the input "{name}" has the element type {types[name]}, which arrays do not have')
         dtype = np.dtype(_DTYPES[types[name]])
         array = np.asarray(given[name]) if name in given else _random(random, shape, dtype)
         if array.shape != shape:

@@ -96,6 +96,11 @@ class Fitted:
             self.model.get_friendly_name(),
         )
 
+    def has_half_precision(self) -> bool:
+        """Whether anything in the model has 16 bits, which the engine computes with 32."""
+        values = (value for node in self.model.get_ops() for value in node.outputs())
+        return any(value.get_element_type() == self._type("f16") for value in values)
+
     def fit_types(self) -> None:
         """Converts what packages cannot take or return, inside the model.
 
@@ -159,6 +164,11 @@ class Fitted:
 
     def write(self, folder: Path, stem: str, fp16: bool) -> Path:
         """Writes the network and its weights, and returns the path of the first."""
+        # Names that OpenVINO made up are different each time; packages of one model are not to be.
+        for index, node in enumerate(self.model.get_ordered_ops()):
+            kind = node.get_type_name()
+            if kind == "Constant" or node.get_friendly_name() == node.get_name():
+                node.set_friendly_name(f"{kind}_{index}")
         path = folder / f"{stem}.xml"
         self._openvino.save_model(self.model, path, compress_to_fp16=fp16)
         return path

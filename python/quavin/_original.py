@@ -84,12 +84,12 @@ def port_names(ports: Sequence[Any], fallback: str) -> tuple[str, ...]:
 
 
 def _name(port: Any, fallback: str) -> str:
-    names: set[str] = port.get_names()
-    layer = port.get_node().get_friendly_name().removesuffix("/sink_port_0")
+    # TensorFlow numbers the outputs of a layer.
+    names: set[str] = {name.removesuffix(":0") for name in port.get_names()}
+    layer: str = port.get_node().get_friendly_name().removesuffix("/sink_port_0")
     if layer in names or not names:
         return layer if layer in names else fallback
-    # TensorFlow numbers its tensors: "probabilities" is also "probabilities:0".
-    return min(names, key=lambda name: (":" in name, len(name), name))
+    return min(names, key=lambda name: (len(name), name))
 
 
 def _onnxruntime(path: Path, outputs: Sequence[str]) -> Any:
@@ -160,7 +160,7 @@ def _read_module(openvino: Any, torch: Any, module: Any, example_inputs: Any) ->
 def _flattened(torch: Any, result: Any) -> dict[str, Any]:
     """The tensors that a module returns, by name; those without one are numbered."""
     if isinstance(result, Mapping):
-        return {str(name): value for name, value in result.items()}
+        return {str(name): value for name, value in result.items() if value is not None}
     values = [result] if isinstance(result, torch.Tensor) else list(result)
     if len(values) == 1:
         return {"output": values[0]}

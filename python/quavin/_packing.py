@@ -20,7 +20,7 @@ from quavin._tool import ToolError, run_tool
 Encryption = Literal["components", "archive"]
 
 _TOLERANCE = 1e-4
-_TOLERANCE_FP16 = 1e-2
+_TOLERANCE_HALF = 1e-2
 
 
 class ConversionError(Exception):
@@ -101,7 +101,7 @@ def pack(
       - `inputs`: arrays to compare with, in the source's types. By default the example inputs, or else random
         numbers, always the same: integers are 0 or 1 (bytes 0 to 255), since larger ones may be out of range.
       - `tolerance`: the largest difference allowed, as a part of the largest value of the output; by default
-        1e-4, or 1e-2 with `fp16`.
+        1e-4, or 1e-2 where weights or results have 16 bits.
 
     The other options are those of the command `quavin pack`, which makes the package: docs/command-line.md.
     `key` is a key of sixteen bytes, which the command gets in its environment.
@@ -142,10 +142,11 @@ def pack(
     fitted = Fitted(openvino, original)
     fitted.fix_shapes(shapes or {}, original.examples)
     fitted.select(outputs)
-    arrays = inputs_to_compare_with(fitted.shapes, fitted.types, {**original.examples, **(inputs or {})})
-    expected = dict(zip(original.output_names, original.predict(arrays), strict=True))
+    half = fp16 or fitted.has_half_precision()
     fitted.fit_types()
     fitted.name_ports(rename or {})
+    arrays = inputs_to_compare_with(fitted.shapes, fitted.types, {**original.examples, **(inputs or {})})
+    expected = dict(zip(original.output_names, original.predict(arrays), strict=True))
 
     if fp16:
         fitted.changes.append("weights are stored as 16-bit floats")
@@ -170,7 +171,7 @@ def pack(
                 compared_with=original.framework,
                 difference=largest_difference(fitted.package_outputs(expected), found),
             )
-        allowed = tolerance if tolerance is not None else _TOLERANCE_FP16 if fp16 else _TOLERANCE
+        allowed = tolerance if tolerance is not None else _TOLERANCE_HALF if half else _TOLERANCE
         if not report.difference <= allowed:
             raise ConversionError(
                 f"the package differs from {report.compared_with} by {report.difference:.1e} of the largest value, and "

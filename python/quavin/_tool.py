@@ -48,4 +48,5 @@ def run_tool(arguments: Sequence[str], environment: Mapping[str, str]) -> None:
     )
     if done.returncode != 0:
         text = done.stderr.decode("utf-8", "replace").strip()
+        text = text.removesuffix("\nRun with --help for more information.")
         raise ToolError(text or f"{_NAME} ended with {done.returncode}")

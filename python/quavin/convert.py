@@ -60,7 +60,8 @@ def _parser() -> argparse.ArgumentParser:
     add("--input", dest="inputs", metavar="NAME=FILE", type=_named, action="append",
         help="a .npy file to compare with, in the model's own type; by default random numbers")  # fmt: skip
     add("--tolerance", metavar="PART", type=float,
-        help="the largest difference allowed, as a part of the largest value (default: 1e-4, or 1e-2 with --fp16)")  # fmt: skip
+        help="the largest difference allowed, as a part of the largest value "
+        "(default: 1e-4, or 1e-2 with 16-bit floats)")  # fmt: skip
 
     package = parser.add_argument_group("the package, as for quavin pack")
     add = package.add_argument

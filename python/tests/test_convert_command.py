@@ -3,6 +3,7 @@
 import os
 import subprocess
 import sys
+from pathlib import Path
 
 import models
 import numpy as np
@@ -38,7 +39,8 @@ def test_the_command_packs_and_says_what_it_did(capsys):
 
 
 def test_every_option_reaches_the_package(capsys):
-    open("the.key", "w", opener=lambda path, flags: os.open(path, flags, 0o600)).write(KEY_HEX)
+    Path("the.key").write_text(KEY_HEX)
+    os.chmod("the.key", 0o600)
     subprocess.run(["openssl", "ecparam", "-name", "prime256v1", "-genkey", "-noout", "-out", "p.pem"], check=True)
     os.chmod("p.pem", 0o600)
     np.save("x.npy", np.ones((1, 4), np.float32))

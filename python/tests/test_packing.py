@@ -113,7 +113,8 @@ def test_bytes_go_in_as_they_are_whatever_the_precision(pack, onnx_file):
 
 
 def test_text_is_refused(pack, onnx_file):
-    models.write(onnx_file, [models.node("Identity", ["x"], ["y"])], {"x": (models.TEXT, (2,))}, {"y": (models.TEXT, (2,))})
+    texts = (models.TEXT, (2,))
+    models.write(onnx_file, [models.node("Identity", ["x"], ["y"])], {"x": texts}, {"y": texts})
     with pytest.raises(quavin.ConversionError, match='input "x" has the element type string'):
         pack(onnx_file)
 
@@ -150,7 +151,8 @@ def test_an_output_whose_shape_depends_on_the_data_is_refused(pack, onnx_file):
 
 def test_ports_are_renamed_and_described(pack, onnx_file):
     models.doubling(onnx_file)
-    report = pack(onnx_file, rename={"x": "image", "y": "größe"}, descriptions={"x": 'grey, "8 bit" = flat', "y": "ß"})
+    descriptions = {"x": 'grey, "8 bit" = flat', "y": "ß"}
+    report = pack(onnx_file, rename={"x": "image", "y": "größe"}, descriptions=descriptions)
     assert [(port.name, port.description) for port in (*report.inputs, *report.outputs)] == [
         ("image", 'grey, "8 bit" = flat'),
         ("größe", "ß"),
@@ -185,7 +187,8 @@ def test_two_ports_cannot_get_one_name(pack, onnx_file):
 
 def test_only_the_wanted_outputs_are_packed_in_their_order(pack, onnx_file):
     floats = (models.FLOAT, (2,))
-    nodes = [models.node("Add", ["a", "a"], ["u"]), models.node("Mul", ["b", "b"], ["v"]), models.node("Neg", ["a"], ["w"])]
+    operations = ("Add", ["a", "a"], ["u"]), ("Mul", ["b", "b"], ["v"]), ("Neg", ["a"], ["w"])
+    nodes = [models.node(*operation) for operation in operations]
     models.write(onnx_file, nodes, {"b": floats, "a": floats}, {"u": floats, "v": floats, "w": floats})
     report = pack(onnx_file, outputs=["w", "u"])
     assert [port.name for port in report.inputs] == ["a"]
@@ -247,7 +250,10 @@ def test_larger_integers_are_compared_if_they_are_given(pack, onnx_file):
     assert pack(onnx_file, inputs={"ids": np.int64([3, 0, 2])}).difference == 0
 
 
-def test_packages_are_the_same_each_time(pack, onnx_file):
-    models.projection(onnx_file)
+@pytest.mark.parametrize("kind", [models.FLOAT, models.UINT8, models.INT64])
+def test_packages_are_the_same_each_time(pack, onnx_file, kind):
+    nodes = [models.node("Cast", ["x"], ["real"], to=models.FLOAT), models.node("MatMul", ["real", "w"], ["y"])]
+    ports = {"x": (kind, (1, 3))}, {"y": (models.FLOAT, (1, 2))}
+    models.write(onnx_file, nodes, *ports, {"w": np.float32([[1, 2], [3, 4], [5, 6]])})
     one, two = (pack(onnx_file, f"{folder}/p.tar").destination.read_bytes() for folder in "ab")
     assert one == two

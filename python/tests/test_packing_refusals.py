@@ -129,7 +129,7 @@ def test_a_package_whose_difference_is_no_number_is_not_written(tmp_path, folder
 
 
 def test_the_words_of_the_command_are_passed_on(model_file, folder):
-    with pytest.raises(quavin.ConversionError, match="quavin: --output ends in .zip, which is not supported"):
+    with pytest.raises(quavin.ConversionError, match="quavin: --output: ends in .zip, .* an archive ends in .tar$"):
         quavin.pack(model_file, folder / "package.zip")
     with pytest.raises(quavin.ConversionError, match='quavin: status 7: "a b" cannot be the archive'):
         quavin.pack(model_file, folder / "p.tar", root="a b")
@@ -176,7 +176,7 @@ def test_a_missing_converter_is_named(model_file, folder, monkeypatch):
 def test_a_converter_of_another_version_is_refused(model_file, folder, monkeypatch):
     quavin.pack(model_file, folder.parent / "right")  # imports it
     monkeypatch.setattr(sys.modules["openvino"], "__version__", "2019.1.0-1")
-    with pytest.raises(ImportError, match="the package openvino has the version 2019.1.0, and the library's runtime 20"):
+    with pytest.raises(ImportError, match="openvino has the version 2019.1.0, and the library's runtime 20"):
         quavin.pack(model_file, folder / "package")
 
 

@@ -46,7 +46,8 @@ def y_of(source, **options):
 
 def test_components_are_encrypted_with_any_form_of_the_key(model_file, tmp_path, key_file, monkeypatch):
     monkeypatch.setenv("THE_KEY", KEY_HEX)
-    for name, key in ("a", {"key": KEY}), ("b", {"key": bytearray(KEY)}), ("c", {"key_file": key_file}), ("d", {"key_env": "THE_KEY"}):
+    forms = {"key": KEY}, {"key": bytearray(KEY)}, {"key_file": key_file}, {"key_env": "THE_KEY"}
+    for name, key in zip("abcd", forms):
         report = quavin.pack(model_file, tmp_path / name, encrypt="components", **key)
         network = packages.openssl_decrypt((report.destination / f"{name}.xml").read_bytes(), KEY_HEX)
         assert network.startswith(b"<?xml")
