@@ -3,6 +3,7 @@
 import os
 import subprocess
 import sys
+import types
 
 import models
 import numpy as np
@@ -56,6 +57,34 @@ def test_values_of_another_kind_are_refused(model_file, folder):
         quavin.pack(model_file, folder / "package", encrypt="components", key="0" * 16)
     with pytest.raises(TypeError, match="source must be a path or a PyTorch module, not int"):
         quavin.pack(7, folder / "package")
+
+
+@pytest.fixture
+def module(monkeypatch):
+    """What passes for a PyTorch module until it is converted."""
+
+    class Module:
+        training = False
+
+    nn = types.SimpleNamespace(Module=Module)
+    monkeypatch.setitem(sys.modules, "torch", types.SimpleNamespace(nn=nn, float8_e4m3fn=None))
+    return Module()
+
+
+def test_a_module_without_example_inputs_is_refused(module, folder):
+    with pytest.raises(ValueError, match="a PyTorch module needs example_inputs"):
+        quavin.pack(module, folder / "package")
+
+
+def test_a_module_in_training_mode_is_refused(module, folder):
+    module.training = True
+    with pytest.raises(ValueError, match="the module is in training mode, .* call its eval"):
+        quavin.pack(module, folder / "package", example_inputs=(1,))
+
+
+def test_a_module_has_no_weights_file(module, folder):
+    with pytest.raises(ValueError, match="weights are for files"):
+        quavin.pack(module, folder / "package", example_inputs=(1,), weights="w.bin")
 
 
 def test_a_missing_model_is_reported(folder):
