@@ -1,16 +1,15 @@
 #!/usr/bin/env python3
-"""Trains a classifier with scikit-learn and converts it.
+"""Trains a classifier with scikit-learn and exports it to ONNX.
 
     scikit_learn.py DIR
 
-writes iris.onnx, iris.xml and iris.bin, an input (flower.npy) and scikit-learn's result for it (expected.npy).
+writes iris.onnx, an input (flower.npy) and scikit-learn's result for it (expected.npy).
 """
 
 import pathlib
 import sys
 
 import numpy
-import openvino
 from skl2onnx import to_onnx
 from sklearn.datasets import load_iris
 from sklearn.linear_model import LogisticRegression
@@ -29,9 +28,6 @@ onnx_model = to_onnx(
     black_op={"LinearClassifier", "LinearRegressor", "Normalizer", "Scaler"},  # plain operators instead
 )
 (folder / "iris.onnx").write_bytes(onnx_model.SerializeToString())
-
-model = openvino.convert_model(folder / "iris.onnx", input=[("X", [1, 4])], output="probabilities")
-openvino.save_model(model, folder / "iris.xml", compress_to_fp16=False)
 
 numpy.save(folder / "flower.npy", flowers[60:61])
 numpy.save(folder / "expected.npy", classifier.predict_proba(flowers[60:61]))

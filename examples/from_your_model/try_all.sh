@@ -1,12 +1,13 @@
 #!/usr/bin/env bash
-# Converts models of several frameworks, packs and runs them, and compares the numbers.
+# Exports models of several frameworks, packs and runs them, and compares the numbers.
 #
-#   try_all.sh QUAVIN
+#   try_all.sh BUILD
 #
-# QUAVIN is the path of the program quavin. The Python packages are installed into the cache, once.
+# BUILD is a build folder with the library and the program quavin. The Python packages are installed into the cache,
+# once.
 set -euo pipefail
 here=$(cd "$(dirname "$0")" && pwd)
-quavin=$(realpath "${1:?pass the path of the program quavin}")
+build=$(realpath "${1:?pass a build folder, such as build/demo}")
 venv=${QUAVIN_CACHE_DIR:-$HOME/.cache/quavin}/from-your-model
 if ! cmp -s "$here/requirements.txt" "$venv/installed.txt"; then
     python3 -m venv --clear "$venv"
@@ -18,24 +19,29 @@ trap 'rm -rf "$work"' EXIT
 cd "$work"
 export PYTHONDONTWRITEBYTECODE=1
 export PYTHONWARNINGS=ignore
+export PYTHONPATH=$here/../../python
 export ORT_DISABLE_TELEMETRY=1 # on by default since release 1.29 of ONNX Runtime
+export QUAVIN_LIBRARY=$build/src/libquavin_on_device_sdk.so
+export QUAVIN_TOOL=$build/tools/quavin/quavin
 
-# pack_and_run NETWORK.xml expect:OUTPUT=FILE ... INPUT=FILE ...
-pack_and_run() {
-    local network=$1 inputs=() pair
-    shift
-    local expected=()
-    while [[ ${1:-} == expect:* ]]; do
-        expected+=("${1#expect:}")
+# pack MODEL OPTION...
+pack() {
+    rm -rf package results
+    "$venv/bin/python" -m quavin.convert "$@" -o package
+    "$QUAVIN_TOOL" verify package
+}
+
+# run_and_compare OUTPUT=EXPECTED ... -- INPUT=FILE ...
+run_and_compare() {
+    local expected=() inputs=()
+    while [ "$1" != -- ]; do
+        expected+=("$1")
         shift
     done
-    for pair in "$@"; do
-        inputs+=(--input "$pair")
+    for input in "${@:2}"; do
+        inputs+=(--input "$input")
     done
-    rm -rf package results
-    "$quavin" pack "$network" -o package
-    "$quavin" verify package
-    "$quavin" run package "${inputs[@]}" --output results
+    "$QUAVIN_TOOL" run package "${inputs[@]}" --output results
     for pair in "${expected[@]}"; do
         "$venv/bin/python" "$here/compare.py" "${pair#*=}" "results/${pair%%=*}.npy"
     done
@@ -43,25 +49,18 @@ pack_and_run() {
 
 echo "== scikit-learn"
 "$venv/bin/python" "$here/scikit_learn.py" .
-pack_and_run iris.xml expect:probabilities=expected.npy X=flower.npy
+pack iris.onnx --shape X=1,4 --only-output probabilities
+run_and_compare probabilities=expected.npy -- X=flower.npy
 
 echo "== ONNX with unsupported types"
 "$venv/bin/python" "$here/make_onnx.py" .
-"$venv/bin/python" "$here/fit_types.py" search.onnx search.xml ids=1,6 image=1,8,8,3 mask=1,6,1
+pack search.onnx --shape ids=1,6 --shape image=1,8,8,3 --shape mask=1,6,1 \
+    --input ids=ids.npy --input image=image.npy --input mask=mask.npy
 "$venv/bin/python" - <<END
 import numpy
-for name in ("ids", "image", "mask"):
-    numpy.save(f"{name}.npy", numpy.load(f"{name}.npy").astype(numpy.int32))
+numpy.save("ids.npy", numpy.load("ids.npy").astype(numpy.int32))
+numpy.save("image.npy", numpy.load("image.npy").view(numpy.int8))
+numpy.save("mask.npy", numpy.load("mask.npy").view(numpy.int8))
 END
-pack_and_run search.xml expect:score=score.npy expect:best=best.npy expect:dark=dark.npy \
-    ids=ids.npy image=image.npy mask=mask.npy
-
-if python3 -c "import torch" 2>/dev/null; then
-    echo "== PyTorch"
-    python3 "$here/pytorch.py" .
-    "$venv/bin/ovc" photo.onnx --output_model photo.xml --compress_to_fp16=False
-    pack_and_run photo.xml expect:probabilities=expected.npy image=photo.npy
-else
-    echo "== PyTorch is not installed: skipped"
-fi
+run_and_compare score=score.npy best=best.npy dark=dark.npy -- ids=ids.npy image=image.npy mask=mask.npy
 echo "== All agree"

@@ -19,15 +19,18 @@ from quavin._library import text as _text
 from quavin._loading import load
 from quavin._model import Metadata, Model
 from quavin._network import Network, describe, describe_files
+from quavin._packing import ConversionError, PackReport, pack
 from quavin._ports import Port
 
 __version__ = _text(_lib.quavin_version())
 
 __all__ = [
+    "ConversionError",
     "EngineInfo",
     "Metadata",
     "Model",
     "Network",
+    "PackReport",
     "Port",
     "QuavinError",
     "Status",
@@ -35,4 +38,5 @@ __all__ = [
     "describe_files",
     "engine_info",
     "load",
+    "pack",
 ]

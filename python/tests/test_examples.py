@@ -1,6 +1,10 @@
+import re
 import runpy
 
+import numpy as np
 from conftest import ROOT
+
+from quavin._tool import find_tool
 
 EXAMPLES = ROOT / "examples" / "python"
 
@@ -17,3 +21,14 @@ def test_every_way_to_load_and_predict_is_right_as_often(capsys):
     assert lines[-5:-2] == ["444", "444 444", "444"]
     assert lines[-2] == "That is not a model package."
     assert "No such file or directory" in lines[-1]
+
+
+def test_a_scikit_learn_pipeline_predicts_the_same_in_a_package(tmp_path, monkeypatch, capfd):
+    monkeypatch.setenv("QUAVIN_TOOL", *find_tool())
+    runpy.run_path(str(EXAMPLES / "tabular.py"))["main"](tmp_path)
+    out = capfd.readouterr().out
+    assert re.findall("between (.*) and scikit-learn", out) == ["Python", "the command line"]
+    assert "is what the key in" in out
+    predicted = np.load(tmp_path / "results" / "probabilities.npy")
+    assert predicted.shape == (38, 3)  # a quarter of the 150 flowers, and three species
+    np.testing.assert_allclose(predicted.sum(axis=1), 1, rtol=1e-5)

@@ -41,16 +41,16 @@ class Networks(PackRefusals):
         self.assertIn("fixed dimensions", reason)
 
     @process.adapter_only(process.OTHER_NETWORKS)
-    def test_unknown_dimensions_are_refused_with_the_option_that_fixes_them(self):
-        option = '--input "frames[1,4]"'
-        self.assertIn(f"ovc MODEL {option}", self.pack_refused(3, networks.dynamic()))
+    def test_unknown_dimensions_are_refused_with_the_command_that_fixes_them(self):
+        command = "quavin-convert net.xml -o PACKAGE --shape frames=1,4"
+        self.assertIn(command, self.pack_refused(3, networks.dynamic()))
         (self.dir / "net.bin").unlink()
-        self.assertIn(option, self.refused_without_traces(3, "pack", "net.xml", "-o", "new"))
+        self.assertIn(command, self.refused_without_traces(3, "pack", "net.xml", "-o", "new"))
 
     @process.adapter_only(process.OTHER_NETWORKS)
-    def test_several_unknown_dimensions_are_refused_with_one_option(self):
+    def test_several_unknown_dimensions_are_refused_with_one_command(self):
         reason = self.pack_refused(3, networks.joined(("-1,3", "2,3", "?,3", "1..8,3")))
-        self.assertIn('--input "x0[1,3],x2[1,3],x3[1,3]"', reason)
+        self.assertIn("-o PACKAGE --shape x0=1,3 --shape x2=1,3 --shape x3=1,3", reason)
 
     @process.adapter_only(process.OTHER_NETWORKS)
     def test_inputs_with_unknown_dimensions_are_named_as_the_converter_names_them(self):
@@ -61,42 +61,43 @@ class Networks(PackRefusals):
         text = text.replace(port, port.replace('P32"', 'P32" names="a &amp; b,other"'), 1)
         path.write_text(text)
         reason = self.refused_without_traces(3, "pack", "net.xml", "-o", "new")
-        self.assertIn('--input "a & b[1,4]"', reason)
+        self.assertIn('--shape "a & b=1,4"', reason)
 
-    def test_other_formats_are_refused_with_the_command_that_converts_them(self):
+    def test_other_formats_are_refused_with_the_command_that_packs_them(self):
         for name in "net.onnx", "NET.ONNX", "net.pb", "a b/net.tflite", "net.pdmodel", "net.pt2":
             with self.subTest(name):
                 self.write(name, "a model")
                 reason = self.refused_without_traces(7, "pack", name, "-o", "new")
                 quoted = f'"{name}"' if " " in name else name
-                self.assertIn(f"convert it with: ovc {quoted} --compress_to_fp16=False", reason)
-                self.assertIn("pip install openvino", reason)
-                self.assertIn(f"pack the resulting {os.path.basename(name).rsplit('.')[0]}.xml", reason)
+                self.assertIn(f"make its package with: quavin-convert {quoted} -o PACKAGE", reason)
+                self.assertIn("the Python package quavin_on_device_sdk", reason)
+                self.assertIn("names the shapes to fix", reason)
 
-    def test_a_saved_model_directory_is_refused_with_the_command_that_converts_it(self):
+    def test_a_saved_model_directory_is_refused_with_the_command_that_packs_it(self):
         self.write("saved/saved_model.pb", "a model")
         reason = self.refused_without_traces(7, "pack", "saved", "-o", "new")
-        self.assertIn("ovc saved --compress_to_fp16=False", reason)
+        self.assertIn("quavin-convert saved -o PACKAGE", reason)
 
     def test_formats_that_have_to_be_exported_are_refused_with_instructions(self):
         for name in "net.pt", "net.pth", "net.ckpt":
             with self.subTest(name):
                 self.write(name, "a model")
                 reason = self.refused_without_traces(7, "pack", name, "-o", "new")
+                self.assertIn("quavin.pack", reason)
                 self.assertIn("torch.onnx.export", reason)
-                self.assertIn("ovc net.onnx --compress_to_fp16=False", reason)
+                self.assertIn("quavin-convert net.onnx -o PACKAGE", reason)
         for name in "net.pkl", "net.joblib":
             with self.subTest(name):
                 self.write(name, "a model")
                 reason = self.refused_without_traces(7, "pack", name, "-o", "new")
                 self.assertIn("skl2onnx", reason)
-                self.assertIn("ovc net.onnx --compress_to_fp16=False", reason)
+                self.assertIn("quavin-convert net.onnx -o PACKAGE", reason)
         for name in "net.h5", "net.keras":
             with self.subTest(name):
                 self.write(name, "a model")
                 reason = self.refused_without_traces(7, "pack", name, "-o", "new")
                 self.assertIn('model.export("net")', reason)
-                self.assertIn("ovc net --compress_to_fp16=False", reason)
+                self.assertIn("quavin-convert net -o PACKAGE", reason)
 
     def test_missing_files_of_other_formats_are_reported_as_missing(self):
         reason = self.refused_without_traces(3, "pack", "net.onnx", "-o", "new")
@@ -213,6 +214,22 @@ class SeveralAtOnce(PackRefusals):
         self.assertEqual(
             sorted(path.name for path in self.dir.iterdir()), ["net.bin", "net.xml", "new", "new.tar"]
         )
+
+
+class Descriptions(PackRefusals):
+    def test_descriptions_of_unknown_ports_are_refused(self):
+        reason = self.pack_refused(7, networks.arithmetic(), "--describe", "lift=the first number")
+        self.assertIn('no input or output "lift"', reason)
+        self.assertIn('"left", "right", "sum", "product"', reason)
+
+    def test_descriptions_without_a_name_or_a_text_are_a_misuse(self):
+        for argument in "x", "=text", "x=", "":
+            with self.subTest(argument):
+                self.assertIn("takes NAME=TEXT", self.pack_misused("--describe", argument))
+
+    def test_two_descriptions_of_one_port_are_a_misuse(self):
+        text = self.pack_misused("--describe", "x=one", "--describe", "x=two")
+        self.assertIn("x is given more than once", text)
 
 
 class Outputs(PackRefusals):

@@ -146,6 +146,16 @@ class Manifest(PackTest):
                 target = packages.read_manifest(self.dir / name)["targets"]["Openvino"]
                 self.assertEqual(target["inputs"], [port("x", [1, 4], declared)])
 
+    def test_manifest_contains_the_given_descriptions(self):
+        text = 'a = "b"; größer,\n--louder'
+        options = ["--describe", f"left={text}", "--describe=sum=left and right"]
+        target = self.packed(networks.arithmetic(), *options)
+        left, total = port("left", [2, 3], "float"), port("sum", [2, 3], "float")
+        self.assertEqual(target["inputs"], [{**left, "description": text}, port("right", [2, 3], "float")])
+        described = {**total, "description": "left and right"}
+        self.assertEqual(target["outputs"], [described, port("product", [2, 3], "float")])
+        self.assertIn(text.replace("\n", "?"), self.succeed("inspect", "new"))
+
     def test_manifest_declares_integer_outputs(self):
         target = self.packed(networks.tripling_integers())
         self.assertEqual(target["outputs"], [port("y", [4], "int32")])

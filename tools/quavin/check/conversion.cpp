@@ -24,30 +24,34 @@ bool holds(const std::array<std::string_view, kSize>& endings, const std::string
     return std::find(endings.begin(), endings.end(), ending) != endings.end();
 }
 
-// The converter's command line. Without the option it would round the weights to 16 bits.
-std::string converting(const std::string& model) {
-    const bool hasBlanks = model.find(' ') != std::string::npos;
-    return "ovc " + (hasBlanks ? '"' + model + '"' : model) + " --compress_to_fp16=False";
+std::string quoted(const std::string& path) {
+    return path.find(' ') == std::string::npos ? path : '"' + path + '"';
 }
 
-// How to convert a model to IR; empty if it is taken for IR.
+// The command that makes a package of a model in another format.
+std::string converting(const std::string& model) {
+    return "quavin-convert " + quoted(model) + " -o PACKAGE";
+}
+
+// How to make a package of a model; empty if it is taken for IR.
 std::string conversionOf(const std::string& network) {
     const std::string ending = toAsciiLower(fs::u8path(fileName(network)).extension().u8string());
     const std::string stem = stemOf(network);
     if (holds(kConverted, ending) || isThere(join(network, "saved_model.pb"))) {
-        return "convert it with: " + converting(network);
+        return "make its package with: " + converting(network);
     }
     if (holds(kOfTorch, ending)) {
-        return "export it to ONNX with torch.onnx.export, and convert that with: " +
+        return "pass the module to quavin.pack in Python, or export it with torch.onnx.export, and "
+               "make the package with: " +
                converting(stem + ".onnx");
     }
     if (holds(kOfScikitLearn, ending)) {
-        return "export it to ONNX with skl2onnx, and convert that with: " +
+        return "export it to ONNX with skl2onnx, and make the package with: " +
                converting(stem + ".onnx");
     }
     if (holds(kOfKeras, ending)) {
         return "export it with model.export(\"" + stem +
-               "\"), and convert that with: " + converting(stem);
+               "\"), and make the package with: " + converting(stem);
     }
     return "";
 }
@@ -58,14 +62,14 @@ void requireConverted(const std::string& network) {
     const std::string conversion = isThere(network) ? conversionOf(network) : "";
     if (!conversion.empty()) {
         throw VelmoraQuavin::InvalidArgumentsException(
-            network + " is not OpenVINO IR yet: " + conversion +
-            " (ovc comes with \"pip install openvino\"), then pack the resulting " +
-            stemOf(network) + ".xml");
+            network + " is not OpenVINO IR: " + conversion +
+            " (quavin-convert comes with the Python package quavin_on_device_sdk, and names the "
+            "shapes to fix, if any)");
     }
 }
 
-std::string fixedDimensionsAdvice(std::string_view networkText) {
-    std::string inputs;
+std::string fixedDimensionsAdvice(const std::string& network, std::string_view networkText) {
+    std::string shapes;
     for (const TextPort& input : readTextPorts(networkText).inputs) {
         if (input.names.empty() || input.isFixed()) {
             continue;
@@ -75,12 +79,12 @@ std::string fixedDimensionsAdvice(std::string_view networkText) {
             const bool fixed = extent.find_first_not_of("0123456789") == std::string::npos;
             shape += (shape.empty() ? "" : ",") + (fixed ? extent : "1");
         }
-        inputs += (inputs.empty() ? "" : ",") + input.names.front() + "[" + shape + "]";
+        shapes += " --shape " + quoted(input.names.front() + "=" + shape);
     }
-    return inputs.empty() ? ""
-                          : "convert the original model again with fixed dimensions, for example "
-                            "with: ovc MODEL --input \"" +
-                                inputs + "\"";
+    return shapes.empty() ? ""
+                          : "make the package with fixed dimensions, for example with: "
+                            "quavin-convert " +
+                                quoted(network) + " -o PACKAGE" + shapes;
 }
 
 }  // namespace quavin_tool

@@ -122,7 +122,8 @@ void pack(const PackOptions& options) {
     }
     const std::unique_ptr<Key> key = readKey(options.key);
     const std::unique_ptr<SigningKey> signingKey = readSigningKey(options);
-    const NetworkFiles network = readFilesToPack(options.network, options.weights);
+    NetworkFiles network = readFilesToPack(options.network, options.weights);
+    describePorts(portDescriptions(options), network);
     const Identity identity = fillIn(options.identity, options);
 
     // Built next to its destination and moved there complete, so that a failure leaves no partial

@@ -14,6 +14,8 @@
 namespace quavin_tool {
 namespace {
 
+constexpr const char* kDescriptionForm = "NAME=TEXT";
+
 // In lower case; empty for a path that ends in a separator, which is a directory's.
 std::string endingOf(const std::string& path) {
     const std::string name = toAsciiLower(std::filesystem::u8path(path).filename().u8string());
@@ -64,6 +66,8 @@ void addPackOptions(CLI::App& command, PackOptions& options) {
     command.add_option("--model-version", options.identity.version, "The model's version")
         ->type_name("NUMBER")
         ->capture_default_str();
+    addNamedValuesOption(command, "--describe", options.descriptions, kDescriptionForm,
+                         "Describe an input or output; repeat for others");
     addText("--root", options.root,
             "The directory in the archive; by default the archive's name without .tar");
     command
@@ -84,6 +88,7 @@ void addPackOptions(CLI::App& command, PackOptions& options) {
 
 void checkPackOptions(const PackOptions& options) {
     requireNoOtherArchive(options);
+    portDescriptions(options);
     const bool encrypts = !options.encrypt.empty();
     if (encrypts && !options.key.given()) {
         throw CLI::ValidationError("--encrypt", "needs --key-file or --key-env");
@@ -102,6 +107,10 @@ void checkPackOptions(const PackOptions& options) {
     if (!options.root.empty() && !makesArchive(options)) {
         throw CLI::ValidationError("--root", "needs an --output that ends in .tar");
     }
+}
+
+NamedValues portDescriptions(const PackOptions& options) {
+    return parseNamedValues("--describe", kDescriptionForm, options.descriptions);
 }
 
 bool makesArchive(const PackOptions& options) {

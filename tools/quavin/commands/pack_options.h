@@ -1,8 +1,10 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "tools/quavin/cli/command_line.h"
+#include "tools/quavin/cli/named_values.h"
 #include "tools/quavin/package/key.h"
 #include "tools/quavin/package/package_builder.h"
 #include "tools/quavin/package/signing_key.h"
@@ -16,7 +18,8 @@ struct PackOptions {
     std::string result;
     std::string root;
     Identity identity;
-    std::string encrypt;  // "components", "archive" or empty
+    std::vector<std::string> descriptions;  // of inputs and outputs, NAME=TEXT
+    std::string encrypt;                    // "components", "archive" or empty
     KeyOptions key;
     SigningOptions signing;
     OutputOptions output;
@@ -27,6 +30,10 @@ void addPackOptions(CLI::App& command, PackOptions& options);
 
 /// @throws CLI::ValidationError for options that contradict each other.
 void checkPackOptions(const PackOptions& options);
+
+/// The texts of --describe, by the names of inputs and outputs.
+/// @throws CLI::ValidationError for a malformed one, or a name that is given twice.
+NamedValues portDescriptions(const PackOptions& options);
 
 bool makesArchive(const PackOptions& options);
 bool encryptsArchive(const PackOptions& options);

@@ -88,13 +88,8 @@ void requireKnownNames(const InputFiles& files, const Features& inputs) {
 }  // namespace
 
 CLI::Option* addInputOption(CLI::App& command, std::vector<std::string>& arguments) {
-    return command
-        .add_option("-i,--input", arguments,
-                    "The file for an input; repeat for each of the package's inputs")
-        ->type_name("NAME=FILE")
-        ->expected(1)
-        ->allow_extra_args(false)
-        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    return addNamedValuesOption(command, "-i,--input", arguments, "NAME=FILE",
+                                "The file for an input; repeat for each of the package's inputs");
 }
 
 CLI::Option* addCastOption(CLI::App& command, Casts& casts) {
@@ -104,18 +99,7 @@ CLI::Option* addCastOption(CLI::App& command, Casts& casts) {
 }
 
 InputFiles parseInputs(const std::vector<std::string>& arguments) {
-    InputFiles files;
-    for (const std::string& argument : arguments) {
-        const std::size_t equals = argument.find('=');
-        if (equals == std::string::npos || equals == 0 || equals + 1 == argument.size()) {
-            throw CLI::ValidationError("--input", "takes NAME=FILE, not " + argument);
-        }
-        if (!files.emplace(argument.substr(0, equals), argument.substr(equals + 1)).second) {
-            throw CLI::ValidationError("--input",
-                                       argument.substr(0, equals) + " is given more than once");
-        }
-    }
-    return files;
+    return parseNamedValues("--input", "NAME=FILE", arguments);
 }
 
 Features readInputs(VelmoraQuavin::QuavinModel& model, const InputFiles& files, bool raw,

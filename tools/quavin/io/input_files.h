@@ -1,9 +1,9 @@
 #pragma once
 
-#include <map>
 #include <string>
 #include <vector>
 
+#include "tools/quavin/cli/named_values.h"
 #include "tools/quavin/cli/parser_fwd.h"
 #include "tools/quavin/io/npy.h"
 #include "tools/quavin/package/package.h"
@@ -11,7 +11,7 @@
 namespace quavin_tool {
 
 /// Input files by the names of their inputs.
-using InputFiles = std::map<std::string, std::string>;
+using InputFiles = NamedValues;
 
 /// How to treat inputs without a file.
 enum class MissingInputs { kRefused, kZeros };

@@ -13,6 +13,9 @@ void writeFeatures(JsonOutput& json, const char* name, const Descriptors& featur
     for (const VelmoraQuavin::ModelFeatureDescriptor& feature : features) {
         json.beginObject();
         json.member("name", feature.name());
+        if (!feature.description().empty()) {
+            json.member("description", feature.description());
+        }
         json.member("required", true);
         json.member("featureType", "tensor");
         json.beginObject("tensor");

@@ -57,8 +57,9 @@ void requireNoCrash(const Trial& trial, const std::string& network) {
 }
 
 // Advice on what to do; the engine says why it cannot read the network.
-std::string adviceOn(std::string_view networkText, const std::string& weights) {
-    std::string advice = fixedDimensionsAdvice(networkText);
+std::string adviceOn(const std::string& network, std::string_view networkText,
+                     const std::string& weights) {
+    std::string advice = fixedDimensionsAdvice(network, networkText);
     if (!advice.empty()) {
         return advice;
     }
@@ -74,7 +75,7 @@ void describe(const std::string& network, const std::string& weights, NetworkFil
     const VelmoraQuavin::QuavinStatus& status = trial.status;
     if (!status.ok()) {
         throw VelmoraQuavin::Exception(network + " cannot be packed: " + status.getDescription() +
-                                           "; " + adviceOn(text, weights),
+                                           "; " + adviceOn(network, text, weights),
                                        status.getCode());
     }
     files.inputs = std::move(trial.inputs);
@@ -113,6 +114,26 @@ NetworkFiles readFilesToPack(const std::string& network, const std::string& name
         requirePortableName(name, "rename the file so that the package can be used everywhere");
     }
     return files;
+}
+
+void describePorts(const NamedValues& descriptions, NetworkFiles& network) {
+    for (const auto& [name, text] : descriptions) {
+        bool isKnown = false;
+        for (Descriptors* const ports : {&network.inputs, &network.outputs}) {
+            for (ModelFeatureDescriptor& port : *ports) {
+                if (port.name() == name) {
+                    port = ModelFeatureDescriptor(port.type(), port.required(), name, text,
+                                                  port.tensorDescriptor(), {});
+                    isKnown = true;
+                }
+            }
+        }
+        if (!isKnown) {
+            throw InvalidArgumentsException(
+                "The network has no input or output \"" + name + "\" to describe; it has " +
+                quotedNames(network.inputs) + ", " + quotedNames(network.outputs));
+        }
+    }
 }
 
 std::vector<PackageFile> makePackage(const Identity& identity, const NetworkFiles& network,

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "tools/quavin/cli/named_values.h"
 #include "tools/quavin/io/wiped_bytes.h"
 #include "tools/quavin/package/key.h"
 #include "tools/quavin/package/manifest_text.h"
@@ -24,6 +25,11 @@ struct NetworkFiles {
 /// @throws Exception of several classes for a network that could not be loaded or used for
 ///         predictions later, saying why and what to do.
 NetworkFiles readFilesToPack(const std::string& network, const std::string& weights);
+
+/// Describes inputs and outputs.
+/// @param descriptions texts by names.
+/// @throws InvalidArgumentsException for a name that the network does not have.
+void describePorts(const NamedValues& descriptions, NetworkFiles& network);
 
 /// A file of a package.
 struct PackageFile {
