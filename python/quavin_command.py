@@ -55,7 +55,7 @@ def main() -> None:
             signal.signal(getattr(signal, name), signal.SIG_DFL)
         os.execve(command[0], command, environment)
     except FileNotFoundError:
-        sys.exit(f"quavin: this installation of quavin is incomplete: it has no {command[0]}")
+        sys.exit(f"quavin: this installation is incomplete: it has no {command[0]}")
 
 
 def _wait_for(command: list[str], environment: dict[str, str]) -> int:

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Puts Debian's Python for arm64 into a cache and prints its folder.
+"""Puts Debian's Python for arm64 into a cache and prints its interpreter.
 
 scripts/build-wheel.sh runs it under qemu. arm64_packages.py says where it comes from.
 """
@@ -14,4 +14,5 @@ PACKAGES = (f"{PYTHON}-minimal", f"lib{PYTHON}-minimal", f"lib{PYTHON}-stdlib", 
 
 
 if __name__ == "__main__":
-    print(fetch(PYTHON, PACKAGES, (f"usr/bin/{PYTHON}", f"usr/lib/{PYTHON}/ctypes/__init__.py")).as_posix())
+    program = f"usr/bin/{PYTHON}"
+    print((fetch(PYTHON, PACKAGES, (program, f"usr/lib/{PYTHON}/ctypes/__init__.py")) / program).as_posix())
