@@ -6,7 +6,7 @@
 set -euo pipefail
 . "$(dirname "$0")/lib.sh"
 
-# The oldest that are honest, which the glibc and libstdc++ of the build decide: tests/wheel/test_content.py asks auditwheel.
+# The glibc and libstdc++ of the build decide how old a system may be: tests/wheel/test_content.py asks auditwheel.
 declare -A platforms=([linux-x86_64]=manylinux_2_34_x86_64 [linux-aarch64]=manylinux_2_34_aarch64
     [windows-x86_64]=win_amd64)
 declare -A toolchains=([linux-aarch64]=linux-arm64 [windows-x86_64]=windows-mingw)
@@ -51,7 +51,7 @@ build_wheel() {
         --no-build-isolation --no-deps --wheel-dir "$folder" "${settings[@]/#/--config-settings=}" .)
 }
 
-# build_again SYSTEM FOLDER: from a copy of the sources at another place, in other circumstances, without a compiler cache.
+# build_again SYSTEM FOLDER: from a copy of the sources, in other circumstances, without a compiler cache.
 build_again() {
     local copy="$work/copy of the sources"
     rm -rf "$copy"

@@ -12,7 +12,7 @@ WANTED = ("include/openssl/evp.h", "include/openssl/configuration.h", "lib/libcr
 
 
 def arrange(whole, folder):
-    """Headers and libcrypto, in one folder each: the cross compiler does not search Debian's folders per architecture."""
+    """Headers and libcrypto, in one folder each: the cross compiler does not search Debian's folders for arm64."""
     for headers in (whole / "usr/include", whole / "usr/include" / TRIPLET):
         if (headers / "openssl").is_dir():
             shutil.copytree(headers / "openssl", folder / "include/openssl", dirs_exist_ok=True)

@@ -1,4 +1,4 @@
-/* Predicts through the library of an unpacked wheel, opened as ctypes opens it on Windows, instead of being linked to it.
+/* Predicts through the library of an unpacked wheel, not linked, but opened as ctypes opens it on Windows.
  *
  *     open_as_python_does <folder of the engine> <library> <folder of the digits package>
  *

@@ -1,5 +1,5 @@
-"""The library of a wheel for Windows, unpacked beside the engine in the folder QUAVIN_SITE: what can be tested without a
-Python for Windows. Programs are built with MinGW and run under wine.
+"""The library of a wheel for Windows, unpacked beside the engine in the folder QUAVIN_SITE: what can be tested without
+a Python for Windows. Programs are built with MinGW and run under wine.
 """
 
 import importlib.util

@@ -35,7 +35,7 @@ def test_the_program_predicts(tmp_path):
 
 def test_the_program_opens_a_secured_package(tmp_path):
     package, key = (os.path.relpath(DIGITS / name, tmp_path) for name in ("secured_package", "demo.key"))
-    assert run("verify", package, "--key-file", key, cwd=tmp_path)
+    assert run("verify", package, "--key-file", key, "--allow-open-key-file", cwd=tmp_path)
 
 
 def test_the_library_is_the_wheels_and_the_engine_that_of_its_own_package():
