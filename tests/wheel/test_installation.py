@@ -63,6 +63,13 @@ def test_the_program_gets_the_signals_that_python_ignores():
     assert run(PYTHON, "-c", script, *search) == run("/bin/grep", *search)
 
 
+def test_on_windows_the_command_waits_for_the_program_and_shows_it_the_engine():
+    """As far as that can be seen on another system."""
+    script = "import sys, quavin_command as c; sys.platform = 'win32'; c.program = lambda: '/bin/sh'; c.main()"
+    found = run(PYTHON, "-c", script, "-c", 'echo "$PATH"; exit 3', status=3)
+    assert found.startswith(f"{SITE}/openvino/libs:")
+
+
 class TestEngineElsewhere:
     """pip installs into several places: a user's own packages, and those of the system."""
 
