@@ -134,8 +134,7 @@ class TestLinux:
 
 @only_windows
 class TestWindows:
-    # Of Windows 10, where api-ms-win-* stand for the C runtime.
-    SYSTEM = {"KERNEL32.dll", "msvcrt.dll", "bcrypt.dll", "ADVAPI32.dll", "ntdll.dll", "ncrypt.dll", "CRYPT32.dll"}
+    SYSTEM = {"ADVAPI32.dll", "KERNEL32.dll", "SHELL32.dll", "bcrypt.dll", "msvcrt.dll", "ntdll.dll"}
 
     def test_only_the_engine_and_what_every_system_has_is_needed(self, wheel, tmp_path):
         needed = set()

@@ -41,5 +41,6 @@ def test_the_program_opens_a_secured_package(tmp_path):
 def test_the_library_is_the_wheels_and_the_engine_that_of_its_own_package():
     libraries = json.loads(run("doctor", "--json"))["libraries"]
     folders = {Path(library["file"].replace("\\", "/")).parent.parts[-2:] for library in libraries}
+    folders.discard(("windows", "system32"))  # its bcrypt.dll
     assert len({library["name"] for library in libraries} & LIBRARIES) == 1
     assert folders == {("site-packages", "quavin"), ("openvino", "libs")}
