@@ -30,6 +30,7 @@ install_packages $packages_build openssl python3-venv
 
 tools=$(python3 "$root/scripts/python_environment.py" python-tests "$root/python/tests/requirements.txt")
 export PYTHONDONTWRITEBYTECODE=1
+unset CCACHE_BASEDIR # with it, paths that begin in the build folder would get into the binaries
 work=$root/build/wheel-tests
 mkdir -p "$work" "$root/build/wheels"
 
