@@ -5,13 +5,14 @@ from __future__ import annotations
 import contextlib
 import ctypes
 import importlib
-import importlib.util
 import os
 import runpy
 import sys
 import tempfile
 from pathlib import Path
 from typing import Any
+
+from quavin_command import engine_folder
 
 _PACKAGE = Path(__file__).resolve().parent
 _TREE = _PACKAGE.parents[1]  # if the package was imported from a source tree
@@ -58,18 +59,10 @@ def _find() -> tuple[Path, bool]:
     )
 
 
-def _engine_folder() -> Path:
-    """Where the `openvino` package has its libraries. Importing that package would take a second."""
-    package = importlib.util.find_spec("openvino")
-    if package is None or not package.submodule_search_locations:
-        raise ImportError("quavin needs the package openvino, in the version that it was installed with")
-    return Path(package.submodule_search_locations[0], "libs")
-
-
 def _open(file: Path, engine_is_package: bool) -> Any:
     with contextlib.ExitStack() as folders:
         if engine_is_package:
-            engine = _engine_folder()
+            engine = engine_folder()
             if sys.platform == "win32":
                 folders.enter_context(os.add_dll_directory(str(engine)))
             # Loaded by name here, so that the two packages may be installed in different places.

@@ -8,8 +8,9 @@ import sys
 from collections.abc import Mapping, Sequence
 from pathlib import Path
 
-_PACKAGE = Path(__file__).resolve().parent
-_TREE = _PACKAGE.parents[1]  # if the package was imported from a source tree
+from quavin_command import program, program_environment
+
+_TREE = Path(__file__).resolve().parents[2]  # if the package was imported from a source tree
 _NAME = "quavin.exe" if sys.platform == "win32" else "quavin"
 _BUILDS = ("release", "demo", "debug")
 
@@ -26,11 +27,11 @@ def find_tool() -> tuple[str, ...]:
     named = os.environ.get("QUAVIN_TOOL")
     if named:
         return (named,)
-    for file in (_PACKAGE / _NAME, *(_TREE / "build" / build / "tools" / "quavin" / _NAME for build in _BUILDS)):
+    for file in (program(), *(_TREE / "build" / build / "tools" / "quavin" / _NAME for build in _BUILDS)):
         if file.is_file():
             return (str(file),)
     raise FileNotFoundError(
-        f"there is no program {_NAME} in {_PACKAGE}; build it, or name it with the variable QUAVIN_TOOL"
+        f"there is no program {program()}; build it, or name it with the variable QUAVIN_TOOL"
     )
 
 
@@ -39,9 +40,11 @@ def run_tool(arguments: Sequence[str], environment: Mapping[str, str]) -> None:
 
     Raises ToolError if it fails, and OSError if it cannot be started.
     """
+    tool = find_tool()
+    base = program_environment() if tool == (str(program()),) else os.environ
     done = subprocess.run(
-        [*find_tool(), *arguments],
-        env={**os.environ, **environment},
+        [*tool, *arguments],
+        env={**base, **environment},
         stdout=subprocess.PIPE,
         stderr=subprocess.PIPE,
         check=False,

@@ -174,7 +174,7 @@ def test_a_missing_command_is_named(model_file, folder, monkeypatch):
 
 def test_the_command_is_found_in_a_source_tree_or_by_its_variable(monkeypatch, tmp_path):
     monkeypatch.delenv("QUAVIN_TOOL", raising=False)
-    monkeypatch.setattr(_tool, "_PACKAGE", tmp_path / "python" / "quavin")
+    monkeypatch.setattr(_tool, "program", lambda: tmp_path / "python" / "quavin" / "quavin")
     monkeypatch.setattr(_tool, "_TREE", tmp_path)
     with pytest.raises(FileNotFoundError, match="QUAVIN_TOOL"):
         _tool.find_tool()

@@ -9,12 +9,14 @@ from pathlib import Path
 import pytest
 from conftest import DIGITS, ROOT
 
+import quavin
 from quavin._library import _find
 
 LIBRARY = _find()[0]
+PACKAGES = Path(quavin.__file__).parents[1]  # in the source tree, or installed
 BEGIN = f"""
 import atexit, os, sys
-sys.path[:0] = [{str(ROOT / "python")!r}]
+sys.path[:0] = [{str(PACKAGES)!r}]
 import numpy as np, quavin
 DIGITS, IMAGE = {str(DIGITS / "package")!r}, np.zeros((1, 1, 8, 8), np.float32)
 def predict(model): return model.predict({{"image": IMAGE}})["probabilities"]
@@ -106,7 +108,8 @@ class TestWheel:
     @pytest.fixture
     def site(self, tmp_path):
         package = tmp_path / "ours" / "quavin"
-        shutil.copytree(ROOT / "python" / "quavin", package, ignore=shutil.ignore_patterns("__pycache__"))
+        shutil.copytree(PACKAGES / "quavin", package, ignore=shutil.ignore_patterns("__pycache__"))
+        shutil.copy(PACKAGES / "quavin_command.py", tmp_path / "ours")
         header, interface = ROOT / "include" / "quavin" / "c.h", package / "_interface.py"
         subprocess.run([sys.executable, package / "_header.py", header, interface], check=True)
         script = ROOT / "scripts" / "fetch_openvino.py"
@@ -121,7 +124,7 @@ class TestWheel:
         return tmp_path
 
     def script(self, site, *folders):
-        begin = BEGIN.replace(str(ROOT / "python"), str(site / "ours"))
+        begin = BEGIN.replace(str(PACKAGES), str(site / "ours"))
         return f"import sys; sys.path[:0] = {[str(site / folder) for folder in folders]}\n{begin}"
 
     def test_the_library_is_found_beside_the_package(self, site):
