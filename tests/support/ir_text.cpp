@@ -38,7 +38,7 @@ std::string portText(std::size_t id, const IrText::Port& port) {
     if (!port.tensorNames.empty()) {
         text += " names=" + quoted(port.tensorNames);
     }
-    text += ">";
+    text += '>';
     std::istringstream list(port.dims);
     for (std::string dim; std::getline(list, dim, ',');) {
         text += "<dim>" + (dim == "?" ? "-1" : dim) + "</dim>";

@@ -36,7 +36,7 @@ protected:
         long long minutes = 0;
         long long seconds = 0;
         long long milliseconds = 0;
-        // NOLINTNEXTLINE(cert-err34-c): the line has already been matched
+        // NOLINTNEXTLINE(cert-err34-c,bugprone-unchecked-string-to-number-conversion): the line has already been matched
         const int numbers = std::sscanf(line.c_str(), "(%lld:%lld:%lld:%lld) ", &hours, &minutes,
                                         &seconds, &milliseconds);
         return numbers == 4 ? ((hours * 60 + minutes) * 60 + seconds) * 1000 + milliseconds : -1;

@@ -18,7 +18,11 @@ std::atomic<FreeWatch*> activeWatch{nullptr};
 thread_local int allocationsUntilFailure = 0;  // none fails at 0
 
 bool mustFail(const void* caller) noexcept {
-    return allocationsUntilFailure > 0 && isOfThisProgram(caller) && --allocationsUntilFailure == 0;
+    if (allocationsUntilFailure == 0 || !isOfThisProgram(caller)) {
+        return false;
+    }
+    --allocationsUntilFailure;
+    return allocationsUntilFailure == 0;
 }
 
 void* allocate(const void* caller, std::size_t size) noexcept {

@@ -69,7 +69,7 @@ TEST(XmlTagsTest, BrokenAttributesAreNotFound) {
 std::string elementsOf(std::string_view text) {
     std::string elements;
     visitElements(text, [&elements](const XmlTag& tag, const XmlPath& path) {
-        elements += " ";
+        elements += ' ';
         for (const std::string_view name : path) {
             elements += std::string(name) + "/";
         }

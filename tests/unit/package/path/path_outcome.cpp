@@ -113,7 +113,7 @@ std::string outcomeOf(const PathCase& pathCase, const std::string& directory) {
 }
 
 bool hasWindowsPaths() {
-    return fs::path::preferred_separator == fs::path::value_type('\\');
+    return fs::path::preferred_separator == static_cast<fs::path::value_type>('\\');
 }
 
 }  // namespace VelmoraQuavin::testing

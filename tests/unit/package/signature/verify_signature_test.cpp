@@ -144,7 +144,7 @@ TEST(VerifySignature, RefusesMoreThanAMillionValues) {
 TEST(VerifySignature, RefusesInnermostValuesOfDeepNestingThatNameAMemberTwice) {
     std::string nested;
     for (int depth = 0; depth < 100000; ++depth) {
-        nested += "[";
+        nested += '[';
     }
     nested += R"({"a": 1, "a": 2})" + std::string(nested.size(), ']');
     EXPECT_EQ(problemOf(R"({"nested": )" + nested + "}", {readKey("p256")}),

@@ -170,7 +170,7 @@ TEST_F(BuffersInMemory, AreTheSourceOfTheirMetadataWhileTheyLast) {
     auto source = std::make_shared<const MemorySource>(std::vector<PackageBuffer>{manifestBuffer_});
     const auto metadata = internal::readMetadata(source, {});
     EXPECT_EQ(internal::makeComponentSource(*metadata), source);
-    const ModelMetadata copy = *metadata;
+    const ModelMetadata copy = *metadata;  // NOLINT(performance-unnecessary-copy-initialization)
     source.reset();
     EXPECT_EQ(internal::makeComponentSource(*metadata)->name(), "in memory");
     EXPECT_EQ(internal::makeComponentSource(*metadata)->resolve("net.xml"), "net.xml");
