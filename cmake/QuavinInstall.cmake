@@ -48,7 +48,7 @@ install(DIRECTORY "${PROJECT_SOURCE_DIR}/include/quavin" DESTINATION "${CMAKE_IN
 install(FILES "${PROJECT_SOURCE_DIR}/README.md" "${PROJECT_SOURCE_DIR}/CHANGELOG.md"
               "${PROJECT_SOURCE_DIR}/CONTRIBUTING.md" "${PROJECT_SOURCE_DIR}/SECURITY.md" DESTINATION "${CMAKE_INSTALL_DOCDIR}")
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/docs" "${PROJECT_SOURCE_DIR}/examples" DESTINATION "${CMAKE_INSTALL_DOCDIR}"
-        USE_SOURCE_PERMISSIONS PATTERN "__pycache__" EXCLUDE)
+        USE_SOURCE_PERMISSIONS PATTERN "__pycache__" EXCLUDE REGEX "/docs/site$" EXCLUDE)
 install(EXPORT quavin_on_device_sdk_targets NAMESPACE quavin:: DESTINATION "${quavin_package_dir}")
 
 configure_package_config_file(

@@ -1,4 +1,4 @@
-"""Runs machine-learning models on the user's own device.
+"""Runs machine-learning models on the user's own device::
 
     import numpy as np
     import quavin

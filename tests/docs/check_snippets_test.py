@@ -40,6 +40,9 @@ class CheckSnippetsTest(unittest.TestCase):
     def test_a_good_tree_has_no_errors(self):
         self.assertEqual([], self.errors())
 
+    def test_what_only_the_site_is_made_of_is_left_out(self):
+        self.assertEqual([], self.errors(**{"docs/site/index.md": "# Site\n\n[errors](docs/errors.md)\n"}))
+
     def test_a_block_may_be_indented_less_than_its_source(self):
         text = "<!-- from main.cpp -->\n```cpp\nreturn 0;\n```\n"
         self.assertEqual([], self.with_readme(text))
