@@ -4,7 +4,8 @@
 
 include(CMakePackageConfigHelpers)
 
-# The C interface, the runtime, the network reader, the CPU device and its thread library, with their licences.
+# The C interface, the runtime, the network reader, the CPU device and its thread library, with their licences;
+# docs/releasing.md says what each file is for.
 function(quavin_install_runtime)
   get_filename_component(package "${OpenVINO_DIR}/../.." ABSOLUTE)
   set(libs "${package}/openvino/libs")

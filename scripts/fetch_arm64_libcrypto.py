@@ -48,15 +48,17 @@ def unpack(package, folder):
         if (headers / "openssl").is_dir():
             shutil.copytree(headers / "openssl", folder / "include/openssl", dirs_exist_ok=True)
     (folder / "lib").mkdir(exist_ok=True)
-    for library in (whole / "usr/lib" / TRIPLET).glob("libcrypto.so*"):
+    for library in (whole / "usr/lib" / TRIPLET).glob("libcrypto.*"):
         shutil.copy2(library, folder / "lib", follow_symlinks=False)
     shutil.copytree(whole / "usr/share/doc", folder / "doc", dirs_exist_ok=True, symlinks=True)
+    with open(folder / "version", "w", encoding="utf-8") as version:
+        subprocess.run(["dpkg-deb", "--field", str(package), "Version"], stdout=version, check=True)
     shutil.rmtree(whole)
 
 
 def complete(folder):
     return all((folder / name).exists() for name in
-               ("include/openssl/evp.h", "include/openssl/configuration.h", "lib/libcrypto.so"))
+               ("include/openssl/evp.h", "include/openssl/configuration.h", "lib/libcrypto.so", "lib/libcrypto.a", "version"))
 
 
 def fetch():
