@@ -27,7 +27,7 @@ packages_release_linux_arm64="g++-aarch64-linux-gnu qemu-user-static"
 packages_release_windows_x64="g++-mingw-w64-x86-64-posix llvm-14 wine64"
 packages_test_release="binutils cmake g++ git libarchive-tools ninja-build openssl pkgconf python3 python3-numpy python3-pip \
     python3-venv util-linux"
-packages_test_release_linux_x86_64="bash-completion clang-14 strace"
+packages_test_release_linux_x86_64="clang-14 strace"
 packages_test_release_linux_arm64="binutils-aarch64-linux-gnu g++-aarch64-linux-gnu qemu-user-static"
 packages_test_release_windows_x64="binutils-mingw-w64-x86-64 clang-14 g++-mingw-w64-x86-64-posix lld-14 llvm-14 wine64"
 packages_fuzz="clang-14 libclang-rt-14-dev llvm-14"

@@ -11,8 +11,6 @@ mkdir -p "$dist"
 use_commit_time
 # These would let objects from other folders in, which name those folders.
 unset CCACHE_BASEDIR CCACHE_NOHASHDIR
-# The compiled-in paths depend on it, and cpack's installation on the second.
-umask 022
 for system in "$@"; do
     packages=packages_release_${system//[-]/_}
     # shellcheck disable=SC2086  # lists of words

@@ -37,7 +37,7 @@ hidden() {
         exec "$@"' - "$@"
 }
 hidden true || fail "cannot hide the sources: that needs root, or namespaces for users (unshare --map-root-user)"
-hidden "$python" -m unittest "${QUAVIN_TEST_VERBOSE:+-v}" discover --pattern '*_test.py' ||
+hidden "$python" -m unittest discover --pattern '*_test.py' ||
     fail "the archives are not fit for release"
 
 [ "${1:-}" != --no-rebuild ] || exit 0
