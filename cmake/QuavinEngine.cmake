@@ -81,7 +81,9 @@ if(QUAVIN_ENGINE_IS_ADAPTER)
          "${OpenVINO_DIR}/../libs/openvino_c.dll"
          "${OpenVINO_DIR}/../libs/openvino_ir_frontend.dll"
          "${OpenVINO_DIR}/../libs/openvino_*_cpu_plugin.dll"
-         "${OpenVINO_DIR}/../libs/tbb*.dll")
+         "${OpenVINO_DIR}/../libs/tbb12.dll"
+         "${OpenVINO_DIR}/../libs/tbbbind_*.dll"
+         "${OpenVINO_DIR}/../libs/tbbmalloc.dll")
     if(NOT quavin_engine_dlls)
       message(WARNING "The DLLs of OpenVINO are not where its wheels have them. Add their folder to PATH, or programs "
                       "will not start.")

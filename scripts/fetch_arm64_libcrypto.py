@@ -4,11 +4,13 @@
 For cross builds. arm64_packages.py says where it comes from.
 """
 
+import gzip
 import shutil
 
 from arm64_packages import TRIPLET, fetch
 
-WANTED = ("include/openssl/evp.h", "include/openssl/configuration.h", "lib/libcrypto.so", "lib/libcrypto.a")
+WANTED = ("include/openssl/evp.h", "include/openssl/configuration.h", "lib/libcrypto.so", "lib/libcrypto.a",
+          "version")
 
 
 def arrange(whole, folder):
@@ -20,6 +22,10 @@ def arrange(whole, folder):
     for library in (whole / "usr/lib" / TRIPLET).glob("libcrypto.*"):
         shutil.copy2(library, folder / "lib", follow_symlinks=False)
     shutil.copytree(whole / "usr/share/doc", folder / "doc", symlinks=True)
+    # For bills of materials. The first line of a change log is "NAME (VERSION) ...".
+    with gzip.open(folder / "doc/libssl-dev/changelog.Debian.gz", "rt", encoding="utf-8") as changes:
+        version = changes.readline().split("(")[1].split(")")[0]
+    (folder / "version").write_text(version + "\n", encoding="utf-8")
 
 
 if __name__ == "__main__":

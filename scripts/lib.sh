@@ -21,6 +21,15 @@ packages_check="clang-format-14"
 packages_cross="ccache clang-14 googletest libarchive-tools mandoc openssl python3-jsonschema python3-numpy"
 packages_windows="$packages_cross g++-mingw-w64-x86-64-posix lld-14 llvm-14 wine64"
 packages_arm64="$packages_cross g++-aarch64-linux-gnu qemu-user-static"
+# For a release: what its archives are made with, then tested with; first for all systems, then for each.
+packages_release_linux_x86_64="binutils"
+packages_release_linux_arm64="g++-aarch64-linux-gnu qemu-user-static"
+packages_release_windows_x64="g++-mingw-w64-x86-64-posix llvm-14 wine64"
+packages_test_release="binutils cmake g++ git libarchive-tools ninja-build openssl pkgconf python3 python3-numpy python3-pip \
+    python3-venv util-linux"
+packages_test_release_linux_x86_64="clang-14 strace"
+packages_test_release_linux_arm64="binutils-aarch64-linux-gnu g++-aarch64-linux-gnu qemu-user-static"
+packages_test_release_windows_x64="binutils-mingw-w64-x86-64 clang-14 g++-mingw-w64-x86-64-posix lld-14 llvm-14 wine64"
 packages_fuzz="clang-14 libclang-rt-14-dev llvm-14"
 packages_bench="libarchive-tools openssl python3-numpy"
 
@@ -114,4 +123,10 @@ time_leg() {
     line=$(printf '%-32s %2d min %02d s' "$name" $((seconds / 60)) $((seconds % 60)))
     say "$line"
     [ -z "${QUAVIN_LEG_TIMES:-}" ] || echo "$line" >>"$QUAVIN_LEG_TIMES"
+}
+
+# use_commit_time: sets SOURCE_DATE_EPOCH, the time in everything that a release contains, to that of the commit.
+use_commit_time() {
+    SOURCE_DATE_EPOCH=$(git -C "$root" log -1 --format=%ct) || fail "a release is made from a clone with its history"
+    export SOURCE_DATE_EPOCH
 }

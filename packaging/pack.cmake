@@ -1,0 +1,8 @@
+# Run by cpack after it has installed everything into CPACK_TEMPORARY_DIRECTORY.
+
+execute_process(
+  COMMAND ${CPACK_QUAVIN_PACK} --staged "${CPACK_TEMPORARY_DIRECTORY}" --name "${CPACK_PACKAGE_FILE_NAME}"
+          --version "${CPACK_PACKAGE_VERSION}" --output "${CPACK_PACKAGE_DIRECTORY}"
+  OUTPUT_VARIABLE artefacts
+  OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+string(REPLACE "\n" ";" CPACK_EXTERNAL_BUILT_PACKAGES "${artefacts}")
