@@ -70,22 +70,23 @@ def _read_file(openvino: Any, path: Path, weights: Any, outputs: Sequence[str] |
             # Those outputs of an ONNX model that are not wanted may be all that cannot be converted.
             wanted = list(outputs) if outputs and kind == ".onnx" else None
             model = openvino.convert_model([path, Path(weights)] if weights else path, output=wanted)
-    inputs, names = port_names(model.inputs, "input"), port_names(model.outputs, "output")
+    # TensorFlow numbers the outputs of a layer. In ONNX such a number is part of the name.
+    number = "" if kind == ".onnx" else ":0"
+    inputs, names = port_names(model.inputs, "input", number), port_names(model.outputs, "output", number)
     run = _onnxruntime(path, names) if kind == ".onnx" else None
     framework, predict = run or (f"OpenVINO {_version(openvino)}", _openvino(openvino, model, inputs))
     return Original(model, inputs, names, framework, predict)
 
 
-def port_names(ports: Sequence[Any], fallback: str) -> tuple[str, ...]:
-    """The author's name for each port, of those that OpenVINO knows."""
+def port_names(ports: Sequence[Any], fallback: str, number: str) -> tuple[str, ...]:
+    """The author's name for each port, of those that OpenVINO knows, without a number at the end."""
     return tuple(
-        _name(port, fallback if len(ports) == 1 else f"{fallback}_{index}") for index, port in enumerate(ports)
+        _name(port, fallback if len(ports) == 1 else f"{fallback}_{index}", number) for index, port in enumerate(ports)
     )
 
 
-def _name(port: Any, fallback: str) -> str:
-    # TensorFlow numbers the outputs of a layer.
-    names: set[str] = {name.removesuffix(":0") for name in port.get_names()}
+def _name(port: Any, fallback: str, number: str) -> str:
+    names: set[str] = {name.removesuffix(number) for name in port.get_names()}
     layer: str = port.get_node().get_friendly_name().removesuffix("/sink_port_0")
     if layer in names or not names:
         return layer if layer in names else fallback

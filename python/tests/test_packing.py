@@ -62,6 +62,12 @@ def test_inputs_and_outputs_keep_the_names_and_the_order_of_the_author(pack, onn
     assert outputs["first"].tolist() == [10, 18]
 
 
+def test_numbers_that_belong_to_the_names_of_an_onnx_model_stay(pack, onnx_file):
+    report = pack(models.doubling(onnx_file, names=("x:0", "Identity:0")))
+    assert [port.name for port in (*report.inputs, *report.outputs)] == ["x:0", "Identity:0"]
+    assert report.compared_with.startswith("onnxruntime ")
+
+
 @pytest.mark.parametrize(
     ("kind", "own", "dtype", "values"),
     [
