@@ -101,8 +101,10 @@ def _onnxruntime(path: Path, outputs: Sequence[str]) -> Any:
     except ImportError:
         return None
     onnxruntime.disable_telemetry_events()
+    options = onnxruntime.SessionOptions()
+    options.log_severity_level = 4  # errors are raised, and need not be printed as well
     with _converting(path.name):
-        session = onnxruntime.InferenceSession(path, providers=["CPUExecutionProvider"])
+        session = onnxruntime.InferenceSession(path, options, providers=["CPUExecutionProvider"])
 
     def predict(inputs: Arrays) -> Sequence[npt.NDArray[Any]]:
         result: Sequence[npt.NDArray[Any]] = session.run(list(outputs), dict(inputs))

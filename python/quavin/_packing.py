@@ -146,7 +146,12 @@ def pack(
     fitted.fit_types()
     fitted.name_ports(rename or {})
     arrays = inputs_to_compare_with(fitted.shapes, fitted.types, {**original.examples, **(inputs or {})})
-    expected = dict(zip(original.output_names, original.predict(arrays), strict=True))
+    try:
+        predicted = original.predict(arrays)
+    except Exception as error:
+        text = str(error).strip()
+        raise ConversionError(f"{original.framework} does not predict with these inputs: {text}") from error
+    expected = dict(zip(original.output_names, predicted, strict=True))
 
     if fp16:
         fitted.changes.append("weights are stored as 16-bit floats")

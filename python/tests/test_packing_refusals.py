@@ -114,6 +114,15 @@ def test_an_operator_that_nobody_knows_is_named(tmp_path, folder):
         quavin.pack(tmp_path / "model.onnx", folder / "package")
 
 
+def test_inputs_that_the_original_does_not_work_with_are_reported(tmp_path, folder, capfd):
+    nodes = [models.node("Gather", ["table", "ids"], ["y"])]
+    ports = {"ids": (models.INT64, (2,))}, {"y": (models.FLOAT, (2,))}
+    models.write(tmp_path / "model.onnx", nodes, *ports, {"table": np.zeros(4, np.float32)})
+    with pytest.raises(quavin.ConversionError, match="onnxruntime .* does not predict with these inputs: .*idx=9"):
+        quavin.pack(tmp_path / "model.onnx", folder / "package", inputs={"ids": np.int64([0, 9])})
+    assert capfd.readouterr() == ("", "")
+
+
 def test_an_existing_destination_is_refused_and_stays(model_file, tmp_path):
     file, directory = tmp_path / "p.tar", tmp_path / "p"
     file.write_text("precious")
