@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+import operator
 from collections.abc import Mapping, Sequence
 from pathlib import Path
 from typing import Any
@@ -51,10 +52,12 @@ class Fitted:
     def fix_shapes(self, shapes: Mapping[str, Sequence[int]], examples: Mapping[str, npt.NDArray[Any]]) -> None:
         """Gives every input a fixed shape: the wanted one, that of its example, or its own.
 
-        Raises ValueError for an unknown name, and ConversionError if a dimension stays open or does not fit.
+        Raises ValueError for an unknown name, TypeError for what is not a shape, and ConversionError if a dimension
+        stays open or does not fit.
         """
         require_known(shapes, self.input_names, "shapes", "input")
-        wanted = {name: array.shape for name, array in examples.items()} | {n: tuple(s) for n, s in shapes.items()}
+        wanted = {name: array.shape for name, array in examples.items()}
+        wanted |= {name: _sizes(name, shape) for name, shape in shapes.items()}
         before = [str(port.partial_shape) for port in self.model.inputs]
         try:
             self.model.reshape({i: wanted[name] for i, name in enumerate(self.input_names) if name in wanted})
@@ -213,6 +216,13 @@ def require_known(names: Any, known: Sequence[str], option: str, kind: str) -> N
         if name not in known:
             there = ", ".join(f'"{each}"' for each in known)
             raise ValueError(f'{option}: the model has no {kind} "{name}"; it has {there}')
+
+
+def _sizes(name: str, shape: Sequence[int]) -> tuple[int, ...]:
+    try:
+        return tuple(map(operator.index, shape))
+    except TypeError:
+        raise TypeError(f'shapes: "{name}" must be a sequence of integers, not {shape!r}') from None
 
 
 def _advice(ports: Mapping[str, Any]) -> str:

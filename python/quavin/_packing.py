@@ -114,6 +114,8 @@ def pack(
     TypeError or ValueError for arguments that don't fit, and OSError for files. The destination is then as it was.
     Nothing is sent over the network: the converter's usage statistics are switched off.
     """
+    if isinstance(outputs, str):
+        raise TypeError("outputs must be a sequence of names, not one text")
     target = absent(Path(destination))
     secret = Secret(encrypt, key, key_file, key_env)
     options = {

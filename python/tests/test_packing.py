@@ -132,6 +132,11 @@ def test_open_shapes_are_fixed(pack, onnx_file):
     assert report.changes == ('input "x": the shape [?,3,?] is fixed to [2, 3, 5]',)
 
 
+def test_shapes_may_be_numbers_of_numpy(pack, onnx_file):
+    report = pack(models.doubling(onnx_file, ("n", 4)), shapes={"x": np.array([3, 4])})
+    assert shown(report.inputs) == [("x", "float32", (3, 4))]
+
+
 def test_an_open_shape_is_refused_with_the_shapes_to_fix(pack, onnx_file):
     floats = {name: (models.FLOAT, shape) for name, shape in (("a", ("n", 2)), ("b", (2,)), ("c", (None, "m")))}
     nodes = [models.node("Add", ["a", "b"], ["ab"]), models.node("Mul", ["ab", "c"], ["y"])]

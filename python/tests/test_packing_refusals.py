@@ -55,6 +55,14 @@ def test_values_of_another_kind_are_refused(model_file, folder):
         quavin.pack(model_file, folder / "package", inputs={"x": np.zeros((1, 4), complex)})
     with pytest.raises(TypeError, match="key must be bytes, not text"):
         quavin.pack(model_file, folder / "package", encrypt="components", key="0" * 16)
+    for key in 16, list(range(16)):
+        with pytest.raises(TypeError, match=f"key must be bytes-like, not {type(key).__name__}"):
+            quavin.pack(model_file, folder / "package", encrypt="components", key=key)
+    with pytest.raises(TypeError, match="outputs must be a sequence of names, not one text"):
+        quavin.pack(model_file, folder / "package", outputs="y")
+    for shape in 4, "4", (1, 4.5), (1, "4"):
+        with pytest.raises(TypeError, match='shapes: "x" must be a sequence of integers'):
+            quavin.pack(model_file, folder / "package", shapes={"x": shape})
     with pytest.raises(TypeError, match="source must be a path or a PyTorch module, not int"):
         quavin.pack(7, folder / "package")
 
