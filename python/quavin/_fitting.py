@@ -134,19 +134,18 @@ class Fitted:
     def name_ports(self, rename: Mapping[str, str]) -> None:
         """Gives each port one name of its own.
 
-        Raises ValueError for an unknown name, or a new one that cannot be used or is there twice.
+        Raises ValueError for a new name that cannot be used or is there twice.
         """
-        require_known(rename, [*self.input_names, *self.output_names], "rename", "input or output")
         for new in rename.values():
             if new != _usable(new):
                 raise ValueError(f"rename: {new!r} cannot be used as a name; {_usable(new)!r} could")
         self._separate_outputs()
+        taken: set[str] = set()
         for ports, names in ((self.model.inputs, self.input_names), (self.model.outputs, self.output_names)):
-            taken: set[str] = set()
             for port, old in zip(ports, names):
                 new = rename.get(old, _usable(old))
                 if new in taken:
-                    raise ValueError(f'two inputs or two outputs would be called "{new}": choose names with rename')
+                    raise ValueError(f'two inputs or outputs would be called "{new}": choose names with rename')
                 taken.add(new)
                 port.get_tensor().set_names({new})
                 self.names[old] = new
@@ -155,7 +154,7 @@ class Fitted:
 
     def described(self, descriptions: Mapping[str, str]) -> dict[str, str]:
         """The descriptions of the ports, by their new names."""
-        texts = {self.names[name]: text for name, text in descriptions.items() if name in self.names}
+        texts = {self.names[name]: text for name, text in descriptions.items() if text and name in self.names}
         for name in self.input_names:
             if self.types[name] == "u8":  # which the package's own type does not tell
                 texts[self.names[name]] = "; ".join(filter(None, (descriptions.get(name), _BYTES)))
@@ -259,4 +258,4 @@ def _target(types: Mapping[str, str], own: str, what: str) -> str:
 
 def _usable(name: str) -> str:
     """The name with "_" for what has a meaning in lists of names or on command lines, or cannot be printed."""
-    return "".join("_" if c in '\\,="' or c.isspace() or not c.isprintable() else c for c in name)
+    return "".join("_" if c in '\\,="' or c.isspace() or not c.isprintable() else c for c in name) or "_"

@@ -141,6 +141,7 @@ def pack(
     ports = [*original.input_names, *original.output_names]
     require_known(inputs or {}, original.input_names, "inputs", "input")
     require_known(descriptions or {}, ports, "descriptions", "input or output")
+    require_known(rename or {}, ports, "rename", "input or output")
     fitted = Fitted(openvino, original)
     fitted.fix_shapes(shapes or {}, original.examples)
     fitted.select(outputs)

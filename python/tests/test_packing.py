@@ -172,6 +172,10 @@ def test_ports_are_renamed_and_described(pack, onnx_file):
     assert predict(report, image=np.ones((1, 4), np.float32))["größe"].tolist() == [[2, 2, 2, 2]]
 
 
+def test_an_empty_description_is_none(pack, onnx_file):
+    assert pack(models.doubling(onnx_file), descriptions={"x": ""}).inputs[0].description == ""
+
+
 def test_names_that_cannot_be_typed_are_replaced(pack, onnx_file):
     report = pack(models.doubling(onnx_file, names=("a b=c", "d,e")))
     assert [port.name for port in (*report.inputs, *report.outputs)] == ["a_b_c", "d_e"]
@@ -192,8 +196,16 @@ def test_outputs_that_are_the_same_tensor_keep_their_own_names(pack, onnx_file):
 def test_two_ports_cannot_get_one_name(pack, onnx_file):
     floats = (models.FLOAT, (2,))
     models.write(onnx_file, [models.node("Add", ["a", "b"], ["y"])], {"a": floats, "b": floats}, {"y": floats})
-    with pytest.raises(ValueError, match='two inputs or two outputs would be called "b"'):
-        pack(onnx_file, rename={"a": "b"})
+    for old, new in ("a", "b"), ("a", "y"), ("y", "a"):
+        with pytest.raises(ValueError, match=f'two inputs or outputs would be called "{new}"'):
+            pack(onnx_file, rename={old: new})
+
+
+def test_two_inputs_can_exchange_their_names(pack, onnx_file):
+    floats = (models.FLOAT, (2,))
+    models.write(onnx_file, [models.node("Sub", ["a", "b"], ["y"])], {"a": floats, "b": floats}, {"y": floats})
+    report = pack(onnx_file, rename={"a": "b", "b": "a"})
+    assert predict(report, b=np.float32([5, 6]), a=np.float32([2, 2]))["y"].tolist() == [3, 4]
 
 
 def test_only_the_wanted_outputs_are_packed_in_their_order(pack, onnx_file):
@@ -211,7 +223,7 @@ def test_only_the_wanted_outputs_are_packed_in_their_order(pack, onnx_file):
 def test_an_input_that_nothing_depends_on_is_left_out(pack, onnx_file):
     floats = (models.FLOAT, (2,))
     models.write(onnx_file, [models.node("Neg", ["a"], ["y"])], {"unused": floats, "a": floats}, {"y": floats})
-    report = pack(onnx_file)
+    report = pack(onnx_file, rename={"unused": "nothing"}, descriptions={"unused": "nothing"})
     assert [port.name for port in report.inputs] == ["a"]
     assert report.changes == ('input "unused" is left out: no output depends on it',)
 

@@ -33,6 +33,7 @@ def folder(tmp_path):
         ({"shapes": {"z": (1, 4)}}, 'shapes: the model has no input "z"; it has "x"'),
         ({"rename": {"z": "a"}}, 'rename: the model has no input or output "z"; it has "x", "y"'),
         ({"rename": {"x": "a b"}}, "rename: 'a b' cannot be used as a name; 'a_b' could"),
+        ({"rename": {"x": ""}}, "rename: '' cannot be used as a name; '_' could"),
         ({"descriptions": {"z": "text"}}, 'descriptions: the model has no input or output "z"'),
         ({"inputs": {"z": np.zeros(1)}}, 'inputs: the model has no input "z"'),
         ({"inputs": {"x": np.zeros((1, 5))}}, r'inputs: "x" has the shape \[1, 5\], and the model \[1, 4\]'),
