@@ -66,12 +66,6 @@ class Fitted:
         ports = dict(zip(self.input_names, self.model.inputs))
         if any(port.partial_shape.is_dynamic for port in ports.values()):
             raise ConversionError(_advice(ports))
-        for name, port in zip(self.output_names, self.model.outputs):
-            if port.partial_shape.is_dynamic:
-                raise ConversionError(
-                    f'the output "{name}" has the shape {port.partial_shape}, which depends on the data: '
-                    "packages need fixed ones"
-                )
         self.shapes = {name: tuple(port.shape) for name, port in ports.items()}
         self.types = {name: port.element_type.get_type_name() for name, port in ports.items()}
         for (name, shape), old in zip(self.shapes.items(), before):
@@ -81,11 +75,17 @@ class Fitted:
     def select(self, outputs: Sequence[str] | None) -> None:
         """Keeps these outputs, in this order, and the inputs that they depend on.
 
-        Raises ValueError for an unknown name.
+        Raises ValueError for an unknown name, and ConversionError for an output whose shape is not fixed.
         """
         require_known(outputs or (), self.output_names, "outputs", "output")
         results = dict(zip(self.output_names, self.model.get_results()))
         kept = list(outputs or self.output_names)
+        for name in kept:
+            shape = results[name].get_output_partial_shape(0)
+            if shape.is_dynamic:
+                raise ConversionError(
+                    f'the output "{name}" has the shape {shape}, which depends on the data: packages need fixed ones'
+                )
         reached = _reached([results[name] for name in kept])
         parameters = dict(zip(self.input_names, self.model.get_parameters()))
         unused = [name for name, node in parameters.items() if node.get_name() not in reached]

@@ -160,6 +160,19 @@ def test_an_output_whose_shape_depends_on_the_data_is_refused(pack, onnx_file):
         pack(onnx_file)
 
 
+def test_an_output_that_is_not_wanted_may_have_any_shape(pack, tmp_path):
+    openvino = pytest.importorskip("openvino")
+    x = openvino.opset13.parameter([4], np.float32, name="x")
+    results = openvino.opset13.non_zero(x), openvino.opset13.negative(x)
+    for node, name in zip((x, *results), ("x", "places", "y")):
+        node.output(0).set_names({name})
+    openvino.save_model(openvino.Model(list(results), [x], "model"), tmp_path / "model.xml")
+    report = pack(tmp_path / "model.xml", outputs=["y"])
+    assert shown(report.outputs) == [("y", "float32", (4,))]
+    with pytest.raises(quavin.ConversionError, match='output "places" has the shape .* depends on the data'):
+        pack(tmp_path / "model.xml", "other")
+
+
 def test_ports_are_renamed_and_described(pack, onnx_file):
     models.doubling(onnx_file)
     descriptions = {"x": 'grey, "8 bit" = flat', "y": "ß"}
