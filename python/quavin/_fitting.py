@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import operator
+import shlex
 from collections.abc import Mapping, Sequence
 from pathlib import Path
 from typing import Any
@@ -226,15 +227,16 @@ def _sizes(name: str, shape: Sequence[int]) -> tuple[int, ...]:
 
 def _advice(ports: Mapping[str, Any]) -> str:
     dynamic = {name: port.partial_shape for name, port in ports.items() if port.partial_shape.is_dynamic}
-    if any(shape.rank.is_dynamic for shape in dynamic.values()):
-        example = ", ".join(f'"{name}": (...)' for name in dynamic)
-    else:
-        fixed = {name: tuple(1 if d.is_dynamic else d.get_length() for d in shape) for name, shape in dynamic.items()}
-        example = ", ".join(f'"{name}": {shape}' for name, shape in fixed.items())
+    fixed = {
+        name: ["..."] if shape.rank.is_dynamic else ["1" if d.is_dynamic else str(d.get_length()) for d in shape]
+        for name, shape in dynamic.items()
+    }
     there = ", ".join(f'"{name}" {shape}' for name, shape in dynamic.items())
+    argument = ", ".join(f'"{name}": [{", ".join(sizes)}]' for name, sizes in fixed.items())
+    options = " ".join("--shape " + shlex.quote(f"{name}={','.join(sizes)}") for name, sizes in fixed.items())
     return (
-        f"packages need fixed shapes, and these inputs have open ones: {there}. Fix them with "
-        f"shapes={{{example}}}, with the sizes that you need in place of each 1"
+        f"packages need fixed shapes, and these inputs have open ones: {there}. Fix them with shapes={{{argument}}}, "
+        f"or on the command line with {options}, and put the sizes that you need in place of each 1"
     )
 
 

@@ -64,7 +64,7 @@ def test_every_option_reaches_the_package(capsys):
 @pytest.mark.parametrize(
     ("arguments", "message"),
     [
-        (["model.onnx", "-o", "package"], 'shapes={"x": (1, 4)}'),
+        (["model.onnx", "-o", "package"], "--shape x=1,4,"),
         (["none.onnx", "-o", "package"], "there is no model none.onnx"),
         (["model.onnx", "-o", "package", "--shape", "z=1"], 'the model has no input "z"'),
         (["model.onnx", "-o", "package", "--input", "x=none.npy"], "none.npy"),

@@ -144,7 +144,8 @@ def test_an_open_shape_is_refused_with_the_shapes_to_fix(pack, onnx_file):
     with pytest.raises(quavin.ConversionError) as failure:
         pack(onnx_file)
     assert '"a" [?,2], "c" [?,?]' in str(failure.value)
-    assert 'shapes={"a": (1, 2), "c": (1, 1)}' in str(failure.value)
+    assert 'shapes={"a": [1, 2], "c": [1, 1]}' in str(failure.value)
+    assert "--shape a=1,2 --shape c=1,1," in str(failure.value)
 
 
 def test_a_shape_that_does_not_fit_is_refused(pack, onnx_file):
