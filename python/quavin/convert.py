@@ -11,9 +11,13 @@ from collections.abc import Sequence
 from typing import Any
 
 import numpy as np
+import numpy.typing as npt
 
 from quavin._errors import QuavinError
 from quavin._packing import ConversionError, pack
+
+
+_NAMED = {"--shape": "shapes", "--rename": "rename", "--describe": "descriptions", "--input": "inputs"}
 
 
 def _named(text: str) -> tuple[str, str]:
@@ -29,6 +33,24 @@ def _shape(text: str) -> tuple[str, tuple[int, ...]]:
         return name, tuple(int(size) for size in sizes.split(","))
     except ValueError:
         raise argparse.ArgumentTypeError(f"takes NAME=SIZE,SIZE,..., not {text}") from None
+
+
+def _array(file: str) -> npt.NDArray[Any]:
+    try:
+        with open(file, "rb") as stream:
+            array: npt.NDArray[Any] = np.lib.format.read_array(stream, allow_pickle=False)
+    except ValueError as error:
+        raise ValueError(f"--input: {file} is not a .npy file of numbers: {error}") from error
+    return array
+
+
+def _by_name(option: str, pairs: Sequence[tuple[str, Any]]) -> dict[str, Any]:
+    values: dict[str, Any] = {}
+    for name, value in pairs:
+        if name in values:
+            raise ValueError(f"{option}: {name} is given more than once")
+        values[name] = value
+    return values
 
 
 def _parser() -> argparse.ArgumentParser:
@@ -83,10 +105,10 @@ def _parser() -> argparse.ArgumentParser:
 def main(arguments: Sequence[str] | None = None) -> int:
     options: dict[str, Any] = vars(_parser().parse_args(arguments))
     quiet = options.pop("quiet")
-    for several in ("shapes", "rename", "descriptions", "inputs"):
-        options[several] = dict(options[several] or ())
     try:
-        options["inputs"] = {name: np.load(file, allow_pickle=False) for name, file in options["inputs"].items()}
+        for option, argument in _NAMED.items():
+            options[argument] = _by_name(option, options[argument] or ())
+        options["inputs"] = {name: _array(file) for name, file in options["inputs"].items()}
         report = pack(**options)
     except (ConversionError, ImportError, OSError, QuavinError, TypeError, ValueError) as error:
         print(f"quavin-convert: {error}", file=sys.stderr)

@@ -68,6 +68,8 @@ def test_every_option_reaches_the_package(capsys):
         (["none.onnx", "-o", "package"], "there is no model none.onnx"),
         (["model.onnx", "-o", "package", "--shape", "z=1"], 'the model has no input "z"'),
         (["model.onnx", "-o", "package", "--input", "x=none.npy"], "none.npy"),
+        (["model.onnx", "-o", "package", "--input", "x=model.onnx"], "model.onnx is not a .npy file of numbers"),
+        (["model.onnx", "-o", "package", "--shape", "x=1,4", "--shape", "x=2,4"], "--shape: x is given more than once"),
         (["model.onnx", "-o", "model.onnx", "--shape", "x=1,4"], "model.onnx already exists"),
     ],
 )
