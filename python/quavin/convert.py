@@ -6,6 +6,7 @@
 from __future__ import annotations
 
 import argparse
+import signal
 import sys
 from collections.abc import Sequence
 from typing import Any
@@ -102,7 +103,20 @@ def _parser() -> argparse.ArgumentParser:
     return parser
 
 
+def _stop(number: int, frame: object) -> None:
+    sys.exit(128 + number)
+
+
+def _clean_up_when_stopped() -> None:
+    """Python would end at once, and leave the network, perhaps one that was to be encrypted."""
+    for name in ("SIGTERM", "SIGHUP"):
+        number = getattr(signal, name, None)  # there is no SIGHUP on Windows
+        if number is not None and signal.getsignal(number) == signal.SIG_DFL:
+            signal.signal(number, _stop)
+
+
 def main(arguments: Sequence[str] | None = None) -> int:
+    _clean_up_when_stopped()
     options: dict[str, Any] = vars(_parser().parse_args(arguments))
     quiet = options.pop("quiet")
     try:
@@ -113,6 +127,8 @@ def main(arguments: Sequence[str] | None = None) -> int:
     except (ConversionError, ImportError, OSError, QuavinError, TypeError, ValueError) as error:
         print(f"quavin-convert: {error}", file=sys.stderr)
         return 1
+    except KeyboardInterrupt:
+        return 128 + signal.SIGINT
     if not quiet:
         print(report)
     return 0
