@@ -4,6 +4,7 @@ from __future__ import annotations
 
 import operator
 import shlex
+import shutil
 from collections.abc import Mapping, Sequence
 from pathlib import Path
 from typing import Any
@@ -166,14 +167,21 @@ class Fitted:
         return sum(node.get_byte_size() for node in self.model.get_ops() if node.get_type_name() == "Constant")
 
     def write(self, folder: Path, stem: str, fp16: bool) -> Path:
-        """Writes the network and its weights, and returns the path of the first."""
+        """Writes the network and its weights, and returns the path of the first.
+
+        Raises OSError.
+        """
         # Names that OpenVINO made up are different each time; packages of one model are not to be.
         for index, node in enumerate(self.model.get_ordered_ops()):
             kind = node.get_type_name()
             if kind == "Constant" or node.get_friendly_name() == node.get_name():
                 node.set_friendly_name(f"{kind}_{index}")
         path = folder / f"{stem}.xml"
-        self._openvino.save_model(self.model, path, compress_to_fp16=fp16)
+        try:
+            self._openvino.save_model(self.model, path, compress_to_fp16=fp16)
+        except RuntimeError as error:  # without the system's own reason
+            room = shutil.disk_usage(folder).free
+            raise OSError(f"{path} cannot be written, with {room} bytes free there: {str(error).strip()}") from error
         return path
 
     def package_inputs(self, arrays: Mapping[str, npt.NDArray[Any]]) -> dict[str, npt.NDArray[Any]]:

@@ -175,6 +175,24 @@ def test_a_package_whose_difference_is_no_number_is_not_written(tmp_path, folder
         quavin.pack(path, folder / "package", tolerance=float("nan"))
 
 
+def test_an_archive_needs_a_name(model_file, folder):
+    with pytest.raises(ValueError, match="has no name before .tar"):
+        quavin.pack(model_file, folder / ".tar")
+
+
+def test_a_full_disk_is_an_error_of_files(tmp_path, folder):
+    resource = pytest.importorskip("resource")
+    path, _ = models.projection(tmp_path / "model.onnx")
+    quavin.pack(path, tmp_path / "before")  # writes what is written only once
+    limits = resource.getrlimit(resource.RLIMIT_FSIZE)
+    resource.setrlimit(resource.RLIMIT_FSIZE, (100, limits[1]))
+    try:
+        with pytest.raises(OSError, match=r"package.xml cannot be written, with \d+ bytes free there"):
+            quavin.pack(path, folder / "package")
+    finally:
+        resource.setrlimit(resource.RLIMIT_FSIZE, limits)
+
+
 def test_the_words_of_the_command_are_passed_on(model_file, folder):
     with pytest.raises(quavin.ConversionError, match="quavin: --output: ends in .zip, .* an archive ends in .tar$"):
         quavin.pack(model_file, folder / "package.zip")
