@@ -212,6 +212,7 @@ class Fitted:
             if place in seen or node.get_type_name() == "Parameter":
                 result.input(0).replace_source_output(self._openvino.opset16.identity(source).output(0))
             seen.add(place)
+        self.model.validate_nodes_and_infer_types()  # until then they go on sharing names
 
 
 def _package_input(array: npt.NDArray[Any], own_type: str) -> npt.NDArray[Any]:

@@ -4,6 +4,7 @@ from __future__ import annotations
 
 import contextlib
 import inspect
+import itertools
 import os
 import sys
 from collections.abc import Callable, Iterator, Mapping, Sequence
@@ -75,7 +76,7 @@ def _read_file(openvino: Any, path: Path, weights: Any, outputs: Sequence[str] |
     inputs, names = port_names(model.inputs, "input", number), port_names(model.outputs, "output", number)
     run = _onnxruntime(path, names) if kind == ".onnx" else None
     framework, predict = run or (f"OpenVINO {_version(openvino)}", _openvino(openvino, model, inputs))
-    return Original(model, inputs, names, framework, predict)
+    return Original(model, inputs, _distinct(names, inputs), framework, predict)
 
 
 def port_names(ports: Sequence[Any], fallback: str, number: str) -> tuple[str, ...]:
@@ -91,6 +92,15 @@ def _name(port: Any, fallback: str, number: str) -> str:
     if layer in names or not names:
         return layer if layer in names else fallback
     return min(names, key=lambda name: (len(name), name))
+
+
+def _distinct(names: Sequence[str], taken: Sequence[str]) -> tuple[str, ...]:
+    """The names, with a number where the same is there already."""
+    distinct: list[str] = []
+    for name in names:
+        numbered = (f"{name}_{number}" for number in itertools.count(1))
+        distinct.append(next(each for each in itertools.chain([name], numbered) if each not in (*taken, *distinct)))
+    return tuple(distinct)
 
 
 def _onnxruntime(path: Path, outputs: Sequence[str]) -> Any:
@@ -157,7 +167,7 @@ def _read_module(openvino: Any, torch: Any, module: Any, example_inputs: Any) ->
             raise ConversionError(f"the module's arguments {_listed(examples)} became the inputs {_listed(inputs)}")
         inputs = tuple(examples)
     arrays = {name: _array(examples[name]) for name in inputs}
-    return Original(model, inputs, outputs, f"torch {torch.__version__}", predict, arrays)
+    return Original(model, inputs, _distinct(outputs, inputs), f"torch {torch.__version__}", predict, arrays)
 
 
 def _flattened(torch: Any, result: Any) -> dict[str, Any]:

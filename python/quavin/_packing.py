@@ -91,7 +91,8 @@ def pack(
     `destination` is a new directory, or a new archive if it ends in ".tar".
 
     All names below are those of the source. An output without a name is called "output", or "output_0",
-    "output_1" and so on if there are several; an input "input", likewise.
+    "output_1" and so on if there are several; an input "input", likewise. An output with the name of an input or of
+    an output before it gets "_1" added, or the next number that is free.
 
       - `shapes`: fixed shapes, such as {"ids": (1, 128)}, for inputs that have none.
       - `outputs`: only these outputs, in this order.

@@ -207,6 +207,19 @@ def test_outputs_that_are_the_same_tensor_keep_their_own_names(pack, onnx_file):
     assert {name: y.tolist() for name, y in outputs.items()} == {"twin": [2, 4], "same": [1, 2], "y": [2, 4]}
 
 
+def test_outputs_that_are_called_like_other_ports_are_numbered(pack, tmp_path):
+    openvino = pytest.importorskip("openvino")
+    x = openvino.opset13.parameter([2], np.float32, name="x")
+    y = openvino.opset13.negative(x)
+    for node, name in (x, "x"), (y, "y"):
+        node.output(0).set_names({name})
+    openvino.save_model(openvino.Model([y, x, y], [x], "model"), tmp_path / "model.xml")
+    report = pack(tmp_path / "model.xml", rename={"x_1": "same"})
+    assert [port.name for port in (*report.inputs, *report.outputs)] == ["x", "y", "same", "y_1"]
+    outputs = predict(report, x=np.float32([1, 2]))
+    assert {name: y.tolist() for name, y in outputs.items()} == {"y": [-1, -2], "same": [1, 2], "y_1": [-1, -2]}
+
+
 def test_two_ports_cannot_get_one_name(pack, onnx_file):
     floats = (models.FLOAT, (2,))
     models.write(onnx_file, [models.node("Add", ["a", "b"], ["y"])], {"a": floats, "b": floats}, {"y": floats})
