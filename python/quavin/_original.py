@@ -142,6 +142,9 @@ def _read_module(openvino: Any, torch: Any, module: Any, example_inputs: Any) ->
     if isinstance(example_inputs, torch.Tensor):
         example_inputs = (example_inputs,)
     by_name = isinstance(example_inputs, Mapping)
+    if not by_name and not isinstance(example_inputs, (tuple, list)):
+        kind = type(example_inputs).__name__
+        raise TypeError(f"example_inputs must be a tensor, a tuple of them, or a dict of them by name, not {kind}")
     bound = inspect.signature(module.forward).bind(
         *(() if by_name else example_inputs), **(example_inputs if by_name else {})
     )
@@ -156,8 +159,8 @@ def _read_module(openvino: Any, torch: Any, module: Any, example_inputs: Any) ->
     def predict(inputs: Arrays) -> Sequence[npt.NDArray[Any]]:
         return [_array(value) for value in run({name: torch.from_numpy(inputs[name]) for name in inputs}).values()]
 
-    outputs = tuple(run({}))
     with _converting(type(module).__name__):
+        outputs = tuple(run({}))
         model = openvino.convert_model(module, example_input=example_inputs)
     if len(model.outputs) != len(outputs):
         raise ConversionError(f"the module returns {len(outputs)} tensors, and its converted form {len(model.outputs)}")

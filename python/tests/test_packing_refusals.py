@@ -76,13 +76,20 @@ def module(monkeypatch):
         training = False
 
     nn = types.SimpleNamespace(Module=Module)
-    monkeypatch.setitem(sys.modules, "torch", types.SimpleNamespace(nn=nn, float8_e4m3fn=None))
+    torch = types.SimpleNamespace(nn=nn, Tensor=type("Tensor", (), {}), float8_e4m3fn=None)
+    monkeypatch.setitem(sys.modules, "torch", torch)
     return Module()
 
 
 def test_a_module_without_example_inputs_is_refused(module, folder):
     with pytest.raises(ValueError, match="a PyTorch module needs example_inputs"):
         quavin.pack(module, folder / "package")
+
+
+@pytest.mark.parametrize("example", [np.zeros((2, 3), np.float32), 3])
+def test_example_inputs_of_another_kind_are_refused(module, folder, example):
+    with pytest.raises(TypeError, match="example_inputs must be a tensor, .* not (ndarray|int)"):
+        quavin.pack(module, folder / "package", example_inputs=example)
 
 
 def test_a_module_in_training_mode_is_refused(module, folder):
