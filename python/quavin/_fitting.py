@@ -2,6 +2,9 @@
 
 from __future__ import annotations
 
+import operator
+import shlex
+import shutil
 from collections.abc import Mapping, Sequence
 from pathlib import Path
 from typing import Any
@@ -51,10 +54,12 @@ class Fitted:
     def fix_shapes(self, shapes: Mapping[str, Sequence[int]], examples: Mapping[str, npt.NDArray[Any]]) -> None:
         """Gives every input a fixed shape: the wanted one, that of its example, or its own.
 
-        Raises ValueError for an unknown name, and ConversionError if a dimension stays open or does not fit.
+        Raises ValueError for an unknown name, TypeError for what is not a shape, and ConversionError if a dimension
+        stays open or does not fit.
         """
         require_known(shapes, self.input_names, "shapes", "input")
-        wanted = {name: array.shape for name, array in examples.items()} | {n: tuple(s) for n, s in shapes.items()}
+        wanted = {name: array.shape for name, array in examples.items()}
+        wanted |= {name: _sizes(name, shape) for name, shape in shapes.items()}
         before = [str(port.partial_shape) for port in self.model.inputs]
         try:
             self.model.reshape({i: wanted[name] for i, name in enumerate(self.input_names) if name in wanted})
@@ -63,12 +68,6 @@ class Fitted:
         ports = dict(zip(self.input_names, self.model.inputs))
         if any(port.partial_shape.is_dynamic for port in ports.values()):
             raise ConversionError(_advice(ports))
-        for name, port in zip(self.output_names, self.model.outputs):
-            if port.partial_shape.is_dynamic:
-                raise ConversionError(
-                    f'the output "{name}" has the shape {port.partial_shape}, which depends on the data: '
-                    "packages need fixed ones"
-                )
         self.shapes = {name: tuple(port.shape) for name, port in ports.items()}
         self.types = {name: port.element_type.get_type_name() for name, port in ports.items()}
         for (name, shape), old in zip(self.shapes.items(), before):
@@ -78,11 +77,17 @@ class Fitted:
     def select(self, outputs: Sequence[str] | None) -> None:
         """Keeps these outputs, in this order, and the inputs that they depend on.
 
-        Raises ValueError for an unknown name.
+        Raises ValueError for an unknown name, and ConversionError for an output whose shape is not fixed.
         """
         require_known(outputs or (), self.output_names, "outputs", "output")
         results = dict(zip(self.output_names, self.model.get_results()))
         kept = list(outputs or self.output_names)
+        for name in kept:
+            shape = results[name].get_output_partial_shape(0)
+            if shape.is_dynamic:
+                raise ConversionError(
+                    f'the output "{name}" has the shape {shape}, which depends on the data: packages need fixed ones'
+                )
         reached = _reached([results[name] for name in kept])
         parameters = dict(zip(self.input_names, self.model.get_parameters()))
         unused = [name for name, node in parameters.items() if node.get_name() not in reached]
@@ -131,19 +136,18 @@ class Fitted:
     def name_ports(self, rename: Mapping[str, str]) -> None:
         """Gives each port one name of its own.
 
-        Raises ValueError for an unknown name, or a new one that cannot be used or is there twice.
+        Raises ValueError for a new name that cannot be used or is there twice.
         """
-        require_known(rename, [*self.input_names, *self.output_names], "rename", "input or output")
         for new in rename.values():
             if new != _usable(new):
                 raise ValueError(f"rename: {new!r} cannot be used as a name; {_usable(new)!r} could")
         self._separate_outputs()
+        taken: set[str] = set()
         for ports, names in ((self.model.inputs, self.input_names), (self.model.outputs, self.output_names)):
-            taken: set[str] = set()
             for port, old in zip(ports, names):
                 new = rename.get(old, _usable(old))
                 if new in taken:
-                    raise ValueError(f'two inputs or two outputs would be called "{new}": choose names with rename')
+                    raise ValueError(f'two inputs or outputs would be called "{new}": choose names with rename')
                 taken.add(new)
                 port.get_tensor().set_names({new})
                 self.names[old] = new
@@ -152,7 +156,7 @@ class Fitted:
 
     def described(self, descriptions: Mapping[str, str]) -> dict[str, str]:
         """The descriptions of the ports, by their new names."""
-        texts = {self.names[name]: text for name, text in descriptions.items() if name in self.names}
+        texts = {self.names[name]: text for name, text in descriptions.items() if text and name in self.names}
         for name in self.input_names:
             if self.types[name] == "u8":  # which the package's own type does not tell
                 texts[self.names[name]] = "; ".join(filter(None, (descriptions.get(name), _BYTES)))
@@ -163,14 +167,21 @@ class Fitted:
         return sum(node.get_byte_size() for node in self.model.get_ops() if node.get_type_name() == "Constant")
 
     def write(self, folder: Path, stem: str, fp16: bool) -> Path:
-        """Writes the network and its weights, and returns the path of the first."""
+        """Writes the network and its weights, and returns the path of the first.
+
+        Raises OSError.
+        """
         # Names that OpenVINO made up are different each time; packages of one model are not to be.
         for index, node in enumerate(self.model.get_ordered_ops()):
             kind = node.get_type_name()
             if kind == "Constant" or node.get_friendly_name() == node.get_name():
                 node.set_friendly_name(f"{kind}_{index}")
         path = folder / f"{stem}.xml"
-        self._openvino.save_model(self.model, path, compress_to_fp16=fp16)
+        try:
+            self._openvino.save_model(self.model, path, compress_to_fp16=fp16)
+        except RuntimeError as error:  # without the system's own reason
+            room = shutil.disk_usage(folder).free
+            raise OSError(f"{path} cannot be written, with {room} bytes free there: {str(error).strip()}") from error
         return path
 
     def package_inputs(self, arrays: Mapping[str, npt.NDArray[Any]]) -> dict[str, npt.NDArray[Any]]:
@@ -201,6 +212,7 @@ class Fitted:
             if place in seen or node.get_type_name() == "Parameter":
                 result.input(0).replace_source_output(self._openvino.opset16.identity(source).output(0))
             seen.add(place)
+        self.model.validate_nodes_and_infer_types()  # until then they go on sharing names
 
 
 def _package_input(array: npt.NDArray[Any], own_type: str) -> npt.NDArray[Any]:
@@ -215,17 +227,25 @@ def require_known(names: Any, known: Sequence[str], option: str, kind: str) -> N
             raise ValueError(f'{option}: the model has no {kind} "{name}"; it has {there}')
 
 
+def _sizes(name: str, shape: Sequence[int]) -> tuple[int, ...]:
+    try:
+        return tuple(map(operator.index, shape))
+    except TypeError:
+        raise TypeError(f'shapes: "{name}" must be a sequence of integers, not {shape!r}') from None
+
+
 def _advice(ports: Mapping[str, Any]) -> str:
     dynamic = {name: port.partial_shape for name, port in ports.items() if port.partial_shape.is_dynamic}
-    if any(shape.rank.is_dynamic for shape in dynamic.values()):
-        example = ", ".join(f'"{name}": (...)' for name in dynamic)
-    else:
-        fixed = {name: tuple(1 if d.is_dynamic else d.get_length() for d in shape) for name, shape in dynamic.items()}
-        example = ", ".join(f'"{name}": {shape}' for name, shape in fixed.items())
+    fixed = {
+        name: ["..."] if shape.rank.is_dynamic else ["1" if d.is_dynamic else str(d.get_length()) for d in shape]
+        for name, shape in dynamic.items()
+    }
     there = ", ".join(f'"{name}" {shape}' for name, shape in dynamic.items())
+    argument = ", ".join(f'"{name}": [{", ".join(sizes)}]' for name, sizes in fixed.items())
+    options = " ".join("--shape " + shlex.quote(f"{name}={','.join(sizes)}") for name, sizes in fixed.items())
     return (
-        f"packages need fixed shapes, and these inputs have open ones: {there}. Fix them with "
-        f"shapes={{{example}}}, with the sizes that you need in place of each 1"
+        f"packages need fixed shapes, and these inputs have open ones: {there}. Fix them with shapes={{{argument}}}, "
+        f"or on the command line with {options}, and put the sizes that you need in place of each 1"
     )
 
 
@@ -249,4 +269,4 @@ def _target(types: Mapping[str, str], own: str, what: str) -> str:
 
 def _usable(name: str) -> str:
     """The name with "_" for what has a meaning in lists of names or on command lines, or cannot be printed."""
-    return "".join("_" if c in '\\,="' or c.isspace() or not c.isprintable() else c for c in name)
+    return "".join("_" if c in '\\,="' or c.isspace() or not c.isprintable() else c for c in name) or "_"

@@ -4,6 +4,7 @@ from __future__ import annotations
 
 import contextlib
 import inspect
+import itertools
 import os
 import sys
 from collections.abc import Callable, Iterator, Mapping, Sequence
@@ -70,26 +71,36 @@ def _read_file(openvino: Any, path: Path, weights: Any, outputs: Sequence[str] |
             # Those outputs of an ONNX model that are not wanted may be all that cannot be converted.
             wanted = list(outputs) if outputs and kind == ".onnx" else None
             model = openvino.convert_model([path, Path(weights)] if weights else path, output=wanted)
-    inputs, names = port_names(model.inputs, "input"), port_names(model.outputs, "output")
+    # TensorFlow numbers the outputs of a layer. In ONNX such a number is part of the name.
+    number = "" if kind == ".onnx" else ":0"
+    inputs, names = port_names(model.inputs, "input", number), port_names(model.outputs, "output", number)
     run = _onnxruntime(path, names) if kind == ".onnx" else None
     framework, predict = run or (f"OpenVINO {_version(openvino)}", _openvino(openvino, model, inputs))
-    return Original(model, inputs, names, framework, predict)
+    return Original(model, inputs, _distinct(names, inputs), framework, predict)
 
 
-def port_names(ports: Sequence[Any], fallback: str) -> tuple[str, ...]:
-    """The author's name for each port, of those that OpenVINO knows."""
+def port_names(ports: Sequence[Any], fallback: str, number: str) -> tuple[str, ...]:
+    """The author's name for each port, of those that OpenVINO knows, without a number at the end."""
     return tuple(
-        _name(port, fallback if len(ports) == 1 else f"{fallback}_{index}") for index, port in enumerate(ports)
+        _name(port, fallback if len(ports) == 1 else f"{fallback}_{index}", number) for index, port in enumerate(ports)
     )
 
 
-def _name(port: Any, fallback: str) -> str:
-    # TensorFlow numbers the outputs of a layer.
-    names: set[str] = {name.removesuffix(":0") for name in port.get_names()}
+def _name(port: Any, fallback: str, number: str) -> str:
+    names: set[str] = {name.removesuffix(number) for name in port.get_names()}
     layer: str = port.get_node().get_friendly_name().removesuffix("/sink_port_0")
     if layer in names or not names:
         return layer if layer in names else fallback
     return min(names, key=lambda name: (len(name), name))
+
+
+def _distinct(names: Sequence[str], taken: Sequence[str]) -> tuple[str, ...]:
+    """The names, with a number where the same is there already."""
+    distinct: list[str] = []
+    for name in names:
+        numbered = (f"{name}_{number}" for number in itertools.count(1))
+        distinct.append(next(each for each in itertools.chain([name], numbered) if each not in (*taken, *distinct)))
+    return tuple(distinct)
 
 
 def _onnxruntime(path: Path, outputs: Sequence[str]) -> Any:
@@ -100,8 +111,10 @@ def _onnxruntime(path: Path, outputs: Sequence[str]) -> Any:
     except ImportError:
         return None
     onnxruntime.disable_telemetry_events()
+    options = onnxruntime.SessionOptions()
+    options.log_severity_level = 4  # errors are raised, and need not be printed as well
     with _converting(path.name):
-        session = onnxruntime.InferenceSession(path, providers=["CPUExecutionProvider"])
+        session = onnxruntime.InferenceSession(path, options, providers=["CPUExecutionProvider"])
 
     def predict(inputs: Arrays) -> Sequence[npt.NDArray[Any]]:
         result: Sequence[npt.NDArray[Any]] = session.run(list(outputs), dict(inputs))
@@ -129,6 +142,9 @@ def _read_module(openvino: Any, torch: Any, module: Any, example_inputs: Any) ->
     if isinstance(example_inputs, torch.Tensor):
         example_inputs = (example_inputs,)
     by_name = isinstance(example_inputs, Mapping)
+    if not by_name and not isinstance(example_inputs, (tuple, list)):
+        kind = type(example_inputs).__name__
+        raise TypeError(f"example_inputs must be a tensor, a tuple of them, or a dict of them by name, not {kind}")
     bound = inspect.signature(module.forward).bind(
         *(() if by_name else example_inputs), **(example_inputs if by_name else {})
     )
@@ -143,8 +159,8 @@ def _read_module(openvino: Any, torch: Any, module: Any, example_inputs: Any) ->
     def predict(inputs: Arrays) -> Sequence[npt.NDArray[Any]]:
         return [_array(value) for value in run({name: torch.from_numpy(inputs[name]) for name in inputs}).values()]
 
-    outputs = tuple(run({}))
     with _converting(type(module).__name__):
+        outputs = tuple(run({}))
         model = openvino.convert_model(module, example_input=example_inputs)
     if len(model.outputs) != len(outputs):
         raise ConversionError(f"the module returns {len(outputs)} tensors, and its converted form {len(model.outputs)}")
@@ -154,7 +170,7 @@ def _read_module(openvino: Any, torch: Any, module: Any, example_inputs: Any) ->
             raise ConversionError(f"the module's arguments {_listed(examples)} became the inputs {_listed(inputs)}")
         inputs = tuple(examples)
     arrays = {name: _array(examples[name]) for name in inputs}
-    return Original(model, inputs, outputs, f"torch {torch.__version__}", predict, arrays)
+    return Original(model, inputs, _distinct(outputs, inputs), f"torch {torch.__version__}", predict, arrays)
 
 
 def _flattened(torch: Any, result: Any) -> dict[str, Any]:

@@ -91,7 +91,8 @@ def pack(
     `destination` is a new directory, or a new archive if it ends in ".tar".
 
     All names below are those of the source. An output without a name is called "output", or "output_0",
-    "output_1" and so on if there are several; an input "input", likewise.
+    "output_1" and so on if there are several; an input "input", likewise. An output with the name of an input or of
+    an output before it gets "_1" added, or the next number that is free.
 
       - `shapes`: fixed shapes, such as {"ids": (1, 128)}, for inputs that have none.
       - `outputs`: only these outputs, in this order.
@@ -114,6 +115,8 @@ def pack(
     TypeError or ValueError for arguments that don't fit, and OSError for files. The destination is then as it was.
     Nothing is sent over the network: the converter's usage statistics are switched off.
     """
+    if isinstance(outputs, str):
+        raise TypeError("outputs must be a sequence of names, not one text")
     target = absent(Path(destination))
     secret = Secret(encrypt, key, key_file, key_env)
     options = {
@@ -139,6 +142,7 @@ def pack(
     ports = [*original.input_names, *original.output_names]
     require_known(inputs or {}, original.input_names, "inputs", "input")
     require_known(descriptions or {}, ports, "descriptions", "input or output")
+    require_known(rename or {}, ports, "rename", "input or output")
     fitted = Fitted(openvino, original)
     fitted.fix_shapes(shapes or {}, original.examples)
     fitted.select(outputs)
@@ -146,7 +150,12 @@ def pack(
     fitted.fit_types()
     fitted.name_ports(rename or {})
     arrays = inputs_to_compare_with(fitted.shapes, fitted.types, {**original.examples, **(inputs or {})})
-    expected = dict(zip(original.output_names, original.predict(arrays), strict=True))
+    try:
+        predicted = original.predict(arrays)
+    except Exception as error:
+        text = str(error).strip()
+        raise ConversionError(f"{original.framework} does not predict with these inputs: {text}") from error
+    expected = dict(zip(original.output_names, predicted, strict=True))
 
     if fp16:
         fitted.changes.append("weights are stored as 16-bit floats")

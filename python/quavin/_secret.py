@@ -6,7 +6,8 @@ import os
 from pathlib import Path
 from typing import Any
 
-from quavin._options import BytesLike
+from quavin._library import ffi
+from quavin._options import BytesLike, memory_of
 
 _BYTES = 16
 _VARIABLE = "QUAVIN_PACK_KEY"
@@ -61,7 +62,7 @@ class Secret:
 def _checked(key: BytesLike) -> bytes:
     if isinstance(key, str):
         raise TypeError("key must be bytes, not text; for hexadecimal digits use bytes.fromhex, or key_file or key_env")
-    data = bytes(key)
+    data = bytes(ffi.buffer(memory_of(key, "key")))  # bytes(key) would make sixteen zeros of the number 16
     if len(data) != _BYTES:
         raise ValueError(f"key must have {_BYTES} bytes, not {len(data)}")
     return data

@@ -15,9 +15,11 @@ _MEMORY = "/dev/shm"
 def absent(path: Path) -> Path:
     """The path, made absolute.
 
-    Raises FileExistsError if there is something.
+    Raises FileExistsError if there is something, and ValueError for an archive without a name.
     """
     target = Path(os.path.abspath(path))
+    if not stem_of(target):
+        raise ValueError(f"{path} has no name before .tar")
     if os.path.lexists(target):
         raise FileExistsError(f"{path} already exists")
     return target
@@ -65,7 +67,7 @@ def stem_of(target: Path) -> str:
 def private_folder(secret_bytes: int | None) -> Iterator[Path]:
     """A temporary folder that only this user may enter: in memory, if its content is secret and there is room."""
     folder = None
-    if secret_bytes is not None and os.path.isdir(_MEMORY) and shutil.disk_usage(_MEMORY).free > 2 * secret_bytes:
+    if secret_bytes is not None and os.access(_MEMORY, os.W_OK) and shutil.disk_usage(_MEMORY).free > 2 * secret_bytes:
         folder = _MEMORY
     with tempfile.TemporaryDirectory(prefix="quavin-", dir=folder) as path:
         yield Path(path)

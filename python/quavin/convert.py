@@ -6,14 +6,19 @@
 from __future__ import annotations
 
 import argparse
+import signal
 import sys
 from collections.abc import Sequence
 from typing import Any
 
 import numpy as np
+import numpy.typing as npt
 
 from quavin._errors import QuavinError
 from quavin._packing import ConversionError, pack
+
+
+_NAMED = {"--shape": "shapes", "--rename": "rename", "--describe": "descriptions", "--input": "inputs"}
 
 
 def _named(text: str) -> tuple[str, str]:
@@ -29,6 +34,24 @@ def _shape(text: str) -> tuple[str, tuple[int, ...]]:
         return name, tuple(int(size) for size in sizes.split(","))
     except ValueError:
         raise argparse.ArgumentTypeError(f"takes NAME=SIZE,SIZE,..., not {text}") from None
+
+
+def _array(file: str) -> npt.NDArray[Any]:
+    try:
+        with open(file, "rb") as stream:
+            array: npt.NDArray[Any] = np.lib.format.read_array(stream, allow_pickle=False)
+    except ValueError as error:
+        raise ValueError(f"--input: {file} is not a .npy file of numbers: {error}") from error
+    return array
+
+
+def _by_name(option: str, pairs: Sequence[tuple[str, Any]]) -> dict[str, Any]:
+    values: dict[str, Any] = {}
+    for name, value in pairs:
+        if name in values:
+            raise ValueError(f"{option}: {name} is given more than once")
+        values[name] = value
+    return values
 
 
 def _parser() -> argparse.ArgumentParser:
@@ -80,17 +103,32 @@ def _parser() -> argparse.ArgumentParser:
     return parser
 
 
+def _stop(number: int, frame: object) -> None:
+    sys.exit(128 + number)
+
+
+def _clean_up_when_stopped() -> None:
+    """Python would end at once, and leave the network, perhaps one that was to be encrypted."""
+    for name in ("SIGTERM", "SIGHUP"):
+        number = getattr(signal, name, None)  # there is no SIGHUP on Windows
+        if number is not None and signal.getsignal(number) == signal.SIG_DFL:
+            signal.signal(number, _stop)
+
+
 def main(arguments: Sequence[str] | None = None) -> int:
+    _clean_up_when_stopped()
     options: dict[str, Any] = vars(_parser().parse_args(arguments))
     quiet = options.pop("quiet")
-    for several in ("shapes", "rename", "descriptions", "inputs"):
-        options[several] = dict(options[several] or ())
     try:
-        options["inputs"] = {name: np.load(file, allow_pickle=False) for name, file in options["inputs"].items()}
+        for option, argument in _NAMED.items():
+            options[argument] = _by_name(option, options[argument] or ())
+        options["inputs"] = {name: _array(file) for name, file in options["inputs"].items()}
         report = pack(**options)
     except (ConversionError, ImportError, OSError, QuavinError, TypeError, ValueError) as error:
         print(f"quavin-convert: {error}", file=sys.stderr)
         return 1
+    except KeyboardInterrupt:
+        return 128 + signal.SIGINT
     if not quiet:
         print(report)
     return 0

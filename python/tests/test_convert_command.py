@@ -1,8 +1,10 @@
 """quavin-convert, the command."""
 
 import os
+import signal
 import subprocess
 import sys
+import time
 from pathlib import Path
 
 import models
@@ -64,10 +66,12 @@ def test_every_option_reaches_the_package(capsys):
 @pytest.mark.parametrize(
     ("arguments", "message"),
     [
-        (["model.onnx", "-o", "package"], 'shapes={"x": (1, 4)}'),
+        (["model.onnx", "-o", "package"], "--shape x=1,4,"),
         (["none.onnx", "-o", "package"], "there is no model none.onnx"),
         (["model.onnx", "-o", "package", "--shape", "z=1"], 'the model has no input "z"'),
         (["model.onnx", "-o", "package", "--input", "x=none.npy"], "none.npy"),
+        (["model.onnx", "-o", "package", "--input", "x=model.onnx"], "model.onnx is not a .npy file of numbers"),
+        (["model.onnx", "-o", "package", "--shape", "x=1,4", "--shape", "x=2,4"], "--shape: x is given more than once"),
         (["model.onnx", "-o", "model.onnx", "--shape", "x=1,4"], "model.onnx already exists"),
     ],
 )
@@ -96,6 +100,29 @@ def test_incorrect_usage_is_status_2(capsys, arguments):
         main(arguments)
     assert end.value.code == 2
     assert "usage: quavin-convert" in capsys.readouterr().err
+
+
+@pytest.mark.skipif(sys.platform == "win32", reason="there are no such signals")
+@pytest.mark.parametrize("name", ["SIGINT", "SIGTERM", "SIGHUP"])
+def test_a_command_that_is_stopped_leaves_nothing(tmp_path, name):
+    slow = tmp_path / "slow"  # in place of quavin: the network is there, and this says where
+    slow.write_text('#!/bin/sh\nprintf "%s\\n" "$2" > seen && mv seen network && exec sleep 60\n')
+    slow.chmod(0o755)
+    environment = {**os.environ, "PYTHONPATH": os.pathsep.join(sys.path), "QUAVIN_TOOL": str(slow), "THE_KEY": KEY_HEX}
+    options = "-o folder/package --shape x=1,4 --encrypt components --key-env THE_KEY".split()
+    with subprocess.Popen(
+        [sys.executable, "-m", "quavin.convert", "model.onnx", *options], env=environment, stderr=subprocess.PIPE
+    ) as command:
+        while not Path("network").exists():
+            assert command.poll() is None
+            time.sleep(0.05)
+        network = Path(Path("network").read_text().strip())
+        assert network.is_file()
+        command.send_signal(getattr(signal, name))
+        _, err = command.communicate(timeout=60)
+    assert (command.returncode, err) == (128 + getattr(signal, name), b"")
+    assert not network.parent.exists()
+    assert sorted(os.listdir()) == ["model.onnx", "network", "slow"]
 
 
 def test_the_command_is_installed_and_runs_as_a_module():

@@ -62,6 +62,12 @@ def test_inputs_and_outputs_keep_the_names_and_the_order_of_the_author(pack, onn
     assert outputs["first"].tolist() == [10, 18]
 
 
+def test_numbers_that_belong_to_the_names_of_an_onnx_model_stay(pack, onnx_file):
+    report = pack(models.doubling(onnx_file, names=("x:0", "Identity:0")))
+    assert [port.name for port in (*report.inputs, *report.outputs)] == ["x:0", "Identity:0"]
+    assert report.compared_with.startswith("onnxruntime ")
+
+
 @pytest.mark.parametrize(
     ("kind", "own", "dtype", "values"),
     [
@@ -126,6 +132,11 @@ def test_open_shapes_are_fixed(pack, onnx_file):
     assert report.changes == ('input "x": the shape [?,3,?] is fixed to [2, 3, 5]',)
 
 
+def test_shapes_may_be_numbers_of_numpy(pack, onnx_file):
+    report = pack(models.doubling(onnx_file, ("n", 4)), shapes={"x": np.array([3, 4])})
+    assert shown(report.inputs) == [("x", "float32", (3, 4))]
+
+
 def test_an_open_shape_is_refused_with_the_shapes_to_fix(pack, onnx_file):
     floats = {name: (models.FLOAT, shape) for name, shape in (("a", ("n", 2)), ("b", (2,)), ("c", (None, "m")))}
     nodes = [models.node("Add", ["a", "b"], ["ab"]), models.node("Mul", ["ab", "c"], ["y"])]
@@ -133,7 +144,8 @@ def test_an_open_shape_is_refused_with_the_shapes_to_fix(pack, onnx_file):
     with pytest.raises(quavin.ConversionError) as failure:
         pack(onnx_file)
     assert '"a" [?,2], "c" [?,?]' in str(failure.value)
-    assert 'shapes={"a": (1, 2), "c": (1, 1)}' in str(failure.value)
+    assert 'shapes={"a": [1, 2], "c": [1, 1]}' in str(failure.value)
+    assert "--shape a=1,2 --shape c=1,1," in str(failure.value)
 
 
 def test_a_shape_that_does_not_fit_is_refused(pack, onnx_file):
@@ -149,6 +161,19 @@ def test_an_output_whose_shape_depends_on_the_data_is_refused(pack, onnx_file):
         pack(onnx_file)
 
 
+def test_an_output_that_is_not_wanted_may_have_any_shape(pack, tmp_path):
+    openvino = pytest.importorskip("openvino")
+    x = openvino.opset13.parameter([4], np.float32, name="x")
+    results = openvino.opset13.non_zero(x), openvino.opset13.negative(x)
+    for node, name in zip((x, *results), ("x", "places", "y")):
+        node.output(0).set_names({name})
+    openvino.save_model(openvino.Model(list(results), [x], "model"), tmp_path / "model.xml")
+    report = pack(tmp_path / "model.xml", outputs=["y"])
+    assert shown(report.outputs) == [("y", "float32", (4,))]
+    with pytest.raises(quavin.ConversionError, match='output "places" has the shape .* depends on the data'):
+        pack(tmp_path / "model.xml", "other")
+
+
 def test_ports_are_renamed_and_described(pack, onnx_file):
     models.doubling(onnx_file)
     descriptions = {"x": 'grey, "8 bit" = flat', "y": "ß"}
@@ -159,6 +184,10 @@ def test_ports_are_renamed_and_described(pack, onnx_file):
     ]
     assert report.changes == ('"x" is now called "image"', '"y" is now called "größe"')
     assert predict(report, image=np.ones((1, 4), np.float32))["größe"].tolist() == [[2, 2, 2, 2]]
+
+
+def test_an_empty_description_is_none(pack, onnx_file):
+    assert pack(models.doubling(onnx_file), descriptions={"x": ""}).inputs[0].description == ""
 
 
 def test_names_that_cannot_be_typed_are_replaced(pack, onnx_file):
@@ -178,11 +207,32 @@ def test_outputs_that_are_the_same_tensor_keep_their_own_names(pack, onnx_file):
     assert {name: y.tolist() for name, y in outputs.items()} == {"twin": [2, 4], "same": [1, 2], "y": [2, 4]}
 
 
+def test_outputs_that_are_called_like_other_ports_are_numbered(pack, tmp_path):
+    openvino = pytest.importorskip("openvino")
+    x = openvino.opset13.parameter([2], np.float32, name="x")
+    y = openvino.opset13.negative(x)
+    for node, name in (x, "x"), (y, "y"):
+        node.output(0).set_names({name})
+    openvino.save_model(openvino.Model([y, x, y], [x], "model"), tmp_path / "model.xml")
+    report = pack(tmp_path / "model.xml", rename={"x_1": "same"})
+    assert [port.name for port in (*report.inputs, *report.outputs)] == ["x", "y", "same", "y_1"]
+    outputs = predict(report, x=np.float32([1, 2]))
+    assert {name: y.tolist() for name, y in outputs.items()} == {"y": [-1, -2], "same": [1, 2], "y_1": [-1, -2]}
+
+
 def test_two_ports_cannot_get_one_name(pack, onnx_file):
     floats = (models.FLOAT, (2,))
     models.write(onnx_file, [models.node("Add", ["a", "b"], ["y"])], {"a": floats, "b": floats}, {"y": floats})
-    with pytest.raises(ValueError, match='two inputs or two outputs would be called "b"'):
-        pack(onnx_file, rename={"a": "b"})
+    for old, new in ("a", "b"), ("a", "y"), ("y", "a"):
+        with pytest.raises(ValueError, match=f'two inputs or outputs would be called "{new}"'):
+            pack(onnx_file, rename={old: new})
+
+
+def test_two_inputs_can_exchange_their_names(pack, onnx_file):
+    floats = (models.FLOAT, (2,))
+    models.write(onnx_file, [models.node("Sub", ["a", "b"], ["y"])], {"a": floats, "b": floats}, {"y": floats})
+    report = pack(onnx_file, rename={"a": "b", "b": "a"})
+    assert predict(report, b=np.float32([5, 6]), a=np.float32([2, 2]))["y"].tolist() == [3, 4]
 
 
 def test_only_the_wanted_outputs_are_packed_in_their_order(pack, onnx_file):
@@ -200,7 +250,7 @@ def test_only_the_wanted_outputs_are_packed_in_their_order(pack, onnx_file):
 def test_an_input_that_nothing_depends_on_is_left_out(pack, onnx_file):
     floats = (models.FLOAT, (2,))
     models.write(onnx_file, [models.node("Neg", ["a"], ["y"])], {"unused": floats, "a": floats}, {"y": floats})
-    report = pack(onnx_file)
+    report = pack(onnx_file, rename={"unused": "nothing"}, descriptions={"unused": "nothing"})
     assert [port.name for port in report.inputs] == ["a"]
     assert report.changes == ('input "unused" is left out: no output depends on it',)
 

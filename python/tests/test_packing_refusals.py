@@ -33,6 +33,7 @@ def folder(tmp_path):
         ({"shapes": {"z": (1, 4)}}, 'shapes: the model has no input "z"; it has "x"'),
         ({"rename": {"z": "a"}}, 'rename: the model has no input or output "z"; it has "x", "y"'),
         ({"rename": {"x": "a b"}}, "rename: 'a b' cannot be used as a name; 'a_b' could"),
+        ({"rename": {"x": ""}}, "rename: '' cannot be used as a name; '_' could"),
         ({"descriptions": {"z": "text"}}, 'descriptions: the model has no input or output "z"'),
         ({"inputs": {"z": np.zeros(1)}}, 'inputs: the model has no input "z"'),
         ({"inputs": {"x": np.zeros((1, 5))}}, r'inputs: "x" has the shape \[1, 5\], and the model \[1, 4\]'),
@@ -55,6 +56,14 @@ def test_values_of_another_kind_are_refused(model_file, folder):
         quavin.pack(model_file, folder / "package", inputs={"x": np.zeros((1, 4), complex)})
     with pytest.raises(TypeError, match="key must be bytes, not text"):
         quavin.pack(model_file, folder / "package", encrypt="components", key="0" * 16)
+    for key in 16, list(range(16)):
+        with pytest.raises(TypeError, match=f"key must be bytes-like, not {type(key).__name__}"):
+            quavin.pack(model_file, folder / "package", encrypt="components", key=key)
+    with pytest.raises(TypeError, match="outputs must be a sequence of names, not one text"):
+        quavin.pack(model_file, folder / "package", outputs="y")
+    for shape in 4, "4", (1, 4.5), (1, "4"):
+        with pytest.raises(TypeError, match='shapes: "x" must be a sequence of integers'):
+            quavin.pack(model_file, folder / "package", shapes={"x": shape})
     with pytest.raises(TypeError, match="source must be a path or a PyTorch module, not int"):
         quavin.pack(7, folder / "package")
 
@@ -67,13 +76,20 @@ def module(monkeypatch):
         training = False
 
     nn = types.SimpleNamespace(Module=Module)
-    monkeypatch.setitem(sys.modules, "torch", types.SimpleNamespace(nn=nn, float8_e4m3fn=None))
+    torch = types.SimpleNamespace(nn=nn, Tensor=type("Tensor", (), {}), float8_e4m3fn=None)
+    monkeypatch.setitem(sys.modules, "torch", torch)
     return Module()
 
 
 def test_a_module_without_example_inputs_is_refused(module, folder):
     with pytest.raises(ValueError, match="a PyTorch module needs example_inputs"):
         quavin.pack(module, folder / "package")
+
+
+@pytest.mark.parametrize("example", [np.zeros((2, 3), np.float32), 3])
+def test_example_inputs_of_another_kind_are_refused(module, folder, example):
+    with pytest.raises(TypeError, match="example_inputs must be a tensor, .* not (ndarray|int)"):
+        quavin.pack(module, folder / "package", example_inputs=example)
 
 
 def test_a_module_in_training_mode_is_refused(module, folder):
@@ -112,6 +128,15 @@ def test_an_operator_that_nobody_knows_is_named(tmp_path, folder):
     save(helper.make_model(graph, opset_imports=opsets, ir_version=9), tmp_path / "model.onnx")
     with pytest.raises(quavin.ConversionError, match="Divine"):
         quavin.pack(tmp_path / "model.onnx", folder / "package")
+
+
+def test_inputs_that_the_original_does_not_work_with_are_reported(tmp_path, folder, capfd):
+    nodes = [models.node("Gather", ["table", "ids"], ["y"])]
+    ports = {"ids": (models.INT64, (2,))}, {"y": (models.FLOAT, (2,))}
+    models.write(tmp_path / "model.onnx", nodes, *ports, {"table": np.zeros(4, np.float32)})
+    with pytest.raises(quavin.ConversionError, match="onnxruntime .* does not predict with these inputs: .*idx=9"):
+        quavin.pack(tmp_path / "model.onnx", folder / "package", inputs={"ids": np.int64([0, 9])})
+    assert capfd.readouterr() == ("", "")
 
 
 def test_an_existing_destination_is_refused_and_stays(model_file, tmp_path):
@@ -155,6 +180,24 @@ def test_a_package_whose_difference_is_no_number_is_not_written(tmp_path, folder
     path, _ = models.projection(tmp_path / "model.onnx")
     with pytest.raises(quavin.ConversionError, match="differs"):
         quavin.pack(path, folder / "package", tolerance=float("nan"))
+
+
+def test_an_archive_needs_a_name(model_file, folder):
+    with pytest.raises(ValueError, match="has no name before .tar"):
+        quavin.pack(model_file, folder / ".tar")
+
+
+def test_a_full_disk_is_an_error_of_files(tmp_path, folder):
+    resource = pytest.importorskip("resource")
+    path, _ = models.projection(tmp_path / "model.onnx")
+    quavin.pack(path, tmp_path / "before")  # writes what is written only once
+    limits = resource.getrlimit(resource.RLIMIT_FSIZE)
+    resource.setrlimit(resource.RLIMIT_FSIZE, (100, limits[1]))
+    try:
+        with pytest.raises(OSError, match=r"package.xml cannot be written, with \d+ bytes free there"):
+            quavin.pack(path, folder / "package")
+    finally:
+        resource.setrlimit(resource.RLIMIT_FSIZE, limits)
 
 
 def test_the_words_of_the_command_are_passed_on(model_file, folder):

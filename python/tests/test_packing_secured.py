@@ -13,7 +13,7 @@ import pytest
 from conftest import KEY, KEY_HEX, OTHER_KEY
 
 import quavin
-from quavin import _tool
+from quavin import _staging, _tool
 
 X = np.ones((1, 4), np.float32)
 
@@ -140,6 +140,14 @@ def test_a_network_that_is_going_to_be_encrypted_is_kept_off_the_disk(model_file
     quavin.pack(model_file, tmp_path / "b")
     assert [folder.parts[:3] == ("/", "dev", "shm") for folder in folders] == [True, False]
     assert not any(folder.exists() for folder in folders)
+
+
+def test_a_memory_that_cannot_be_written_to_is_not_used(tmp_path, monkeypatch):
+    access = os.access
+    monkeypatch.setattr(os, "access", lambda path, mode: path != "/dev/shm" and access(path, mode))
+    monkeypatch.setattr("tempfile.tempdir", str(tmp_path))
+    with _staging.private_folder(1) as folder:
+        assert folder.parent == tmp_path
 
 
 def test_a_failure_leaves_no_plain_network(model_file, tmp_path, during_packing):

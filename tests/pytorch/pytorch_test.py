@@ -108,6 +108,17 @@ class ImageTest(ExampleTest):
             quavin.pack(self.network, self.dir / "none")
         self.assert_not_made("none")
 
+    def test_example_inputs_that_the_network_does_not_work_with_are_refused(self):
+        with self.assertRaisesRegex(quavin.ConversionError, "ShapeNetwork cannot be converted"):
+            quavin.pack(self.network, self.dir / "other", example_inputs=torch.zeros(1, 3))
+        self.assert_not_made("other")
+
+    def test_an_output_that_is_the_input_keeps_a_name_of_its_own(self):
+        package = self.dir / "same"
+        quavin.pack(torch.nn.Identity().eval(), package, example_inputs=torch.ones(2))
+        with quavin.load(package) as model:
+            self.assertEqual(model.predict({"input": np.float32([1, 2])})["output"].tolist(), [1, 2])
+
     def test_an_older_pytorch_is_told_to_export_to_onnx(self):
         program = """import torch, quavin
 quavin.pack(torch.nn.Identity().eval(), "none", example_inputs=torch.ones(1))"""
