@@ -42,14 +42,14 @@ is_cross() { [ "$1" != "linux-$machine" ]; }
 
 # build_wheel SYSTEM SOURCES FOLDER: from these sources; the folder then has the wheel and nothing else.
 build_wheel() {
-    local system=$1 sources=$2 folder=$3 settings=()
+    local system=$1 sources=$2 folder=$3 engine settings=()
+    engine=$(python3 "$root/scripts/fetch_openvino.py" --system "$system")
     if is_cross "$system"; then
         settings+=("cmake.define.CMAKE_TOOLCHAIN_FILE=$sources/cmake/toolchains/${toolchains[$system]}.cmake")
     fi
     # libcrypto 3 is not what every system has, so it becomes part of the library and of the program.
-    settings+=("wheel.tags=py3-none-${platforms[$system]}" cmake.define.OPENSSL_USE_STATIC_LIBS=ON
-        "build-dir=build/wheel-$system")
-    python3 "$root/scripts/fetch_openvino.py" --system "$system" >/dev/null
+    settings+=("wheel.tags=py3-none-${platforms[$system]}" "cmake.define.OpenVINO_DIR=$engine"
+        cmake.define.OPENSSL_USE_STATIC_LIBS=ON "build-dir=build/wheel-$system")
     rm -rf "$folder"
     (cd "$sources" && python3 -m pip --python "$tools" wheel --quiet --disable-pip-version-check \
         --no-build-isolation --no-deps --wheel-dir "$folder" "${settings[@]/#/--config-settings=}" .)
