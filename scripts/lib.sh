@@ -16,12 +16,13 @@ packages_build="cmake g++ libcli11-dev libssl-dev libutfcpp-dev libxxhash-dev ni
     rapidjson-dev"
 packages_test="abigail-tools ccache clang-14 doxygen libarchive-tools libgmock-dev libgtest-dev mandoc openssl \
     python3-jsonschema python3-numpy strace"
-packages_check="clang-format-14"
+packages_check="clang-format-14 libsdl2-dev"
 # For the tests of cross builds; then those for each system.
 packages_cross="ccache clang-14 googletest libarchive-tools mandoc openssl python3-jsonschema python3-numpy"
 packages_windows="$packages_cross g++-mingw-w64-x86-64-posix lld-14 llvm-14 wine64"
 packages_arm64="$packages_cross g++-aarch64-linux-gnu qemu-user-static"
 packages_fuzz="clang-14 libclang-rt-14-dev llvm-14"
+packages_sketch="libsdl2-dev python3-pil xdotool xvfb"
 packages_bench="libarchive-tools openssl python3-numpy"
 
 # install_packages PACKAGE...: installs what is missing, as root or through sudo.

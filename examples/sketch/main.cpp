@@ -30,7 +30,11 @@ void require(bool done) {
 }
 
 struct Video {
-    Video() { require(SDL_Init(SDL_INIT_VIDEO) == 0); }
+    Video() {
+        // The click that gives the window the focus already draws.
+        SDL_SetHint(SDL_HINT_MOUSE_FOCUS_CLICKTHROUGH, "1");
+        require(SDL_Init(SDL_INIT_VIDEO) == 0);
+    }
     ~Video() { SDL_Quit(); }
     Video(const Video&) = delete;
     Video& operator=(const Video&) = delete;
@@ -124,7 +128,7 @@ private:
         if (report.state == Recogniser::State::Loading) {
             ++frames_;
         } else if (state_ != report.state && report.state == Recogniser::State::Ready) {
-            std::printf("ready after %.0f ms, with %d frames meanwhile\n", report.milliseconds,
+            std::printf("ready after %.0f ms, frames meanwhile: %d\n", report.milliseconds,
                         frames_);
         }
         if (scene_.drawing.empty() && !std::exchange(empty_, true)) {

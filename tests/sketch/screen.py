@@ -9,10 +9,11 @@ import subprocess
 import threading
 import time
 
-from PIL import Image, ImageGrab
+from PIL import ImageGrab
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 PACKAGE = ROOT / "examples/digits/package"
+PICTURE = ROOT / "docs/images/sketch.gif"
 SIZE = (752, 400)  # of the window
 PAPER = (24, 24, 352)  # left, top, side
 SECONDS = 60  # to wait for anything; busy machines are slow
@@ -25,6 +26,15 @@ def digit_strokes(digit):
         if int(label) == digit:
             return [[tuple(map(int, point.split(","))) for point in stroke.split()] for stroke in strokes.split("|")]
     raise ValueError(f"digits.txt has no {digit}")
+
+
+def smooth(points):
+    """The points of a line without its corners, which hands don't draw: twice cuts off a quarter on each side."""
+    for _ in range(2):
+        cuts = [((3 * x + to_x) / 4, (3 * y + to_y) / 4) for pair in zip(points, points[1:])
+                for (x, y), (to_x, to_y) in (pair, pair[::-1])]
+        points = [points[0], *cuts, points[-1]]
+    return points
 
 
 def steps(points, length):
@@ -66,9 +76,13 @@ class Sketch:
         words = [str(word) for command in commands for word in command]
         subprocess.run(["xdotool", *words], check=True, timeout=SECONDS, env={**os.environ, "DISPLAY": self._display})
 
-    def stroke(self, points, left=PAPER[0] + 76, top=PAPER[1] + 50, scale=2.0):
-        """Draws one stroke of points on a square of 100, and returns the probabilities after it."""
-        path = [("mousemove", round(left + scale * x), round(top + scale * y)) for x, y in steps(points, 4)]
+    def path(self, points, scale=2.9, left=PAPER[0] + 31, top=PAPER[1] + 31):
+        """Moves of the mouse along points on a square of 100."""
+        return [("mousemove", round(left + scale * x), round(top + scale * y)) for x, y in steps(smooth(points), 3)]
+
+    def stroke(self, points, **place):
+        """Draws one stroke, and returns the probabilities after it."""
+        path = self.path(points, **place)
         self.mouse(path[0], ("mousedown", 1), *path[1:], ("mouseup", 1))
         return self.probabilities("drawn")
 
@@ -120,15 +134,20 @@ def sketch(program, package=PACKAGE):
             process.stderr.close()
 
 
-def draw_picture(program):
-    """The picture in README.md: what the window shows after somebody has drawn a 3."""
+def draw_frames(program, count):
+    """The window while somebody draws a 3, in this many pictures; the last is of the finished digit."""
     with sketch(program) as window:
         window.wait_for(r"ready after .*")
-        probabilities = window.digit(3)
-        assert probabilities.index(max(probabilities)) == 3, probabilities
-        return window.screenshot()
-
-
-def smaller(picture):
-    """The picture with 64 colours, which it hardly exceeds."""
-    return picture.quantize(64, method=Image.Quantize.MEDIANCUT, dither=Image.Dither.NONE)
+        path = window.path(digit_strokes(3)[0])
+        window.mouse(path[0], ("mousedown", 1))
+        size = -(-len(path) // count)
+        for begin in range(0, len(path), size):
+            window.mouse(*path[begin:begin + size])
+            last = begin + size >= len(path)
+            if last:
+                window.mouse(("mouseup", 1))
+                window.probabilities("drawn")
+            else:
+                time.sleep(0.5)  # for what is on its way to the screen
+            if last or count > 1:
+                yield window.screenshot()
