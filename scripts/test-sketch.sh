@@ -2,7 +2,7 @@
 # Builds examples/sketch against an installation of a build, by default build/release, and tests it on a screen without
 # a monitor. To name another build: scripts/test-sketch.sh build/debug
 # "scripts/test-sketch.sh --picture" also makes the picture in README.md anew.
-# Takes 20 seconds on two idle cores, and is ended after 10 minutes.
+# It says how long drawing takes, and ends it after 10 minutes.
 set -euo pipefail
 . "$(dirname "$0")/lib.sh"
 

@@ -14,7 +14,7 @@ constexpr float kPenRadius = 2.75F;      // the training data's lines are about 
 constexpr float kLargestWidth = 26.0F;   // and its digits, with the ink, about as wide
 constexpr float kSmallestExtent = 8.0F;  // a dot stays a dot
 
-using Bitmap = std::bitset<kBitmapSide * kBitmapSide>;
+using Bitmap = std::bitset<std::size_t{kBitmapSide} * kBitmapSide>;
 
 // Scales points so that their ink fills the bitmap.
 class Fit {
@@ -59,7 +59,7 @@ void drawLine(Bitmap& bitmap, Point from, Point to) {
         for (int x = first(from.x, to.x); x <= last(from.x, to.x); ++x) {
             const Point centre{static_cast<float>(x) + 0.5F, static_cast<float>(y) + 0.5F};
             if (distanceToLine(centre, from, to) <= kPenRadius) {
-                bitmap.set(static_cast<std::size_t>(y * kBitmapSide + x));
+                bitmap.set(static_cast<std::size_t>(y) * kBitmapSide + static_cast<std::size_t>(x));
             }
         }
     }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <vector>
 
 namespace sketch {
@@ -16,7 +17,7 @@ using Drawing = std::vector<Stroke>;
 constexpr int kImageSide = 8;
 
 // Row by row, 0 (paper) to 16 (ink).
-using Image = std::array<float, kImageSide * kImageSide>;
+using Image = std::array<float, std::size_t{kImageSide} * kImageSide>;
 
 // The distance from a point to the nearest one of the line between two others.
 float distanceToLine(Point point, Point from, Point to);
