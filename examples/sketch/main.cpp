@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <exception>
+#include <iostream>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -113,12 +114,12 @@ private:
     void tell() {
         const Recogniser::Report& report = scene_.report;
         if (state_ != report.state && report.state == Recogniser::State::Failed) {
-            std::fprintf(stderr, "%s\n", report.failure.c_str());
+            std::cerr << report.failure << std::endl;
         }
         if (print_) {
             printState();
             printProbabilities();
-            std::fflush(stdout);
+            std::cout << std::flush;
         }
         state_ = report.state;
     }
@@ -146,7 +147,7 @@ private:
             return;
         }
         empty_ = false;
-        std::fputs(drawing_ ? "drawing" : "drawn", stdout);
+        std::printf("%s", drawing_ ? "drawing" : "drawn");
         for (const float probability : last->probabilities) {
             std::printf(" %.6f", static_cast<double>(probability));
         }
@@ -172,7 +173,7 @@ private:
 int main(int argc, char** argv) {
     const bool print = argc > 1 && std::string(argv[1]) == "--print";
     if (argc != (print ? 3 : 2)) {
-        std::fputs("usage: sketch [--print] <folder of the digits package>\n", stderr);
+        std::cerr << "usage: sketch [--print] <folder of the digits package>\n";
         return 2;
     }
     try {
@@ -180,7 +181,7 @@ int main(int argc, char** argv) {
         const Video video;
         return App(argv[argc - 1], print).run();
     } catch (const std::exception& error) {
-        std::fprintf(stderr, "sketch: %s\n", error.what());
+        std::cerr << "sketch: " << error.what() << '\n';
         return 1;
     }
 }

@@ -26,7 +26,7 @@ Recogniser::Recogniser(std::string package, std::function<void()> changed)
 
 Recogniser::~Recogniser() {
     {
-        const std::lock_guard lock(mutex_);
+        const std::scoped_lock lock(mutex_);
         stopping_ = true;
     }
     wake_.notify_one();
@@ -35,14 +35,14 @@ Recogniser::~Recogniser() {
 
 void Recogniser::submit(const Image& image) {
     {
-        const std::lock_guard lock(mutex_);
+        const std::scoped_lock lock(mutex_);
         waiting_ = image;
     }
     wake_.notify_one();
 }
 
 Recogniser::Report Recogniser::report() const {
-    const std::lock_guard lock(mutex_);
+    const std::scoped_lock lock(mutex_);
     return report_;
 }
 
@@ -93,7 +93,7 @@ std::optional<Image> Recogniser::nextImage() {
 
 void Recogniser::change(const std::function<void(Report&)>& edit) {
     {
-        const std::lock_guard lock(mutex_);
+        const std::scoped_lock lock(mutex_);
         edit(report_);
     }
     changed_();

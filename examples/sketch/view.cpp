@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <cstdio>
 #include <string>
 #include <string_view>
@@ -47,8 +48,8 @@ void drawLine(SDL_Surface& surface, Point from, Point to) {
     const int bottom =
         std::min(kPaper.y + kPaper.h - 1, static_cast<int>(std::max(from.y, to.y) + kPenRadius));
     for (int y = top; y <= bottom; ++y) {
-        auto* const row =
-            reinterpret_cast<Uint32*>(static_cast<Uint8*>(surface.pixels) + y * surface.pitch);
+        auto* const row = reinterpret_cast<Uint32*>(static_cast<Uint8*>(surface.pixels) +
+                                                    std::ptrdiff_t{y} * surface.pitch);
         for (int x = left; x <= right; ++x) {
             const Point centre{static_cast<float>(x) + 0.5F, static_cast<float>(y) + 0.5F};
             const float outside = distanceToLine(centre, from, to) - kPenRadius + 0.5F;
@@ -90,7 +91,8 @@ void drawImage(SDL_Surface& surface, const Image& image) {
 
 std::string percent(float probability) {
     char text[8];
-    std::snprintf(text, sizeof text, "%5.1f%%", 100.0 * static_cast<double>(probability));
+    static_cast<void>(
+        std::snprintf(text, sizeof text, "%5.1f%%", 100.0 * static_cast<double>(probability)));
     return text;
 }
 

@@ -31,7 +31,7 @@ public:
     }
 
     int changes() {
-        const std::lock_guard lock(mutex_);
+        const std::scoped_lock lock(mutex_);
         return changes_;
     }
 
@@ -40,7 +40,7 @@ public:
 
 private:
     void changed() {
-        const std::lock_guard lock(mutex_);
+        const std::scoped_lock lock(mutex_);
         ++changes_;
         wake_.notify_all();
     }
