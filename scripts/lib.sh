@@ -16,7 +16,7 @@ packages_build="cmake g++ libcli11-dev libssl-dev libutfcpp-dev libxxhash-dev ni
     rapidjson-dev"
 packages_test="abigail-tools ccache clang-14 doxygen libarchive-tools libgmock-dev libgtest-dev mandoc openssl \
     python3-jsonschema python3-numpy strace"
-packages_check="clang-format-14"
+packages_check="clang-format-14 libsdl2-dev"
 # For the tests of cross builds; then those for each system.
 packages_cross="ccache clang-14 googletest libarchive-tools mandoc openssl python3-jsonschema python3-numpy"
 packages_windows="$packages_cross g++-mingw-w64-x86-64-posix lld-14 llvm-14 wine64"
@@ -31,6 +31,7 @@ packages_test_release_linux_x86_64="clang-14 strace"
 packages_test_release_linux_arm64="binutils-aarch64-linux-gnu g++-aarch64-linux-gnu qemu-user-static"
 packages_test_release_windows_x64="binutils-mingw-w64-x86-64 clang-14 g++-mingw-w64-x86-64-posix lld-14 llvm-14 wine64"
 packages_fuzz="clang-14 libclang-rt-14-dev llvm-14"
+packages_sketch="libsdl2-dev python3-pil xdotool xvfb"
 packages_bench="libarchive-tools openssl python3-numpy"
 
 # install_packages PACKAGE...: installs what is missing, as root or through sudo.
