@@ -29,6 +29,6 @@ fi
 say "Testing batch scoring"
 time_leg "test batch scoring" "$python" tests/batch_scoring/batch_scoring_test.py
 say "Checking its types"
-checker=$(python3 "$root/scripts/python_environment.py" python-tests "$root/python/tests/requirements.txt")
+checker=$(python3 "$root/scripts/python_environment.py" python-tests "$root"/python/tests/{,conversion-}requirements.txt)
 "$checker" -m mypy --cache-dir=/dev/null --python-executable "$python" examples/batch_scoring tests/batch_scoring \
     benchmarks/batch_scoring.py
