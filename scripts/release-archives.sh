@@ -6,7 +6,7 @@ set -euo pipefail
 
 [ "$(uname -m)" = x86_64 ] || fail "the archives are made on x86-64"
 [ $# -gt 0 ] || set -- linux-x86_64 linux-arm64 windows-x64
-dist=${QUAVIN_DIST:-$root/dist}
+dist=$(realpath -m "${QUAVIN_DIST:-$root/dist}")
 mkdir -p "$dist"
 use_commit_time
 # These would let objects from other folders in, which name those folders.

@@ -42,7 +42,7 @@ hidden "$python" -m unittest discover --pattern '*_test.py' ||
 
 [ "${1:-}" != --no-rebuild ] || exit 0
 say "Making them again elsewhere"
-clone=$work/"another, longer folder"
+clone=$work/"another and longer folder"
 git clone --quiet --no-local "$root" "$clone"
 (cd "$clone" && CCACHE_DISABLE=1 QUAVIN_DIST="$work/again" time_leg "make them again" scripts/release-archives.sh "${systems[@]}")
 for file in "$work"/again/*; do
